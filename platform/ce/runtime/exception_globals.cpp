@@ -1,0 +1,55 @@
+// The C++ library keeps the exceptions under way in one place for all threads; these keep one for
+// each thread.
+#include "exception_globals.h"
+
+#include "coredll.h"
+
+#include <cstdlib>
+
+namespace {
+// The layout the library's exception code expects on ARM.
+struct ExceptionGlobals {
+    void* caught;
+    unsigned uncaughtCount;
+    void* propagating;
+};
+
+ExceptionGlobals firstThread;
+unsigned slot = runtime::NoSlot;
+}  // namespace
+
+namespace runtime {
+void prepareExceptionGlobals() {
+    slot = tlsCall(TakeSlot, 0);
+    if (slot == NoSlot || tlsSetValue(slot, &firstThread) == 0) {
+        // Exceptions of two threads would get into one another.
+        std::abort();
+    }
+}
+
+void releaseThread() {
+    auto* globals = static_cast<ExceptionGlobals*>(tlsGetValue(slot));
+    if (globals != nullptr && globals != &firstThread) {
+        tlsSetValue(slot, nullptr);
+        localFree(globals);
+    }
+}
+}  // namespace runtime
+
+extern "C" {
+void* __cxa_get_globals() {
+    auto* globals = static_cast<ExceptionGlobals*>(runtime::tlsGetValue(slot));
+    if (globals == nullptr) {
+        globals = static_cast<ExceptionGlobals*>(runtime::localAlloc(
+            runtime::FixedMemory | runtime::ZeroedMemory, sizeof(ExceptionGlobals)));
+        if (globals == nullptr || runtime::tlsSetValue(slot, globals) == 0) {
+            std::abort();
+        }
+    }
+    return globals;
+}
+
+void* __cxa_get_globals_fast() {
+    return __cxa_get_globals();
+}
+}
