@@ -1,0 +1,313 @@
+#include "app/main_frame.h"
+
+#include <algorithm>
+
+#include "app/settings.h"
+#include "app/view_choice.h"
+#include "faults/fault.h"
+#include "platform/aygshell.h"
+#include "platform/coredll.h"
+#include "text/resources.h"
+#include "ui/action.h"
+#include "ui/drawing_resources.h"
+#include "ui/held_fault.h"
+#include "ui/paint.h"
+#include "views/apps/applications_view.h"
+#include "views/display_flags.h"
+#include "views/files/files_view.h"
+#include "views/processes/dlls_view.h"
+#include "views/processes/processes_view.h"
+#include "views/status/system_status_view.h"
+
+namespace app {
+
+using views::ViewArgument;
+using views::ViewIndex;
+
+namespace {
+
+constexpr UINT programTitle = 100;
+
+struct ViewCommand {
+    WORD command;
+    ViewIndex view;
+};
+constexpr ViewCommand viewCommands[] = {
+    {views::commandShowFiles, ViewIndex::Files},
+    {views::commandShowApplications, ViewIndex::Applications},
+    {views::commandShowProcesses, ViewIndex::Processes},
+    {views::commandShowSystemStatus, ViewIndex::SystemStatus},
+    {views::commandShowDlls, ViewIndex::Dlls},
+};
+
+}  // namespace
+
+MainFrame::~MainFrame() {
+    Destroy();
+}
+
+bool MainFrame::Open() {
+    const RECT anywhere = {CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT};
+    return Create(mainWindowClass, std::wstring(text::LoadText(programTitle)).c_str(),
+                  WS_CLIPCHILDREN, anywhere, nullptr);
+}
+
+void MainFrame::CreateViews() {
+    views_[static_cast<size_t>(ViewIndex::Files)] = std::make_unique<views::FilesView>(*this);
+    views_[static_cast<size_t>(ViewIndex::Applications)] =
+        std::make_unique<views::ApplicationsView>(*this);
+    views_[static_cast<size_t>(ViewIndex::Processes)] =
+        std::make_unique<views::ProcessesView>(*this);
+    views_[static_cast<size_t>(ViewIndex::SystemStatus)] =
+        std::make_unique<views::SystemStatusView>(*this);
+    views_[static_cast<size_t>(ViewIndex::Dlls)] = std::make_unique<views::DllsView>(*this);
+}
+
+void MainFrame::OnCreate() {
+    const std::optional<ViewIndex> asked = ViewOfCommandLine(platform::CommandLineArguments());
+    flags_ = ReadNumber(settingFlags).value_or(0);
+    current_ = asked ? *asked : ViewOfSetting(ReadNumber(settingView).value_or(0));
+    const platform::WindowDC dc(Handle());
+    const int textHeight = ui::TextHeight(dc, ui::Fonts().Base());
+    bandHeight_ = textHeight + 2 * ((textHeight + 1) / 2);
+    if (!pane_.Open(Handle()) || !bar_.Open(Handle(), RECT{})) {
+        throw faults::W32Fault();
+    }
+    CreateViews();
+    for (const std::unique_ptr<views::View>& view : views_) {
+        view->Layout(dc);
+    }
+    FollowVisibleArea();
+    Arrange();
+    if (!Current().Activate(ViewArgument())) {
+        throw faults::W32Fault();
+    }
+    open_ = true;
+    TitleChanged();
+    MenuStateChanged();
+    platform::ClaimBackKey(Handle());
+}
+
+void MainFrame::FollowVisibleArea() {
+    RECT area;
+    if (!platform::VisibleArea(Handle(), &area)) {
+        return;
+    }
+    RECT window;
+    if (!GetWindowRect(Handle(), &window) || window.left != area.left || window.top != area.top ||
+        window.right != area.right || window.bottom != area.bottom) {
+        MoveWindow(Handle(), area.left, area.top, ui::Width(area), ui::Height(area), TRUE);
+    }
+}
+
+void MainFrame::Arrange() {
+    const RECT client = ClientRectangle();
+    const int barTop = std::max<int>(client.top, client.bottom - bandHeight_);
+    MoveWindow(bar_.Handle(), client.left, barTop, ui::Width(client), client.bottom - barTop, TRUE);
+    MoveWindow(pane_.Handle(), client.left, client.top, ui::Width(client), barTop - client.top,
+               TRUE);
+}
+
+void MainFrame::ArrangeView(const RECT& area) {
+    for (const std::unique_ptr<views::View>& view : views_) {
+        if (view) {
+            view->Arrange(area);
+        }
+    }
+}
+
+LRESULT MainFrame::NotifyView(const NMHDR& notification) {
+    return open_ ? Current().Notify(notification) : 0;
+}
+
+void MainFrame::SwitchTo(ViewIndex view, const ViewArgument& argument) {
+    ui::RunAction(Handle(), ui::actionFailed, [&] { ShowView(view, argument); });
+}
+
+void MainFrame::ShowView(ViewIndex view, const ViewArgument& argument) {
+    const platform::WindowDC dc(Handle());
+    if (!Current().Deactivate(dc)) {
+        return;
+    }
+    current_ = view;
+    Current().Layout(dc);
+    Current().Activate(argument);
+    TitleChanged();
+    MenuStateChanged();
+    Current().Focus();
+}
+
+void MainFrame::TitleChanged() {
+    if (open_) {
+        SetWindowTextW(Handle(), Current().Title().c_str());
+    }
+}
+
+void MainFrame::MenuStateChanged() {
+    if (open_) {
+        UpdateMenu();
+        InvalidateRect(bar_.Handle(), nullptr, FALSE);
+    }
+}
+
+void MainFrame::UpdateMenu() {
+    const HMENU menu = bar_.Menu();
+    for (const views::FlagCommand& entry : views::flagCommands) {
+        views::CheckCommand(menu, entry.command, (flags_ & entry.mask) != 0);
+    }
+    for (const ViewCommand& entry : viewCommands) {
+        if (entry.command != views::commandShowDlls) {
+            views::CheckCommand(menu, entry.command, entry.view == current_);
+        }
+    }
+    views::EnableCommand(menu, views::commandSettings, false);
+    views::EnableCommand(menu, views::commandAbout, false);
+    Current().UpdateMenu(menu);
+}
+
+bool MainFrame::SwitchCommand(WORD command) {
+    for (const ViewCommand& entry : viewCommands) {
+        if (entry.command == command) {
+            SwitchTo(entry.view, ViewArgument());
+            return true;
+        }
+    }
+    return false;
+}
+
+void MainFrame::FlipFlag(DWORD mask) {
+    const DWORD value = mask & ~flags_;
+    flags_ ^= mask;
+    Current().FlagsChanged(mask, value);
+    TitleChanged();
+    MenuStateChanged();
+}
+
+void MainFrame::OnCommand(WORD command) {
+    if (command == views::commandExit) {
+        PostMessageW(Handle(), WM_CLOSE, 0, 0);
+        return;
+    }
+    ui::RunAction(Handle(), ui::actionFailed, [&] {
+        if (const DWORD mask = views::FlagOfCommand(command)) {
+            FlipFlag(mask);
+        } else if (!Current().Command(command)) {
+            SwitchCommand(command);
+        }
+    });
+}
+
+bool MainFrame::FrameKey(WPARAM key) {
+    if (key < L'1' || key > L'4') {
+        return false;
+    }
+    return SwitchCommand(static_cast<WORD>(views::commandShowFiles + key - L'1'));
+}
+
+bool MainFrame::PreTranslate(const MSG& message) {
+    if (message.message != WM_KEYUP || (message.wParam != VK_F1 && message.wParam != VK_F2) ||
+        GetActiveWindow() != Handle()) {
+        return false;
+    }
+    bar_.ActivateButton(message.wParam == VK_F1 ? 0 : 1);
+    return true;
+}
+
+// The Back key belongs to what lies on top of the frame first, then to the view.
+bool MainFrame::OnHotKey(LPARAM key) {
+    if (HIWORD(key) != VK_ESCAPE) {
+        return false;
+    }
+    if (GetActiveWindow() && GetActiveWindow() != Handle()) {
+        if (LOWORD(key) & MOD_KEYUP) {
+            PostMessageW(GetFocus(), WM_KEYDOWN, VK_ESCAPE, 0);
+            PostMessageW(GetFocus(), WM_KEYUP, VK_ESCAPE, 0);
+        }
+        return true;
+    }
+    return (LOWORD(key) & MOD_KEYUP) && Current().Back();
+}
+
+void MainFrame::OnDestroy() {
+    if (!open_) {
+        return;
+    }
+    open_ = false;
+    WriteNumber(settingFlags, flags_);
+    WriteNumber(settingView, SettingOfView(current_));
+    for (const std::unique_ptr<views::View>& view : views_) {
+        view->Close();
+    }
+    PostQuitMessage(1);
+}
+
+std::optional<std::wstring> MainFrame::StoredText(const wchar_t* name) const {
+    return ReadText(name);
+}
+
+void MainFrame::StoreText(const wchar_t* name, const std::wstring& value) {
+    WriteText(name, value);
+}
+
+LRESULT MainFrame::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+    switch (message) {
+        case WM_CREATE:
+            try {
+                OnCreate();
+                return 0;
+            } catch (...) {
+                return -1;
+            }
+        case WM_DESTROY:
+            OnDestroy();
+            break;
+        case WM_SIZE:
+            Arrange();
+            return 0;
+        case WM_PAINT:
+            ui::PaintWindow(Handle(), [](HDC dc, const RECT& client) {
+                ui::FillWithSystemColor(dc, client, COLOR_WINDOW);
+            });
+            return 0;
+        case WM_ERASEBKGND:
+            return 1;
+        case WM_SETFOCUS:
+            if (open_) {
+                Current().Focus();
+            }
+            return 0;
+        case WM_ACTIVATE:
+            if (open_) {
+                const bool active = LOWORD(wParam) != WA_INACTIVE;
+                if (active) {
+                    FollowVisibleArea();
+                    Current().Resume();
+                } else {
+                    Current().Suspend();
+                }
+            }
+            break;
+        case WM_SETTINGCHANGE:
+        case WM_DISPLAYCHANGE:
+            if (open_) {
+                FollowVisibleArea();
+            }
+            break;
+        case WM_INITMENUPOPUP:
+            UpdateMenu();
+            return 0;
+        case WM_COMMAND:
+            OnCommand(LOWORD(wParam));
+            return 0;
+        case WM_HOTKEY:
+            if (open_ && OnHotKey(lParam)) {
+                return 0;
+            }
+            break;
+        default:
+            break;
+    }
+    return Default(message, wParam, lParam);
+}
+
+}  // namespace app

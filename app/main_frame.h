@@ -1,0 +1,69 @@
+// The program's one top-level window: it owns the views, shows one of them at a time, and keeps
+// the display options.
+#pragma once
+
+#include <array>
+#include <memory>
+
+#include "app/view_pane.h"
+#include "ui/command_bar.h"
+#include "ui/window.h"
+#include "views/view.h"
+
+namespace app {
+
+inline constexpr wchar_t mainWindowClass[] = L"Vantor Main Window";
+
+class MainFrame final : public ui::Window, public views::Frame, private PaneOwner {
+ public:
+    MainFrame() = default;
+    ~MainFrame() override;
+
+    // Creates the window with its views; false when any of it fails.
+    bool Open();
+
+    HWND MainWindow() const override { return Handle(); }
+    HWND Pane() const override { return pane_.Handle(); }
+    ui::CommandBar& Bar() override { return bar_; }
+    DWORD Flags() const override { return flags_; }
+    void SwitchTo(views::ViewIndex view, const views::ViewArgument& argument) override;
+    void TitleChanged() override;
+    void MenuStateChanged() override;
+    bool FrameKey(WPARAM key) override;
+    std::optional<std::wstring> StoredText(const wchar_t* name) const override;
+    void StoreText(const wchar_t* name, const std::wstring& value) override;
+
+    // Sees each message before it is dispatched: the hardware soft keys press the bar's buttons.
+    bool PreTranslate(const MSG& message);
+
+ protected:
+    LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+
+ private:
+    void OnCreate();
+    void CreateViews();
+    void ArrangeView(const RECT& area) override;
+    LRESULT NotifyView(const NMHDR& notification) override;
+    views::View& Current() const { return *views_[static_cast<size_t>(current_)]; }
+    void ShowView(views::ViewIndex view, const views::ViewArgument& argument);
+    void Arrange();
+    // Fills the part of the screen that the shell leaves free.
+    void FollowVisibleArea();
+    void OnCommand(WORD command);
+    bool SwitchCommand(WORD command);
+    void FlipFlag(DWORD mask);
+    void UpdateMenu();
+    bool OnHotKey(LPARAM key);
+    void OnDestroy();
+
+    std::array<std::unique_ptr<views::View>, views::viewCount> views_;
+    views::ViewIndex current_ = views::ViewIndex::Files;
+    ViewPane pane_{*this};
+    ui::CommandBar bar_;
+    DWORD flags_ = 0;
+    int bandHeight_ = 0;
+    // Whether creation has succeeded; only then is anything saved.
+    bool open_ = false;
+};
+
+}  // namespace app

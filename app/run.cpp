@@ -1,0 +1,145 @@
+#include "app/run.h"
+
+#include "app/language.h"
+#include "app/main_frame.h"
+#include "faults/fault.h"
+#include "platform/aygshell.h"
+#include "platform/coredll.h"
+#include "platform/handles.h"
+#include "text/resources.h"
+
+namespace app {
+
+namespace {
+
+constexpr UINT cannotCreateMainWindow = 150;
+
+// The event that lets instances start one at a time. Signalled and closed on every way out, so
+// that the next instance in the queue is never left waiting.
+class InstanceEvent {
+ public:
+    InstanceEvent() {
+        handle_ = CreateEventW(nullptr, FALSE, FALSE, instanceEventName);
+        error_ = GetLastError();
+    }
+    ~InstanceEvent() {
+        if (handle_ && handle_ != INVALID_HANDLE_VALUE) {
+            platform::SignalEvent(handle_);
+            CloseHandle(handle_);
+        }
+    }
+    InstanceEvent(const InstanceEvent&) = delete;
+    InstanceEvent& operator=(const InstanceEvent&) = delete;
+
+    HANDLE Get() const { return handle_; }
+    // Whether another instance made the event before. Throws when it could not be made.
+    bool Existed() const {
+        if (error_ != 0 && error_ != ERROR_ALREADY_EXISTS) {
+            throw faults::W32Fault(faults::ResultFromError(error_));
+        }
+        return error_ == ERROR_ALREADY_EXISTS;
+    }
+
+ private:
+    HANDLE handle_;
+    DWORD error_;
+};
+
+struct OwnedSearch {
+    HWND owner;
+    HWND menuBar;
+    HWND found;
+};
+
+BOOL CALLBACK FindOwned(HWND window, LPARAM parameter) {
+    auto& search = *reinterpret_cast<OwnedSearch*>(parameter);
+    if (window == search.menuBar || !IsWindowVisible(window) ||
+        GetWindow(window, GW_OWNER) != search.owner) {
+        return TRUE;
+    }
+    search.found = window;
+    return FALSE;
+}
+
+// Waits for the running instance's window and activates it. False when it has just ended.
+bool ActivateRunningInstance(HANDLE event) {
+    if (WaitForSingleObject(event, INFINITE) != WAIT_OBJECT_0) {
+        throw faults::W32Fault(E_UNEXPECTED);
+    }
+    const HWND window = FindWindowW(mainWindowClass, nullptr);
+    if (!window) {
+        return false;
+    }
+    if (!IsWindowVisible(window)) {
+        ShowWindow(window, SW_SHOW);
+    }
+    SetForegroundWindow(FrontmostOwned(window));
+    return true;
+}
+
+// Registers the loop for as long as it lives.
+class RegisteredLoop {
+ public:
+    explicit RegisteredLoop(Module& module) : module_(module) { module_.AddMessageLoop(&loop_); }
+    ~RegisteredLoop() { module_.RemoveMessageLoop(); }
+    RegisteredLoop(const RegisteredLoop&) = delete;
+    RegisteredLoop& operator=(const RegisteredLoop&) = delete;
+    MessageLoop& Loop() { return loop_; }
+
+ private:
+    Module& module_;
+    MessageLoop loop_;
+};
+
+int RunMainFrame(Module& module, HANDLE event, int showCommand) {
+    RegisteredLoop registered(module);
+    MainFrame frame;
+    if (!frame.Open()) {
+        throw faults::Fault(std::wstring(text::LoadText(cannotCreateMainWindow)));
+    }
+    if (!platform::SignalEvent(event)) {
+        throw faults::W32Fault();
+    }
+    registered.Loop().AddFilter(
+        [&frame](const MSG& message) { return frame.PreTranslate(message); });
+    ShowWindow(frame.Handle(), showCommand);
+    return registered.Loop().Run();
+}
+
+}  // namespace
+
+HWND FrontmostOwned(HWND window) {
+    for (;;) {
+        OwnedSearch search = {window, platform::FindMenuBar(window), nullptr};
+        EnumWindows(FindOwned, reinterpret_cast<LPARAM>(&search));
+        if (!search.found) {
+            return window;
+        }
+        window = search.found;
+    }
+}
+
+int Run(Module& module, const wchar_t*, int showCommand) {
+    const InstanceEvent event;
+    int result = 0;
+    if (!event.Existed() || !ActivateRunningInstance(event.Get())) {
+        result = RunMainFrame(module, event.Get(), showCommand);
+    }
+    module.RunExitHook();
+    return result;
+}
+
+void Restart() {
+    std::wstring path = ProgramPath();
+    STARTUPINFOW startup = {};
+    startup.cb = sizeof startup;
+    PROCESS_INFORMATION process = {};
+    if (!CreateProcessW(path.c_str(), nullptr, nullptr, nullptr, FALSE, 0, nullptr, nullptr,
+                        &startup, &process)) {
+        throw faults::W32Fault();
+    }
+    CloseHandle(process.hThread);
+    CloseHandle(process.hProcess);
+}
+
+}  // namespace app

@@ -1,0 +1,51 @@
+#include "app/view_choice.h"
+
+#include <cwchar>
+
+namespace app {
+
+using views::ViewIndex;
+
+// The length that is compared shrinks by the width of the dash and what precedes it before each
+// further word, so "status" must stand alone while the others want exactly so many characters
+// more behind them. Installed shortcuts rely on it.
+std::optional<ViewIndex> ViewOfCommandLine(const wchar_t* arguments) {
+    struct Word {
+        const wchar_t* text;
+        ViewIndex view;
+    };
+    constexpr Word words[] = {
+        {L"status", ViewIndex::SystemStatus},
+        {L"explorer", ViewIndex::Files},
+        {L"apps", ViewIndex::Applications},
+        {L"process", ViewIndex::Processes},
+    };
+    const wchar_t* dash = arguments;
+    while (*dash == L' ') {
+        ++dash;
+    }
+    if (*dash != L'-') {
+        return std::nullopt;
+    }
+    const int consumed = static_cast<int>(dash - arguments) + 1;
+    int length = static_cast<int>(std::wcslen(arguments));
+    for (const Word& word : words) {
+        length -= consumed;
+        if (length >= 0 && CompareStringW(LOCALE_SYSTEM_DEFAULT, NORM_IGNORECASE, dash + 1, length,
+                                          word.text, -1) == CSTR_EQUAL) {
+            return word.view;
+        }
+    }
+    return std::nullopt;
+}
+
+ViewIndex ViewOfSetting(DWORD stored) {
+    return stored <= static_cast<DWORD>(ViewIndex::SystemStatus) ? static_cast<ViewIndex>(stored)
+                                                                 : ViewIndex::Files;
+}
+
+DWORD SettingOfView(ViewIndex view) {
+    return static_cast<DWORD>(view == ViewIndex::Dlls ? ViewIndex::Processes : view);
+}
+
+}  // namespace app

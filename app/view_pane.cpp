@@ -1,0 +1,26 @@
+#include "app/view_pane.h"
+
+#include "ui/paint.h"
+
+namespace app {
+
+LRESULT ViewPane::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+    switch (message) {
+        case WM_SIZE:
+            owner_.ArrangeView(ClientRectangle());
+            return 0;
+        case WM_NOTIFY:
+            return owner_.NotifyView(*reinterpret_cast<const NMHDR*>(lParam));
+        case WM_PAINT:
+            ui::PaintWindow(Handle(), [](HDC dc, const RECT& client) {
+                ui::FillWithSystemColor(dc, client, COLOR_WINDOW);
+            });
+            return 0;
+        case WM_ERASEBKGND:
+            return 1;
+        default:
+            return Default(message, wParam, lParam);
+    }
+}
+
+}  // namespace app

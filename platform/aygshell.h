@@ -1,0 +1,22 @@
+// The handheld shell's calls. A PC has no such shell: each call says what stands in for it.
+#pragma once
+
+#include "platform/windows.h"
+
+namespace platform {
+
+// The menu bar that the shell keeps for a window (SHFindMenuBar), none on a PC.
+HWND FindMenuBar(HWND window);
+
+// Decodes a picture kept as a resource of type "GIF" into a bitmap that the caller owns
+// (SHLoadImageResource; WIC on a PC). Null on failure. COM must be initialised on a PC.
+HBITMAP LoadImageResource(HINSTANCE module, UINT id);
+
+// The part of the screen that a window may fill: the work area less the input panel, in screen
+// pixels (SHSipInfo). On a large PC screen a window of a handheld's proportions.
+bool VisibleArea(HWND window, RECT* area);
+
+// Asks the shell to send the hardware Back key to the window as a hot key; nothing on a PC.
+void ClaimBackKey(HWND window);
+
+}  // namespace platform

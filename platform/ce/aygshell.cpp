@@ -1,0 +1,63 @@
+#include "platform/aygshell.h"
+
+#include "platform/windows.h"
+
+namespace {
+
+struct SIPINFO {
+    DWORD cbSize;
+    DWORD fdwFlags;
+    RECT rcVisibleDesktop;
+    RECT rcSipRect;
+    DWORD dwImDataSize;
+    void* pvImData;
+};
+static_assert(sizeof(SIPINFO) == 48);
+
+// The message that asks a menu bar to hand a hardware key to the window it belongs to.
+constexpr UINT SHCMBM_OVERRIDEKEY = WM_USER + 403;
+constexpr WORD SHMBOF_NODEFAULT = 1;
+constexpr WORD SHMBOF_NOTIFY = 2;
+
+}  // namespace
+
+extern "C" {
+HBITMAP SHLoadImageResource(HINSTANCE module, UINT id);
+HWND SHFindMenuBar(HWND window);
+BOOL SipGetInfo(SIPINFO* info);
+}
+
+namespace platform {
+
+HWND FindMenuBar(HWND window) {
+    return SHFindMenuBar(window);
+}
+
+HBITMAP LoadImageResource(HINSTANCE module, UINT id) {
+    return SHLoadImageResource(module, id);
+}
+
+bool VisibleArea(HWND window, RECT* area) {
+    SIPINFO panel = {};
+    panel.cbSize = sizeof panel;
+    if (SipGetInfo(&panel)) {
+        *area = panel.rcVisibleDesktop;
+        return true;
+    }
+    MONITORINFO monitor = {};
+    monitor.cbSize = sizeof monitor;
+    if (!GetMonitorInfoW(MonitorFromWindow(window, MONITOR_DEFAULTTONEAREST), &monitor)) {
+        return false;
+    }
+    *area = monitor.rcWork;
+    return true;
+}
+
+void ClaimBackKey(HWND window) {
+    if (const HWND bar = SHFindMenuBar(window)) {
+        constexpr WORD bits = SHMBOF_NODEFAULT | SHMBOF_NOTIFY;
+        SendMessageW(bar, SHCMBM_OVERRIDEKEY, VK_ESCAPE, MAKELPARAM(bits, bits));
+    }
+}
+
+}  // namespace platform

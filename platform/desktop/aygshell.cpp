@@ -1,0 +1,89 @@
+#include "platform/aygshell.h"
+
+#include <objbase.h>
+#include <wincodec.h>
+
+#include "platform/desktop/screen.h"
+#include "platform/handles.h"
+
+namespace platform {
+
+namespace {
+
+ComPointer<IWICBitmapSource> DecodePicture(void* bytes, DWORD size) {
+    ComPointer<IWICImagingFactory> factory;
+    ComPointer<IWICStream> stream;
+    ComPointer<IWICBitmapDecoder> decoder;
+    ComPointer<IWICBitmapFrameDecode> frame;
+    ComPointer<IWICFormatConverter> converter;
+    if (FAILED(CoCreateInstance(CLSID_WICImagingFactory, nullptr, CLSCTX_INPROC_SERVER,
+                                IID_IWICImagingFactory,
+                                reinterpret_cast<void**>(factory.Receive()))) ||
+        FAILED(factory->CreateStream(stream.Receive())) ||
+        FAILED(stream->InitializeFromMemory(static_cast<BYTE*>(bytes), size)) ||
+        FAILED(factory->CreateDecoderFromStream(
+            stream.Get(), nullptr, WICDecodeMetadataCacheOnDemand, decoder.Receive())) ||
+        FAILED(decoder->GetFrame(0, frame.Receive())) ||
+        FAILED(factory->CreateFormatConverter(converter.Receive())) ||
+        FAILED(converter->Initialize(frame.Get(), GUID_WICPixelFormat24bppBGR,
+                                     WICBitmapDitherTypeNone, nullptr, 0.0,
+                                     WICBitmapPaletteTypeCustom))) {
+        return {};
+    }
+    ComPointer<IWICBitmapSource> source;
+    if (FAILED(converter->QueryInterface(IID_IWICBitmapSource,
+                                         reinterpret_cast<void**>(source.Receive())))) {
+        return {};
+    }
+    return source;
+}
+
+}  // namespace
+
+HWND FindMenuBar(HWND) {
+    return nullptr;
+}
+
+HBITMAP LoadImageResource(HINSTANCE module, UINT id) {
+    const HRSRC resource = FindResourceW(module, MAKEINTRESOURCEW(id), L"GIF");
+    const HGLOBAL loaded = resource ? LoadResource(module, resource) : nullptr;
+    void* bytes = loaded ? LockResource(loaded) : nullptr;
+    if (!bytes) {
+        return nullptr;
+    }
+    const ComPointer<IWICBitmapSource> picture =
+        DecodePicture(bytes, SizeofResource(module, resource));
+    UINT width = 0;
+    UINT height = 0;
+    if (!picture || FAILED(picture->GetSize(&width, &height)) || width == 0 || height == 0) {
+        return nullptr;
+    }
+    BITMAPINFO info = {};
+    info.bmiHeader.biSize = sizeof info.bmiHeader;
+    info.bmiHeader.biWidth = static_cast<LONG>(width);
+    info.bmiHeader.biHeight = -static_cast<LONG>(height);
+    info.bmiHeader.biPlanes = 1;
+    info.bmiHeader.biBitCount = 24;
+    void* pixels = nullptr;
+    UniqueBitmap bitmap(CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, &pixels, nullptr, 0));
+    const UINT stride = (width * 3 + 3) & ~3u;
+    if (!bitmap ||
+        FAILED(picture->CopyPixels(nullptr, stride, stride * height, static_cast<BYTE*>(pixels)))) {
+        return nullptr;
+    }
+    return bitmap.Detach();
+}
+
+bool VisibleArea(HWND window, RECT* area) {
+    MONITORINFO monitor = {};
+    monitor.cbSize = sizeof monitor;
+    if (!GetMonitorInfoW(MonitorFromWindow(window, MONITOR_DEFAULTTONEAREST), &monitor)) {
+        return false;
+    }
+    *area = desktop::WindowPlace(monitor.rcWork, desktop::DotsPerInch());
+    return true;
+}
+
+void ClaimBackKey(HWND) {}
+
+}  // namespace platform

@@ -1,0 +1,169 @@
+#include "platform/coredll.h"
+
+#include <string>
+
+#include "platform/desktop/paths.h"
+#include "platform/desktop/screen.h"
+#include "platform/handles.h"
+
+namespace platform {
+
+namespace {
+
+bool IsDotEntry(const wchar_t* name) {
+    return name[0] == L'.' && (name[1] == 0 || (name[1] == L'.' && name[2] == 0));
+}
+
+// A locale's digit groups ("3;0", "3;2;0") as NUMBERFMTW counts them (3, 32).
+UINT GroupingNumber(const wchar_t* groups) {
+    UINT number = 0;
+    bool repeats = false;
+    for (; *groups; ++groups) {
+        if (*groups >= L'1' && *groups <= L'9') {
+            number = number * 10 + static_cast<UINT>(*groups - L'0');
+        } else if (*groups == L'0') {
+            repeats = true;
+        }
+    }
+    return repeats ? number : number * 10;
+}
+
+UINT LocaleNumber(LCTYPE type) {
+    DWORD value = 0;
+    GetLocaleInfoW(LOCALE_USER_DEFAULT, type | LOCALE_RETURN_NUMBER,
+                   reinterpret_cast<wchar_t*>(&value), sizeof value / sizeof(wchar_t));
+    return value;
+}
+
+}  // namespace
+
+HANDLE FindFirst(const wchar_t* pattern, FindData* data) {
+    const HANDLE search = FindFirstFileW(pattern, data);
+    if (search == INVALID_HANDLE_VALUE || !IsDotEntry(data->cFileName) || FindNext(search, data)) {
+        return search;
+    }
+    const DWORD error = GetLastError();
+    FindClose(search);
+    SetLastError(error);
+    return INVALID_HANDLE_VALUE;
+}
+
+bool FindNext(HANDLE search, FindData* data) {
+    while (FindNextFileW(search, data)) {
+        if (!IsDotEntry(data->cFileName)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+const wchar_t* CommandLineArguments() {
+    const wchar_t* rest = GetCommandLineW();
+    const wchar_t end = *rest == L'"' ? L'"' : L' ';
+    if (*rest == L'"') {
+        ++rest;
+    }
+    while (*rest && *rest != end) {
+        ++rest;
+    }
+    if (*rest == L'"') {
+        ++rest;
+    }
+    return *rest == L' ' ? rest + 1 : rest;
+}
+
+bool SignalEvent(HANDLE event) {
+    return SetEvent(event) != FALSE;
+}
+
+DWORD ModulePath(HMODULE module, wchar_t* buffer, DWORD size) {
+    wchar_t path[MAX_PATH];
+    const DWORD length = GetModuleFileNameW(module, path, MAX_PATH);
+    if (length == 0) {
+        return 0;
+    }
+    if (length >= MAX_PATH) {
+        SetLastError(ERROR_INSUFFICIENT_BUFFER);
+        return 0;
+    }
+    const std::wstring handheld = desktop::FromDesktopPath(std::wstring(path, length));
+    if (handheld.size() >= size) {
+        SetLastError(ERROR_INSUFFICIENT_BUFFER);
+        return 0;
+    }
+    handheld.copy(buffer, handheld.size());
+    buffer[handheld.size()] = 0;
+    return static_cast<DWORD>(handheld.size());
+}
+
+size_t ResourceString(HINSTANCE module, UINT id, const wchar_t** text) {
+    const wchar_t* found = nullptr;
+    const int length = LoadStringW(module, id, reinterpret_cast<wchar_t*>(&found), 0);
+    if (length <= 0 || !found) {
+        return 0;
+    }
+    *text = found;
+    return static_cast<size_t>(length);
+}
+
+// Wine's default format groups the digits only once, so the locale's format is given in full.
+int NumberFormat(const wchar_t* plain, wchar_t* buffer, int size) {
+    wchar_t decimal[8] = {};
+    wchar_t group[8] = {};
+    wchar_t groups[16] = {};
+    if (!GetLocaleInfoW(LOCALE_USER_DEFAULT, LOCALE_SDECIMAL, decimal, 8) ||
+        !GetLocaleInfoW(LOCALE_USER_DEFAULT, LOCALE_STHOUSAND, group, 8) ||
+        !GetLocaleInfoW(LOCALE_USER_DEFAULT, LOCALE_SGROUPING, groups, 16)) {
+        return 0;
+    }
+    NUMBERFMTW format = {};
+    format.NumDigits = LocaleNumber(LOCALE_IDIGITS);
+    format.LeadingZero = LocaleNumber(LOCALE_ILZERO);
+    format.Grouping = GroupingNumber(groups);
+    format.lpDecimalSep = decimal;
+    format.lpThousandSep = group;
+    format.NegativeOrder = LocaleNumber(LOCALE_INEGNUMBER);
+    return GetNumberFormatW(LOCALE_USER_DEFAULT, 0, plain, &format, buffer, size);
+}
+
+DWORD_PTR FileInfo(const wchar_t* path, DWORD attributes, SHFILEINFOW* info, UINT flags) {
+    if (!path) {
+        return SHGetFileInfoW(L"", attributes, info, sizeof *info, flags | SHGFI_USEFILEATTRIBUTES);
+    }
+    return SHGetFileInfoW(desktop::ToDesktopPath(path).c_str(), attributes, info, sizeof *info,
+                          flags);
+}
+
+void FlushDrawing() {
+    GdiFlush();
+}
+
+HFONT SystemFont() {
+    static const UniqueFont font(desktop::CreateSystemFont());
+    return font ? font.Get() : static_cast<HFONT>(GetStockObject(SYSTEM_FONT));
+}
+
+bool ScreenRectangle(RECT* rectangle) {
+    return desktop::ScreenRectangle(rectangle);
+}
+
+LONG OpenMachineKey(const wchar_t* path, REGSAM access, HKEY* key) {
+    if (RegOpenKeyExW(HKEY_CURRENT_USER, path, 0, access, key) == ERROR_SUCCESS) {
+        return ERROR_SUCCESS;
+    }
+    return RegOpenKeyExW(HKEY_LOCAL_MACHINE, path, 0, access, key);
+}
+
+LONG CreateMachineKey(const wchar_t* path, REGSAM access, HKEY* key) {
+    if (RegOpenKeyExW(HKEY_CURRENT_USER, path, 0, access, key) == ERROR_SUCCESS) {
+        return ERROR_SUCCESS;
+    }
+    const LONG result =
+        RegCreateKeyExW(HKEY_LOCAL_MACHINE, path, 0, nullptr, 0, access, nullptr, key, nullptr);
+    if (result != ERROR_ACCESS_DENIED) {
+        return result;
+    }
+    return RegCreateKeyExW(HKEY_CURRENT_USER, path, 0, nullptr, 0, access, nullptr, key, nullptr);
+}
+
+}  // namespace platform

@@ -1,0 +1,52 @@
+#include "platform/desktop/paths.h"
+
+#include "platform/windows.h"
+
+namespace platform::desktop {
+
+namespace {
+
+// The current drive as "C:", empty when the current folder has no drive letter.
+std::wstring CurrentDrive() {
+    wchar_t folder[MAX_PATH] = {};
+    const DWORD length = GetCurrentDirectoryW(MAX_PATH, folder);
+    if (length < 2 || length >= MAX_PATH || folder[1] != L':') {
+        return std::wstring();
+    }
+    return std::wstring(folder, 2);
+}
+
+bool SameDrive(const std::wstring& path, const std::wstring& drive) {
+    return drive.size() == 2 && path.size() >= 2 && path[1] == L':' &&
+           CompareStringW(LOCALE_INVARIANT, NORM_IGNORECASE, path.c_str(), 1, drive.c_str(), 1) ==
+               CSTR_EQUAL;
+}
+
+}  // namespace
+
+std::wstring FromDesktopPath(const std::wstring& path) {
+    std::wstring expanded = path;
+    const DWORD needed = GetLongPathNameW(path.c_str(), nullptr, 0);
+    if (needed > 0) {
+        std::wstring longPath(needed, L'\0');
+        const DWORD length = GetLongPathNameW(path.c_str(), longPath.data(), needed);
+        if (length > 0 && length < needed) {
+            longPath.resize(length);
+            expanded = longPath;
+        }
+    }
+    if (SameDrive(expanded, CurrentDrive())) {
+        expanded.erase(0, 2);
+    }
+    return expanded;
+}
+
+std::wstring ToDesktopPath(const std::wstring& path) {
+    const bool rooted = path.empty() || (path[0] == L'\\' && (path.size() < 2 || path[1] != L'\\'));
+    if (!rooted) {
+        return path;
+    }
+    return CurrentDrive() + (path.empty() ? L"\\" : path);
+}
+
+}  // namespace platform::desktop

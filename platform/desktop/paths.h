@@ -1,0 +1,16 @@
+// Between a PC's paths and a handheld's: "C:\My Documents\a.txt" on the current drive is
+// "\My Documents\a.txt" on a handheld. Paths on other drives keep their letter.
+#pragma once
+
+#include <string>
+
+namespace platform::desktop {
+
+// A path from the system or another program as a handheld writes it: expanded from short names,
+// without the letter of the current drive.
+std::wstring FromDesktopPath(const std::wstring& path);
+
+// A handheld's path as the system and other programs expect it: with a drive's letter.
+std::wstring ToDesktopPath(const std::wstring& path);
+
+}  // namespace platform::desktop

@@ -1,0 +1,139 @@
+// Owners of what the platform lends: each gives its resource back on every way out.
+#pragma once
+
+#include <utility>
+
+#include "platform/windows.h"
+
+namespace platform {
+
+// Owns one resource of type Value; `release` gives it back. The empty state is Value{}.
+template <typename Value, auto release>
+class Unique {
+ public:
+    Unique() = default;
+    explicit Unique(Value value) : value_(value) {}
+    Unique(Unique&& other) noexcept : value_(std::exchange(other.value_, Value{})) {}
+    Unique& operator=(Unique&& other) noexcept {
+        Reset(std::exchange(other.value_, Value{}));
+        return *this;
+    }
+    ~Unique() { Reset(); }
+
+    Value Get() const { return value_; }
+    explicit operator bool() const { return value_ != Value{}; }
+    void Reset(Value value = Value{}) {
+        Value old = std::exchange(value_, value);
+        if (old != Value{}) {
+            release(old);
+        }
+    }
+    // Hands the resource to the caller, who must give it back.
+    Value Detach() { return std::exchange(value_, Value{}); }
+    // For platform calls that fill in a handle.
+    Value* Receive() {
+        Reset();
+        return &value_;
+    }
+
+ private:
+    Value value_{};
+};
+
+using UniqueBitmap = Unique<HBITMAP, DeleteObject>;
+using UniqueBrush = Unique<HBRUSH, DeleteObject>;
+using UniqueFont = Unique<HFONT, DeleteObject>;
+using UniqueHandle = Unique<HANDLE, CloseHandle>;
+using UniqueKey = Unique<HKEY, RegCloseKey>;
+using UniqueMemoryDC = Unique<HDC, DeleteDC>;
+using UniqueMenu = Unique<HMENU, DestroyMenu>;
+using UniqueModule = Unique<HMODULE, FreeLibrary>;
+using UniquePen = Unique<HPEN, DeleteObject>;
+
+// Text that the platform allocated with LocalAlloc.
+inline void FreeLocal(wchar_t* memory) {
+    LocalFree(memory);
+}
+using UniqueLocalText = Unique<wchar_t*, FreeLocal>;
+
+// The device context of a window's client area (GetDC, ReleaseDC).
+class WindowDC {
+ public:
+    explicit WindowDC(HWND window) : window_(window), dc_(GetDC(window)) {}
+    ~WindowDC() {
+        if (dc_) {
+            ReleaseDC(window_, dc_);
+        }
+    }
+    WindowDC(const WindowDC&) = delete;
+    WindowDC& operator=(const WindowDC&) = delete;
+    operator HDC() const { return dc_; }
+
+ private:
+    HWND window_;
+    HDC dc_;
+};
+
+// Puts a GDI object into a device context and the previous one back (SelectObject).
+class Selected {
+ public:
+    Selected(HDC dc, HGDIOBJ object) : dc_(dc), previous_(SelectObject(dc, object)) {}
+    ~Selected() {
+        if (previous_) {
+            SelectObject(dc_, previous_);
+        }
+    }
+    Selected(const Selected&) = delete;
+    Selected& operator=(const Selected&) = delete;
+
+ private:
+    HDC dc_;
+    HGDIOBJ previous_;
+};
+
+// Shows the wait cursor for as long as it lives (LoadCursorW, SetCursor).
+class WaitCursor {
+ public:
+    WaitCursor() : previous_(SetCursor(LoadCursorW(nullptr, IDC_WAIT))) {}
+    ~WaitCursor() { SetCursor(previous_); }
+    WaitCursor(const WaitCursor&) = delete;
+    WaitCursor& operator=(const WaitCursor&) = delete;
+
+ private:
+    HCURSOR previous_;
+};
+
+// A counted reference to a COM object.
+template <typename Interface>
+class ComPointer {
+ public:
+    ComPointer() = default;
+    ComPointer(const ComPointer& other) : object_(other.object_) {
+        if (object_) {
+            object_->AddRef();
+        }
+    }
+    ComPointer(ComPointer&& other) noexcept : object_(std::exchange(other.object_, nullptr)) {}
+    ComPointer& operator=(ComPointer other) noexcept {
+        std::swap(object_, other.object_);
+        return *this;
+    }
+    ~ComPointer() {
+        if (object_) {
+            object_->Release();
+        }
+    }
+    Interface* operator->() const { return object_; }
+    Interface* Get() const { return object_; }
+    explicit operator bool() const { return object_ != nullptr; }
+    // For platform calls that hand out a reference which the caller then owns.
+    Interface** Receive() {
+        *this = ComPointer();
+        return &object_;
+    }
+
+ private:
+    Interface* object_ = nullptr;
+};
+
+}  // namespace platform

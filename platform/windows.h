@@ -1,0 +1,15 @@
+// The operating system's own declarations, set up alike for both executables.
+#pragma once
+
+#include <windows.h>
+
+#include <commctrl.h>
+#include <shellapi.h>
+
+#include <cstddef>
+#include <cstdint>
+
+// The modifier of a hot key that has been released; a handheld's own.
+#ifndef MOD_KEYUP
+#define MOD_KEYUP 0x1000
+#endif

@@ -1,0 +1,138 @@
+#include "text/format.h"
+
+#include "platform/coredll.h"
+#include "platform/handles.h"
+#include "text/resources.h"
+
+namespace text {
+
+namespace {
+
+// The most inserts that a pattern can name in one digit; those not given are empty.
+constexpr size_t insertLimit = 9;
+
+std::wstring FormatPlain(const wchar_t* pattern, DWORD language, DWORD_PTR* words) {
+    wchar_t* formatted = nullptr;
+    const DWORD length = FormatMessageW(
+        FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_STRING | FORMAT_MESSAGE_ARGUMENT_ARRAY,
+        pattern, 0, language, reinterpret_cast<wchar_t*>(&formatted), 0,
+        reinterpret_cast<va_list*>(words));
+    const platform::UniqueLocalText owner(formatted);
+    return length > 0 ? std::wstring(formatted, length) : std::wstring();
+}
+
+// The locale's form of a plain decimal text; empty on failure.
+std::wstring Localised(const std::wstring& plain) {
+    const int needed = platform::NumberFormat(plain.c_str(), nullptr, 0);
+    if (needed <= 0) {
+        return std::wstring();
+    }
+    std::wstring shown(static_cast<size_t>(needed) + 1, L'\0');
+    const int length = platform::NumberFormat(plain.c_str(), shown.data(), needed + 1);
+    shown.resize(length > 0 ? static_cast<size_t>(length) - 1 : 0);
+    return shown;
+}
+
+// Where the last decimal separator of a number stands; npos when there is none.
+size_t DecimalSeparator(const std::wstring& number) {
+    wchar_t separator[5] = {};
+    const int count = GetLocaleInfoW(LOCALE_USER_DEFAULT, LOCALE_SDECIMAL, separator, 5);
+    const size_t length = static_cast<size_t>(count > 0 ? count / 2 : 0);
+    return length == 0 ? std::wstring::npos : number.rfind(separator, std::wstring::npos, length);
+}
+
+std::wstring WithUnit(const std::wstring& number, UINT unit) {
+    return Format(L"%1 %2", number, std::wstring(LoadText(unit)));
+}
+
+constexpr UINT unitBytes = 990;
+constexpr UINT unitKilobytes = 991;
+constexpr UINT unitTerabytes = 994;
+
+}  // namespace
+
+std::wstring FormatInserts(std::wstring_view pattern, std::initializer_list<Insert> inserts) {
+    DWORD_PTR words[insertLimit];
+    size_t count = 0;
+    for (const Insert& insert : inserts) {
+        if (count < insertLimit) {
+            words[count++] = insert.Word();
+        }
+    }
+    while (count < insertLimit) {
+        words[count++] = reinterpret_cast<DWORD_PTR>(L"");
+    }
+    return FormatPlain(std::wstring(pattern).c_str(), Language(), words);
+}
+
+std::wstring FormatTextInserts(UINT id, std::initializer_list<Insert> inserts) {
+    return FormatInserts(LoadText(id), inserts);
+}
+
+std::wstring FormatInteger(int64_t value) {
+    constexpr DWORD userLanguage = 0x0400;
+    // The formatter takes a 64-bit insert from as many words as it fills.
+    DWORD_PTR words[2] = {static_cast<DWORD_PTR>(value),
+                          static_cast<DWORD_PTR>(static_cast<uint64_t>(value) >> 32)};
+    std::wstring number = Localised(FormatPlain(L"%1!I64i!", userLanguage, words));
+    const size_t separator = DecimalSeparator(number);
+    if (separator != std::wstring::npos) {
+        number.resize(separator);
+    }
+    return number;
+}
+
+std::wstring FormatDecimal(int32_t whole, uint32_t billionths) {
+    std::wstring number = Localised(Format(L"%1!i!.%2!09u!", whole, billionths));
+    const size_t separator = DecimalSeparator(number);
+    if (separator != std::wstring::npos && number.size() - separator > 3) {
+        number.resize(separator + 3);
+    }
+    return number;
+}
+
+std::wstring FormatSize(uint64_t bytes) {
+    if (bytes < 1024) {
+        return WithUnit(FormatInteger(static_cast<int64_t>(bytes)), unitBytes);
+    }
+    UINT unit = unitKilobytes;
+    while (bytes >= 0x100000 && unit < unitTerabytes) {
+        bytes >>= 10;
+        ++unit;
+    }
+    const auto billionths = static_cast<uint32_t>(((bytes & 0x3FF) * 1000000000u) >> 10);
+    return WithUnit(FormatDecimal(static_cast<int32_t>(bytes >> 10), billionths), unit);
+}
+
+std::wstring FormatSizeWithBytes(uint64_t bytes) {
+    const std::wstring size = FormatSize(bytes);
+    if (bytes < 1024) {
+        return size;
+    }
+    return Format(L"%1 (%2 %3)", size, FormatInteger(static_cast<int64_t>(bytes)),
+                  std::wstring(LoadText(unitBytes)));
+}
+
+std::wstring FormatFileTime(const FILETIME& time, Seconds seconds) {
+    FILETIME local;
+    SYSTEMTIME parts;
+    if ((time.dwLowDateTime | time.dwHighDateTime) == 0 ||
+        !FileTimeToLocalFileTime(&time, &local) || !FileTimeToSystemTime(&local, &parts)) {
+        return std::wstring();
+    }
+    constexpr int size = 80;
+    wchar_t date[size];
+    wchar_t clock[size];
+    if (!GetDateFormatW(LOCALE_USER_DEFAULT, DATE_SHORTDATE, &parts, nullptr, date, size)) {
+        return std::wstring();
+    }
+    std::wstring shown(date);
+    const DWORD style = seconds == Seconds::With ? 0 : TIME_NOSECONDS;
+    if (GetTimeFormatW(LOCALE_USER_DEFAULT, style, &parts, nullptr, clock, size)) {
+        shown += L' ';
+        shown += clock;
+    }
+    return shown;
+}
+
+}  // namespace text

@@ -1,0 +1,33 @@
+// Where texts, menus and pictures come from: the language pack in use first, then the program.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "platform/windows.h"
+
+namespace text {
+
+// The language of the program's own resources.
+inline constexpr LANGID programLanguage = 0x0409;
+
+// The modules that are searched for resources. Borrowed handles.
+HINSTANCE ProgramModule();
+HINSTANCE ResourceModule();
+LANGID Language();
+
+// Sets the program's module; resources are then looked up there alone.
+void SetProgramModule(HINSTANCE program);
+// Takes the resources of a language pack into use and returns the module that was used until now
+// (InterlockedExchange), which the caller frees unless it is the program's own.
+HINSTANCE SetResourceModule(HINSTANCE module, LANGID language);
+
+// The text of a string resource, valid as long as its module; "<resource not found>" when neither
+// module has it. Not NUL-terminated (LoadStringW). Never fails.
+std::wstring_view LoadText(UINT id);
+
+// Loads a menu from the language pack, else from the program (LoadMenuW). The caller owns it;
+// null when neither has it.
+HMENU LoadMenuResource(UINT id);
+
+}  // namespace text

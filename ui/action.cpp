@@ -1,0 +1,15 @@
+#include "ui/action.h"
+
+namespace ui {
+
+std::wstring TextOfCurrentException() {
+    try {
+        throw;
+    } catch (const faults::ErrorMessage::IFaultBase& fault) {
+        return faults::FullText(fault);
+    } catch (...) {
+        return std::wstring(text::LoadText(textUnexpectedError));
+    }
+}
+
+}  // namespace ui

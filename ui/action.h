@@ -1,0 +1,31 @@
+// The edge of a user's action, where its faults are caught and shown.
+#pragma once
+
+#include <string>
+
+#include "faults/fault.h"
+#include "text/format.h"
+#include "text/resources.h"
+#include "ui/message_box.h"
+
+namespace ui {
+
+// The text that stands for the exception being handled: a fault's full text, or "Unexpected
+// error." for anything else. Call it in a handler only.
+std::wstring TextOfCurrentException();
+
+// The context string of general actions of the frame and the views.
+inline constexpr UINT actionFailed = 152;
+
+// Runs `action`; a fault is shown with the context string `context`, whose last insert is the
+// fault's text, behind `inserts`. What the action had done before the fault stays done.
+template <typename Action, typename... Inserts>
+void RunAction(HWND owner, UINT context, Action action, const Inserts&... inserts) {
+    try {
+        action();
+    } catch (...) {
+        ShowError(owner, text::FormatText(context, inserts..., TextOfCurrentException()));
+    }
+}
+
+}  // namespace ui

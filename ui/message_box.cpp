@@ -1,0 +1,171 @@
+#include "ui/message_box.h"
+
+#include <algorithm>
+
+#include "text/resources.h"
+#include "ui/buttons_bar.h"
+#include "ui/clipped_text.h"
+#include "ui/dialog.h"
+#include "ui/drawing_resources.h"
+#include "ui/message_layout.h"
+#include "ui/paint.h"
+#include "ui/theme.h"
+
+namespace ui {
+
+namespace {
+
+constexpr UINT textStyle = DT_WORDBREAK | DT_EXPANDTABS | DT_NOPREFIX;
+
+class MessageBoxDialog final : public Dialog {
+ public:
+    MessageBoxDialog(const std::wstring& text, UINT title) : text_(text), title_(title) {}
+
+    void AddButton(UINT id) { ids_.push_back(id); }
+    void SetDefaultButton(unsigned index) { defaultButton_ = index; }
+
+ protected:
+    bool OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+
+ private:
+    bool LayOut();
+    RECT WorkArea() const;
+    void MoveBar(int width, int height);
+    void Paint(HDC dc, const RECT& client);
+
+    const std::wstring& text_;
+    UINT title_;
+    std::vector<UINT> ids_;
+    unsigned defaultButton_ = 0;
+    ButtonsBar bar_;
+    int margin_ = 0;
+    int captionHeight_ = 0;
+};
+
+RECT MessageBoxDialog::WorkArea() const {
+    MONITORINFO monitor = {};
+    monitor.cbSize = sizeof monitor;
+    if (GetMonitorInfoW(MonitorFromWindow(Handle(), MONITOR_DEFAULTTONEAREST), &monitor)) {
+        return monitor.rcWork;
+    }
+    return RECT{0, 0, GetSystemMetrics(SM_CXFULLSCREEN), GetSystemMetrics(SM_CYFULLSCREEN)};
+}
+
+bool MessageBoxDialog::LayOut() {
+    SetWindowTextW(Handle(), std::wstring(text::LoadText(title_)).c_str());
+    if (!bar_.Open(Handle())) {
+        return false;
+    }
+    for (const UINT id : ids_) {
+        bar_.AddButton(id);
+    }
+    bar_.FocusButton(defaultButton_);
+
+    RECT window = {};
+    RECT client = {};
+    GetWindowRect(Handle(), &window);
+    GetClientRect(Handle(), &client);
+    const int frame = Width(window) - Width(client);
+    RECT workArea = WorkArea();
+
+    const platform::WindowDC dc(Handle());
+    const platform::Selected font(dc, Fonts().Base());
+    margin_ = TextHeight(dc, Fonts().Base());
+    captionHeight_ = TextHeight(dc, Fonts().Bold()) + margin_ / 2 * 2;
+
+    MessageParts parts;
+    parts.margin = margin_;
+    parts.captionHeight = captionHeight_;
+    parts.barHeight = 2 * bar_.RowHeight();
+    parts.barWidth = bar_.NaturalWidth();
+    parts.titleWidth = TextWidth(dc, text::LoadText(title_));
+    workArea.right -= frame;
+    workArea.bottom -= frame;
+    RECT text = {0, 0, WidestMessageText(workArea, margin_), 0};
+    DrawTextW(dc, text_.c_str(), static_cast<int>(text_.size()), &text, textStyle | DT_CALCRECT);
+    parts.text = SIZE{Width(text), Height(text)};
+    RECT place;
+    if (!PlaceMessage(workArea, parts, &place)) {
+        return false;
+    }
+    SetWindowPos(Handle(), HWND_TOPMOST, place.left, place.top, Width(place) + frame,
+                 Height(place) + frame, 0);
+    MoveBar(Width(place), Height(place));
+    SetFocus(bar_.Handle());
+    return true;
+}
+
+// The buttons stand in the middle of the space that is reserved for them.
+void MessageBoxDialog::MoveBar(int width, int height) {
+    const int row = bar_.RowHeight();
+    MoveWindow(bar_.Handle(), 0, height - row / 2 - row, width, row, TRUE);
+}
+
+void MessageBoxDialog::Paint(HDC dc, const RECT& client) {
+    FillWithSystemColor(dc, client, COLOR_WINDOW);
+    const RECT strip = {client.left, client.top, client.right, client.top + captionHeight_};
+    FillWithColor(dc, strip, barColor);
+    SetBkMode(dc, TRANSPARENT);
+    RECT area = strip;
+    area.left += margin_;
+    area.right -= margin_;
+    {
+        const platform::Selected font(dc, Fonts().Bold());
+        SetTextColor(dc, barTextColor);
+        DrawClippedLine(dc, area, text::LoadText(title_));
+    }
+    const platform::Selected font(dc, Fonts().Base());
+    SetTextColor(dc, GetSysColor(COLOR_WINDOWTEXT));
+    RECT text = {client.left + margin_, strip.bottom + margin_, client.right - margin_,
+                 client.bottom - 2 * bar_.RowHeight()};
+    DrawTextW(dc, text_.c_str(), static_cast<int>(text_.size()), &text, textStyle);
+}
+
+bool MessageBoxDialog::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+    switch (message) {
+        case WM_INITDIALOG:
+            if (!LayOut()) {
+                End(messageNotShown);
+            }
+            // The focus is set; the platform answers FALSE to leave it there.
+            return false;
+        case WM_SIZE:
+            if (bar_.Handle()) {
+                MoveBar(LOWORD(lParam), HIWORD(lParam));
+            }
+            return true;
+        case WM_SETFOCUS:
+            SetFocus(bar_.Handle());
+            return true;
+        case WM_PAINT:
+            PaintWindow(Handle(), [this](HDC dc, const RECT& client) { Paint(dc, client); });
+            return true;
+        case WM_ERASEBKGND:
+            SetWindowLongPtrW(Handle(), DWLP_MSGRESULT, 1);
+            return true;
+        case WM_COMMAND:
+            End(LOWORD(wParam));
+            return true;
+        default:
+            return false;
+    }
+}
+
+}  // namespace
+
+int ShowMessage(HWND owner, const std::wstring& text, UINT title, unsigned buttonCount,
+                const UINT* buttonIds, unsigned defaultButton) {
+    MessageBoxDialog box(text, title);
+    for (unsigned index = 0; index < buttonCount; ++index) {
+        box.AddButton(buttonIds[index]);
+    }
+    box.SetDefaultButton(defaultButton);
+    return static_cast<int>(RunDialog(owner, box));
+}
+
+int ShowError(HWND owner, const std::wstring& text) {
+    constexpr UINT ok = buttonOk;
+    return ShowMessage(owner, text, captionError, 1, &ok, 0);
+}
+
+}  // namespace ui

@@ -1,0 +1,38 @@
+// The program's own message box: questions, warnings and errors.
+#pragma once
+
+#include <string>
+
+#include "platform/windows.h"
+
+namespace ui {
+
+// The string resources of a message box's captions and buttons; a button's is also its result.
+enum MessageText : UINT {
+    buttonExit = 130,
+    buttonOk = 131,
+    buttonDone = 132,
+    buttonYes = 133,
+    buttonNo = 134,
+    buttonCancel = 135,
+    buttonRetry = 136,
+    buttonIgnore = 137,
+    textUnexpectedError = 140,
+    captionWarning = 141,
+    captionError = 142,
+};
+
+// The results that no button has.
+inline constexpr int messageNotShown = 2;
+inline constexpr int messageNotCreated = -1;
+
+// Shows `text` under the caption string `title` with `buttonCount` buttons labelled by the strings
+// `buttonIds` and returns the identifier of the one pressed; `defaultButton` counts from 0.
+// Closed without a button, or without room for it, the box ends with messageNotShown.
+int ShowMessage(HWND owner, const std::wstring& text, UINT title, unsigned buttonCount,
+                const UINT* buttonIds, unsigned defaultButton);
+
+// An error with the single button "Ok".
+int ShowError(HWND owner, const std::wstring& text);
+
+}  // namespace ui

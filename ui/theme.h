@@ -1,0 +1,23 @@
+// The look that the program's controls share beyond the system's colors.
+#pragma once
+
+#include "platform/windows.h"
+
+namespace ui {
+
+// The command bar: dark, so that its labels can be white. The image strips are drawn on it.
+inline constexpr COLORREF barColor = RGB(32, 36, 42);
+inline constexpr COLORREF barPressedColor = RGB(29, 99, 161);
+inline constexpr COLORREF barRuleColor = RGB(70, 76, 84);
+inline constexpr COLORREF barTextColor = RGB(255, 255, 255);
+
+// A color between two others; `share` of 255 is the first one's part.
+COLORREF MixColors(COLORREF first, COLORREF second, unsigned share);
+
+// The quiet line between two rows, on the bottom edge of `row`.
+void DrawRowRule(HDC dc, const RECT& row);
+
+// The outline of a rectangle, `thickness` pixels inside it.
+void DrawFrame(HDC dc, const RECT& area, int thickness, COLORREF color);
+
+}  // namespace ui

@@ -1,0 +1,450 @@
+// The list that follows the finger: rows of any height, drawn by their owner, selected by tap and
+// keys, scrolled by dragging and at rest always on a whole row.
+#pragma once
+
+#include <algorithm>
+#include <cstdlib>
+#include <utility>
+
+#include "ui/gesture.h"
+#include "ui/held_fault.h"
+#include "ui/list_layout.h"
+#include "ui/list_notifications.h"
+#include "ui/paint.h"
+#include "ui/scroll_indicator.h"
+#include "ui/window.h"
+
+namespace ui {
+
+// `Kind` derives from TouchList<Kind> and supplies for its rows:
+//   SIZE Measure(unsigned index, int clientWidth, int clientHeight, ULONG_PTR data)
+//   void DrawItem(const DRAWITEMSTRUCT& row)
+//   void EraseBackground(HDC dc, const RECT& area)
+//   void OnTap(unsigned index, GestureResult gesture)
+//   void DeleteItem(ULONG_PTR data)
+// and calls Clear in its destructor. All sizes are pixels, all rectangles client coordinates.
+template <typename Kind>
+class TouchList : public Window {
+ public:
+    // Measures all rows anew, drops the selection and returns to the top.
+    void Layout(int clientWidth, int clientHeight);
+    // Layout with the window's own size.
+    void Layout() {
+        const RECT client = ClientRectangle();
+        Layout(Width(client), Height(client));
+    }
+
+    // The row under a client point and its rectangle; noRow when there is none.
+    unsigned HitTest(POINT point, RECT* row = nullptr) const;
+
+    // Selects a row (noRow: none) unless the parent vetoes it, and brings it into view.
+    // Returns the selection after the call.
+    unsigned SetSelection(unsigned index);
+
+    unsigned GetSelection() const { return selection_; }
+    unsigned GetTopIndex() const { return topIndex_; }
+    unsigned GetMaxTop() const { return maxTop_; }
+    unsigned GetCount() const { return static_cast<unsigned>(items_.size()); }
+    ULONG_PTR GetItemData(unsigned index) const { return items_.at(index).data; }
+    int GetTotalHeight() const { return totalHeight_; }
+    int GetMaxItemWidth() const { return maxItemWidth_; }
+
+    // Row by row changes by the owner, who calls Layout or Relayout afterwards.
+    void InsertItem(unsigned index, ULONG_PTR data) {
+        items_.insert(items_.begin() + static_cast<ptrdiff_t>(index), ItemRecord{0, 0, data});
+    }
+    void ReserveItems(unsigned count) { items_.reserve(count); }
+    // Frees all rows; the window is not repainted before the next Layout.
+    void Clear();
+    // Scrolls so that `index` is the top row, as far as the rows allow.
+    void SetTopIndex(unsigned index);
+
+ protected:
+    LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+
+    // Keys that move the selection. True when the list knows the key.
+    bool HandleNavigationKey(WPARAM key);
+    // Sends NM_KEYDOWN to `receiver`; nonzero when it handled the key.
+    LRESULT OfferKey(HWND receiver, WPARAM key, LPARAM keyData);
+    void InvalidateRow(unsigned index);
+    // The client rectangle of a row that lies at least in part in the window.
+    bool RowRectangle(unsigned index, RECT* row) const;
+    // Whether rows that all fit may be dragged nevertheless.
+    bool DragsWhenAllRowsFit() const { return false; }
+
+ private:
+    class Tracker;
+
+    Kind& Self() { return static_cast<Kind&>(*this); }
+    void UpdateMaxTop(int clientHeight);
+    void FitTo(int clientHeight);
+    void PaintRows(HDC dc, const RECT& client, unsigned top, int firstY);
+    void OnButtonDown(POINT point, bool repeatedTap);
+    bool OnQueryDragTracker(GestureInfo& info);
+    void OnKeyDown(WPARAM key, LPARAM keyData);
+    void OnGetDialogCode(const MSG* message);
+    LRESULT NotifySelection(int code, unsigned newIndex, unsigned oldIndex);
+    LRESULT Notify(HWND receiver, NMHDR& notification, UINT code);
+
+    ItemRecords items_;
+    unsigned topIndex_ = 0;
+    unsigned maxTop_ = 0;
+    unsigned selection_ = noRow;
+    int maxItemWidth_ = 0;
+    int totalHeight_ = 0;
+};
+
+// Scrolls the list during one drag; the list's own scroll state changes at the end only.
+template <typename Kind>
+class TouchList<Kind>::Tracker final : public DragTracker {
+ public:
+    explicit Tracker(TouchList& list) : list_(list), dc_(list.Handle()) {}
+
+    bool Start(int, int y) override {
+        position_ = DragPosition{list_.topIndex_, 0};
+        lastY_ = y;
+        return GetClientRect(list_.Handle(), &client_) != FALSE;
+    }
+
+    bool Move(int, int y) override {
+        const int distance = lastY_ - y;
+        lastY_ = y;
+        if (list_.items_.empty()) {
+            return true;
+        }
+        position_.top = std::min(position_.top, list_.GetCount() - 1);
+        position_ = FollowFinger(list_.items_, list_.maxTop_, Height(client_), position_, distance);
+        DrawFrame(-position_.offset);
+        return true;
+    }
+
+    void Release() override {
+        if (list_.items_.empty()) {
+            return;
+        }
+        position_.top = std::min(position_.top, list_.GetCount() - 1);
+        const SlideToRest slide =
+            PlanSlide(list_.items_, list_.maxTop_, list_.totalHeight_, position_);
+        int y = slide.first;
+        DrawFrame(y);
+        while (y != slide.target) {
+            y += slide.step;
+            DrawFrame(y);
+        }
+        const unsigned rest = std::min(slide.newTop, list_.maxTop_);
+        if (rest != list_.topIndex_) {
+            list_.topIndex_ = rest;
+            InvalidateRect(list_.Handle(), nullptr, TRUE);
+        }
+    }
+
+ private:
+    void DrawFrame(int firstY) {
+        const OffscreenBitmap frame(dc_, client_);
+        if (frame) {
+            list_.PaintRows(frame.DC(), client_, position_.top, firstY);
+            frame.Show();
+        }
+    }
+
+    TouchList& list_;
+    platform::WindowDC dc_;
+    RECT client_ = {};
+    DragPosition position_;
+    int lastY_ = 0;
+};
+
+template <typename Kind>
+void TouchList<Kind>::Layout(int clientWidth, int clientHeight) {
+    selection_ = noRow;
+    topIndex_ = 0;
+    totalHeight_ = 0;
+    maxItemWidth_ = 0;
+    unsigned index = 0;
+    for (ItemRecord& item : items_) {
+        const SIZE size = Self().Measure(index++, clientWidth, clientHeight, item.data);
+        item.width = size.cx;
+        item.height = size.cy;
+        totalHeight_ += item.height;
+        maxItemWidth_ = std::max(maxItemWidth_, item.width);
+    }
+    FitTo(clientHeight);
+    InvalidateRect(Handle(), nullptr, TRUE);
+}
+
+template <typename Kind>
+void TouchList<Kind>::FitTo(int clientHeight) {
+    if (clientHeight >= totalHeight_ || items_.empty()) {
+        topIndex_ = maxTop_ = 0;
+    } else {
+        UpdateMaxTop(clientHeight);
+    }
+}
+
+template <typename Kind>
+void TouchList<Kind>::UpdateMaxTop(int clientHeight) {
+    maxTop_ = LargestTop(items_, clientHeight);
+    topIndex_ = std::min(topIndex_, maxTop_);
+}
+
+template <typename Kind>
+unsigned TouchList<Kind>::HitTest(POINT point, RECT* row) const {
+    RECT client;
+    if (items_.empty() || !GetClientRect(Handle(), &client) || !PtInRect(&client, point)) {
+        return noRow;
+    }
+    const RowHit hit = RowBelow(items_, topIndex_, point.y - client.top);
+    if (hit.index != noRow && row) {
+        *row = RECT{client.left, client.top + hit.top, client.right, client.top + hit.bottom};
+    }
+    return hit.index;
+}
+
+template <typename Kind>
+unsigned TouchList<Kind>::SetSelection(unsigned index) {
+    if (index != noRow && index >= GetCount()) {
+        index = items_.empty() ? noRow : GetCount() - 1;
+    }
+    if (index == selection_) {
+        return selection_;
+    }
+    const unsigned old = selection_;
+    if (NotifySelection(LSN_SELCHANGING, index, old)) {
+        return selection_;
+    }
+    selection_ = index;
+    const unsigned oldTop = topIndex_;
+    if (index != noRow && index < GetCount()) {
+        const int height = Height(ClientRectangle());
+        if (index < topIndex_) {
+            topIndex_ = index;
+        } else {
+            topIndex_ = std::max(topIndex_, TopToShow(items_, index, height));
+        }
+    }
+    if (topIndex_ != oldTop) {
+        InvalidateRect(Handle(), nullptr, TRUE);
+    } else {
+        InvalidateRow(old);
+        InvalidateRow(index);
+    }
+    NotifySelection(LSN_SELCHANGED, index, old);
+    return selection_;
+}
+
+template <typename Kind>
+void TouchList<Kind>::SetTopIndex(unsigned index) {
+    index = std::min(index, maxTop_);
+    if (index != topIndex_) {
+        topIndex_ = index;
+        InvalidateRect(Handle(), nullptr, TRUE);
+    }
+}
+
+template <typename Kind>
+void TouchList<Kind>::Clear() {
+    const ItemRecords removed = std::exchange(items_, ItemRecords());
+    selection_ = noRow;
+    topIndex_ = maxTop_ = 0;
+    totalHeight_ = maxItemWidth_ = 0;
+    for (const ItemRecord& item : removed) {
+        Self().DeleteItem(item.data);
+    }
+}
+
+template <typename Kind>
+bool TouchList<Kind>::RowRectangle(unsigned index, RECT* row) const {
+    if (index < topIndex_ || index >= GetCount()) {
+        return false;
+    }
+    *row = ClientRectangle();
+    const int bottom = row->bottom;
+    for (unsigned above = topIndex_; above < index && row->top < bottom; ++above) {
+        row->top += items_[above].height;
+    }
+    row->bottom = row->top + items_[index].height;
+    return row->top < bottom;
+}
+
+template <typename Kind>
+void TouchList<Kind>::InvalidateRow(unsigned index) {
+    RECT row;
+    if (RowRectangle(index, &row)) {
+        InvalidateRect(Handle(), &row, FALSE);
+    }
+}
+
+template <typename Kind>
+void TouchList<Kind>::PaintRows(HDC dc, const RECT& client, unsigned top, int firstY) {
+    Self().EraseBackground(dc, client);
+    DRAWITEMSTRUCT row = {};
+    row.CtlType = ODT_LISTBOX;
+    row.CtlID = static_cast<UINT>(GetDlgCtrlID(Handle()));
+    row.itemAction = ODA_DRAWENTIRE;
+    row.hwndItem = Handle();
+    row.hDC = dc;
+    int y = client.top + firstY;
+    for (unsigned index = top; index < GetCount() && y < client.bottom; ++index) {
+        const ItemRecord& item = items_[index];
+        row.itemID = index;
+        row.itemState = index == selection_ ? ODS_SELECTED : 0;
+        row.rcItem = RECT{client.left, y, client.right, y + item.height};
+        row.itemData = item.data;
+        Self().DrawItem(row);
+        y += item.height;
+    }
+    DrawScrollIndicator(dc, client, totalHeight_, top, GetCount());
+}
+
+template <typename Kind>
+LRESULT TouchList<Kind>::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+    switch (message) {
+        case WM_CREATE:
+            Layout();
+            return 0;
+        case WM_DESTROY:
+            Clear();
+            return 0;
+        case WM_PAINT:
+            PaintWindow(Handle(), [this](HDC dc, const RECT& client) {
+                PaintRows(dc, client, topIndex_, 0);
+            });
+            return 0;
+        case WM_ERASEBKGND:
+            return 1;
+        case WM_WINDOWPOSCHANGED: {
+            const auto position = reinterpret_cast<const WINDOWPOS*>(lParam);
+            if (!(position->flags & SWP_NOSIZE)) {
+                FitTo(Height(ClientRectangle()));
+            }
+            return Default(message, wParam, lParam);
+        }
+        case WM_LBUTTONDOWN:
+        case WM_LBUTTONDBLCLK:
+            OnButtonDown(PointOf(lParam), message == WM_LBUTTONDBLCLK);
+            return 0;
+        case WM_QUERYDRAGTRACKER:
+            return OnQueryDragTracker(*reinterpret_cast<GestureInfo*>(lParam));
+        case WM_GETDLGCODE:
+            OnGetDialogCode(reinterpret_cast<const MSG*>(lParam));
+            return DLGC_WANTALLKEYS;
+        case WM_KEYDOWN:
+            OnKeyDown(wParam, lParam);
+            return 0;
+        default:
+            return Default(message, wParam, lParam);
+    }
+}
+
+template <typename Kind>
+void TouchList<Kind>::OnButtonDown(POINT point, bool repeatedTap) {
+    const RECT client = ClientRectangle();
+    if (!PtInRect(&client, point)) {
+        return;
+    }
+    const GestureResult gesture = StartDrag(Handle(), point.x, point.y);
+    // The second tap of a quick pair is meant for what the first has left behind.
+    if ((gesture != GestureTap && gesture != GestureHold) || repeatedTap) {
+        return;
+    }
+    SetFocus(Handle());
+    const unsigned index = HitTest(point);
+    if (index != noRow) {
+        Self().OnTap(index, gesture);
+    }
+}
+
+template <typename Kind>
+bool TouchList<Kind>::OnQueryDragTracker(GestureInfo& info) {
+    if (items_.empty() || (maxTop_ == 0 && !Self().DragsWhenAllRowsFit())) {
+        return false;
+    }
+    const bool upright = std::abs(info.x - info.startX) <= std::abs(info.y - info.startY);
+    if (info.result != GestureHold && !(info.result == GestureDrag && upright)) {
+        return false;
+    }
+    info.tracker = DragTrackerOwner(new Tracker(*this));
+    return true;
+}
+
+template <typename Kind>
+void TouchList<Kind>::OnGetDialogCode(const MSG* message) {
+    if (message && message->message == WM_KEYDOWN && message->wParam == VK_TAB) {
+        const bool shift = GetAsyncKeyState(VK_SHIFT) < 0;
+        PostMessageW(GetParent(Handle()), WM_NEXTDLGCTL, shift ? 0 : 1, 0);
+    }
+}
+
+template <typename Kind>
+void TouchList<Kind>::OnKeyDown(WPARAM key, LPARAM keyData) {
+    if (OfferKey(GetParent(Handle()), key, keyData) || items_.empty()) {
+        return;
+    }
+    if (key == VK_RETURN) {
+        NMHDR notification = {};
+        Notify(GetParent(Handle()), notification, NM_RETURN);
+        return;
+    }
+    HandleNavigationKey(key);
+}
+
+template <typename Kind>
+bool TouchList<Kind>::HandleNavigationKey(WPARAM key) {
+    if (items_.empty()) {
+        return false;
+    }
+    const unsigned last = GetCount() - 1;
+    const unsigned start = selection_ == noRow ? 0 : selection_;
+    switch (key) {
+        case VK_UP:
+            if (selection_ != 0) {
+                SetSelection(selection_ == noRow ? last : selection_ - 1);
+            }
+            return true;
+        case VK_DOWN:
+            if (selection_ == noRow || selection_ < last) {
+                SetSelection(selection_ == noRow ? 0 : selection_ + 1);
+            }
+            return true;
+        case VK_HOME:
+            SetSelection(0);
+            return true;
+        case VK_END:
+            SetSelection(last);
+            return true;
+        case VK_PRIOR:
+            SetSelection(PageUp(items_, start, Height(ClientRectangle())));
+            return true;
+        case VK_NEXT:
+            SetSelection(PageDown(items_, start, Height(ClientRectangle())));
+            return true;
+        default:
+            return false;
+    }
+}
+
+template <typename Kind>
+LRESULT TouchList<Kind>::OfferKey(HWND receiver, WPARAM key, LPARAM keyData) {
+    ListKeyDown notification = {};
+    notification.key = static_cast<UINT>(key);
+    notification.flags = HIWORD(keyData);
+    return Notify(receiver, notification.header, NM_KEYDOWN);
+}
+
+template <typename Kind>
+LRESULT TouchList<Kind>::NotifySelection(int code, unsigned newIndex, unsigned oldIndex) {
+    ListSelectionChange notification = {};
+    notification.newIndex = newIndex;
+    notification.oldIndex = oldIndex;
+    return Notify(GetParent(Handle()), notification.header, static_cast<UINT>(code));
+}
+
+template <typename Kind>
+LRESULT TouchList<Kind>::Notify(HWND receiver, NMHDR& notification, UINT code) {
+    notification.hwndFrom = Handle();
+    notification.idFrom = static_cast<UINT_PTR>(GetDlgCtrlID(Handle()));
+    notification.code = code;
+    return Send(receiver, WM_NOTIFY, notification.idFrom, reinterpret_cast<LPARAM>(&notification));
+}
+
+}  // namespace ui

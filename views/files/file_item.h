@@ -1,0 +1,38 @@
+// One entry of a folder as a row of the Files view.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string_view>
+
+#include "platform/coredll.h"
+
+namespace views {
+
+// Kept in one block together with its name, since a folder may hold many thousands.
+struct FileItem {
+    uint64_t size;
+    FILETIME created;
+    DWORD attributes;
+    // Index into the system's small-icon image list, -1 for none.
+    int32_t iconIndex;
+    // NUL-terminated, longer than declared.
+    wchar_t name[1];
+
+    bool IsFolder() const { return (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0; }
+};
+
+struct DeleteFileItem {
+    void operator()(FileItem* item) const { ::operator delete(item); }
+};
+using FileItemOwner = std::unique_ptr<FileItem, DeleteFileItem>;
+
+// Throws std::bad_alloc.
+FileItemOwner MakeFileItem(std::wstring_view name, DWORD attributes, FILETIME created,
+                           uint64_t size);
+FileItemOwner MakeFileItem(const platform::FindData& found);
+
+// Folders before files, each in the locale's order ignoring case (CompareStringW).
+bool OrdersBefore(const FileItem& first, const FileItem& second);
+
+}  // namespace views

@@ -1,0 +1,34 @@
+// The strip above the Files list that shows the folder; a leftward drag on it goes up.
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "ui/window.h"
+
+namespace views {
+
+class PathBar final : public ui::Window {
+ public:
+    PathBar() = default;
+    ~PathBar() override { Destroy(); }
+
+    // `onUp` is called for a leftward drag. False when the platform fails.
+    bool Open(HWND parent, std::function<void()> onUp);
+    // An empty path is the root.
+    void SetPath(const std::wstring& path);
+    // The height that the strip wants, in pixels.
+    static int PreferredHeight(int textHeight) { return textHeight + (textHeight + 2) / 3 * 2; }
+
+ protected:
+    LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+
+ private:
+    void OnPress(POINT point);
+    void Paint(HDC dc, const RECT& client);
+
+    std::wstring path_;
+    std::function<void()> onUp_;
+};
+
+}  // namespace views

@@ -1,0 +1,78 @@
+#include "views/list_view.h"
+
+#include <algorithm>
+
+#include "ui/action.h"
+#include "ui/drawing_resources.h"
+#include "ui/screen_metrics.h"
+
+namespace views {
+
+void ListView::Layout(HDC dc) {
+    textHeight_ = ui::TextHeight(dc, ui::Fonts().Base());
+    smallTextHeight_ = ui::TextHeight(dc, ui::Fonts().Small());
+    const int thumb = static_cast<int>(ui::GetScreenMetrics().iconSize) * 3 / 4;
+    oneLineHeight_ = std::max(textHeight_ + (textHeight_ + 3) / 4 * 2, thumb);
+    if (!list_.Handle()) {
+        list_.Open(frame_.Pane(), 1);
+    }
+}
+
+bool ListView::Activate(const ViewArgument&) {
+    if (!list_.Handle()) {
+        return false;
+    }
+    frame_.Bar().LoadBar(menu_);
+    ShowWindow(list_.Handle(), SW_SHOW);
+    return true;
+}
+
+bool ListView::Deactivate(HDC) {
+    list_.Clear();
+    ShowWindow(list_.Handle(), SW_HIDE);
+    return true;
+}
+
+void ListView::Arrange(const RECT& area) {
+    MoveWindow(list_.Handle(), area.left, area.top, ui::Width(area), ui::Height(area), TRUE);
+}
+
+bool ListView::Key(WPARAM key) {
+    if (key != VK_F8) {
+        return false;
+    }
+    PostMessageW(frame_.MainWindow(), WM_COMMAND, commandRefresh, 0);
+    return true;
+}
+
+bool ListView::Command(WORD command) {
+    if (command != commandRefresh) {
+        return false;
+    }
+    Refresh();
+    return true;
+}
+
+LRESULT ListView::Notify(const NMHDR& notification) {
+    if (notification.hwndFrom != list_.Handle()) {
+        return 0;
+    }
+    switch (static_cast<int>(notification.code)) {
+        case ui::LSN_SELCHANGED:
+            frame_.MenuStateChanged();
+            return 0;
+        case static_cast<int>(NM_KEYDOWN): {
+            const WPARAM key = reinterpret_cast<const ui::ListKeyDown&>(notification).key;
+            return Key(key) || frame_.FrameKey(key);
+        }
+        case static_cast<int>(NM_RETURN):
+            if (HasSelection()) {
+                Tap(list_.GetSelection());
+            }
+            return 0;
+        default:
+            return 0;
+    }
+}
+
+}  // namespace views
