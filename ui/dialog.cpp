@@ -56,7 +56,8 @@ INT_PTR CALLBACK Dialog::Procedure(HWND window, UINT message, WPARAM wParam, LPA
         HoldException();
         EndDialog(window, IDCANCEL);
     }
-    if (message == WM_NCDESTROY) {
+    // The last message that a handheld sends.
+    if (message == WM_DESTROY) {
         SetWindowLongPtrW(window, GWLP_USERDATA, 0);
         dialog->handle_ = nullptr;
     }

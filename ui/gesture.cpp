@@ -61,14 +61,8 @@ GestureResult DecideGesture(HWND window, GestureInfo& info, DWORD timeout) {
         if (elapsed >= timeout) {
             return GestureHold;
         }
-        const DWORD wait = MsgWaitForMultipleObjectsEx(0, nullptr, timeout - elapsed,
-                                                       QS_MOUSEMOVE | QS_MOUSEBUTTON, 0);
-        if (wait == WAIT_TIMEOUT) {
-            return GestureHold;
-        }
-        if (wait != WAIT_OBJECT_0) {
-            return GestureNone;
-        }
+        // The queue is looked at before waiting: a finger lifted while the press was still waiting
+        // to be handled would not wake the wait.
         MSG button;
         if (PeekMessageW(&button, nullptr, mouseButtonMessagesFirst, mouseButtonMessagesLast,
                          PM_NOREMOVE)) {
@@ -76,6 +70,14 @@ GestureResult DecideGesture(HWND window, GestureInfo& info, DWORD timeout) {
         }
         if (TakeMoves(window, info, threshold)) {
             return GestureDrag;
+        }
+        const DWORD wait = MsgWaitForMultipleObjectsEx(0, nullptr, timeout - elapsed,
+                                                       QS_MOUSEMOVE | QS_MOUSEBUTTON, 0);
+        if (wait == WAIT_TIMEOUT) {
+            return GestureHold;
+        }
+        if (wait != WAIT_OBJECT_0) {
+            return GestureNone;
         }
     }
 }

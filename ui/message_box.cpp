@@ -15,11 +15,22 @@ namespace ui {
 
 namespace {
 
-constexpr UINT textStyle = DT_WORDBREAK | DT_EXPANDTABS | DT_NOPREFIX;
+constexpr UINT textStyle = DT_WORDBREAK | DT_EXPANDTABS;
+
+// DrawTextW takes an ampersand for the mark of a key; one that belongs to the text stands doubled.
+std::wstring WithPlainAmpersands(const std::wstring& text) {
+    std::wstring plain;
+    plain.reserve(text.size());
+    for (const wchar_t character : text) {
+        plain.append(character == L'&' ? 2 : 1, character);
+    }
+    return plain;
+}
 
 class MessageBoxDialog final : public Dialog {
  public:
-    MessageBoxDialog(const std::wstring& text, UINT title) : text_(text), title_(title) {}
+    MessageBoxDialog(const std::wstring& text, UINT title)
+        : text_(WithPlainAmpersands(text)), title_(title) {}
 
     void AddButton(UINT id) { ids_.push_back(id); }
     void SetDefaultButton(unsigned index) { defaultButton_ = index; }
@@ -33,7 +44,7 @@ class MessageBoxDialog final : public Dialog {
     void MoveBar(int width, int height);
     void Paint(HDC dc, const RECT& client);
 
-    const std::wstring& text_;
+    std::wstring text_;
     UINT title_;
     std::vector<UINT> ids_;
     unsigned defaultButton_ = 0;

@@ -61,7 +61,8 @@ LRESULT CALLBACK Window::Procedure(HWND window, UINT message, WPARAM wParam, LPA
     } catch (...) {
         HoldException();
     }
-    if (message == WM_NCDESTROY) {
+    // The last message that a handheld sends; a PC's further ones are left to the platform.
+    if (message == WM_DESTROY) {
         SetWindowLongPtrW(window, GWLP_USERDATA, 0);
         self->handle_ = nullptr;
     }

@@ -81,6 +81,11 @@ bool VisibleArea(HWND window, RECT* area) {
         return false;
     }
     *area = desktop::WindowPlace(monitor.rcWork, desktop::DotsPerInch());
+    const bool wholeWorkArea = EqualRect(area, &monitor.rcWork) != FALSE;
+    // On a large screen people put the window where they like it.
+    if (!wholeWorkArea && IsWindowVisible(window)) {
+        GetWindowRect(window, area);
+    }
     return true;
 }
 

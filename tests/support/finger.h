@@ -1,0 +1,40 @@
+// A real finger and real keys: input that goes through the screen's own input queue.
+#pragma once
+
+#include <string>
+
+#include "platform/windows.h"
+
+namespace test {
+
+// A sequence of input, collected first and then played at once without a pause but those it names.
+// Points are screen coordinates. Plays on the thread that calls Play, which returns when all of it
+// has been sent; a program under test in the same process needs another thread for its messages.
+class Finger {
+ public:
+    Finger& Down(POINT point);
+    Finger& Down(int x, int y) { return Down(POINT{x, y}); }
+    Finger& MoveTo(POINT point);
+    Finger& MoveTo(int x, int y) { return MoveTo(POINT{x, y}); }
+    Finger& Up();
+    Finger& Wait(DWORD milliseconds);
+    // A press shorter than any that means something else.
+    Finger& Tap(POINT point) { return Down(point).Wait(60).Up(); }
+    Finger& Tap(int x, int y) { return Tap(POINT{x, y}); }
+    // A press of more than half a second.
+    Finger& Hold(POINT point) { return Down(point).Wait(650).Up(); }
+    // From one point to another in small steps; the finger stays down.
+    Finger& DragTo(POINT from, POINT to, int steps = 10);
+    // A key by the screen's name of it ("Down", "Return", "F1", "a", "shift+Tab").
+    Finger& Key(const std::string& name);
+    Finger& KeyDown(const std::string& name);
+    Finger& KeyUp(const std::string& name);
+
+    // False when the input could not be sent.
+    bool Play();
+
+ private:
+    std::string commands_;
+};
+
+}  // namespace test

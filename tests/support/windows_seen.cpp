@@ -1,0 +1,111 @@
+#include "tests/support/windows_seen.h"
+
+#include "platform/handles.h"
+#include "tests/support/wait.h"
+#include "ui/window.h"
+
+namespace test {
+
+namespace {
+
+struct Search {
+    const wchar_t* className;
+    bool anyProcess;
+    HWND found;
+};
+
+BOOL CALLBACK Visit(HWND window, LPARAM parameter) {
+    auto& search = *reinterpret_cast<Search*>(parameter);
+    DWORD process = 0;
+    GetWindowThreadProcessId(window, &process);
+    if (IsWindowVisible(window) && ClassOf(window) == search.className &&
+        (search.anyProcess || process == GetCurrentProcessId())) {
+        search.found = window;
+        return FALSE;
+    }
+    return TRUE;
+}
+
+}  // namespace
+
+std::wstring TextOf(HWND window) {
+    wchar_t text[1024] = {};
+    DWORD_PTR length = 0;
+    SendMessageTimeoutW(window, WM_GETTEXT, 1024, reinterpret_cast<LPARAM>(text), SMTO_ABORTIFHUNG,
+                        5000, &length);
+    return text;
+}
+
+std::wstring ClassOf(HWND window) {
+    wchar_t name[256] = {};
+    GetClassNameW(window, name, 256);
+    return name;
+}
+
+RECT ScreenRectangleOf(HWND window) {
+    RECT rectangle = {};
+    GetWindowRect(window, &rectangle);
+    return rectangle;
+}
+
+POINT MiddleOf(HWND window) {
+    const RECT rectangle = ScreenRectangleOf(window);
+    return POINT{(rectangle.left + rectangle.right) / 2, (rectangle.top + rectangle.bottom) / 2};
+}
+
+POINT OnScreen(HWND window, int x, int y) {
+    POINT point = {x, y};
+    ClientToScreen(window, &point);
+    return point;
+}
+
+HWND FindVisible(const wchar_t* className, bool anyProcess) {
+    Search search = {className, anyProcess, nullptr};
+    EnumWindows(Visit, reinterpret_cast<LPARAM>(&search));
+    return search.found;
+}
+
+HWND WaitForWindow(const wchar_t* className, bool anyProcess) {
+    HWND found = nullptr;
+    WaitFor([&] { return (found = FindVisible(className, anyProcess)) != nullptr; });
+    return found;
+}
+
+HWND FindChild(HWND parent, const wchar_t* className) {
+    Search search = {className, true, nullptr};
+    EnumChildWindows(parent, Visit, reinterpret_cast<LPARAM>(&search));
+    return search.found;
+}
+
+Picture Picture::OfScreen(const RECT& area) {
+    Picture picture;
+    picture.width_ = ui::Width(area);
+    picture.height_ = ui::Height(area);
+    BITMAPINFO info = {};
+    info.bmiHeader.biSize = sizeof info.bmiHeader;
+    info.bmiHeader.biWidth = picture.width_;
+    info.bmiHeader.biHeight = -picture.height_;
+    info.bmiHeader.biPlanes = 1;
+    info.bmiHeader.biBitCount = 32;
+    void* bits = nullptr;
+    const platform::UniqueBitmap bitmap(
+        CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, &bits, nullptr, 0));
+    const platform::WindowDC screen(nullptr);
+    const platform::UniqueMemoryDC memory(CreateCompatibleDC(screen));
+    const platform::Selected selected(memory.Get(), bitmap.Get());
+    BitBlt(memory.Get(), 0, 0, picture.width_, picture.height_, screen, area.left, area.top,
+           SRCCOPY);
+    GdiFlush();
+    const auto words = static_cast<const uint32_t*>(bits);
+    for (int index = 0; index < picture.width_ * picture.height_; ++index) {
+        const uint32_t word = words[index];
+        picture.pixels_.push_back(RGB(word >> 16 & 0xFF, word >> 8 & 0xFF, word & 0xFF));
+    }
+    return picture;
+}
+
+COLORREF Picture::At(int x, int y) const {
+    return pixels_.at(static_cast<size_t>(y * width_ + x));
+}
+
+}  // namespace test

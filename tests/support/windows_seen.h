@@ -1,0 +1,45 @@
+// Looking at the screen: windows, their places and the pixels that a person sees.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "platform/windows.h"
+
+namespace test {
+
+std::wstring TextOf(HWND window);
+std::wstring ClassOf(HWND window);
+RECT ScreenRectangleOf(HWND window);
+// The middle of a window, in screen coordinates.
+POINT MiddleOf(HWND window);
+// A client point in screen coordinates.
+POINT OnScreen(HWND window, int x, int y);
+
+// The visible top-level window of a class; of this process only unless `anyProcess`.
+HWND FindVisible(const wchar_t* className, bool anyProcess = false);
+// Waits for it; null after the bound.
+HWND WaitForWindow(const wchar_t* className, bool anyProcess = false);
+// The first visible child (at any depth) of a class, null when there is none.
+HWND FindChild(HWND parent, const wchar_t* className);
+
+// A copy of a part of the screen.
+class Picture {
+ public:
+    // What is on the screen now, in screen coordinates.
+    static Picture OfScreen(const RECT& area);
+    static Picture OfWindow(HWND window) { return OfScreen(ScreenRectangleOf(window)); }
+
+    int Width() const { return width_; }
+    int Height() const { return height_; }
+    // Coordinates count from the picture's upper left corner.
+    COLORREF At(int x, int y) const;
+    bool operator==(const Picture& other) const = default;
+
+ private:
+    int width_ = 0;
+    int height_ = 0;
+    std::vector<COLORREF> pixels_;
+};
+
+}  // namespace test

@@ -1,0 +1,467 @@
+"""Tests the commands ./run and ./test, the preparation of a machine, and the device, from outside."""
+
+import os
+import pathlib
+import shutil
+import signal
+import subprocess
+import tempfile
+import time
+import unittest
+
+REPOSITORY = pathlib.Path(__file__).resolve().parents[3]
+PROGRAM_FOLDER = "drive_c/Program Files/Vantor"
+
+
+# Names the programs that run in a device, from a shell.
+LIST_PROGRAMS = (
+    'for process in /proc/[0-9]*; do grep -qaz "^WINEPREFIX=DEVICE$" "$process/environ" 2>/dev/null && '
+    "tr '\\0' ' ' <\"$process/cmdline\"; done; true"
+)
+
+
+def write_command(path, text):
+    path.parent.mkdir(parents=True, exist_ok=True)
+    path.write_text("#!/bin/bash\n" + text)
+    path.chmod(0o755)
+
+
+
+def processes_with(text):
+    """The processes of this machine whose surroundings or command line hold the text."""
+    found = []
+    for folder in pathlib.Path("/proc").glob("[0-9]*"):
+        try:
+            content = (folder / "environ").read_bytes() + b"\0" + (folder / "cmdline").read_bytes()
+        except OSError:
+            continue
+        if text.encode() in content and int(folder.name) != os.getpid():
+            found.append(int(folder.name))
+    return found
+
+
+def copy_commands(repository):
+    """Copies the commands, and the template of the device: the same tools would make the same, but slowly."""
+    repository.mkdir()
+    for name in ("run", "test"):
+        shutil.copy(REPOSITORY / name, repository)
+    for name in (".ci", "tools/prepare", "tools/device"):
+        shutil.copytree(REPOSITORY / name, repository / name)
+    build = repository / "build"
+    build.mkdir()
+    template = REPOSITORY / "build/device-template"
+    if template.exists():
+        subprocess.run(["cp", "-a", template, build], check=True)
+
+
+class CommandTest(unittest.TestCase):
+    """Every test works on a copy of the commands in a folder with a blank in its path."""
+
+    def setUp(self):
+        self.folder = pathlib.Path(tempfile.mkdtemp(prefix="vantor commands "))
+        self.addCleanup(self.clean_up)
+        self.repository = self.folder / "copy of it"
+        copy_commands(self.repository)
+        self.fakes = self.folder / "fakes"
+        self.environment = {
+            key: value
+            for key, value in os.environ.items()
+            if not key.startswith(("VANTOR_", "WINE")) and key not in ("DISPLAY", "WAYLAND_DISPLAY", "TZ")
+        }
+        self.environment["PATH"] = f"{self.fakes}:{os.environ['PATH']}"
+
+    def clean_up(self):
+        # Only a failed test leaves something running; what it left is known by its folder.
+        for process in processes_with(str(self.folder)):
+            try:
+                os.kill(process, signal.SIGKILL)
+            except ProcessLookupError:
+                pass
+        shutil.rmtree(self.folder, ignore_errors=True)
+
+    def fake(self, name, text):
+        write_command(self.fakes / name, text)
+
+    def run_command(self, *words, **changes):
+        environment = self.environment | changes
+        return subprocess.run(
+            words,
+            cwd=self.folder,
+            env=environment,
+            text=True,
+            stdin=subprocess.DEVNULL,
+            stdout=subprocess.PIPE,
+            stderr=subprocess.PIPE,
+            timeout=120,
+        )
+
+    def assert_one_sentence(self, result, sentence):
+        self.assertNotEqual(result.returncode, 0)
+        self.assertIn(sentence, result.stderr)
+        self.assertEqual(len(result.stderr.strip().splitlines()), 1, result.stderr)
+
+    def assert_nothing_runs(self):
+        deadline = time.monotonic() + 5
+        while time.monotonic() < deadline and processes_with(str(self.folder)):
+            time.sleep(0.05)
+        self.assertEqual(processes_with(str(self.folder)), [])
+
+
+class OptionTest(CommandTest):
+    def setUp(self):
+        super().setUp()
+        for name in ("dpkg-query", "cmake"):
+            self.fake(name, f"touch '{self.folder}/started'; exit 1\n")
+
+    def test_help_explains_and_does_nothing(self):
+        for command, words in (("run", ["--screen", "--fresh", "--tour", "--into"]), ("test", ["-R", "ctest"])):
+            result = self.run_command(self.repository / command, "--help")
+            self.assertEqual(result.returncode, 0)
+            for word in words:
+                self.assertIn(word, result.stdout)
+            self.assertFalse((self.folder / "started").exists())
+
+    def test_run_refuses_what_it_does_not_know(self):
+        for words, sentence in (
+            (["--screne"], "unknown option --screne"),
+            (["picture"], "unknown option picture"),
+            (["--screen"], "--screen needs a value"),
+            (["--screen", "large"], "a screen size looks like 480x640, not large"),
+            (["--screen", "0x640"], "a screen size looks like 480x640, not 0x640"),
+        ):
+            self.assert_one_sentence(self.run_command(self.repository / "run", *words), sentence)
+            self.assertFalse((self.folder / "started").exists())
+
+    def test_build_server_runs_the_tests(self):
+        write_command(self.repository / "test", 'echo "the tests, $*"; exit 4\n')
+        result = self.run_command(self.repository / ".ci/run", "-R", "x")
+        self.assertEqual((result.stdout, result.returncode), ("the tests, -R x\n", 4))
+
+
+class PrepareTest(CommandTest):
+    def setUp(self):
+        super().setUp()
+        self.record = self.folder / "record"
+        self.record.touch()
+        (self.repository / "tools/prepare/packages.txt").write_text("# all\nalpha  first\nbeta   second\n")
+        self.fake("dpkg-query", "echo installed alpha\necho not-installed beta\nexit 1\n")
+        self.fake("id", "echo 0\n")
+        self.fake("df", "echo Avail; echo 90000\n")
+        self.fake("apt-cache", "echo '  Candidate: 1.0'\n")
+        self.fake("apt-get", f'echo "$DEBIAN_FRONTEND $*" >>"{self.record}"\n')
+        self.fake("sudo", f'echo sudo >>"{self.record}"; exec "$@"\n')
+
+    def prepare(self, **changes):
+        return self.run_command(self.repository / "tools/prepare/prepare", **changes)
+
+    def test_installs_only_what_is_missing(self):
+        self.assertEqual(self.prepare().returncode, 0)
+        lines = self.record.read_text().splitlines()
+        self.assertEqual(len(lines), 2)
+        self.assertTrue(lines[0].endswith(" update"))
+        self.assertTrue(lines[1].startswith("noninteractive "))
+        self.assertTrue(lines[1].endswith("install --yes --no-install-recommends beta"))
+
+    def test_leaves_a_complete_machine_alone(self):
+        self.fake("dpkg-query", "echo installed alpha\necho installed beta\n")
+        result = self.prepare()
+        self.assertEqual((result.returncode, result.stdout, result.stderr), (0, "", ""))
+        self.assertEqual(self.record.read_text(), "")
+
+    def test_uses_sudo_only_when_not_root(self):
+        self.fake("id", "echo 1000\n")
+        self.assertEqual(self.prepare().returncode, 0)
+        self.assertEqual(self.record.read_text().count("sudo"), 2)
+
+    def path_without(self, *names):
+        """A search path with everything the system has but the commands named."""
+        tools = self.folder / "tools only"
+        tools.mkdir()
+        for source in ("/usr/bin", "/bin", "/usr/sbin", "/sbin"):
+            for entry in os.scandir(source):
+                link = tools / entry.name
+                if entry.name not in names and not link.is_symlink():
+                    link.symlink_to(entry.path)
+        return f"{self.fakes}:{tools}"
+
+    def test_needs_root_or_sudo(self):
+        self.fake("id", "echo 1000\n")
+        (self.fakes / "sudo").unlink()
+        self.assert_one_sentence(self.prepare(PATH=self.path_without("sudo")), "needs root or sudo: beta")
+        self.assertEqual(self.record.read_text(), "")
+
+    def test_needs_a_system_with_apt(self):
+        (self.fakes / "apt-get").unlink()
+        self.assert_one_sentence(self.prepare(PATH=self.path_without("apt-get")), "needs Debian 12")
+
+    def test_needs_disk_space(self):
+        self.fake("df", "echo Avail; echo 300\n")
+        self.assert_one_sentence(self.prepare(), "4000 MB of disk space in /usr, but only 300 MB")
+        self.assertEqual(self.record.read_text(), "")
+
+    def test_names_a_package_that_cannot_be_found(self):
+        self.fake("apt-cache", "echo '  Candidate: (none)'\n")
+        self.assert_one_sentence(self.prepare(), "the package beta cannot be found")
+        self.assertNotIn("install", self.record.read_text())
+
+    def test_tells_when_the_installation_fails(self):
+        self.fake("apt-get", '[[ $* != *install* ]]\n')
+        self.assert_one_sentence(self.prepare(), "could not be installed: beta")
+
+    def test_every_package_is_listed_with_its_reason(self):
+        lines = (REPOSITORY / "tools/prepare/packages.txt").read_text().splitlines()
+        packages = [line.split(None, 1) for line in lines if line.strip() and not line.startswith("#")]
+        self.assertIn("wine64", [words[0] for words in packages])
+        self.assertEqual([words for words in packages if len(words) < 2], [])
+
+
+def make_stand_in(test_class):
+    """Compiles the program that stands in for vantor.exe, for all tests of a class."""
+    test_class.common = pathlib.Path(tempfile.mkdtemp(prefix="vantor stand-in "))
+    test_class.addClassCleanup(shutil.rmtree, test_class.common, ignore_errors=True)
+    test_class.program = test_class.common / "stand in.exe"
+    source = pathlib.Path(__file__).parent / "stand_in.cpp"
+    compiler = "x86_64-w64-mingw32-g++-posix"
+    subprocess.run(
+        [compiler, "-std=c++20", "-municode", "-static", source, "-o", test_class.program, "-lgdi32"], check=True
+    )
+
+
+class ProgramTest(unittest.TestCase):
+    """What a program meets in a device. One running device serves all of these tests."""
+
+    @classmethod
+    def setUpClass(cls):
+        make_stand_in(cls)
+        cls.repository = cls.common / "copy of it"
+        copy_commands(cls.repository)
+        cls.product = cls.repository / "build/desktop/vantor.exe"
+        cls.product.parent.mkdir()
+        cls.device = cls.repository / "build/test-device"
+        tools = cls.repository / "tools/device"
+        subprocess.run([tools / "make_device", "--device", cls.device], check=True, stdout=subprocess.DEVNULL)
+        holder = subprocess.Popen(
+            [tools / "with_device", "--device", cls.device, "bash", "-c", 'echo "$DISPLAY"; exec sleep 600'],
+            stdout=subprocess.PIPE,
+            text=True,
+        )
+        cls.addClassCleanup(holder.stdout.close)
+        cls.addClassCleanup(holder.wait)
+        cls.addClassCleanup(holder.terminate)
+        cls.environment = os.environ | {"DISPLAY": holder.stdout.readline().strip(), "VANTOR_DEVICE": str(cls.device)}
+
+    def in_device(self, *words):
+        return subprocess.run(
+            [self.repository / "tools/device/in_device", *words],
+            env=self.environment,
+            stdin=subprocess.DEVNULL,
+            capture_output=True,
+            text=True,
+            timeout=20,
+        )
+
+    def test_exit_codes_pass_through(self):
+        for code in (0, 1, 42):
+            self.assertEqual(self.in_device(self.program, "exit", str(code)).returncode, code)
+
+    def test_a_crash_ends_at_once(self):
+        # The low byte of STATUS_ACCESS_VIOLATION.
+        self.assertEqual(self.in_device(self.program, "crash").returncode, 5)
+
+    def test_output_and_errors_arrive_apart(self):
+        result = self.in_device(self.program, "speak")
+        self.assertEqual(result.stdout.splitlines(), ["to output"])
+        self.assertEqual(result.stderr.splitlines(), ["to errors"])
+
+    def test_a_program_sees_the_device(self):
+        shutil.copy(self.program, self.product)
+        result = self.in_device(self.product, "a word", 'with "quotes"')
+        lines = result.stdout.splitlines()
+        self.assertEqual(lines[0], "folder C:\\")
+        self.assertEqual(lines[1], r"program Z:\build\desktop\vantor.exe")
+        self.assertEqual(lines[2], r"product C:\Program Files\Vantor\vantor.exe there")
+        self.assertEqual(lines[3], "drives %x" % (1 << 2 | 1 << 25))
+        self.assertEqual(lines[4:6], ["date 3/9/2026", "time 2:05 PM"])
+        self.assertEqual(lines[6:], ["word a word", 'word with "quotes"'])
+
+    def test_a_newer_product_replaces_the_installed_one(self):
+        for content in (b"old", b"new"):
+            time.sleep(0.02)
+            self.product.write_bytes(content)
+            self.assertEqual(self.in_device(self.program, "exit", "0").returncode, 0)
+            self.assertEqual((self.device / PROGRAM_FOLDER / "vantor.exe").read_bytes(), content)
+
+
+class DeviceTest(CommandTest):
+    @classmethod
+    def setUpClass(cls):
+        make_stand_in(cls)
+
+    def setUp(self):
+        super().setUp()
+        self.build = self.repository / "build"
+        self.device = self.build / "test-device"
+        self.make_device("--device", self.device)
+
+    def make_device(self, *words):
+        result = self.run_command(self.repository / "tools/device/make_device", *words)
+        self.assertEqual(result.returncode, 0, result.stderr)
+
+    def with_device(self, *words, **changes):
+        return self.run_command(self.repository / "tools/device/with_device", *words, **changes)
+
+    def in_device(self, *words):
+        return self.with_device(self.repository / "tools/device/in_device", *words)
+
+    def test_a_program_that_starts_the_system_does_not_hold_the_pipes(self):
+        # A reader that waits for the services ends only after them.
+        script = (
+            "WINEPREFIX=$VANTOR_DEVICE /usr/lib/wine/wineserver64 -k; "
+            '"$0" "$1" speak 2>&1 | cat; ' + LIST_PROGRAMS.replace("DEVICE", "$VANTOR_DEVICE")
+        )
+        result = self.with_device("bash", "-c", script, self.repository / "tools/device/in_device", self.program)
+        self.assertEqual(sorted(result.stdout.split("\n")[:2]), ["to errors", "to output"])
+        self.assertIn("services.exe", result.stdout)
+
+    def test_screens_decide_the_resolution(self):
+        for screen, resolution in (("240x320", 96), ("800x480", 192)):
+            self.make_device("--device", self.device, "--screen", screen)
+            result = self.with_device("--screen", screen, self.repository / "tools/device/in_device", self.program, "window")
+            self.assertIn(f"window 1, screen {screen}, {resolution} dots per inch", result.stdout)
+
+    def test_says_what_is_missing(self):
+        command = self.repository / "tools/device/in_device"
+        self.assert_one_sentence(self.run_command(command, self.program), "there is no display")
+        self.assert_one_sentence(self.run_command(command), "no program given")
+        self.assert_one_sentence(self.run_command(command, "--window"), "unknown option --window")
+        self.assert_one_sentence(self.run_command(command, "./no.exe", DISPLAY=":0"), "there is no program ./no.exe")
+        self.assert_one_sentence(
+            self.run_command(command, "--device", "nowhere", self.program, DISPLAY=":0"), "no device in nowhere"
+        )
+
+    def test_a_device_is_kept_and_a_fresh_one_is_new(self):
+        note = self.device / "drive_c/Temp/note.txt"
+        note.touch()
+        self.make_device("--device", self.device)
+        self.assertTrue(note.exists())
+        self.make_device("--device", self.device, "--fresh")
+        self.assertFalse(note.exists())
+
+    def test_nothing_in_a_device_leads_to_the_home_of_the_user(self):
+        for link in self.device.rglob("*"):
+            if link.is_symlink() and link.parent.name != "dosdevices":
+                self.assertTrue(str(link.readlink()).startswith("/usr/"), link)
+
+    def test_only_a_device_for_tests_has_a_second_drive(self):
+        self.make_device("--device", self.build / "device")
+        self.assertEqual(os.listdir(self.build / "device/dosdevices").count("z:"), 0)
+        self.assertEqual((self.device / "dosdevices/z:").resolve(), self.repository.resolve())
+
+    def test_two_screens_stand_side_by_side(self):
+        script = 'echo "$DISPLAY"; exec "$0/tools/device/with_device" --device "$0/build/other" -- printenv DISPLAY'
+        self.make_device("--device", self.build / "other")
+        result = self.with_device("bash", "-c", script, self.repository)
+        outer, inner = result.stdout.split()
+        self.assertNotEqual(outer, inner)
+
+    def test_nothing_is_left_running(self):
+        script = '"$0" "$1" stay & sleep 1; exit 3'
+        result = self.with_device("bash", "-c", script, self.repository / "tools/device/in_device", self.program)
+        self.assertEqual(result.returncode, 3)
+        self.assert_nothing_runs()
+
+    def test_an_interruption_leaves_nothing_running(self):
+        for number, code in ((signal.SIGINT, 130), (signal.SIGTERM, 143)):
+            command = subprocess.Popen(
+                [self.repository / "tools/device/with_device", self.repository / "tools/device/in_device", self.program, "stay"],
+                env=self.environment,
+                preexec_fn=lambda: signal.signal(signal.SIGINT, signal.default_int_handler),
+                stdout=subprocess.DEVNULL,
+                stderr=subprocess.DEVNULL,
+                start_new_session=True,
+            )
+            deadline = time.monotonic() + 20
+            while not processes_with("stay\0") and time.monotonic() < deadline:
+                time.sleep(0.05)
+            time.sleep(0.3)
+            os.killpg(command.pid, number)
+            self.assertEqual(command.wait(timeout=20), code)
+            self.assert_nothing_runs()
+
+    def test_a_screen_that_does_not_start_is_told(self):
+        self.fake("Xvfb", "exit 1\n")
+        self.assert_one_sentence(self.with_device("true"), "the screen (Xvfb) did not start")
+
+
+class WholeCommandTest(DeviceTest):
+    """./run and ./test from end to end, with a stand-in for the compiler's part."""
+
+    def setUp(self):
+        super().setUp()
+        write_command(self.repository / "tools/prepare/prepare", "echo prepared\n")
+        self.fake(
+            "cmake",
+            '[[ $1 != --build ]] || { echo "built $3"; [[ ! -e broken || $3 != "$(cat broken)" ]] || exit 1; }\n'
+            f"mkdir -p build/desktop; cp -u '{self.program}' build/desktop/vantor.exe\n",
+        )
+        self.fake("ctest", 'echo "screen $DISPLAY, $*"; exit 8\n')
+        # The steps of the real tour belong to the real program.
+        write_command(
+            self.repository / "tools/device/tour",
+            'screen=$1 into=$2; shift 2; echo "$screen $*" >"$into/visited_$screen.txt"\n',
+        )
+
+    def test_test_builds_both_and_keeps_the_result(self):
+        result = self.run_command(self.repository / "test", "-R", "some name")
+        self.assertEqual(result.returncode, 8, result.stderr)
+        self.assertIn("prepared", result.stdout)
+        self.assertIn("built desktop", result.stdout)
+        self.assertIn("built handheld", result.stdout)
+        self.assertRegex(
+            result.stdout.splitlines()[-1], r"^screen :\d+, --test-dir build/desktop --output-on-failure -R some name$"
+        )
+        self.assert_nothing_runs()
+
+    def test_test_stops_when_a_build_fails(self):
+        for preset in ("desktop", "handheld"):
+            (self.repository / "broken").write_text(preset)
+            result = self.run_command(self.repository / "test")
+            self.assert_one_sentence(result, f"the {preset} build failed")
+            self.assertNotIn("screen", result.stdout)
+
+    def test_building_needs_disk_space(self):
+        self.fake("df", "echo Avail; echo 200\n")
+        for command in ("run", "test"):
+            result = self.run_command(self.repository / command)
+            self.assert_one_sentence(result, "building needs 1500 MB of disk space, but only 200 MB")
+
+    def test_run_takes_the_tour_without_a_display(self):
+        result = self.run_command(self.repository / "run", "--into", "here we go", "--", "a word")
+        self.assertEqual(result.returncode, 0, result.stderr)
+        self.assertIn("There is no display", result.stdout)
+        for screen in ("240x320", "480x640", "800x480"):
+            text = (self.folder / f"here we go/visited_{screen}.txt").read_text()
+            self.assertEqual(text, f"{screen} a word\n")
+        self.assert_nothing_runs()
+
+    def test_run_takes_the_tour_when_the_display_cannot_be_opened(self):
+        result = self.run_command(self.repository / "run", "--screen", "320x240", DISPLAY=":54321")
+        self.assertEqual(result.returncode, 0, result.stderr)
+        self.assertIn("The display :54321 cannot be opened", result.stdout)
+        self.assertEqual(os.listdir(self.build / "tour"), ["visited_320x240.txt"])
+
+    def test_run_opens_a_window_and_leaves_nothing_running(self):
+        script = '"$0/run" --screen 240x320 -- window; echo "code $?"; ' + LIST_PROGRAMS.replace("DEVICE", "$0/build/device")
+        result = self.with_device("--screen", "1024x768", "bash", "-c", script, self.repository)
+        self.assertIn("window 1, screen 240x320, 96 dots per inch", result.stdout)
+        self.assertEqual(result.stdout.splitlines()[-1], "code 0")
+        self.assert_nothing_runs()
+
+
+# The cases of the device are tested once, in their own class.
+for name in [name for name in dir(DeviceTest) if name.startswith("test_")]:
+    setattr(WholeCommandTest, name, None)
+
+
+if __name__ == "__main__":
+    unittest.main()
