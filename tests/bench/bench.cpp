@@ -1,0 +1,158 @@
+// Measures what people wait for, each against a bare loop of the platform calls that it cannot do
+// without, in the same run. Prints medians and ratios; judges nothing.
+#include <objbase.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "platform/coredll.h"
+#include "platform/desktop/paths.h"
+#include "tests/support/fake_frame.h"
+#include "tests/support/world.h"
+#include "text/resources.h"
+#include "ui/drawing_resources.h"
+#include "views/files/files_view.h"
+
+namespace {
+
+using Work = std::function<void()>;
+
+double Milliseconds(const Work& work) {
+    LARGE_INTEGER frequency;
+    LARGE_INTEGER start;
+    LARGE_INTEGER end;
+    QueryPerformanceFrequency(&frequency);
+    QueryPerformanceCounter(&start);
+    work();
+    QueryPerformanceCounter(&end);
+    return static_cast<double>(end.QuadPart - start.QuadPart) * 1000.0 /
+           static_cast<double>(frequency.QuadPart);
+}
+
+double Median(std::vector<double> values) {
+    std::sort(values.begin(), values.end());
+    return values[values.size() / 2];
+}
+
+// Runs both in turn, so that a machine that slows down slows both, and compares pair by pair.
+void Compare(const char* what, const char* ours, const Work& work, const char* theirs,
+             const Work& baseline, int rounds) {
+    std::vector<double> workTimes;
+    std::vector<double> baselineTimes;
+    std::vector<double> ratios;
+    if (rounds > 1) {
+        work();
+        baseline();
+    }
+    for (int round = 0; round < rounds; ++round) {
+        const double workTime = Milliseconds(work);
+        const double baselineTime = Milliseconds(baseline);
+        workTimes.push_back(workTime);
+        baselineTimes.push_back(baselineTime);
+        ratios.push_back(workTime / baselineTime);
+    }
+    std::printf("%s\n  %s: %.3f ms, %s: %.3f ms, ratio %.3f (%.3f to %.3f)\n", what, ours,
+                Median(workTimes), theirs, Median(baselineTimes), Median(ratios),
+                *std::min_element(ratios.begin(), ratios.end()),
+                *std::max_element(ratios.begin(), ratios.end()));
+    std::fflush(stdout);
+}
+
+// On Wine each look-up of an icon reads the whole folder, so the time grows with the square of the
+// number of files; the larger the folder, the fewer rounds.
+void MeasureListing(int files, int rounds) {
+    const test::TemporaryFolder folder;
+    for (int index = 0; index < files; ++index) {
+        // A stride that is coprime to the count: the names are not made in their order.
+        folder.MakeFile(L"file " + std::to_wstring(index * 7919 % files) + L".txt");
+    }
+    test::FakeFrame frame;
+    views::FilesView view(frame);
+    frame.Open(view);
+    const auto list = [&] { view.Navigate(folder.Path().c_str()); };
+    const auto bareLoop = [&] {
+        platform::FindData found;
+        const HANDLE search = platform::FindFirst((folder.Path() + L"\\*").c_str(), &found);
+        const std::wstring root = platform::desktop::ToDesktopPath(folder.Path()) + L"\\";
+        std::wstring path;
+        do {
+            path = root;
+            path += found.cFileName;
+            SHFILEINFOW info;
+            SHGetFileInfoW(path.c_str(), found.dwFileAttributes, &info, sizeof info,
+                           SHGFI_SYSICONINDEX | SHGFI_SMALLICON);
+        } while (platform::FindNext(search, &found));
+        FindClose(search);
+    };
+    std::printf("%d files: ", files);
+    Compare("listing a folder", "the view", list, "bare loop", bareLoop, rounds);
+}
+
+// A list whose rows cost next to nothing to draw.
+class PlainList final : public ui::TouchList<PlainList> {
+ public:
+    ~PlainList() override {
+        Destroy();
+        Clear();
+    }
+    void Open(HWND parent, unsigned rows) {
+        Create(L"BenchList", L"", ui::childStyle, RECT{0, 0, 300, 400}, parent);
+        for (unsigned row = 0; row < rows; ++row) {
+            InsertItem(row, row);
+        }
+        Layout();
+    }
+    static SIZE Measure(unsigned, int width, int, ULONG_PTR) { return SIZE{width, 60}; }
+    static void DrawItem(const DRAWITEMSTRUCT& row) {
+        ui::FillWithSystemColor(row.hDC, row.rcItem, row.itemID % 2 ? COLOR_WINDOW : COLOR_BTNFACE);
+    }
+    static void EraseBackground(HDC dc, const RECT& area) {
+        ui::FillWithSystemColor(dc, area, COLOR_WINDOW);
+    }
+    static void OnTap(unsigned, ui::GestureResult) {}
+    static void DeleteItem(ULONG_PTR) {}
+};
+
+// One drag of 200 moves, back and forth.
+Work DragOf(PlainList& list) {
+    return [&list] {
+        ui::GestureInfo gesture;
+        gesture.result = ui::GestureDrag;
+        gesture.startY = 300;
+        gesture.y = 200;
+        SendMessageW(list.Handle(), ui::WM_QUERYDRAGTRACKER, 0, reinterpret_cast<LPARAM>(&gesture));
+        gesture.tracker->Start(0, 300);
+        for (int move = 0; move < 200; ++move) {
+            gesture.tracker->Move(0, 300 - (move % 50));
+        }
+    };
+}
+
+void MeasureDrag() {
+    test::FakeFrame frame;
+    views::FilesView view(frame);
+    frame.Open(view);
+    PlainList few;
+    PlainList many;
+    few.Open(frame.Pane(), 10);
+    many.Open(frame.Pane(), 100000);
+    Compare("200 frames of a drag", "100,000 rows", DragOf(many), "10 rows", DragOf(few), 21);
+}
+
+}  // namespace
+
+int main(int count, char** arguments) {
+    CoInitializeEx(nullptr, COINIT_MULTITHREADED);
+    text::SetProgramModule(GetModuleHandleW(nullptr));
+    ui::Resources().Load();
+    MeasureDrag();
+    MeasureListing(1000, 7);
+    if (count > 1 && std::strcmp(arguments[1], "--large") == 0) {
+        MeasureListing(10000, 1);
+    }
+    return 0;
+}
