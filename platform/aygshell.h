@@ -16,6 +16,17 @@ HBITMAP LoadImageResource(HINSTANCE module, UINT id);
 // pixels (SHSipInfo). On a large PC screen a window of a handheld's proportions.
 bool VisibleArea(HWND window, RECT* area);
 
+// Opens or closes the input panel (SipShowIM); nothing on a PC, which has keys.
+void ShowInputPanel(bool show);
+
+// Makes a dialog fill the screen without the input panel (SHInitDialog with SHIDIF_SIPDOWN and
+// SHIDIF_FULLSCREENNOMENUBAR); on a PC it covers the window that owns it, or the visible area.
+// False when the shell refuses.
+bool MakeFullScreen(HWND dialog);
+
+// Whether the shell shows the caption of a full-screen window itself.
+bool ShellShowsCaption();
+
 // Asks the shell to send the hardware Back key to the window as a hot key; nothing on a PC.
 void ClaimBackKey(HWND window);
 

@@ -227,6 +227,9 @@ void CommandBar::DrawButton(HDC dc, const RECT& bounds, unsigned button) {
     if (pressed) {
         FillWithColor(dc, bounds, barPressedColor);
     }
+    if (button == focused_ && GetFocus() == Handle()) {
+        DrawFrame(dc, bounds, 2 * GetSystemMetrics(SM_CXBORDER), barFocusColor);
+    }
     if (button > 0) {
         const int border = GetSystemMetrics(SM_CXBORDER);
         const int inset = Height(bounds) / 4;
@@ -258,6 +261,34 @@ bool CommandBar::DrawImage(HDC dc, const RECT& bounds, int image, bool disabled)
               bounds.top + (Height(bounds) - size) / 2, image);
 }
 
+bool CommandBar::OnKey(WPARAM key) {
+    const unsigned last = ButtonCount() == 0 ? 0 : ButtonCount() - 1;
+    switch (key) {
+        case VK_LEFT:
+            focused_ = focused_ > 0 ? focused_ - 1 : last;
+            break;
+        case VK_RIGHT:
+            focused_ = focused_ < last ? focused_ + 1 : 0;
+            break;
+        case VK_TAB: {
+            const bool shift = GetAsyncKeyState(VK_SHIFT) < 0;
+            PostMessageW(GetParent(Handle()), WM_NEXTDLGCTL, shift ? 0 : 1, 0);
+            return true;
+        }
+        case VK_RETURN:
+        case VK_UP:
+            ActivateButton(focused_);
+            return true;
+        case VK_ESCAPE:
+            PostMessageW(GetParent(Handle()), WM_COMMAND, IDCANCEL, 0);
+            return true;
+        default:
+            return false;
+    }
+    InvalidateRect(Handle(), nullptr, FALSE);
+    return true;
+}
+
 LRESULT CommandBar::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
         case WM_PAINT:
@@ -268,6 +299,17 @@ LRESULT CommandBar::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
         case WM_LBUTTONDOWN:
         case WM_LBUTTONDBLCLK:
             OnPress(PointOf(lParam));
+            return 0;
+        case WM_GETDLGCODE:
+            return DLGC_WANTALLKEYS;
+        case WM_KEYDOWN:
+            if (OnKey(wParam)) {
+                return 0;
+            }
+            return Default(message, wParam, lParam);
+        case WM_SETFOCUS:
+        case WM_KILLFOCUS:
+            InvalidateRect(Handle(), nullptr, FALSE);
             return 0;
         default:
             return Default(message, wParam, lParam);

@@ -46,6 +46,8 @@ class CommandBar final : public Window {
     // Follows a longer press; returns the button to activate.
     unsigned TrackPress(unsigned button);
     void SetPressed(unsigned button);
+    // The keys of a bar that has the keyboard, as a dialog's may; false for any other key.
+    bool OnKey(WPARAM key);
     void OpenPopup(unsigned button, HMENU submenu);
     void Paint(HDC dc, const RECT& client);
     void DrawButton(HDC dc, const RECT& bounds, unsigned button);
@@ -55,6 +57,8 @@ class CommandBar final : public Window {
     // The position in the menu of each button's item.
     std::vector<UINT> positions_;
     unsigned pressed_ = ~0u;
+    // The button that the keyboard acts on while the bar has the focus.
+    unsigned focused_ = 0;
     ImageStrip disabledImages_;
 };
 

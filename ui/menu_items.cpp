@@ -48,10 +48,14 @@ bool ReadMenuItem(HMENU menu, UINT position, MenuItem* item) {
 void ClearMenuImages(HMENU menu) {
     const UINT count = MenuItemCount(menu);
     for (UINT position = 0; position < count; ++position) {
-        MENUITEMINFOW info = ItemRequest(MIIM_DATA);
-        info.dwItemData = noImage;
-        SetMenuItemInfoW(menu, position, TRUE, &info);
+        SetMenuImage(menu, position, noImage);
     }
+}
+
+void SetMenuImage(HMENU menu, UINT position, ULONG_PTR image) {
+    MENUITEMINFOW info = ItemRequest(MIIM_DATA);
+    info.dwItemData = image;
+    SetMenuItemInfoW(menu, position, TRUE, &info);
 }
 
 }  // namespace ui

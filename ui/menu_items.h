@@ -33,4 +33,7 @@ bool ReadMenuItem(HMENU menu, UINT position, MenuItem* item);
 // Marks all top-level items as having no image (SetMenuItemInfoW).
 void ClearMenuImages(HMENU menu);
 
+// Gives an item an image (SetMenuItemInfoW).
+void SetMenuImage(HMENU menu, UINT position, ULONG_PTR image);
+
 }  // namespace ui

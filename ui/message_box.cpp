@@ -7,9 +7,11 @@
 #include "ui/clipped_text.h"
 #include "ui/dialog.h"
 #include "ui/drawing_resources.h"
+#include "ui/form_rows.h"
 #include "ui/message_layout.h"
 #include "ui/paint.h"
 #include "ui/theme.h"
+#include "ui/wrapped_text.h"
 
 namespace ui {
 
@@ -30,7 +32,7 @@ std::wstring WithPlainAmpersands(const std::wstring& text) {
 class MessageBoxDialog final : public Dialog {
  public:
     MessageBoxDialog(const std::wstring& text, UINT title)
-        : text_(WithPlainAmpersands(text)), title_(title) {}
+        : plainText_(text), text_(WithPlainAmpersands(text)), title_(title) {}
 
     void AddButton(UINT id) { ids_.push_back(id); }
     void SetDefaultButton(unsigned index) { defaultButton_ = index; }
@@ -41,14 +43,21 @@ class MessageBoxDialog final : public Dialog {
  private:
     bool LayOut();
     RECT WorkArea() const;
+    RECT ClientRectangle() const;
     void MoveBar(int width, int height);
+    // A text taller than the box becomes a list of its lines, which a finger scrolls.
+    bool OpenLines(HDC dc);
+    RECT TextArea(const RECT& client) const;
+    void MoveFocus();
     void Paint(HDC dc, const RECT& client);
 
+    const std::wstring& plainText_;
     std::wstring text_;
     UINT title_;
     std::vector<UINT> ids_;
     unsigned defaultButton_ = 0;
     ButtonsBar bar_;
+    FormList lines_;
     int margin_ = 0;
     int captionHeight_ = 0;
 };
@@ -102,8 +111,42 @@ bool MessageBoxDialog::LayOut() {
     SetWindowPos(Handle(), HWND_TOPMOST, place.left, place.top, Width(place) + frame,
                  Height(place) + frame, 0);
     MoveBar(Width(place), Height(place));
+    if (Height(TextArea(ClientRectangle())) < parts.text.cy && !OpenLines(dc)) {
+        return false;
+    }
     SetFocus(bar_.Handle());
     return true;
+}
+
+RECT MessageBoxDialog::ClientRectangle() const {
+    RECT client = {};
+    GetClientRect(Handle(), &client);
+    return client;
+}
+
+RECT MessageBoxDialog::TextArea(const RECT& client) const {
+    return RECT{client.left + margin_, client.top + captionHeight_ + margin_,
+                client.right - margin_, client.bottom - 2 * bar_.RowHeight()};
+}
+
+bool MessageBoxDialog::OpenLines(HDC dc) {
+    RECT area = ClientRectangle();
+    area.top += captionHeight_;
+    area.bottom -= 2 * bar_.RowHeight();
+    if (!lines_.Open(Handle(), area, 1)) {
+        return false;
+    }
+    for (std::wstring& line : WrapText(dc, plainText_, Width(area) - 2 * margin_)) {
+        lines_.AddRow(std::make_unique<TextLineRow>(std::move(line)));
+    }
+    lines_.Layout();
+    return true;
+}
+
+void MessageBoxDialog::MoveFocus() {
+    if (lines_.Handle()) {
+        SetFocus(GetFocus() == lines_.Handle() ? bar_.Handle() : lines_.Handle());
+    }
 }
 
 // The buttons stand in the middle of the space that is reserved for them.
@@ -127,8 +170,10 @@ void MessageBoxDialog::Paint(HDC dc, const RECT& client) {
     }
     const platform::Selected font(dc, Fonts().Base());
     SetTextColor(dc, GetSysColor(COLOR_WINDOWTEXT));
-    RECT text = {client.left + margin_, strip.bottom + margin_, client.right - margin_,
-                 client.bottom - 2 * bar_.RowHeight()};
+    if (lines_.Handle()) {
+        return;
+    }
+    RECT text = TextArea(client);
     DrawTextW(dc, text_.c_str(), static_cast<int>(text_.size()), &text, textStyle);
 }
 
@@ -147,6 +192,9 @@ bool MessageBoxDialog::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
             return true;
         case WM_SETFOCUS:
             SetFocus(bar_.Handle());
+            return true;
+        case WM_NEXTDLGCTL:
+            MoveFocus();
             return true;
         case WM_PAINT:
             PaintWindow(Handle(), [this](HDC dc, const RECT& client) { Paint(dc, client); });

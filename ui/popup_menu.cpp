@@ -2,6 +2,7 @@
 
 #include "ui/clipped_text.h"
 #include "ui/drawing_resources.h"
+#include "ui/marks.h"
 #include "ui/menu_items.h"
 #include "ui/popup_placement.h"
 #include "ui/theme.h"
@@ -28,28 +29,6 @@ struct RowMetrics {
 RowMetrics MetricsOf(HDC dc) {
     const int text = TextHeight(dc, Fonts().Base());
     return RowMetrics{text, (text + 2) / 3, text, text + 2 * ((text + 2) / 3)};
-}
-
-void DrawCheckMark(HDC dc, const RECT& area, COLORREF color) {
-    const int size = Height(area);
-    const int thickness = std::max(2, size / 7);
-    const int arm = size / 4;
-    const int left = area.left + (Width(area) - 3 * arm) / 2;
-    const int bottom = area.top + size / 2 + arm;
-    for (int x = 0; x <= 3 * arm; ++x) {
-        const int y = x <= arm ? bottom - (arm - x) : bottom - (x - arm);
-        FillWithColor(dc, RECT{left + x, y - thickness, left + x + 1, y}, color);
-    }
-}
-
-void DrawSubmenuArrow(HDC dc, const RECT& area, COLORREF color) {
-    const int reach = std::max(3, Height(area) / 4);
-    const int middle = (area.top + area.bottom) / 2;
-    const int left = area.left + (Width(area) - reach) / 2;
-    for (int x = 0; x < reach; ++x) {
-        FillWithColor(
-            dc, RECT{left + x, middle - (reach - x) + 1, left + x + 1, middle + reach - x}, color);
-    }
 }
 
 }  // namespace

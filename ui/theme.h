@@ -9,6 +9,7 @@ namespace ui {
 inline constexpr COLORREF barColor = RGB(32, 36, 42);
 inline constexpr COLORREF barPressedColor = RGB(29, 99, 161);
 inline constexpr COLORREF barRuleColor = RGB(70, 76, 84);
+inline constexpr COLORREF barFocusColor = RGB(120, 170, 220);
 inline constexpr COLORREF barTextColor = RGB(255, 255, 255);
 
 // A color between two others; `share` of 255 is the first one's part.

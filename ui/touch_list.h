@@ -22,7 +22,8 @@ namespace ui {
 //   void EraseBackground(HDC dc, const RECT& area)
 //   void OnTap(unsigned index, GestureResult gesture)
 //   void DeleteItem(ULONG_PTR data)
-// and calls Clear in its destructor. All sizes are pixels, all rectangles client coordinates.
+// may hide the hooks below by public functions of its own, and calls Clear in its destructor. All
+// sizes are pixels, all rectangles client coordinates.
 template <typename Kind>
 class TouchList : public Window {
  public:
@@ -33,6 +34,9 @@ class TouchList : public Window {
         const RECT client = ClientRectangle();
         Layout(Width(client), Height(client));
     }
+
+    // Measures all rows anew and keeps the selection and, as far as possible, the top row.
+    void Remeasure();
 
     // The row under a client point and its rectangle; noRow when there is none.
     unsigned HitTest(POINT point, RECT* row = nullptr) const;
@@ -53,6 +57,8 @@ class TouchList : public Window {
     void InsertItem(unsigned index, ULONG_PTR data) {
         items_.insert(items_.begin() + static_cast<ptrdiff_t>(index), ItemRecord{0, 0, data});
     }
+    // Frees one row; the selection stays on its row, or goes when that is the one.
+    void RemoveItem(unsigned index);
     void ReserveItems(unsigned count) { items_.reserve(count); }
     // Frees all rows; the window is not repainted before the next Layout.
     void Clear();
@@ -62,20 +68,34 @@ class TouchList : public Window {
  protected:
     LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
 
+    // Hooks of the kinds of list.
+    // The first taker of a key; true when it is handled.
+    bool OfferKeyFirst(WPARAM key, LPARAM keyData) {
+        return OfferKey(GetParent(Handle()), key, keyData) != 0;
+    }
     // Keys that move the selection. True when the list knows the key.
     bool HandleNavigationKey(WPARAM key);
+    // Whether rows that all fit may be dragged nevertheless.
+    bool DragsWhenAllRowsFit() const { return false; }
+    // Asked before the selection leaves its row; false keeps it.
+    bool MayLeaveSelection() { return true; }
+    // The selection has changed and its parent been told.
+    void OnSelected() {}
+
+    const ItemRecords& Items() const { return items_; }
     // Sends NM_KEYDOWN to `receiver`; nonzero when it handled the key.
     LRESULT OfferKey(HWND receiver, WPARAM key, LPARAM keyData);
     void InvalidateRow(unsigned index);
     // The client rectangle of a row that lies at least in part in the window.
     bool RowRectangle(unsigned index, RECT* row) const;
-    // Whether rows that all fit may be dragged nevertheless.
-    bool DragsWhenAllRowsFit() const { return false; }
+    // Scrolls as little as needed to show the whole of a row.
+    void BringIntoView(unsigned index);
 
  private:
     class Tracker;
 
     Kind& Self() { return static_cast<Kind&>(*this); }
+    void MeasureItems(int clientWidth, int clientHeight);
     void UpdateMaxTop(int clientHeight);
     void FitTo(int clientHeight);
     void PaintRows(HDC dc, const RECT& client, unsigned top, int firstY);
@@ -158,6 +178,17 @@ template <typename Kind>
 void TouchList<Kind>::Layout(int clientWidth, int clientHeight) {
     selection_ = noRow;
     topIndex_ = 0;
+    MeasureItems(clientWidth, clientHeight);
+}
+
+template <typename Kind>
+void TouchList<Kind>::Remeasure() {
+    const RECT client = ClientRectangle();
+    MeasureItems(Width(client), Height(client));
+}
+
+template <typename Kind>
+void TouchList<Kind>::MeasureItems(int clientWidth, int clientHeight) {
     totalHeight_ = 0;
     maxItemWidth_ = 0;
     unsigned index = 0;
@@ -209,27 +240,34 @@ unsigned TouchList<Kind>::SetSelection(unsigned index) {
         return selection_;
     }
     const unsigned old = selection_;
-    if (NotifySelection(LSN_SELCHANGING, index, old)) {
+    if (!Self().MayLeaveSelection() || NotifySelection(LSN_SELCHANGING, index, old)) {
         return selection_;
     }
     selection_ = index;
     const unsigned oldTop = topIndex_;
-    if (index != noRow && index < GetCount()) {
-        const int height = Height(ClientRectangle());
-        if (index < topIndex_) {
-            topIndex_ = index;
-        } else {
-            topIndex_ = std::max(topIndex_, TopToShow(items_, index, height));
-        }
-    }
-    if (topIndex_ != oldTop) {
-        InvalidateRect(Handle(), nullptr, TRUE);
-    } else {
+    BringIntoView(index);
+    if (topIndex_ == oldTop) {
         InvalidateRow(old);
         InvalidateRow(index);
     }
     NotifySelection(LSN_SELCHANGED, index, old);
+    Self().OnSelected();
     return selection_;
+}
+
+template <typename Kind>
+void TouchList<Kind>::BringIntoView(unsigned index) {
+    if (index >= GetCount()) {
+        return;
+    }
+    const unsigned top =
+        index < topIndex_
+            ? index
+            : std::max(topIndex_, TopToShow(items_, index, Height(ClientRectangle())));
+    if (top != topIndex_) {
+        topIndex_ = top;
+        InvalidateRect(Handle(), nullptr, TRUE);
+    }
 }
 
 template <typename Kind>
@@ -250,6 +288,18 @@ void TouchList<Kind>::Clear() {
     for (const ItemRecord& item : removed) {
         Self().DeleteItem(item.data);
     }
+}
+
+template <typename Kind>
+void TouchList<Kind>::RemoveItem(unsigned index) {
+    const ULONG_PTR data = GetItemData(index);
+    items_.erase(items_.begin() + static_cast<ptrdiff_t>(index));
+    if (selection_ == index) {
+        selection_ = noRow;
+    } else if (selection_ != noRow && selection_ > index) {
+        --selection_;
+    }
+    Self().DeleteItem(data);
 }
 
 template <typename Kind>
@@ -377,7 +427,7 @@ void TouchList<Kind>::OnGetDialogCode(const MSG* message) {
 
 template <typename Kind>
 void TouchList<Kind>::OnKeyDown(WPARAM key, LPARAM keyData) {
-    if (OfferKey(GetParent(Handle()), key, keyData) || items_.empty()) {
+    if (Self().OfferKeyFirst(key, keyData) || items_.empty()) {
         return;
     }
     if (key == VK_RETURN) {
@@ -385,7 +435,7 @@ void TouchList<Kind>::OnKeyDown(WPARAM key, LPARAM keyData) {
         Notify(GetParent(Handle()), notification, NM_RETURN);
         return;
     }
-    HandleNavigationKey(key);
+    Self().HandleNavigationKey(key);
 }
 
 template <typename Kind>

@@ -18,6 +18,7 @@ class ListView : public View {
     bool Command(WORD command) override;
     void Arrange(const RECT& area) override;
     bool Back() override { return false; }
+    void MarksChanged() override {}
     void Close() override {}
     void Focus() override { SetFocus(list_.Handle()); }
     LRESULT Notify(const NMHDR& notification) override;

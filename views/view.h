@@ -65,6 +65,8 @@ class View {
     virtual void Close() = 0;
     // Gives the keyboard to the view.
     virtual void Focus() = 0;
+    // Rows have been marked or unmarked in multi-selection.
+    virtual void MarksChanged() = 0;
     // A message of one of the view's own windows.
     virtual LRESULT Notify(const NMHDR& notification) = 0;
 };

@@ -1,6 +1,8 @@
 // The touch list of a view: its rows are the view's.
 #pragma once
 
+#include <vector>
+
 #include "ui/touch_list.h"
 #include "views/view.h"
 
@@ -19,22 +21,33 @@ class ViewList final : public ui::TouchList<ViewList> {
                       parent, id);
     }
 
+    // Multi-selection: while it lasts a tap marks a row instead of selecting it, and every row
+    // shows a box at its right end. Starts and ends without marks.
+    void SetMarking(bool marking);
+    bool Marking() const { return marking_; }
+    bool Marked(unsigned row) const { return row < marks_.size() && marks_[row]; }
+    unsigned MarkedCount() const;
+    void ToggleMark(unsigned row);
+
+    // The hooks of the touch list.
     SIZE Measure(unsigned, int clientWidth, int, ULONG_PTR data) const {
         return SIZE{clientWidth, view_.RowHeight(data)};
     }
-    void DrawItem(const DRAWITEMSTRUCT& row) { view_.DrawRow(row); }
+    void DrawItem(const DRAWITEMSTRUCT& row);
     void EraseBackground(HDC dc, const RECT& area) {
         ui::FillWithSystemColor(dc, area, COLOR_WINDOW);
     }
-    void OnTap(unsigned index, ui::GestureResult gesture) {
-        if (SetSelection(index) == index && gesture == ui::GestureTap) {
-            view_.Tap(index);
-        }
-    }
+    void OnTap(unsigned index, ui::GestureResult gesture);
     void DeleteItem(ULONG_PTR data) { view_.DeleteRow(data); }
+
+    using TouchList::BringIntoView;
+    using TouchList::RowRectangle;
 
  private:
     View& view_;
+    bool marking_ = false;
+    // One for each row; shorter when the last rows have no mark.
+    std::vector<bool> marks_;
 };
 
 }  // namespace views

@@ -14,6 +14,17 @@ struct SIPINFO {
 };
 static_assert(sizeof(SIPINFO) == 48);
 
+struct SHINITDLGINFO {
+    DWORD dwMask;
+    HWND hDlg;
+    DWORD dwFlags;
+};
+static_assert(sizeof(SHINITDLGINFO) == 12);
+
+constexpr DWORD SHIDIM_FLAGS = 1;
+constexpr DWORD SHIDIF_SIPDOWN = 0x0008;
+constexpr DWORD SHIDIF_FULLSCREENNOMENUBAR = 0x0010;
+
 // The message that asks a menu bar to hand a hardware key to the window it belongs to.
 constexpr UINT SHCMBM_OVERRIDEKEY = WM_USER + 403;
 constexpr WORD SHMBOF_NODEFAULT = 1;
@@ -25,6 +36,8 @@ extern "C" {
 HBITMAP SHLoadImageResource(HINSTANCE module, UINT id);
 HWND SHFindMenuBar(HWND window);
 BOOL SipGetInfo(SIPINFO* info);
+BOOL SipShowIM(DWORD flags);
+BOOL SHInitDialog(SHINITDLGINFO* info);
 }
 
 namespace platform {
@@ -50,6 +63,22 @@ bool VisibleArea(HWND window, RECT* area) {
         return false;
     }
     *area = monitor.rcWork;
+    return true;
+}
+
+void ShowInputPanel(bool show) {
+    SipShowIM(show ? 1 : 0);
+}
+
+bool MakeFullScreen(HWND dialog) {
+    SHINITDLGINFO info = {};
+    info.dwMask = SHIDIM_FLAGS;
+    info.hDlg = dialog;
+    info.dwFlags = SHIDIF_SIPDOWN | SHIDIF_FULLSCREENNOMENUBAR;
+    return SHInitDialog(&info) != FALSE;
+}
+
+bool ShellShowsCaption() {
     return true;
 }
 

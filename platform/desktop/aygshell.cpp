@@ -89,6 +89,22 @@ bool VisibleArea(HWND window, RECT* area) {
     return true;
 }
 
+void ShowInputPanel(bool) {}
+
+bool MakeFullScreen(HWND dialog) {
+    RECT place;
+    const HWND owner = GetWindow(dialog, GW_OWNER);
+    if (!(owner && GetWindowRect(owner, &place)) && !VisibleArea(dialog, &place)) {
+        return false;
+    }
+    return SetWindowPos(dialog, HWND_TOP, place.left, place.top, place.right - place.left,
+                        place.bottom - place.top, SWP_NOACTIVATE) != FALSE;
+}
+
+bool ShellShowsCaption() {
+    return false;
+}
+
 void ClaimBackKey(HWND) {}
 
 }  // namespace platform

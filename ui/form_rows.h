@@ -1,0 +1,124 @@
+// Ready-made rows of a form.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "ui/form_list.h"
+
+namespace ui {
+
+// An icon of an image list and a text behind it, larger than the other rows. Without an image list
+// the text stands alone.
+class HeadingRow final : public FormRow {
+ public:
+    HeadingRow(std::wstring text, HIMAGELIST icons, int icon)
+        : text_(std::move(text)), icons_(icons), icon_(icon) {}
+    SIZE Measure(HDC dc, SIZE room) override;
+    void Draw(HDC dc, const RECT& area, bool selected) override;
+
+ private:
+    std::wstring text_;
+    HIMAGELIST icons_;
+    int icon_;
+    int iconWidth_ = 0;
+    int iconHeight_ = 0;
+};
+
+// A line of one pixel.
+class SeparatorRow final : public FormRow {
+ public:
+    SIZE Measure(HDC dc, SIZE room) override;
+    void Draw(HDC dc, const RECT& area, bool selected) override;
+};
+
+// One line of a longer text.
+class TextLineRow final : public FormRow {
+ public:
+    explicit TextLineRow(std::wstring text) : text_(std::move(text)) {}
+    SIZE Measure(HDC dc, SIZE room) override;
+    void Draw(HDC dc, const RECT& area, bool selected) override;
+
+ private:
+    std::wstring text_;
+};
+
+// A label and a value beside it; a value that does not fit beside its label wraps below it.
+class ValueRow final : public FormRow {
+ public:
+    ValueRow(std::wstring label, std::wstring value)
+        : label_(std::move(label)), value_(std::move(value)) {}
+    SIZE Measure(HDC dc, SIZE room) override;
+    void Draw(HDC dc, const RECT& area, bool selected) override;
+    void SetValue(std::wstring value) { value_ = std::move(value); }
+
+ private:
+    std::wstring label_;
+    std::wstring value_;
+    bool valueBelow_ = false;
+};
+
+// A check box and its label. One that only shows something accepts no selection.
+class CheckRow final : public FormRow {
+ public:
+    // `changed` is called with the new state; none makes the row read-only.
+    CheckRow(std::wstring label, bool checked, std::function<void(bool)> changed = {})
+        : label_(std::move(label)), checked_(checked), changed_(std::move(changed)) {}
+    SIZE Measure(HDC dc, SIZE room) override;
+    void Draw(HDC dc, const RECT& area, bool selected) override;
+    bool AcceptsSelection() const override { return static_cast<bool>(changed_); }
+    bool HandleKey(WPARAM key, UINT flags) override;
+    bool Tapped() override;
+    bool Checked() const { return checked_; }
+
+ private:
+    std::wstring label_;
+    bool checked_;
+    std::function<void(bool)> changed_;
+};
+
+// Shared by the rows that exclude one another.
+struct ChoiceGroup {
+    // Which choice is taken; -1 for none.
+    int taken = -1;
+    std::function<void(int)> changed;
+};
+
+// One of several choices of which one is taken.
+class ChoiceRow final : public FormRow {
+ public:
+    ChoiceRow(std::wstring label, std::shared_ptr<ChoiceGroup> group, int number)
+        : label_(std::move(label)), group_(std::move(group)), number_(number) {}
+    SIZE Measure(HDC dc, SIZE room) override;
+    void Draw(HDC dc, const RECT& area, bool selected) override;
+    bool AcceptsSelection() const override { return true; }
+    bool HandleKey(WPARAM key, UINT flags) override;
+    bool Tapped() override;
+
+ private:
+    std::wstring label_;
+    std::shared_ptr<ChoiceGroup> group_;
+    int number_;
+};
+
+// A text that is edited in place.
+class TextRow final : public FormRow {
+ public:
+    // `accept` may refuse a text, which keeps the row open.
+    TextRow(std::wstring text, std::function<bool(const std::wstring&)> accept)
+        : text_(std::move(text)), accept_(std::move(accept)) {}
+    SIZE Measure(HDC dc, SIZE room) override;
+    void Draw(HDC dc, const RECT& area, bool selected) override;
+    bool AcceptsSelection() const override { return true; }
+    HFONT CreateEditorFont() override;
+    HWND CreateEditor(HWND list, const RECT& row, HFONT font) override;
+    bool MayLeave(HWND editor) override;
+    const std::wstring& Text() const { return text_; }
+
+ private:
+    std::wstring text_;
+    std::function<bool(const std::wstring&)> accept_;
+};
+
+}  // namespace ui

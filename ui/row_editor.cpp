@@ -1,0 +1,102 @@
+#include "ui/row_editor.h"
+
+#include "platform/aygshell.h"
+#include "text/resources.h"
+#include "ui/held_fault.h"
+#include "ui/window.h"
+#include "ui/window_text.h"
+
+namespace ui {
+
+size_t BaseNameLength(const std::wstring& name, bool folder) {
+    const size_t dot = name.rfind(L'.');
+    return folder || dot == std::wstring::npos || dot == 0 ? name.size() : dot;
+}
+
+RowEditor::RowEditor(HWND list, HWND bar, const RECT& area, HFONT font, const std::wstring& text,
+                     size_t selected)
+    : bar_(bar) {
+    edit_ = CreateWindowExW(
+        0, L"EDIT", text.c_str(), WS_CHILD | WS_VISIBLE | WS_BORDER | ES_AUTOHSCROLL, area.left,
+        area.top, Width(area), Height(area), list, nullptr, text::ProgramModule(), nullptr);
+    if (!edit_) {
+        return;
+    }
+    SetWindowLongPtrW(edit_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
+    previous_ = reinterpret_cast<WNDPROC>(
+        SetWindowLongPtrW(edit_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(Procedure)));
+    SendMessageW(edit_, WM_SETFONT, reinterpret_cast<WPARAM>(font), TRUE);
+    SendMessageW(edit_, EM_LIMITTEXT, MAX_PATH - 1, 0);
+    SendMessageW(edit_, EM_SETSEL, 0, static_cast<LPARAM>(selected));
+    SetFocus(edit_);
+    platform::ShowInputPanel(true);
+}
+
+RowEditor::~RowEditor() {
+    if (edit_) {
+        platform::ShowInputPanel(false);
+        SetFocus(GetParent(edit_));
+        DestroyWindow(edit_);
+    }
+}
+
+void RowEditor::Place(const RECT& area) {
+    MoveWindow(edit_, area.left, area.top, Width(area), Height(area), TRUE);
+}
+
+std::wstring RowEditor::Text() const {
+    return WindowText(edit_);
+}
+
+int RowEditor::Run() {
+    result_ = 0;
+    while (result_ == 0 && edit_) {
+        MSG message;
+        const BOOL received = GetMessageW(&message, nullptr, 0, 0);
+        if (received == 0) {
+            PostQuitMessage(static_cast<int>(message.wParam));
+            return IDCANCEL;
+        }
+        if (received == -1) {
+            continue;
+        }
+        const bool tap = message.message == WM_LBUTTONDOWN || message.message == WM_LBUTTONDBLCLK;
+        if (tap && message.hwnd != edit_ && message.hwnd != bar_) {
+            result_ = IDOK;
+            break;
+        }
+        TranslateMessage(&message);
+        Dispatch(message);
+    }
+    return edit_ ? result_ : IDCANCEL;
+}
+
+LRESULT CALLBACK RowEditor::Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    const auto self = reinterpret_cast<RowEditor*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+    const WNDPROC previous = self->previous_;
+    switch (message) {
+        case WM_KEYDOWN:
+            if (wParam == VK_RETURN || wParam == VK_ESCAPE) {
+                self->Finish(wParam == VK_RETURN ? IDOK : IDCANCEL);
+                return 0;
+            }
+            break;
+        case WM_CHAR:
+            // The characters of those keys; a control of one line would beep.
+            if (wParam == L'\r' || wParam == 27) {
+                return 0;
+            }
+            break;
+        case WM_GETDLGCODE:
+            return DLGC_WANTALLKEYS;
+        case WM_DESTROY:
+            self->edit_ = nullptr;
+            SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(previous));
+            break;
+        default:
+            break;
+    }
+    return CallWindowProcW(previous, window, message, wParam, lParam);
+}
+
+}  // namespace ui

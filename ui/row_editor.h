@@ -1,0 +1,45 @@
+// Edits a text in place over a row of a list, modally.
+#pragma once
+
+#include <string>
+
+#include "platform/handles.h"
+
+namespace ui {
+
+class RowEditor {
+ public:
+    // Opens the system's edit control as a child of `list` over `area` (client pixels) in `font`
+    // (borrowed) with `text`, of which the first `selected` characters are selected. `bar` is the
+    // one window beside the editor that stays alive under a finger.
+    RowEditor(HWND list, HWND bar, const RECT& area, HFONT font, const std::wstring& text,
+              size_t selected);
+    ~RowEditor();
+    RowEditor(const RowEditor&) = delete;
+    RowEditor& operator=(const RowEditor&) = delete;
+
+    explicit operator bool() const { return edit_ != nullptr; }
+
+    // Runs until the text is confirmed by Enter or a tap beside the editor, or cancelled by
+    // Escape; IDOK or IDCANCEL.
+    int Run();
+    // Ends Run with a result; what the soft keys do.
+    void Finish(int result) { result_ = result; }
+    // Moves the editor when its row has moved.
+    void Place(const RECT& area);
+    std::wstring Text() const;
+
+ private:
+    static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+
+    HWND bar_;
+    HWND edit_ = nullptr;
+    WNDPROC previous_ = nullptr;
+    int result_ = 0;
+};
+
+// How many characters of a file's name are its base name: up to the last dot that is not its
+// first character. The whole name of a folder.
+size_t BaseNameLength(const std::wstring& name, bool folder);
+
+}  // namespace ui

@@ -1,0 +1,64 @@
+#include "views/view_list.h"
+
+#include <algorithm>
+
+#include "ui/marks.h"
+#include "ui/theme.h"
+
+namespace views {
+
+void ViewList::SetMarking(bool marking) {
+    marking_ = marking;
+    marks_.clear();
+    InvalidateRect(Handle(), nullptr, FALSE);
+}
+
+unsigned ViewList::MarkedCount() const {
+    return static_cast<unsigned>(std::count(marks_.begin(), marks_.end(), true));
+}
+
+void ViewList::ToggleMark(unsigned row) {
+    if (!marking_ || row >= GetCount()) {
+        return;
+    }
+    if (marks_.size() <= row) {
+        marks_.resize(row + 1);
+    }
+    marks_[row] = !marks_[row];
+    InvalidateRow(row);
+    view_.MarksChanged();
+}
+
+void ViewList::OnTap(unsigned index, ui::GestureResult gesture) {
+    if (marking_) {
+        SetSelection(index);
+        ToggleMark(index);
+    } else if (SetSelection(index) == index && gesture == ui::GestureTap) {
+        view_.Tap(index);
+    }
+}
+
+void ViewList::DrawItem(const DRAWITEMSTRUCT& row) {
+    if (!marking_) {
+        view_.DrawRow(row);
+        return;
+    }
+    const int boxWidth = std::min(ui::Height(row.rcItem), ui::Width(row.rcItem) / 4);
+    DRAWITEMSTRUCT content = row;
+    content.rcItem.right -= boxWidth;
+    view_.DrawRow(content);
+    RECT box = row.rcItem;
+    box.left = content.rcItem.right;
+    const bool selected = (row.itemState & ODS_SELECTED) != 0;
+    if (selected) {
+        ui::FillWithSystemColor(row.hDC, box, COLOR_HIGHLIGHT);
+    } else {
+        ui::DrawRowRule(row.hDC, box);
+    }
+    const int inset = ui::Height(box) / 4;
+    const RECT square = {box.left + inset, box.top + inset, box.right - inset, box.bottom - inset};
+    ui::DrawCheckBox(row.hDC, square, Marked(row.itemID),
+                     GetSysColor(selected ? COLOR_HIGHLIGHTTEXT : COLOR_WINDOWTEXT));
+}
+
+}  // namespace views
