@@ -29,6 +29,18 @@ void ViewList::ToggleMark(unsigned row) {
     view_.MarksChanged();
 }
 
+void ViewList::Clear() {
+    marks_.clear();
+    TouchList::Clear();
+}
+
+void ViewList::RemoveItem(unsigned index) {
+    if (index < marks_.size()) {
+        marks_.erase(marks_.begin() + static_cast<ptrdiff_t>(index));
+    }
+    TouchList::RemoveItem(index);
+}
+
 void ViewList::OnTap(unsigned index, ui::GestureResult gesture) {
     if (marking_) {
         SetSelection(index);

@@ -29,6 +29,10 @@ class ViewList final : public ui::TouchList<ViewList> {
     unsigned MarkedCount() const;
     void ToggleMark(unsigned row);
 
+    // As the list's own; the marks go with their rows.
+    void Clear();
+    void RemoveItem(unsigned index);
+
     // The hooks of the touch list.
     SIZE Measure(unsigned, int clientWidth, int, ULONG_PTR data) const {
         return SIZE{clientWidth, view_.RowHeight(data)};
