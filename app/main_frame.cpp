@@ -12,6 +12,7 @@
 #include "ui/drawing_resources.h"
 #include "ui/held_fault.h"
 #include "ui/paint.h"
+#include "ui/screen_metrics.h"
 #include "views/apps/applications_view.h"
 #include "views/display_flags.h"
 #include "views/files/files_view.h"
@@ -27,6 +28,9 @@ using views::ViewIndex;
 namespace {
 
 constexpr UINT programTitle = 100;
+
+// The menu of the slide bar: the views.
+constexpr UINT viewsMenu = 502;
 
 struct ViewCommand {
     WORD command;
@@ -70,9 +74,10 @@ void MainFrame::OnCreate() {
     const platform::WindowDC dc(Handle());
     const int textHeight = ui::TextHeight(dc, ui::Fonts().Base());
     bandHeight_ = textHeight + 2 * ((textHeight + 1) / 2);
-    if (!pane_.Open(Handle()) || !bar_.Open(Handle(), RECT{})) {
+    if (!pane_.Open(Handle()) || !bar_.Open(Handle(), RECT{}) || !slideBar_.Open(Handle())) {
         throw faults::W32Fault();
     }
+    slideBar_.LoadBar(viewsMenu);
     CreateViews();
     for (const std::unique_ptr<views::View>& view : views_) {
         view->Layout(dc);
@@ -101,11 +106,27 @@ void MainFrame::FollowVisibleArea() {
 }
 
 void MainFrame::Arrange() {
-    const RECT client = ClientRectangle();
-    const int barTop = std::max<int>(client.top, client.bottom - bandHeight_);
-    MoveWindow(bar_.Handle(), client.left, barTop, ui::Width(client), client.bottom - barTop, TRUE);
-    MoveWindow(pane_.Handle(), client.left, client.top, ui::Width(client), barTop - client.top,
-               TRUE);
+    RECT pane = ClientRectangle();
+    const int barTop = std::max<int>(pane.top, pane.bottom - bandHeight_);
+    MoveWindow(bar_.Handle(), pane.left, barTop, ui::Width(pane), pane.bottom - barTop, TRUE);
+    pane.bottom = barTop;
+    ArrangeSlideBar(&pane);
+    MoveWindow(pane_.Handle(), pane.left, pane.top, ui::Width(pane), ui::Height(pane), TRUE);
+}
+
+void MainFrame::ArrangeSlideBar(RECT* area) {
+    const int thickness = slideBar_.Thickness();
+    const int rowHeight = static_cast<int>(ui::GetScreenMetrics().iconSize) * 3 / 4;
+    const ui::SlideBarPlace place =
+        ui::PlaceSlideBar(ui::Width(*area), ui::Height(*area), rowHeight, thickness);
+    RECT bar = *area;
+    if (place == ui::SlideBarPlace::Top) {
+        area->top = bar.bottom = bar.top + thickness;
+    } else if (place == ui::SlideBarPlace::Left) {
+        area->left = bar.right = bar.left + thickness;
+    }
+    MoveWindow(slideBar_.Handle(), bar.left, bar.top, ui::Width(bar), ui::Height(bar), TRUE);
+    ShowWindow(slideBar_.Handle(), place == ui::SlideBarPlace::None ? SW_HIDE : SW_SHOW);
 }
 
 void MainFrame::ArrangeView(const RECT& area) {
@@ -147,6 +168,7 @@ void MainFrame::MenuStateChanged() {
     if (open_) {
         UpdateMenu();
         InvalidateRect(bar_.Handle(), nullptr, FALSE);
+        InvalidateRect(slideBar_.Handle(), nullptr, FALSE);
     }
 }
 
@@ -158,6 +180,7 @@ void MainFrame::UpdateMenu() {
     for (const ViewCommand& entry : viewCommands) {
         if (entry.command != views::commandShowDlls) {
             views::CheckCommand(menu, entry.command, entry.view == current_);
+            views::CheckCommand(slideBar_.Menu(), entry.command, entry.view == current_);
         }
     }
     views::EnableCommand(menu, views::commandSettings, false);

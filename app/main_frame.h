@@ -7,6 +7,7 @@
 
 #include "app/view_pane.h"
 #include "ui/command_bar.h"
+#include "ui/slide_bar.h"
 #include "ui/window.h"
 #include "views/view.h"
 
@@ -47,6 +48,8 @@ class MainFrame final : public ui::Window, public views::Frame, private PaneOwne
     views::View& Current() const { return *views_[static_cast<size_t>(current_)]; }
     void ShowView(views::ViewIndex view, const views::ViewArgument& argument);
     void Arrange();
+    // Places the slide bar at the edge of `area` that it takes, if any, and takes it from it.
+    void ArrangeSlideBar(RECT* area);
     // Fills the part of the screen that the shell leaves free.
     void FollowVisibleArea();
     void OnCommand(WORD command);
@@ -60,6 +63,8 @@ class MainFrame final : public ui::Window, public views::Frame, private PaneOwne
     views::ViewIndex current_ = views::ViewIndex::Files;
     ViewPane pane_{*this};
     ui::CommandBar bar_;
+    // Switches views where the screen has room for it.
+    ui::SlideBar slideBar_;
     DWORD flags_ = 0;
     int bandHeight_ = 0;
     // Whether creation has succeeded; only then is anything saved.
