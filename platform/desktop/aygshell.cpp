@@ -10,12 +10,27 @@ namespace platform {
 
 namespace {
 
+ComPointer<IWICBitmapSource> Convert(IWICImagingFactory* factory,
+                                     const ComPointer<IWICBitmapSource>& picture,
+                                     const WICPixelFormatGUID& format) {
+    ComPointer<IWICFormatConverter> converter;
+    ComPointer<IWICBitmapSource> converted;
+    if (!picture || FAILED(factory->CreateFormatConverter(converter.Receive())) ||
+        FAILED(converter->Initialize(picture.Get(), format, WICBitmapDitherTypeNone, nullptr, 0.0,
+                                     WICBitmapPaletteTypeCustom)) ||
+        FAILED(converter->QueryInterface(IID_IWICBitmapSource,
+                                         reinterpret_cast<void**>(converted.Receive())))) {
+        return {};
+    }
+    return converted;
+}
+
 ComPointer<IWICBitmapSource> DecodePicture(void* bytes, DWORD size) {
     ComPointer<IWICImagingFactory> factory;
     ComPointer<IWICStream> stream;
     ComPointer<IWICBitmapDecoder> decoder;
     ComPointer<IWICBitmapFrameDecode> frame;
-    ComPointer<IWICFormatConverter> converter;
+    ComPointer<IWICBitmapSource> picture;
     if (FAILED(CoCreateInstance(CLSID_WICImagingFactory, nullptr, CLSCTX_INPROC_SERVER,
                                 IID_IWICImagingFactory,
                                 reinterpret_cast<void**>(factory.Receive()))) ||
@@ -24,18 +39,13 @@ ComPointer<IWICBitmapSource> DecodePicture(void* bytes, DWORD size) {
         FAILED(factory->CreateDecoderFromStream(
             stream.Get(), nullptr, WICDecodeMetadataCacheOnDemand, decoder.Receive())) ||
         FAILED(decoder->GetFrame(0, frame.Receive())) ||
-        FAILED(factory->CreateFormatConverter(converter.Receive())) ||
-        FAILED(converter->Initialize(frame.Get(), GUID_WICPixelFormat24bppBGR,
-                                     WICBitmapDitherTypeNone, nullptr, 0.0,
-                                     WICBitmapPaletteTypeCustom))) {
+        FAILED(frame->QueryInterface(IID_IWICBitmapSource,
+                                     reinterpret_cast<void**>(picture.Receive())))) {
         return {};
     }
-    ComPointer<IWICBitmapSource> source;
-    if (FAILED(converter->QueryInterface(IID_IWICBitmapSource,
-                                         reinterpret_cast<void**>(source.Receive())))) {
-        return {};
-    }
-    return source;
+    // Wine has no way from a palette to 24 bits a pixel but over 32.
+    return Convert(factory.Get(), Convert(factory.Get(), picture, GUID_WICPixelFormat32bppBGRA),
+                   GUID_WICPixelFormat24bppBGR);
 }
 
 }  // namespace
