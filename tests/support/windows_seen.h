@@ -26,6 +26,10 @@ HWND FindChild(HWND parent, const wchar_t* className);
 // A copy of a part of the screen.
 class Picture {
  public:
+    Picture() = default;
+    // Row after row from the upper left corner.
+    Picture(int width, int height, std::vector<COLORREF> pixels)
+        : width_(width), height_(height), pixels_(std::move(pixels)) {}
     // What is on the screen now, in screen coordinates.
     static Picture OfScreen(const RECT& area);
     static Picture OfWindow(HWND window) { return OfScreen(ScreenRectangleOf(window)); }
