@@ -19,6 +19,8 @@ constexpr UINT cannotCreateMainWindow = 150;
 class InstanceEvent {
  public:
     InstanceEvent() {
+        // A handheld may leave the error of an earlier call in place when the event is new.
+        SetLastError(ERROR_SUCCESS);
         handle_ = CreateEventW(nullptr, FALSE, FALSE, instanceEventName);
         error_ = GetLastError();
     }

@@ -17,9 +17,9 @@ std::wstring FromCodePage(const std::string& narrow) {
     const int size = static_cast<int>(narrow.size());
     const int length = MultiByteToWideChar(CP_ACP, 0, narrow.c_str(), size, nullptr, 0);
     std::wstring wide(static_cast<size_t>(length > 0 ? length : 0), L'\0');
-    if (length > 0) {
-        MultiByteToWideChar(CP_ACP, 0, narrow.c_str(), size, wide.data(), length);
-    }
+    const int converted =
+        length > 0 ? MultiByteToWideChar(CP_ACP, 0, narrow.c_str(), size, wide.data(), length) : 0;
+    wide.resize(static_cast<size_t>(converted > 0 ? converted : 0));
     return wide;
 }
 

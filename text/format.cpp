@@ -55,8 +55,12 @@ std::wstring FormatInserts(std::wstring_view pattern, std::initializer_list<Inse
     DWORD_PTR words[insertLimit];
     size_t count = 0;
     for (const Insert& insert : inserts) {
-        if (count < insertLimit) {
-            words[count++] = insert.Word();
+        if (count + insert.Words() > insertLimit) {
+            break;
+        }
+        words[count++] = insert.Word();
+        if (insert.Words() == 2) {
+            words[count++] = insert.UpperWord();
         }
     }
     while (count < insertLimit) {

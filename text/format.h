@@ -12,7 +12,8 @@
 
 namespace text {
 
-// One insert of a pattern: a text that outlives the call, or an integer of at most 32 bits.
+// One insert of a pattern: a text that outlives the call, an integer of at most 32 bits, or a
+// signed one of 64 bits ("%1!I64i!"), which fills two words of a handheld.
 class Insert {
  public:
     Insert(const wchar_t* value) : word_(reinterpret_cast<DWORD_PTR>(value)) {}
@@ -20,13 +21,22 @@ class Insert {
     template <typename Integer>
     requires std::is_integral_v<Integer> &&(sizeof(Integer) <= 4) Insert(Integer value)
         : word_(static_cast<DWORD_PTR>(value)) {}
+    Insert(int64_t value)
+        : word_(static_cast<DWORD_PTR>(value)),
+          upperWord_(static_cast<DWORD_PTR>(static_cast<uint64_t>(value) >> 32)),
+          words_(sizeof(int64_t) / sizeof(DWORD_PTR)) {}
     DWORD_PTR Word() const { return word_; }
+    DWORD_PTR UpperWord() const { return upperWord_; }
+    // How many words the formatter takes.
+    size_t Words() const { return words_; }
 
  private:
     DWORD_PTR word_;
+    DWORD_PTR upperWord_ = 0;
+    size_t words_ = 1;
 };
 
-// FormatMessageW on `pattern` ("%1", "%1!i!", "%1!x!", "%n", "%%"). Empty on failure.
+// FormatMessageW on `pattern` ("%1", "%1!i!", "%1!x!", "%1!I64i!", "%n", "%%"). Empty on failure.
 std::wstring FormatInserts(std::wstring_view pattern, std::initializer_list<Insert> inserts);
 
 template <typename... Inserts>

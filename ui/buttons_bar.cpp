@@ -167,11 +167,13 @@ void ButtonsBar::UpdateHotFromCursor() {
 
 void ButtonsBar::TrackPress(unsigned index) {
     pressed_ = index;
-    SetCapture(Handle());
-    InvalidateRect(Handle(), nullptr, FALSE);
-    UpdateWindow(Handle());
+    // A bar that is destroyed meanwhile has no handle, as nobody has the capture.
+    const HWND window = Handle();
+    SetCapture(window);
+    InvalidateRect(window, nullptr, FALSE);
+    UpdateWindow(window);
     bool over = false;
-    while (GetCapture() == Handle()) {
+    while (GetCapture() == window) {
         MSG message;
         const BOOL received = GetMessageW(&message, nullptr, 0, 0);
         if (received == 0) {

@@ -154,9 +154,11 @@ unsigned CommandBar::TrackPress(unsigned button) {
             }
         }
     } release{*this};
-    SetCapture(Handle());
+    // A bar that is destroyed meanwhile has no handle, as nobody has the capture.
+    const HWND window = Handle();
+    SetCapture(window);
     SetPressed(button);
-    while (GetCapture() == Handle()) {
+    while (GetCapture() == window) {
         MSG message;
         const BOOL received = GetMessageW(&message, nullptr, 0, 0);
         if (received == 0) {

@@ -20,6 +20,24 @@ bool IsFolder(const wchar_t* path) {
     return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY);
 }
 
+void CutTrailingBackslashes(std::wstring& path) {
+    while (!path.empty() && path.back() == L'\\') {
+        path.pop_back();
+    }
+}
+
+// Measures and shows what has been read of a folder, also when a fault passes.
+class ShowsRows {
+ public:
+    explicit ShowsRows(ViewList& list) : list_(list) {}
+    ~ShowsRows() { list_.Layout(); }
+    ShowsRows(const ShowsRows&) = delete;
+    ShowsRows& operator=(const ShowsRows&) = delete;
+
+ private:
+    ViewList& list_;
+};
+
 class FolderSearch {
  public:
     explicit FolderSearch(const std::wstring& folder)
@@ -46,9 +64,7 @@ FilesView::FilesView(Frame& frame) : ListView(frame, menuResource) {
     const std::optional<std::wstring> stored = frame.StoredText(pathSetting);
     if (stored && !stored->empty() && IsFolder(stored->c_str())) {
         path_ = *stored;
-        while (!path_.empty() && path_.back() == L'\\') {
-            path_.pop_back();
-        }
+        CutTrailingBackslashes(path_);
     }
 }
 
@@ -66,9 +82,7 @@ void FilesView::Layout(HDC dc) {
     }
     oneLineHeight_ = std::max(oneLineHeight_, iconHeight_ + iconHeight_ / 4);
     if (!pathBar_.Handle()) {
-        pathBar_.Open(GetFrame().Pane(), [this] {
-            ui::RunAction(GetFrame().MainWindow(), ui::actionFailed, [this] { Up(); });
-        });
+        pathBar_.Open(GetFrame().Pane(), [this] { Back(); });
     }
 }
 
@@ -133,8 +147,8 @@ void FilesView::Open(unsigned row) {
     }
     path_ += L'\\';
     path_ += item.name;
-    Enumerate(path_);
     ShowPath();
+    Enumerate(path_);
 }
 
 void FilesView::UpdateMenu(HMENU menu) {
@@ -150,10 +164,16 @@ void FilesView::UpdateMenu(HMENU menu) {
 
 bool FilesView::Key(WPARAM key) {
     if (key == VK_LEFT) {
-        Up();
+        Back();
         return true;
     }
     return ListView::Key(key);
+}
+
+bool FilesView::Back() {
+    bool moved = true;
+    ui::RunAction(GetFrame().MainWindow(), ui::actionFailed, [&] { moved = Up(); });
+    return moved;
 }
 
 bool FilesView::Command(WORD command) {
@@ -201,6 +221,7 @@ void FilesView::Navigate(const wchar_t* path) {
         attributes = GetFileAttributesW(path);
         if (attributes != INVALID_FILE_ATTRIBUTES) {
             path_ = path;
+            CutTrailingBackslashes(path_);
             if (!(attributes & FILE_ATTRIBUTE_DIRECTORY)) {
                 const size_t backslash = path_.rfind(L'\\');
                 fileName = path_.substr(backslash == std::wstring::npos ? 0 : backslash + 1);
@@ -209,11 +230,11 @@ void FilesView::Navigate(const wchar_t* path) {
         }
     }
     RebuildHideMask();
+    ShowPath();
     Enumerate(path_);
     if (!fileName.empty()) {
         SelectName(fileName, attributes);
     }
-    ShowPath();
 }
 
 bool FilesView::Up() {
@@ -223,9 +244,9 @@ bool FilesView::Up() {
     }
     const std::wstring left = path_.substr(backslash + 1);
     path_.resize(backslash);
+    ShowPath();
     Enumerate(path_);
     SelectName(left, FILE_ATTRIBUTE_DIRECTORY);
-    ShowPath();
     return true;
 }
 
@@ -251,6 +272,14 @@ void FilesView::RebuildHideMask() {
 void FilesView::Enumerate(const std::wstring& folder) {
     const platform::WaitCursor cursor;
     List().Clear();
+    {
+        const ShowsRows shown(List());
+        ReadFolder(folder);
+    }
+    GetFrame().MenuStateChanged();
+}
+
+void FilesView::ReadFolder(const std::wstring& folder) {
     FolderSearch search(folder);
     std::wstring child = folder + L"\\";
     const size_t folderLength = child.size();
@@ -269,7 +298,6 @@ void FilesView::Enumerate(const std::wstring& folder) {
         }
         InsertSorted(std::move(item));
     }
-    List().Layout();
 }
 
 unsigned FilesView::LowerBound(const FileItem& item) const {
@@ -310,7 +338,6 @@ void FilesView::SelectName(const std::wstring& name, DWORD attributes) {
 void FilesView::ShowPath() {
     pathBar_.SetPath(path_);
     GetFrame().TitleChanged();
-    GetFrame().MenuStateChanged();
 }
 
 bool FilesView::HasSecondLine(const FileItem& item) const {

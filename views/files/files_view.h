@@ -27,7 +27,7 @@ class FilesView final : public ListView {
     void Refresh() override;
     int RowHeight(ULONG_PTR data) const override;
     void Arrange(const RECT& area) override;
-    bool Back() override { return Up(); }
+    bool Back() override;
     void Close() override;
 
     // Shows a folder, or a file's folder with the file selected. A path that does not exist leaves
@@ -47,6 +47,7 @@ class FilesView final : public ListView {
     unsigned LowerBound(const FileItem& item) const;
     void RebuildHideMask();
     void Enumerate(const std::wstring& folder);
+    void ReadFolder(const std::wstring& folder);
     void InsertSorted(FileItemOwner item);
     void SelectItem(const FileItem& probe);
     void SelectName(const std::wstring& name, DWORD attributes);
