@@ -66,7 +66,9 @@ LRESULT ListView::Notify(const NMHDR& notification) {
             return Key(key) || frame_.FrameKey(key);
         }
         case static_cast<int>(NM_RETURN):
-            if (HasSelection()) {
+            if (list_.Marking()) {
+                list_.ToggleMark(list_.GetSelection());
+            } else if (HasSelection()) {
                 Tap(list_.GetSelection());
             }
             return 0;

@@ -105,6 +105,7 @@ bool FilesView::Deactivate(HDC dc) {
         leftName_ = item.name;
         leftAttributes_ = item.attributes;
     }
+    List().SetMarking(false);
     ShowWindow(pathBar_.Handle(), SW_HIDE);
     return ListView::Deactivate(dc);
 }
@@ -128,7 +129,8 @@ void FilesView::Refresh() {
 }
 
 std::wstring FilesView::Title() const {
-    return path_.empty() ? L"\\" : path_;
+    const std::wstring folder = path_.empty() ? L"\\" : path_;
+    return List().Marking() ? text::Format(L"%1 (%2!i!)", folder, List().MarkedCount()) : folder;
 }
 
 void FilesView::DeleteRow(ULONG_PTR data) {
@@ -152,7 +154,7 @@ void FilesView::Open(unsigned row) {
 }
 
 void FilesView::UpdateMenu(HMENU menu) {
-    const bool selected = HasSelection();
+    const bool selected = List().Marking() ? List().MarkedCount() > 0 : HasSelection();
     for (const views::Command command : {commandRename, commandDelete, commandCut, commandCopy,
                                          commandOpen, commandOpenWith, commandProperties}) {
         EnableCommand(menu, command, selected);
@@ -163,6 +165,16 @@ void FilesView::UpdateMenu(HMENU menu) {
 }
 
 bool FilesView::Key(WPARAM key) {
+    if (List().Marking()) {
+        if (key == VK_ESCAPE) {
+            SetMarking(false);
+            return true;
+        }
+        if (key == VK_SPACE) {
+            List().ToggleMark(List().GetSelection());
+            return true;
+        }
+    }
     if (key == VK_LEFT) {
         Back();
         return true;
@@ -170,7 +182,25 @@ bool FilesView::Key(WPARAM key) {
     return ListView::Key(key);
 }
 
+void FilesView::SetMarking(bool marking) {
+    if (marking == List().Marking()) {
+        return;
+    }
+    List().SetMarking(marking);
+    GetFrame().Bar().LoadBar(marking ? markingMenuResource : menuResource);
+    MarksChanged();
+}
+
+void FilesView::MarksChanged() {
+    GetFrame().TitleChanged();
+    GetFrame().MenuStateChanged();
+}
+
 bool FilesView::Back() {
+    if (List().Marking()) {
+        SetMarking(false);
+        return true;
+    }
     bool moved = true;
     ui::RunAction(GetFrame().MainWindow(), ui::actionFailed, [&] { moved = Up(); });
     return moved;
@@ -187,6 +217,11 @@ bool FilesView::Command(WORD command) {
             }
             return true;
         case commandSelect:
+            SetMarking(true);
+            return true;
+        case IDCANCEL:
+            SetMarking(false);
+            return true;
         case commandRename:
         case commandDelete:
         case commandNewFolder:
@@ -275,6 +310,9 @@ void FilesView::Enumerate(const std::wstring& folder) {
     {
         const ShowsRows shown(List());
         ReadFolder(folder);
+    }
+    if (List().Marking()) {
+        GetFrame().TitleChanged();
     }
     GetFrame().MenuStateChanged();
 }

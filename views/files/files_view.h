@@ -28,6 +28,7 @@ class FilesView final : public ListView {
     int RowHeight(ULONG_PTR data) const override;
     void Arrange(const RECT& area) override;
     bool Back() override;
+    void MarksChanged() override;
     void Close() override;
 
     // Shows a folder, or a file's folder with the file selected. A path that does not exist leaves
@@ -40,11 +41,14 @@ class FilesView final : public ListView {
 
  private:
     static constexpr UINT menuResource = 500;
+    static constexpr UINT markingMenuResource = 506;
 
     static FileItem& ItemOf(ULONG_PTR data) { return *reinterpret_cast<FileItem*>(data); }
     FileItem& ItemAt(unsigned row) const { return ItemOf(List().GetItemData(row)); }
     // The first row that does not order before the item.
     unsigned LowerBound(const FileItem& item) const;
+    // Starts or ends multi-selection, which has a bar of its own.
+    void SetMarking(bool marking);
     void RebuildHideMask();
     void Enumerate(const std::wstring& folder);
     void ReadFolder(const std::wstring& folder);
