@@ -151,8 +151,14 @@ void MainFrame::ShowView(ViewIndex view, const ViewArgument& argument) {
         return;
     }
     current_ = view;
-    Current().Layout(dc);
-    Current().Activate(argument);
+    try {
+        Current().Layout(dc);
+        Current().Activate(argument);
+    } catch (...) {
+        TitleChanged();
+        MenuStateChanged();
+        throw;
+    }
     TitleChanged();
     MenuStateChanged();
     Current().Focus();

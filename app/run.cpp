@@ -7,6 +7,7 @@
 #include "platform/coredll.h"
 #include "platform/handles.h"
 #include "text/resources.h"
+#include "ui/held_fault.h"
 
 namespace app {
 
@@ -93,8 +94,33 @@ class RegisteredLoop {
     MessageLoop loop_;
 };
 
+// Outlives the frame. When a fault passes, the frame's end must not disturb the message box that
+// is to tell of it: neither by its quit message nor by a second fault, of saving the settings.
+class FaultPassage {
+ public:
+    FaultPassage() = default;
+    ~FaultPassage() {
+        if (finished_) {
+            return;
+        }
+        MSG quit;
+        PeekMessageW(&quit, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE);
+        try {
+            ui::RethrowHeldException();
+        } catch (...) {
+        }
+    }
+    FaultPassage(const FaultPassage&) = delete;
+    FaultPassage& operator=(const FaultPassage&) = delete;
+    void Finish() { finished_ = true; }
+
+ private:
+    bool finished_ = false;
+};
+
 int RunMainFrame(Module& module, HANDLE event, int showCommand) {
     RegisteredLoop registered(module);
+    FaultPassage passage;
     MainFrame frame;
     if (!frame.Open()) {
         throw faults::Fault(std::wstring(text::LoadText(cannotCreateMainWindow)));
@@ -105,7 +131,9 @@ int RunMainFrame(Module& module, HANDLE event, int showCommand) {
     registered.Loop().AddFilter(
         [&frame](const MSG& message) { return frame.PreTranslate(message); });
     ShowWindow(frame.Handle(), showCommand);
-    return registered.Loop().Run();
+    const int result = registered.Loop().Run();
+    passage.Finish();
+    return result;
 }
 
 }  // namespace

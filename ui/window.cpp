@@ -37,6 +37,9 @@ bool Window::Create(const wchar_t* className, const wchar_t* title, DWORD style,
         0, className, title, style, bounds.left, placed ? bounds.top : CW_USEDEFAULT,
         placed ? Width(bounds) : CW_USEDEFAULT, placed ? Height(bounds) : CW_USEDEFAULT, parent,
         reinterpret_cast<HMENU>(id), text::ProgramModule(), this);
+    if (!created) {
+        handle_ = nullptr;
+    }
     RethrowHeldException();
     return created != nullptr;
 }

@@ -55,3 +55,28 @@ TEST(StoredView, DllsAreStoredAsProcesses) {
     EXPECT_EQ(SettingOfView(ViewIndex::Dlls), 2u);
     EXPECT_EQ(SettingOfView(ViewIndex::Applications), 1u);
 }
+
+TEST(CommandLineView, AWordMustBeTheWholeOfWhatIsCompared) {
+    EXPECT_FALSE(ViewOfCommandLine(L"-statu"));
+    EXPECT_FALSE(ViewOfCommandLine(L"-statuses"));
+    EXPECT_FALSE(ViewOfCommandLine(L"--status"));
+    EXPECT_FALSE(ViewOfCommandLine(L"- status"));
+    EXPECT_FALSE(ViewOfCommandLine(L"/status"));
+    EXPECT_EQ(ViewOfCommandLine(L"-Apps  "), ViewIndex::Applications);
+    EXPECT_EQ(ViewOfCommandLine(L"-PROCESS..."), ViewIndex::Processes);
+}
+
+TEST(CommandLineView, DeepBlanksMultiplyTheTail) {
+    EXPECT_EQ(ViewOfCommandLine(L"  -apps123456"), ViewIndex::Applications);
+    EXPECT_FALSE(ViewOfCommandLine(L"  -apps12345"));
+    EXPECT_EQ(ViewOfCommandLine(L" -process123456"), ViewIndex::Processes);
+}
+
+TEST(StoredView, IsTheViewOfItsNumber) {
+    EXPECT_EQ(ViewOfSetting(0), ViewIndex::Files);
+    EXPECT_EQ(ViewOfSetting(1), ViewIndex::Applications);
+    EXPECT_EQ(ViewOfSetting(2), ViewIndex::Processes);
+    EXPECT_EQ(SettingOfView(ViewIndex::Files), 0u);
+    EXPECT_EQ(SettingOfView(ViewIndex::Processes), 2u);
+    EXPECT_EQ(SettingOfView(ViewIndex::SystemStatus), 3u);
+}

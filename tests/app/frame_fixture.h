@@ -1,0 +1,42 @@
+// The main frame in this process, with its message loop, beside a person who acts on another
+// thread.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <string>
+
+#include "app/main_frame.h"
+#include "tests/support/drawn_texts.h"
+#include "tests/support/world.h"
+
+namespace test {
+
+class FrameFixture : public testing::Test {
+ protected:
+    FrameFixture() = default;
+    ~FrameFixture() override;
+
+    // Creates and shows the frame.
+    void Open();
+    // Runs the message loop while `script` acts; the frame is closed after it.
+    void RunFrame(const std::function<void()>& script);
+
+    // Tells the frame a command as its bar does.
+    void Command(UINT command) const;
+    std::wstring Caption() const;
+    bool WaitForCaption(const std::wstring& caption) const;
+    // An item's state in the bar's menu; all bits set when the menu has no such item.
+    UINT ItemState(UINT command);
+    bool IsChecked(UINT command) {
+        const UINT state = ItemState(command);
+        return state != ~0u && (state & MF_CHECKED) != 0;
+    }
+
+    const CleanSettings settings;
+    app::MainFrame frame;
+    int loopResult = -1;
+};
+
+}  // namespace test

@@ -1,0 +1,254 @@
+#include <stdexcept>
+
+#include "faults/fault.h"
+#include "tests/app/frame_fixture.h"
+#include "tests/support/finger.h"
+#include "tests/support/platform_hook.h"
+#include "tests/support/wait.h"
+#include "tests/support/windows_seen.h"
+#include "ui/drawing_resources.h"
+
+using namespace test;
+
+namespace {
+
+constexpr UINT noItem = ~0u;
+
+bool StartsWith(const std::wstring& text, const std::wstring& start) {
+    return text.compare(0, start.size(), start) == 0;
+}
+
+using FileInfo = DWORD_PTR(const wchar_t*, DWORD, SHFILEINFOW*, UINT, UINT);
+FileInfo* fileInfo = nullptr;
+int breaks = 0;
+
+// Something deep in a view's activation that ends in a fault once.
+DWORD_PTR WINAPI BreakOnFileInfo(const wchar_t* path, DWORD attributes, SHFILEINFOW* info,
+                                 UINT size, UINT flags) {
+    if (breaks > 0) {
+        --breaks;
+        throw faults::W32Fault(E_ACCESSDENIED);
+    }
+    return fileInfo(path, attributes, info, size, flags);
+}
+
+using Show = BOOL(HWND, int);
+Show* show = nullptr;
+
+BOOL WINAPI BreakOnHide(HWND window, int command) {
+    if (command == SW_HIDE && breaks > 0) {
+        --breaks;
+        throw std::runtime_error("internal");
+    }
+    return show(window, command);
+}
+
+class FrameViews : public FrameFixture {};
+
+}  // namespace
+
+TEST_F(FrameViews, OpenOnTheRootOfFilesOnAFreshDevice) {
+    Open();
+    EXPECT_EQ(Caption(), L"\\");
+    EXPECT_EQ(frame.Flags(), 0u);
+    EXPECT_FALSE(CleanSettings::Number(L"view"));
+    EXPECT_FALSE(CleanSettings::Number(L"flags"));
+    EXPECT_FALSE(CleanSettings::Text(L"path"));
+}
+
+TEST_F(FrameViews, OpenOnTheStoredOne) {
+    const wchar_t* const captions[] = {L"\\", L"Applications (", L"Processes (", L"System Status"};
+    for (DWORD view = 0; view < 4; ++view) {
+        CleanSettings::SetNumber(L"view", view);
+        Open();
+        EXPECT_TRUE(StartsWith(Caption(), captions[view])) << view;
+        frame.Destroy();
+    }
+}
+
+TEST_F(FrameViews, OpenOnFilesWhenTheStoredOneIsNone) {
+    for (const DWORD view : {4u, 7u, 0x80000000u, 0xFFFFFFFFu}) {
+        CleanSettings::SetNumber(L"view", view);
+        Open();
+        EXPECT_EQ(Caption(), L"\\") << view;
+        frame.Destroy();
+    }
+}
+
+TEST_F(FrameViews, AreSwitchedByTheirCommands) {
+    Open();
+    Command(601);
+    EXPECT_TRUE(StartsWith(Caption(), L"Applications (")) << testing::PrintToString(Caption());
+    Command(602);
+    EXPECT_TRUE(StartsWith(Caption(), L"Processes (")) << testing::PrintToString(Caption());
+    Command(620);
+    EXPECT_TRUE(StartsWith(Caption(), L"Dlls (")) << testing::PrintToString(Caption());
+    Command(603);
+    EXPECT_EQ(Caption(), L"System Status");
+    Command(600);
+    EXPECT_EQ(Caption(), L"\\");
+    Command(600);
+    EXPECT_EQ(Caption(), L"\\");
+}
+
+TEST_F(FrameViews, ShowOneListAtATime) {
+    Open();
+    for (const UINT command : {601u, 602u, 603u, 620u, 600u}) {
+        Command(command);
+        int lists = 0;
+        for (HWND child = GetWindow(frame.Pane(), GW_CHILD); child;
+             child = GetWindow(child, GW_HWNDNEXT)) {
+            lists += IsWindowVisible(child) && ClassOf(child) == L"kx::TouchList";
+        }
+        EXPECT_EQ(lists, 1) << command;
+    }
+}
+
+TEST_F(FrameViews, HaveTheirOwnMenus) {
+    // A command that only this view's menu has.
+    const struct {
+        UINT view;
+        UINT own;
+    } menus[] = {{600, 617}, {601, 616}, {602, 620}, {620, 699}};
+    Open();
+    for (const auto& menu : menus) {
+        Command(menu.view);
+        for (const auto& other : menus) {
+            EXPECT_EQ(ItemState(other.own) != noItem, other.own == menu.own)
+                << menu.view << ' ' << other.own;
+        }
+    }
+    Command(603);
+    EXPECT_EQ(frame.Bar().ButtonCount(), 2u);
+    EXPECT_EQ(GetMenuItemID(frame.Bar().Menu(), 0), 610u);
+}
+
+TEST_F(FrameViews, AreAllOfferedByEveryMenu) {
+    Open();
+    for (const UINT view : {600u, 601u, 602u, 603u, 620u}) {
+        Command(view);
+        for (const UINT command : {600u, 601u, 602u, 603u, 610u, 680u, 57664u, 57665u}) {
+            EXPECT_NE(ItemState(command), noItem) << view << ' ' << command;
+        }
+    }
+}
+
+TEST_F(FrameViews, AreSwitchedByTheNumberKeys) {
+    Open();
+    RunFrame([this] {
+        SetForegroundWindow(frame.Handle());
+        Finger().Key("4").Play();
+        EXPECT_TRUE(WaitForCaption(L"System Status"));
+        Finger().Key("2").Play();
+        EXPECT_TRUE(WaitFor([this] { return StartsWith(Caption(), L"Applications ("); }));
+        Finger().Key("3").Play();
+        EXPECT_TRUE(WaitFor([this] { return StartsWith(Caption(), L"Processes ("); }));
+        Finger().Key("1").Play();
+        EXPECT_TRUE(WaitForCaption(L"\\"));
+        Finger().Key("5").Key("4").Play();
+        EXPECT_TRUE(WaitForCaption(L"System Status"));
+    });
+}
+
+TEST_F(FrameViews, ThatFailToOpenAreReportedAndTheProgramGoesOn) {
+    Open();
+    Command(603);
+    const DrawnTexts drawn;
+    const PlatformHook<FileInfo> hook("SHGetFileInfoW", BreakOnFileInfo);
+    fileInfo = hook.Original();
+    const std::wstring text =
+        L"The action can't be completed\r\n" + faults::FullText(faults::W32Fault(E_ACCESSDENIED));
+    RunFrame([&] {
+        SetForegroundWindow(frame.Handle());
+        breaks = 1;
+        PostMessageW(frame.Handle(), WM_COMMAND, 600, 0);
+        const HWND box = WaitForWindow(L"#32770");
+        ASSERT_TRUE(box);
+        EXPECT_TRUE(WaitFor([&] { return drawn.Has(L"Ok"); }));
+        EXPECT_EQ(TextOf(box), L"Error");
+        EXPECT_EQ(GetWindow(box, GW_OWNER), frame.Handle());
+        EXPECT_TRUE(drawn.Has(text)) << drawn.All();
+        Finger().Key("Return").Play();
+        EXPECT_TRUE(WaitFor([&] { return !IsWindow(box); }));
+        PostMessageW(frame.Handle(), WM_COMMAND, 601, 0);
+        EXPECT_TRUE(WaitFor([this] { return StartsWith(Caption(), L"Applications ("); }));
+        PostMessageW(frame.Handle(), WM_COMMAND, 600, 0);
+        EXPECT_TRUE(WaitForCaption(L"\\"));
+    });
+    EXPECT_EQ(loopResult, 1);
+}
+
+TEST_F(FrameViews, ThatFailToOpenHaveTakenThePlaceOfTheOldOne) {
+    Open();
+    Command(603);
+    const PlatformHook<FileInfo> hook("SHGetFileInfoW", BreakOnFileInfo);
+    fileInfo = hook.Original();
+    RunFrame([&] {
+        SetForegroundWindow(frame.Handle());
+        breaks = 1;
+        PostMessageW(frame.Handle(), WM_COMMAND, 600, 0);
+        const HWND box = WaitForWindow(L"#32770");
+        ASSERT_TRUE(box);
+        EXPECT_EQ(Caption(), L"\\");
+        Finger().Key("Return").Play();
+        EXPECT_TRUE(WaitFor([&] { return !IsWindow(box); }));
+    });
+    EXPECT_EQ(CleanSettings::Number(L"view"), 0u);
+}
+
+TEST_F(FrameViews, StayWhenTheyFailBeforeGivingWay) {
+    Open();
+    const DrawnTexts drawn;
+    const PlatformHook<Show> hook("ShowWindow", BreakOnHide);
+    show = hook.Original();
+    RunFrame([&] {
+        SetForegroundWindow(frame.Handle());
+        breaks = 1;
+        PostMessageW(frame.Handle(), WM_COMMAND, 603, 0);
+        const HWND box = WaitForWindow(L"#32770");
+        ASSERT_TRUE(box);
+        EXPECT_TRUE(WaitFor([&] { return drawn.Has(L"Ok"); }));
+        EXPECT_TRUE(drawn.Has(L"The action can't be completed\r\nUnexpected error."));
+        EXPECT_EQ(Caption(), L"\\");
+        Finger().Key("Return").Play();
+        EXPECT_TRUE(WaitFor([&] { return !IsWindow(box); }));
+        EXPECT_EQ(Caption(), L"\\");
+    });
+    EXPECT_EQ(CleanSettings::Number(L"view"), 0u);
+}
+
+TEST_F(FrameViews, IgnoreCommandsTheyDoNotSupport) {
+    Open();
+    Command(603);
+    for (const UINT command : {1u, 2u, 604u, 611u, 612u, 615u, 619u, 621u, 650u, 670u, 700u, 57633u,
+                               57634u, 0x8F00u, 0x8FFFu, 0u, 65535u}) {
+        Command(command);
+        EXPECT_EQ(Caption(), L"System Status") << command;
+        EXPECT_EQ(frame.Flags(), 0u) << command;
+    }
+    EXPECT_FALSE(FindVisible(L"#32770"));
+}
+
+TEST_F(FrameViews, LeaveABandOfTheFontsHeightToTheBar) {
+    Open();
+    const platform::WindowDC dc(frame.Handle());
+    const int height = ui::TextHeight(dc, ui::Fonts().Base());
+    RECT client;
+    GetClientRect(frame.Handle(), &client);
+    const RECT bar = frame.Bar().ClientRectangle();
+    EXPECT_EQ(bar.bottom, height + 2 * ((height + 1) / 2));
+    EXPECT_EQ(bar.right, client.right);
+    RECT pane;
+    GetClientRect(frame.Pane(), &pane);
+    EXPECT_EQ(pane.bottom + bar.bottom, client.bottom);
+}
+
+TEST_F(FrameViews, StandInAWindowOfTheStatedStyles) {
+    Open();
+    EXPECT_EQ(ClassOf(frame.Handle()), L"Vantor Main Window");
+    EXPECT_TRUE(GetWindowLongW(frame.Handle(), GWL_STYLE) & WS_CLIPCHILDREN);
+    EXPECT_FALSE(GetWindow(frame.Handle(), GW_OWNER));
+    EXPECT_FALSE(GetParent(frame.Handle()));
+    EXPECT_EQ(GetWindowLongW(frame.Pane(), GWL_STYLE), 0x56000000);
+    EXPECT_EQ(GetParent(frame.Pane()), frame.Handle());
+}

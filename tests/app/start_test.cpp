@@ -1,0 +1,254 @@
+#include "app/main_frame.h"
+#include "app/module.h"
+#include "app/run.h"
+#include "faults/fault.h"
+#include "tests/app/running_program.h"
+#include "tests/support/platform_hook.h"
+#include "tests/support/resource_module.h"
+#include "tests/support/wait.h"
+#include "tests/support/windows_seen.h"
+#include "ui/drawing_resources.h"
+
+using namespace test;
+
+namespace {
+
+LCID WINAPI GermanUser() {
+    return 0x0407;
+}
+
+std::wstring programPath;
+
+DWORD WINAPI TellProgramPath(HMODULE, wchar_t* buffer, DWORD size) {
+    programPath.copy(buffer, size);
+    buffer[programPath.size()] = 0;
+    return static_cast<DWORD>(programPath.size());
+}
+
+bool windowExistedAtExit = true;
+bool signalledAtExit = true;
+
+void LookAtExit() {
+    windowExistedAtExit = FindWindowW(app::mainWindowClass, nullptr) != nullptr;
+    const platform::UniqueHandle event(OpenEventW(EVENT_ALL_ACCESS, FALSE, app::instanceEventName));
+    // Takes the signal that the main window's creation has given.
+    signalledAtExit = WaitForSingleObject(event.Get(), 0) == WAIT_OBJECT_0;
+}
+
+struct Started {
+    std::wstring path;
+    bool noCommandLine;
+    bool inherits;
+    bool plainStart;
+};
+Started started;
+HANDLE startedProcess = nullptr;
+HANDLE startedThread = nullptr;
+
+using StartProcess = BOOL(const wchar_t*, wchar_t*, SECURITY_ATTRIBUTES*, SECURITY_ATTRIBUTES*,
+                          BOOL, DWORD, void*, const wchar_t*, STARTUPINFOW*, PROCESS_INFORMATION*);
+
+BOOL WINAPI NoteProcess(const wchar_t* path, wchar_t* commandLine, SECURITY_ATTRIBUTES*,
+                        SECURITY_ATTRIBUTES*, BOOL inherit, DWORD flags, void* environment,
+                        const wchar_t*, STARTUPINFOW* startup, PROCESS_INFORMATION* process) {
+    started = Started{path, commandLine == nullptr, inherit != FALSE,
+                      flags == 0 && !environment && startup->dwFlags == 0 && !startup->lpDesktop};
+    startedProcess = process->hProcess = CreateEventW(nullptr, FALSE, FALSE, nullptr);
+    startedThread = process->hThread = CreateEventW(nullptr, FALSE, FALSE, nullptr);
+    return TRUE;
+}
+
+BOOL WINAPI FailToStart(const wchar_t*, wchar_t*, SECURITY_ATTRIBUTES*, SECURITY_ATTRIBUTES*, BOOL,
+                        DWORD, void*, const wchar_t*, STARTUPINFOW*, PROCESS_INFORMATION*) {
+    SetLastError(ERROR_FILE_NOT_FOUND);
+    return FALSE;
+}
+
+DWORD WINAPI TellNoProgramPath(HMODULE, wchar_t*, DWORD) {
+    SetLastError(ERROR_NOT_ENOUGH_MEMORY);
+    return 0;
+}
+
+using ModuleFileName = DWORD(HMODULE, wchar_t*, DWORD);
+
+class ProgramRun : public RunningProgram {};
+
+class ProgramInGerman : public RunningProgram {
+ protected:
+    ProgramInGerman() {
+        programPath = L"C:" + folder.Path() + L"\\vantor.exe";
+        CleanSettings::SetNumber(L"view", 3);
+    }
+    void MakePack() {
+        ResourceModule(0x0407).Text(802, L"Zustand").Write(programPath + L".0407.ui");
+    }
+    // The main window's caption as the program's language has it.
+    std::wstring Caption() {
+        std::wstring text;
+        Run([&] {
+            const HWND window = MainWindow();
+            text = TextOf(window);
+            PostMessageW(window, WM_CLOSE, 0, 0);
+        });
+        return text;
+    }
+
+    const TemporaryFolder folder;
+    const PlatformHook<ModuleFileName> hook{"GetModuleFileNameW", TellProgramPath};
+};
+
+}  // namespace
+
+TEST_F(ProgramRun, EndsWithZeroWhenItsWindowIsClosed) {
+    RunAndClose();
+    EXPECT_EQ(result, 0);
+    EXPECT_FALSE(FindWindowW(app::mainWindowClass, nullptr));
+    EXPECT_FALSE(drawn.Has(L"Ok"));
+}
+
+TEST_F(ProgramRun, SignalsTheEventOnceItsWindowIsThere) {
+    bool signalled = false;
+    Run([&] {
+        const HWND window = MainWindow();
+        signalled = WaitForSingleObject(event.Get(), longestWait) == WAIT_OBJECT_0;
+        PostMessageW(window, WM_CLOSE, 0, 0);
+    });
+    EXPECT_TRUE(signalled);
+}
+
+TEST_F(ProgramRun, SignalsTheEventOnceMoreAtItsEnd) {
+    bool signalledEarly = true;
+    Run([&] {
+        const HWND window = MainWindow();
+        EXPECT_EQ(WaitForSingleObject(event.Get(), longestWait), WAIT_OBJECT_0);
+        signalledEarly = EventIsSignalled();
+        PostMessageW(window, WM_CLOSE, 0, 0);
+    });
+    EXPECT_FALSE(signalledEarly);
+    EXPECT_TRUE(EventIsSignalled());
+}
+
+TEST_F(ProgramRun, ClosesTheEvent) {
+    event.Reset();
+    RunAndClose();
+    EXPECT_FALSE(OpenEventW(EVENT_ALL_ACCESS, FALSE, app::instanceEventName));
+    EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_FILE_NOT_FOUND));
+}
+
+TEST_F(ProgramRun, RunsTheExitHookBetweenTheWindowsEndAndTheSignal) {
+    app::TheModule().SetExitHook(LookAtExit);
+    Run([&] {
+        const HWND window = MainWindow();
+        EXPECT_EQ(WaitForSingleObject(event.Get(), longestWait), WAIT_OBJECT_0);
+        PostMessageW(window, WM_CLOSE, 0, 0);
+    });
+    EXPECT_FALSE(windowExistedAtExit);
+    EXPECT_FALSE(signalledAtExit);
+    EXPECT_TRUE(EventIsSignalled());
+}
+
+TEST_F(ProgramRun, RegistersTheLoopOfTheMainThreadWhileItRuns) {
+    Run([&] {
+        const HWND window = MainWindow();
+        EXPECT_EQ(app::TheModule().ThreadId(), GetWindowThreadProcessId(window, nullptr));
+        EXPECT_EQ(app::TheModule().CurrentLoop(), nullptr);
+        PostMessageW(window, WM_CLOSE, 0, 0);
+    });
+}
+
+TEST_F(ProgramRun, FreesFontsAndPicturesAtItsEnd) {
+    RunAndClose();
+    EXPECT_FALSE(ui::Resources().mainStrip);
+    EXPECT_FALSE(ui::Resources().statusStrip);
+}
+
+TEST_F(ProgramRun, LeavesNothingBehindHoweverOftenItRuns) {
+    RunAndClose();
+    RunAndClose();
+    const unsigned before = CountHeld().gdiObjects;
+    RunAndClose();
+    RunAndClose();
+    EXPECT_EQ(CountHeld().gdiObjects, before);
+}
+
+TEST_F(ProgramInGerman, TakesTheLowHalfOfTheStoredLanguage) {
+    MakePack();
+    CleanSettings::SetNumber(L"langid", 0xABCD0407);
+    EXPECT_EQ(Caption(), L"Zustand");
+}
+
+TEST_F(ProgramInGerman, TakesTheUsersLanguageWithoutAStoredOne) {
+    MakePack();
+    const PlatformHook<LCID()> user("GetUserDefaultLCID", GermanUser);
+    EXPECT_EQ(Caption(), L"Zustand");
+}
+
+TEST_F(ProgramInGerman, PrefersTheStoredLanguageToTheUsers) {
+    MakePack();
+    CleanSettings::SetNumber(L"langid", 0x0409);
+    const PlatformHook<LCID()> user("GetUserDefaultLCID", GermanUser);
+    EXPECT_EQ(Caption(), L"System Status");
+}
+
+TEST_F(ProgramInGerman, KeepsItsOwnTextsWithoutAPack) {
+    CleanSettings::SetNumber(L"langid", 0x0407);
+    EXPECT_EQ(Caption(), L"System Status");
+    EXPECT_EQ(result, 0);
+    EXPECT_FALSE(drawn.Has(L"Ok"));
+}
+
+TEST_F(ProgramInGerman, KeepsItsOwnTextsWithABrokenPack) {
+    folder.MakeFile(L"vantor.exe.0407.ui", "broken");
+    CleanSettings::SetNumber(L"langid", 0x0407);
+    EXPECT_EQ(Caption(), L"System Status");
+    EXPECT_FALSE(drawn.Has(L"Ok"));
+}
+
+TEST_F(ProgramInGerman, KeepsItsOwnPicturesWithAPackOfTexts) {
+    MakePack();
+    CleanSettings::SetNumber(L"langid", 0x0407);
+    bool hasStrips = false;
+    Run([&] {
+        const HWND window = MainWindow();
+        hasStrips = ui::Resources().mainStrip && ui::Resources().statusStrip;
+        PostMessageW(window, WM_CLOSE, 0, 0);
+    });
+    EXPECT_TRUE(hasStrips);
+}
+
+TEST(RestartedProgram, IsItsOwnExecutableWithoutArguments) {
+    programPath = L"C:\\Program Files\\Vantor\\vantor.exe";
+    const PlatformHook<ModuleFileName> path("GetModuleFileNameW", TellProgramPath);
+    const PlatformHook<StartProcess> hook("CreateProcessW", NoteProcess);
+    app::Restart();
+    EXPECT_EQ(started.path, L"\\Program Files\\Vantor\\vantor.exe");
+    EXPECT_TRUE(started.noCommandLine);
+    EXPECT_FALSE(started.inherits);
+    EXPECT_TRUE(started.plainStart);
+}
+
+TEST(RestartedProgram, IsNotHeld) {
+    programPath = L"C:\\none\\vantor.exe";
+    const PlatformHook<ModuleFileName> path("GetModuleFileNameW", TellProgramPath);
+    const PlatformHook<StartProcess> hook("CreateProcessW", NoteProcess);
+    app::Restart();
+    EXPECT_FALSE(CloseHandle(startedProcess));
+    EXPECT_FALSE(CloseHandle(startedThread));
+}
+
+TEST(RestartedProgram, ThatCannotBeStartedIsAFault) {
+    const PlatformHook<StartProcess> hook("CreateProcessW", FailToStart);
+    try {
+        app::Restart();
+        ADD_FAILURE() << "no fault";
+    } catch (const faults::W32Fault& fault) {
+        EXPECT_EQ(fault.Code(), static_cast<HRESULT>(0x80070002));
+    }
+    const PlatformHook<ModuleFileName> path("GetModuleFileNameW", TellNoProgramPath);
+    try {
+        app::Restart();
+        ADD_FAILURE() << "no fault";
+    } catch (const faults::W32Fault& fault) {
+        EXPECT_EQ(fault.Code(), static_cast<HRESULT>(0x80070008));
+    }
+}

@@ -1,0 +1,104 @@
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+
+#include "faults/fault.h"
+#include "tests/support/drawn_texts.h"
+#include "tests/support/finger.h"
+#include "tests/support/user.h"
+#include "tests/support/wait.h"
+#include "tests/support/windows_seen.h"
+#include "ui/action.h"
+
+using namespace test;
+
+namespace {
+
+constexpr UINT cannotRename = 250;
+constexpr UINT cannotEnumerate = 240;
+
+class Reporting : public testing::Test {
+ protected:
+    Reporting()
+        : owner(CreateWindowExW(0, L"STATIC", L"", WS_POPUP | WS_VISIBLE, 0, 0, 480, 640, nullptr,
+                                nullptr, nullptr, nullptr)) {
+        SetForegroundWindow(owner);
+    }
+    ~Reporting() override { DestroyWindow(owner); }
+
+    // Runs an action whose failure is shown and reads what is shown.
+    void ReadBox(const std::function<void()>& action) {
+        WhileUser(
+            [this] {
+                box = WaitForWindow(L"#32770");
+                caption = TextOf(box);
+                ownerOfBox = GetWindow(box, GW_OWNER);
+                ownerEnabled = IsWindowEnabled(owner);
+                hasOneButton = WaitFor([&] { return drawn.Has(L"Ok"); });
+                EXPECT_TRUE(Finger().Key("Return").Play());
+            },
+            action);
+    }
+
+    HWND owner;
+    const DrawnTexts drawn;
+    HWND box = nullptr;
+    HWND ownerOfBox = nullptr;
+    BOOL ownerEnabled = TRUE;
+    bool hasOneButton = false;
+    std::wstring caption;
+};
+
+}  // namespace
+
+TEST_F(Reporting, ShowsAFaultBehindTheContextAndItsInserts) {
+    ReadBox([this] {
+        ui::RunAction(
+            owner, cannotRename, [] { throw faults::Fault(std::wstring(L"It is\r\nin use")); },
+            std::wstring(L"a.txt"));
+    });
+    EXPECT_EQ(caption, L"Error");
+    EXPECT_EQ(ownerOfBox, owner);
+    EXPECT_FALSE(ownerEnabled);
+    EXPECT_TRUE(hasOneButton);
+    EXPECT_TRUE(drawn.Has(L"Can't rename 'a.txt' \r\nIt is in use")) << drawn.All();
+}
+
+TEST_F(Reporting, ShowsTheCodeOfAFaultWithoutAText) {
+    ReadBox([this] { ui::RunAction(owner, ui::actionFailed, [] { throw faults::Fault(); }); });
+    EXPECT_TRUE(drawn.Has(L"The action can't be completed\r\n0x80000008")) << drawn.All();
+}
+
+TEST_F(Reporting, ShowsAnyOtherExceptionAsUnexpected) {
+    ReadBox([this] {
+        ui::RunAction(owner, cannotEnumerate, [] { throw std::runtime_error("internal"); });
+    });
+    EXPECT_EQ(caption, L"Error");
+    EXPECT_TRUE(drawn.Has(L"Can't enumerate process\r\nUnexpected error.")) << drawn.All();
+}
+
+TEST_F(Reporting, ShowsWhatIsNoExceptionObjectAsUnexpected) {
+    ReadBox([this] { ui::RunAction(owner, ui::actionFailed, [] { throw 5; }); });
+    EXPECT_TRUE(drawn.Has(L"The action can't be completed\r\nUnexpected error.")) << drawn.All();
+}
+
+TEST_F(Reporting, LeavesDoneWhatTheActionHadDone) {
+    int steps = 0;
+    ReadBox([&] {
+        ui::RunAction(owner, ui::actionFailed, [&] {
+            ++steps;
+            if (steps > 0) {
+                throw faults::Fault(std::wstring(L"enough"));
+            }
+            ++steps;
+        });
+    });
+    EXPECT_EQ(steps, 1);
+}
+
+TEST_F(Reporting, ShowsNothingWhenTheActionSucceeds) {
+    bool done = false;
+    ui::RunAction(owner, ui::actionFailed, [&] { done = true; });
+    EXPECT_TRUE(done);
+    EXPECT_FALSE(FindVisible(L"#32770"));
+}

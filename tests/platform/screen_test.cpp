@@ -1,0 +1,146 @@
+#include "platform/desktop/screen.h"
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+#include "platform/aygshell.h"
+#include "platform/coredll.h"
+#include "platform/handles.h"
+#include "tests/support/monitor.h"
+
+using namespace test;
+using platform::desktop::WindowPlace;
+
+namespace {
+
+using EdgeList = std::vector<LONG>;
+
+// The edges as a failure shows them.
+EdgeList Edges(const RECT& rectangle) {
+    return {rectangle.left, rectangle.top, rectangle.right, rectangle.bottom};
+}
+
+RECT Place(const RECT& workArea, int dotsPerInch = 96) {
+    return WindowPlace(workArea, dotsPerInch);
+}
+
+RECT Screen() {
+    RECT rectangle = {-1, -1, -1, -1};
+    EXPECT_TRUE(platform::ScreenRectangle(&rectangle));
+    return rectangle;
+}
+
+int dots = 0;
+
+int WINAPI TellDots(HDC, int) {
+    return dots;
+}
+
+using DeviceCaps = int(HDC, int);
+
+class PlainWindow {
+ public:
+    explicit PlainWindow(DWORD style)
+        : handle_(CreateWindowExW(0, L"STATIC", L"", WS_POPUP | style, 10, 20, 100, 50, nullptr,
+                                  nullptr, nullptr, nullptr)) {}
+    ~PlainWindow() { DestroyWindow(handle_); }
+    HWND Handle() const { return handle_; }
+
+ private:
+    HWND handle_;
+};
+
+}  // namespace
+
+TEST(WindowPlace, IsTheWholeOfASmallWorkArea) {
+    EXPECT_EQ(Edges(Place(RECT{0, 0, 480, 640})), (EdgeList{0, 0, 480, 640}));
+    EXPECT_EQ(Edges(Place(RECT{0, 26, 240, 294})), (EdgeList{0, 26, 240, 294}));
+    EXPECT_EQ(Edges(Place(RECT{0, 0, 800, 480}, 192)), (EdgeList{0, 0, 800, 480}));
+    EXPECT_EQ(Edges(Place(RECT{0, 0, 1, 1})), (EdgeList{0, 0, 1, 1}));
+    EXPECT_EQ(Edges(Place(RECT{5, 0, 605, 2000})), (EdgeList{5, 0, 605, 2000}));
+}
+
+TEST(WindowPlace, HasAHandheldsProportionsInTheMiddleOfALargeWorkArea) {
+    EXPECT_EQ(Edges(Place(RECT{0, 0, 1920, 1040})), (EdgeList{720, 200, 1200, 840}));
+    EXPECT_EQ(Edges(Place(RECT{1000, 40, 2920, 1080})), (EdgeList{1720, 240, 2200, 880}));
+}
+
+TEST(WindowPlace, GrowsWithTheResolution) {
+    EXPECT_EQ(Edges(Place(RECT{0, 0, 4000, 2000}, 192)), (EdgeList{1520, 360, 2480, 1640}));
+}
+
+TEST(WindowPlace, IsNoHigherOrWiderThanTheWorkArea) {
+    EXPECT_EQ(Edges(Place(RECT{0, 0, 1200, 612})), (EdgeList{370, 0, 829, 612}));
+    EXPECT_EQ(Edges(Place(RECT{0, 0, 700, 2000}, 192)), (EdgeList{0, 360, 700, 1640}));
+}
+
+TEST(ScreenRectangle, OfAHandheldIsItsScreen) {
+    const Monitor monitor(RECT{0, 0, 240, 320});
+    EXPECT_EQ(Edges(Screen()), (EdgeList{0, 0, 240, 320}));
+}
+
+TEST(ScreenRectangle, CountsTheWholeScreenNotTheWorkArea) {
+    const Monitor monitor(RECT{0, 0, 480, 640}, RECT{0, 52, 480, 600});
+    EXPECT_EQ(Edges(Screen()), (EdgeList{0, 0, 480, 640}));
+}
+
+TEST(ScreenRectangle, OfALargeScreenIsAHandheldsAtTheSameResolution) {
+    const Monitor monitor(RECT{0, 0, 1920, 1080});
+    const PlatformHook<DeviceCaps> hook("GetDeviceCaps", TellDots);
+    dots = 96;
+    EXPECT_EQ(Edges(Screen()), (EdgeList{0, 0, 240, 320}));
+    dots = 192;
+    EXPECT_EQ(Edges(Screen()), (EdgeList{0, 0, 480, 640}));
+    dots = 0;
+    EXPECT_EQ(Edges(Screen()), (EdgeList{0, 0, 240, 320}));
+}
+
+TEST(ScreenRectangle, ThatCannotBeReadFails) {
+    Monitor monitor(RECT{0, 0, 480, 640});
+    monitor.Fail();
+    RECT rectangle;
+    EXPECT_FALSE(platform::ScreenRectangle(&rectangle));
+}
+
+TEST(VisibleArea, IsTheWorkAreaOfASmallScreen) {
+    const Monitor monitor(RECT{0, 0, 480, 640}, RECT{0, 52, 480, 588});
+    const PlainWindow window(WS_VISIBLE);
+    RECT area = {};
+    ASSERT_TRUE(platform::VisibleArea(window.Handle(), &area));
+    EXPECT_EQ(Edges(area), (EdgeList{0, 52, 480, 588}));
+}
+
+TEST(VisibleArea, OfALargeScreenIsWhereAPersonHasPutTheWindow) {
+    const Monitor monitor(RECT{0, 0, 1920, 1080});
+    RECT area = {};
+    {
+        const PlainWindow hidden(0);
+        ASSERT_TRUE(platform::VisibleArea(hidden.Handle(), &area));
+        EXPECT_EQ(Edges(area),
+                  Edges(Place(RECT{0, 0, 1920, 1080}, platform::desktop::DotsPerInch())));
+    }
+    const PlainWindow window(WS_VISIBLE);
+    ASSERT_TRUE(platform::VisibleArea(window.Handle(), &area));
+    EXPECT_EQ(Edges(area), (EdgeList{10, 20, 110, 70}));
+}
+
+TEST(VisibleArea, ThatCannotBeReadFails) {
+    Monitor monitor(RECT{0, 0, 480, 640});
+    monitor.Fail();
+    RECT area;
+    EXPECT_FALSE(platform::VisibleArea(nullptr, &area));
+}
+
+TEST(SystemFont, IsReadableAtAHandheldsProportions) {
+    LOGFONTW font = {};
+    ASSERT_TRUE(GetObjectW(platform::SystemFont(), sizeof font, &font));
+    EXPECT_EQ(font.lfHeight, -MulDiv(12, platform::desktop::DotsPerInch(), 96));
+    EXPECT_EQ(font.lfWeight, FW_NORMAL);
+    EXPECT_EQ(platform::SystemFont(), platform::SystemFont());
+}
+
+TEST(MenuBarOfAWindow, IsAbsentOnAPC) {
+    const PlainWindow window(WS_VISIBLE);
+    EXPECT_FALSE(platform::FindMenuBar(window.Handle()));
+}

@@ -1,0 +1,216 @@
+#include "tests/support/platform_hook.h"
+#include "tests/ui/sample_box.h"
+
+using namespace test;
+
+namespace {
+
+const std::vector<UINT> yesNo = {133, 134};
+const std::vector<UINT> yesNoCancel = {133, 134, 135};
+
+class MessageBoxResult : public BoxTest {};
+class MessageBoxKeys : public BoxTest {
+ protected:
+    int After(const std::vector<UINT>& buttons, unsigned defaultButton,
+              const std::vector<std::string>& keys) {
+        return Show(L"Really?", buttons, defaultButton, [&] {
+            WaitForBox();
+            Finger finger;
+            for (const std::string& name : keys) {
+                finger.Key(name);
+            }
+            finger.Play();
+        });
+    }
+};
+class MessageBoxFailure : public BoxTest {};
+
+RECT workArea = {};
+BOOL WINAPI OtherWorkArea(HMONITOR, MONITORINFO* monitor) {
+    monitor->rcMonitor = monitor->rcWork = workArea;
+    return workArea.right > 0;
+}
+HLOCAL WINAPI NoMemory(UINT, SIZE_T) {
+    return nullptr;
+}
+INT_PTR WINAPI NoDialog(HINSTANCE, const DLGTEMPLATE*, HWND, DLGPROC, LPARAM) {
+    SetLastError(ERROR_INVALID_WINDOW_HANDLE);
+    return -1;
+}
+HWND WINAPI NoWindow(DWORD, const wchar_t*, const wchar_t*, DWORD, int, int, int, int, HWND, HMENU,
+                     HINSTANCE, void*) {
+    return nullptr;
+}
+
+int smallFullScreen = 0;
+int(WINAPI* systemMetric)(int) = nullptr;
+int WINAPI SmallFullScreen(int index) {
+    return index == SM_CXFULLSCREEN || index == SM_CYFULLSCREEN ? smallFullScreen
+                                                                : systemMetric(index);
+}
+
+}  // namespace
+
+TEST_F(MessageBoxResult, IsTheStringOfTheTappedButton) {
+    const std::vector<std::vector<UINT>> rows = {{131},      yesNo,      yesNoCancel,
+                                                 {136, 137}, {130, 132}, {133, 134, 135, 136}};
+    for (const std::vector<UINT>& row : rows) {
+        const auto count = static_cast<unsigned>(row.size());
+        for (unsigned index = 0; index < count; ++index) {
+            EXPECT_EQ(Show(L"Really?", row, 0,
+                           [&] { End(Finger().Tap(ButtonPoint(WaitForBox(), index, count))); }),
+                      static_cast<int>(row[index]));
+        }
+    }
+}
+
+TEST_F(MessageBoxResult, AnErrorHasItsCaptionAndOneButton) {
+    int result = 0;
+    WhileUser(
+        [&] {
+            const HWND box = WaitForBox();
+            EXPECT_EQ(TextOf(box), L"Error");
+            EXPECT_EQ(GetWindow(box, GW_OWNER), owner.Handle());
+            End(Finger().Tap(ButtonPoint(box, 0, 1)));
+        },
+        [&] { result = ui::ShowError(owner.Handle(), L"No such file."); });
+    EXPECT_EQ(result, 131);
+}
+
+TEST_F(MessageBoxResult, TheOwnerWaitsForIt) {
+    Show(L"Really?", yesNo, 0, [&] {
+        const HWND box = WaitForBox();
+        EXPECT_EQ(TextOf(box), L"Warning");
+        EXPECT_FALSE(IsWindowEnabled(owner.Handle()));
+        EXPECT_TRUE(GetWindowLongW(box, GWL_EXSTYLE) & WS_EX_TOPMOST);
+        End();
+    });
+    EXPECT_TRUE(IsWindowEnabled(owner.Handle()));
+    EXPECT_EQ(GetForegroundWindow(), owner.Handle());
+}
+
+TEST_F(MessageBoxResult, HasTheStyleOfItsTemplate) {
+    Show(L"Really?", yesNo, 0, [&] {
+        const HWND box = WaitForBox();
+        const auto style = static_cast<DWORD>(GetWindowLongW(box, GWL_STYLE));
+        EXPECT_EQ(style & 0x80880000, 0x80880000);
+        const auto bar = static_cast<DWORD>(GetWindowLongW(Bar(box), GWL_STYLE));
+        EXPECT_EQ(bar & 0x56010000, 0x56010000u);
+        End();
+    });
+}
+
+TEST_F(MessageBoxKeys, EnterAtOnceAnswersTheDefault) {
+    EXPECT_EQ(After(yesNo, 1, {"Return"}), 134);
+    EXPECT_EQ(After(yesNo, 0, {"Return"}), 133);
+    EXPECT_EQ(After(yesNoCancel, 2, {"Return"}), 135);
+}
+
+TEST_F(MessageBoxKeys, ADefaultThatIsNotThereIsTheFirst) {
+    EXPECT_EQ(After(yesNo, 7, {"Return"}), 133);
+}
+
+TEST_F(MessageBoxKeys, EscapeAnswersTwo) {
+    EXPECT_EQ(After(yesNo, 0, {"Escape"}), 2);
+}
+
+TEST_F(MessageBoxKeys, ArrowsMoveTheFocusAndWrap) {
+    EXPECT_EQ(After(yesNoCancel, 0, {"Right", "Return"}), 134);
+    EXPECT_EQ(After(yesNoCancel, 0, {"Down", "Down", "Return"}), 135);
+    EXPECT_EQ(After(yesNoCancel, 0, {"Down", "Right", "Right", "Return"}), 133);
+    EXPECT_EQ(After(yesNoCancel, 2, {"Left", "Return"}), 134);
+    EXPECT_EQ(After(yesNoCancel, 2, {"Up", "Up", "Return"}), 133);
+    EXPECT_EQ(After(yesNoCancel, 0, {"Up", "Return"}), 135);
+}
+
+TEST_F(MessageBoxKeys, TabMovesTheFocusAndShiftTabMovesItBack) {
+    EXPECT_EQ(After(yesNoCancel, 0, {"Tab", "Return"}), 134);
+    EXPECT_EQ(After(yesNoCancel, 1, {"shift+Tab", "Return"}), 133);
+}
+
+TEST_F(MessageBoxKeys, TabWrapsAndIsPassedOnToTheDialog) {
+    for (const bool forward : {true, false}) {
+        const int result = Show(L"Really?", yesNo, forward ? 1 : 0, [&] {
+            WaitForBox();
+            const LONG before = InputTaken::Count(WM_NEXTDLGCTL);
+            Play(Finger().Key(forward ? "Tab" : "shift+Tab"));
+            EXPECT_TRUE(WaitFor([&] { return InputTaken::Count(WM_NEXTDLGCTL) == before + 1; }));
+            End(Finger().Key("Return"));
+        });
+        EXPECT_EQ(result, forward ? 133 : 134);
+    }
+}
+
+TEST_F(MessageBoxKeys, TabBetweenTheButtonsIsNotPassedOn) {
+    Show(L"Really?", yesNo, 0, [&] {
+        WaitForBox();
+        const LONG before = InputTaken::Count(WM_NEXTDLGCTL);
+        Play(Finger().Key("Tab"));
+        EXPECT_EQ(InputTaken::Count(WM_NEXTDLGCTL), before);
+        End();
+    });
+}
+
+TEST_F(MessageBoxKeys, OtherKeysAreIgnored) {
+    EXPECT_EQ(After(yesNo, 1, {"a", "y", "space", "Home", "F1", "Return"}), 134);
+}
+
+TEST_F(MessageBoxFailure, WithoutMemoryForItsTemplateItIsNotCreated) {
+    const PlatformHook memory("LocalAlloc", NoMemory);
+    SetLastError(0);
+    EXPECT_EQ(ui::ShowError(owner.Handle(), L"No such file."), -1);
+    EXPECT_EQ(GetLastError(), 14u);
+}
+
+TEST_F(MessageBoxFailure, ADialogThatCannotBeCreatedIsToldSo) {
+    const PlatformHook dialog("DialogBoxIndirectParamW", NoDialog);
+    EXPECT_EQ(ui::ShowError(owner.Handle(), L"No such file."), -1);
+    EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_INVALID_WINDOW_HANDLE));
+}
+
+TEST_F(MessageBoxFailure, WithoutItsButtonsItEndsWithTwo) {
+    const PlatformHook window("CreateWindowExW", NoWindow);
+    EXPECT_EQ(ui::ShowError(owner.Handle(), L"No such file."), 2);
+}
+
+TEST_F(MessageBoxFailure, AWorkAreaWithoutRoomEndsItWithTwo) {
+    const PlatformHook monitor("GetMonitorInfoW", OtherWorkArea);
+    workArea = RECT{0, 0, 200, 10};
+    EXPECT_EQ(ui::ShowError(owner.Handle(), L"No such file."), 2);
+}
+
+TEST_F(MessageBoxFailure, AMonitorThatCannotBeReadIsTheFullScreen) {
+    const PlatformHook monitor("GetMonitorInfoW", OtherWorkArea);
+    workArea = RECT{};
+    const PlatformHook metrics("GetSystemMetrics", SmallFullScreen);
+    systemMetric = metrics.Original();
+    smallFullScreen = 220;
+    Show(L"Hm", {131}, 0, [&] {
+        const RECT box = ScreenRectangleOf(WaitForBox());
+        EXPECT_NEAR((box.left + box.right) / 2, 110, 1);
+        EXPECT_NEAR((box.top + box.bottom) / 2, 110, 1);
+        End();
+    });
+    smallFullScreen = 10;
+    EXPECT_EQ(ui::ShowError(owner.Handle(), L"No such file."), 2);
+}
+
+TEST_F(MessageBoxFailure, AQuitEndsItAndIsPostedAgain) {
+    const DWORD program = GetCurrentThreadId();
+    int code = 0;
+    WhileUser(
+        [&] {
+            WaitForBox();
+            PostThreadMessageW(program, WM_QUIT, 4, 0);
+        },
+        [&] {
+            const UINT ok = 131;
+            const int result = ui::ShowMessage(owner.Handle(), L"Hm", 141, 1, &ok, 0);
+            EXPECT_NE(result, 131);
+            MSG message;
+            while (GetMessageW(&message, nullptr, 0, 0) > 0) {
+            }
+            code = static_cast<int>(message.wParam);
+        });
+    EXPECT_EQ(code, 4);
+}

@@ -1,0 +1,297 @@
+#include <gtest/gtest.h>
+
+#include "tests/support/finger.h"
+#include "tests/support/platform_hook.h"
+#include "tests/support/user.h"
+#include "tests/support/wait.h"
+#include "tests/support/windows_seen.h"
+#include "tests/views/fake_folder.h"
+#include "tests/views/files_fixture.h"
+#include "views/display_flags.h"
+
+using namespace test;
+using namespace views;
+
+namespace {
+
+bool clipboardHasPaths = false;
+UINT formatAsked = 0;
+
+BOOL WINAPI ClipboardFormat(UINT format) {
+    formatAsked = format;
+    return clipboardHasPaths;
+}
+
+using ClipboardHook = PlatformHook<decltype(ClipboardFormat)>;
+
+std::vector<UINT> beeps;
+
+BOOL WINAPI NotingBeep(UINT kind) {
+    beeps.push_back(kind);
+    return TRUE;
+}
+
+using BeepHook = PlatformHook<decltype(NotingBeep)>;
+
+const std::vector<UINT> silence;
+const std::vector<UINT> oneBeep = {0xFFFFFFFF};
+
+}  // namespace
+
+class FilesMenu : public FilesFixture {
+ protected:
+    bool Enabled(UINT command) {
+        View().UpdateMenu(frame.Bar().Menu());
+        const UINT state = GetMenuState(frame.Bar().Menu(), command, MF_BYCOMMAND);
+        EXPECT_NE(state, ~0u) << command;
+        return (state & (MF_GRAYED | MF_DISABLED)) == 0;
+    }
+    static constexpr UINT ofTheSelection[] = {611, 612, 57635, 57634, 618, 619, 614};
+    static constexpr UINT always[] = {650, 651, 610, 617, 687, 688, 689, 690, 57665};
+};
+
+TEST_F(FilesMenu, CommandsOnTheSelectionNeedOne) {
+    folder.MakeFile(L"a");
+    OpenFolder();
+    for (const UINT command : ofTheSelection) {
+        EXPECT_FALSE(Enabled(command)) << command;
+    }
+    Select(L"a");
+    for (const UINT command : ofTheSelection) {
+        EXPECT_TRUE(Enabled(command)) << command;
+    }
+    List().SetSelection(ui::noRow);
+    for (const UINT command : ofTheSelection) {
+        EXPECT_FALSE(Enabled(command)) << command;
+    }
+}
+
+TEST_F(FilesMenu, OtherCommandsAreAlwaysThere) {
+    OpenFolder();
+    for (const UINT command : always) {
+        EXPECT_TRUE(Enabled(command)) << command;
+    }
+}
+
+TEST_F(FilesMenu, PastingNeedsPathsOnTheClipboard) {
+    OpenFolder();
+    const ClipboardHook hook("IsClipboardFormatAvailable", ClipboardFormat);
+    clipboardHasPaths = false;
+    EXPECT_FALSE(Enabled(57637));
+    EXPECT_FALSE(Enabled(57638));
+    EXPECT_EQ(formatAsked, 15u);
+    clipboardHasPaths = true;
+    EXPECT_TRUE(Enabled(57637));
+    EXPECT_TRUE(Enabled(57638));
+}
+
+TEST_F(FilesMenu, PastingFollowsTheRealClipboard) {
+    OpenFolder();
+    ASSERT_TRUE(OpenClipboard(frame.Handle()));
+    EmptyClipboard();
+    SetClipboardData(CF_UNICODETEXT, GlobalAlloc(GMEM_MOVEABLE | GMEM_ZEROINIT, 16));
+    CloseClipboard();
+    EXPECT_FALSE(Enabled(57637));
+    ASSERT_TRUE(OpenClipboard(frame.Handle()));
+    EmptyClipboard();
+    SetClipboardData(CF_HDROP, GlobalAlloc(GMEM_MOVEABLE | GMEM_ZEROINIT, 64));
+    CloseClipboard();
+    EXPECT_TRUE(Enabled(57637));
+    EXPECT_TRUE(Enabled(57638));
+    ASSERT_TRUE(OpenClipboard(frame.Handle()));
+    EmptyClipboard();
+    CloseClipboard();
+    EXPECT_FALSE(Enabled(57637));
+}
+
+TEST_F(FilesMenu, TheFrameHearsOfEveryChangeOfTheSelection) {
+    folder.MakeFile(L"a");
+    OpenFolder();
+    int before = frame.menuChanges;
+    Select(L"a");
+    EXPECT_GT(frame.menuChanges, before);
+    before = frame.menuChanges;
+    View().Refresh();
+    EXPECT_GT(frame.menuChanges, before);
+}
+
+TEST_F(FilesMenu, HasTheActionsOnTheLeftAndTheMenuOnTheRight) {
+    OpenFolder();
+    EXPECT_EQ(frame.Bar().ButtonCount(), 2u);
+    wchar_t label[32] = {};
+    GetMenuStringW(frame.Bar().Menu(), 0, label, 32, MF_BYPOSITION);
+    EXPECT_STREQ(label, L"Actions");
+    GetMenuStringW(frame.Bar().Menu(), 1, label, 32, MF_BYPOSITION);
+    EXPECT_STREQ(label, L"Menu");
+}
+
+class FilesCommands : public FilesFixture {
+ protected:
+    FilesCommands() {
+        folder.MakeFolder(L"inner");
+        folder.MakeFile(L"file");
+        beeps.clear();
+    }
+    const BeepHook hook{"MessageBeep", NotingBeep};
+};
+
+TEST_F(FilesCommands, UpGoesUp) {
+    OpenAt(folder.Path() + L"\\inner");
+    EXPECT_TRUE(View().Command(650));
+    EXPECT_EQ(View().Title(), folder.Path());
+    EXPECT_EQ(Selected(), L"inner");
+    EXPECT_EQ(beeps, silence);
+}
+
+TEST_F(FilesCommands, RefreshListsTheFolderAgain) {
+    OpenFolder();
+    folder.MakeFile(L"new");
+    EXPECT_TRUE(View().Command(610));
+    EXPECT_NE(RowOf(L"new"), ui::noRow);
+}
+
+TEST_F(FilesCommands, OpenEntersTheSelectedFolder) {
+    OpenFolder();
+    Select(L"inner");
+    EXPECT_TRUE(View().Command(618));
+    EXPECT_EQ(View().Title(), folder.Path() + L"\\inner");
+    EXPECT_EQ(Selected(), L"");
+}
+
+TEST_F(FilesCommands, UnknownOnesAreLeftToTheFrame) {
+    OpenFolder();
+    for (const int command : {600, 601, 613, 615, 616, 620, 670, 680, 687, 694, 695, 57664, 1}) {
+        EXPECT_FALSE(View().Command(static_cast<WORD>(command))) << command;
+    }
+    EXPECT_EQ(beeps, silence);
+}
+
+TEST_F(FilesCommands, ATapOnAFolderOpensIt) {
+    OpenFolder();
+    Select(L"inner");
+    View().Tap(RowOf(L"inner"));
+    EXPECT_EQ(View().Title(), folder.Path() + L"\\inner");
+    EXPECT_EQ(TextOf(PathBar()), folder.Path() + L"\\inner");
+    EXPECT_EQ(Selected(), L"");
+    EXPECT_EQ(beeps, silence);
+}
+
+TEST_F(FilesCommands, AFolderOfTheRootOpensWithOneBackslash) {
+    Open();
+    View().Tap(RowOf(L"Temp"));
+    EXPECT_EQ(View().Title(), L"\\Temp");
+}
+
+TEST_F(FilesCommands, AFolderThatVanishedBeforeTheTapIsEmpty) {
+    OpenFolder();
+    RemoveDirectoryW((folder.Path() + L"\\inner").c_str());
+    View().Tap(RowOf(L"inner"));
+    EXPECT_EQ(View().Title(), folder.Path() + L"\\inner");
+    EXPECT_EQ(List().GetCount(), 0u);
+}
+
+class FilesKeys : public FilesFixture {
+ protected:
+    // Presses a key while the program's messages run, until the condition holds.
+    template <typename Condition>
+    void Press(const char* key, Condition condition) {
+        SetForegroundWindow(frame.Handle());
+        View().Focus();
+        PumpWhileUser([&] {
+            EXPECT_TRUE(Finger().Key(key).Play());
+            EXPECT_TRUE(WaitFor(condition)) << key;
+        });
+    }
+};
+
+TEST_F(FilesKeys, TheLeftArrowGoesUp) {
+    OpenAt(folder.MakeFolder(L"inner"));
+    Press("Left", [&] { return Selected() == L"inner"; });
+    EXPECT_EQ(View().Title(), folder.Path());
+}
+
+TEST_F(FilesKeys, TheLeftArrowGoesUpFromAnEmptyFolder) {
+    OpenFolder();
+    ASSERT_EQ(List().GetCount(), 0u);
+    Press("Left", [&] { return View().Title() == L"\\Temp"; });
+}
+
+TEST_F(FilesKeys, F8PostsTheRefreshCommand) {
+    OpenFolder();
+    Press("F8", [&] { return !frame.commands.empty(); });
+    EXPECT_EQ(frame.commands, std::vector<WORD>{610});
+    EXPECT_TRUE(View().Key(119));
+}
+
+TEST_F(FilesKeys, EnterOpensTheSelectedFolder) {
+    folder.MakeFolder(L"inner");
+    OpenFolder();
+    Select(L"inner");
+    Press("Return", [&] { return View().Title() == folder.Path() + L"\\inner"; });
+}
+
+TEST_F(FilesKeys, EnterWithNothingSelectedDoesNothing) {
+    folder.MakeFolder(L"inner");
+    OpenFolder();
+    Press("Return", [] { return true; });
+    Press("F8", [&] { return !frame.commands.empty(); });
+    EXPECT_EQ(View().Title(), folder.Path());
+}
+
+TEST_F(FilesKeys, OthersAreLeftToTheList) {
+    OpenFolder();
+    for (const WPARAM key : {VK_RIGHT, VK_UP, VK_DOWN, VK_HOME, VK_END, VK_F7, VK_F9, VK_ESCAPE}) {
+        EXPECT_FALSE(View().Key(key)) << key;
+    }
+}
+
+TEST_F(FilesKeys, BackIsConsumedOnlyWhenItMoved) {
+    OpenFolder();
+    EXPECT_TRUE(View().Back());
+    EXPECT_EQ(View().Title(), L"\\Temp");
+    EXPECT_TRUE(View().Back());
+    EXPECT_EQ(View().Title(), L"\\");
+    EXPECT_FALSE(View().Back());
+    EXPECT_EQ(View().Title(), L"\\");
+}
+
+// What each way into a folder does when the reading fails with a fault: the message is shown, the
+// program goes on, and the rows that were read can be seen.
+class FilesFaults : public FilesFixture {
+ protected:
+    void ExpectMessage(const std::function<void()>& action) {
+        fake.Add(L"a", FILE_ATTRIBUTE_DIRECTORY);
+        fake.Add(L"b");
+        fake.Add(L"c");
+        OpenAt(folder.Path());
+        fake.throwAfter = 2;
+        WhileUser(
+            [&] {
+                const HWND box = WaitForWindow(L"#32770");
+                EXPECT_TRUE(box);
+                EXPECT_TRUE(WaitFor([&] { return FindChild(box, L"kx::MBButtonsBar"); }));
+                EXPECT_TRUE(Finger().Key("Return").Play());
+                EXPECT_TRUE(WaitFor([&] { return !FindVisible(L"#32770"); }));
+            },
+            action);
+        EXPECT_EQ(Rows(), (Names{L"a", L"b"}));
+        EXPECT_EQ(List().GetTotalHeight(), 2 * HeightOf(L"b"));
+    }
+    FakeFolder fake;
+};
+
+TEST_F(FilesFaults, OfTheLeftArrowAreShown) {
+    ExpectMessage([&] { EXPECT_TRUE(View().Key(VK_LEFT)); });
+    EXPECT_EQ(View().Title(), L"\\Temp");
+    EXPECT_EQ(TextOf(PathBar()), L"\\Temp");
+}
+
+TEST_F(FilesFaults, OfTheBackKeyAreShown) {
+    ExpectMessage([&] { EXPECT_TRUE(View().Back()); });
+}
+
+TEST_F(FilesFaults, OfATapAreShown) {
+    ExpectMessage([&] { View().Tap(0); });
+    EXPECT_EQ(View().Title(), folder.Path() + L"\\a");
+    EXPECT_EQ(TextOf(PathBar()), folder.Path() + L"\\a");
+}
