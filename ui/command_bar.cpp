@@ -1,6 +1,7 @@
 #include "ui/command_bar.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "text/resources.h"
 #include "ui/drawing_resources.h"
@@ -37,6 +38,7 @@ bool CommandBar::Open(HWND parent, const RECT& bounds) {
 
 void CommandBar::SetMenu(HMENU menu) {
     positions_.clear();
+    focused_ = 0;
     menu_.Reset(menu);
     const UINT count = MenuItemCount(menu);
     for (UINT position = 0; position < count; ++position) {
@@ -278,6 +280,9 @@ bool CommandBar::OnKey(WPARAM key) {
             return true;
         }
         case VK_RETURN:
+            // A menu that opened already would take the key's release as its own and close.
+            enterDown_ = true;
+            return true;
         case VK_UP:
             ActivateButton(focused_);
             return true;
@@ -309,8 +314,15 @@ LRESULT CommandBar::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
                 return 0;
             }
             return Default(message, wParam, lParam);
+        case WM_KEYUP:
+            if (wParam == VK_RETURN && std::exchange(enterDown_, false)) {
+                ActivateButton(focused_);
+                return 0;
+            }
+            return Default(message, wParam, lParam);
         case WM_SETFOCUS:
         case WM_KILLFOCUS:
+            enterDown_ = false;
             InvalidateRect(Handle(), nullptr, FALSE);
             return 0;
         default:

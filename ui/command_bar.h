@@ -59,6 +59,8 @@ class CommandBar final : public Window {
     unsigned pressed_ = ~0u;
     // The button that the keyboard acts on while the bar has the focus.
     unsigned focused_ = 0;
+    // Whether Enter is held down on the focused button, which acts when it is released.
+    bool enterDown_ = false;
     ImageStrip disabledImages_;
 };
 

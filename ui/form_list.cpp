@@ -69,7 +69,7 @@ void FormList::OnTap(unsigned index, GestureResult) {
         return;
     }
     if (RowAt(index).Tapped()) {
-        InvalidateRow(index);
+        InvalidateRect(Handle(), nullptr, FALSE);
     }
 }
 
@@ -78,15 +78,17 @@ void FormList::DeleteItem(ULONG_PTR data) {
 }
 
 bool FormList::OfferKeyFirst(WPARAM key, LPARAM keyData) {
-    if (GetSelection() == noRow) {
-        return false;
-    }
     const unsigned row = GetSelection();
-    if (!RowAt(row).HandleKey(key, HIWORD(keyData))) {
-        return false;
+    if (row != noRow && RowAt(row).HandleKey(key, HIWORD(keyData))) {
+        // A row may change others, as choices do.
+        InvalidateRect(Handle(), nullptr, FALSE);
+        return true;
     }
-    InvalidateRow(row);
-    return true;
+    if (key == VK_ESCAPE) {
+        PostMessageW(GetParent(Handle()), WM_COMMAND, IDCANCEL, 0);
+        return true;
+    }
+    return false;
 }
 
 unsigned FormList::NextSelectable(int start, int step) const {
@@ -117,9 +119,6 @@ bool FormList::HandleNavigationKey(WPARAM key) {
         case VK_END:
             target = NextSelectable(last, -1);
             break;
-        case VK_ESCAPE:
-            PostMessageW(GetParent(Handle()), WM_COMMAND, IDCANCEL, 0);
-            return true;
         default:
             return false;
     }

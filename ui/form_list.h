@@ -63,6 +63,7 @@ class FormList final : public TouchList<FormList> {
     bool OfferKeyFirst(WPARAM key, LPARAM keyData);
     bool HandleNavigationKey(WPARAM key);
     bool DragsWhenAllRowsFit() const { return true; }
+    bool TakesRepeatedTaps() const { return true; }
     bool MayLeaveSelection() { return CloseEditor(); }
     void OnSelected();
 

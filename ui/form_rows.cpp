@@ -131,6 +131,9 @@ void CheckRow::Draw(HDC dc, const RECT& area, bool selected) {
 }
 
 bool CheckRow::Tapped() {
+    if (!changed_) {
+        return false;
+    }
     checked_ = !checked_;
     changed_(checked_);
     return true;

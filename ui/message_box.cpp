@@ -136,7 +136,9 @@ bool MessageBoxDialog::OpenLines(HDC dc) {
     if (!lines_.Open(Handle(), area, 1)) {
         return false;
     }
-    for (std::wstring& line : WrapText(dc, plainText_, Width(area) - 2 * margin_)) {
+    // What the rows of a form leave to their text.
+    const int room = Width(area) - 16 * GetSystemMetrics(SM_CXBORDER);
+    for (std::wstring& line : WrapText(dc, plainText_, room)) {
         lines_.AddRow(std::make_unique<TextLineRow>(std::move(line)));
     }
     lines_.Layout();

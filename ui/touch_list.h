@@ -77,6 +77,8 @@ class TouchList : public Window {
     bool HandleNavigationKey(WPARAM key);
     // Whether rows that all fit may be dragged nevertheless.
     bool DragsWhenAllRowsFit() const { return false; }
+    // Whether the second tap of a quick pair counts as one of its own.
+    bool TakesRepeatedTaps() const { return false; }
     // Asked before the selection leaves its row; false keeps it.
     bool MayLeaveSelection() { return true; }
     // The selection has changed and its parent been told.
@@ -393,8 +395,10 @@ void TouchList<Kind>::OnButtonDown(POINT point, bool repeatedTap) {
         return;
     }
     const GestureResult gesture = StartDrag(Handle(), point.x, point.y);
-    // The second tap of a quick pair is meant for what the first has left behind.
-    if ((gesture != GestureTap && gesture != GestureHold) || repeatedTap) {
+    // The second tap of a quick pair is meant for what the first has taken away, unless the rows
+    // stay where they are.
+    if ((gesture != GestureTap && gesture != GestureHold) ||
+        (repeatedTap && !Self().TakesRepeatedTaps())) {
         return;
     }
     SetFocus(Handle());

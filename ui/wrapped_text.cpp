@@ -7,13 +7,26 @@ namespace ui {
 namespace {
 
 size_t Fitting(HDC dc, std::wstring_view text, int width) {
+    // A long text is not measured to its end for every one of its lines.
+    size_t measured = std::min<size_t>(256, text.size());
     int count = 0;
     SIZE size;
-    if (!GetTextExtentExPointW(dc, text.data(), static_cast<int>(text.size()), width, &count,
-                               nullptr, &size)) {
-        return text.size();
+    for (;;) {
+        if (!GetTextExtentExPointW(dc, text.data(), static_cast<int>(measured), width, &count,
+                                   nullptr, &size)) {
+            return text.size();
+        }
+        if (static_cast<size_t>(count) < measured || measured == text.size()) {
+            break;
+        }
+        measured = std::min(2 * measured, text.size());
     }
-    return std::max<size_t>(1, static_cast<size_t>(count));
+    size_t fitting = std::max<size_t>(1, static_cast<size_t>(count));
+    // A character of two units stays whole.
+    if (fitting < text.size() && IS_SURROGATE_PAIR(text[fitting - 1], text[fitting])) {
+        fitting = fitting == 1 ? 2 : fitting - 1;
+    }
+    return fitting;
 }
 
 void WrapParagraph(HDC dc, std::wstring_view paragraph, int width,

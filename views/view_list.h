@@ -43,6 +43,7 @@ class ViewList final : public ui::TouchList<ViewList> {
     }
     void OnTap(unsigned index, ui::GestureResult gesture);
     void DeleteItem(ULONG_PTR data) { view_.DeleteRow(data); }
+    bool TakesRepeatedTaps() const { return marking_; }
 
     using TouchList::BringIntoView;
     using TouchList::RowRectangle;

@@ -220,10 +220,11 @@ TEST_F(IdleLoop, GoesOnCountingOverAMove) {
 }
 
 TEST_F(IdleLoop, AsksEveryHandlerWhileOneWantsMore) {
+    wanted = 3;
     Counts others;
     loop.AddIdleHandler([&](int count) {
         others.push_back(count);
-        return count < 2;
+        return false;
     });
     loop.Run();
     EXPECT_EQ(counts, (Counts{0, 1, 2}));

@@ -42,6 +42,8 @@ TEST(CommandLineView, AShortLineMatchesNothing) {
     EXPECT_FALSE(ViewOfCommandLine(L"-"));
     EXPECT_FALSE(ViewOfCommandLine(L"-a"));
     EXPECT_FALSE(ViewOfCommandLine(L"          -"));
+    EXPECT_FALSE(ViewOfCommandLine(L"     -apps"));
+    EXPECT_FALSE(ViewOfCommandLine(L"                    -explorer"));
 }
 
 TEST(StoredView, AnyNumberOfNoViewIsFiles) {

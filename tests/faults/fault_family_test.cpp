@@ -63,7 +63,7 @@ TEST(FaultCode, IsTheOneTheFaultWasBuiltFrom) {
 TEST(FaultCode, OfAnErrorAboveZeroBelongsToTheWin32Facility) {
     EXPECT_EQ(ResultFromError(5), static_cast<HRESULT>(0x80070005));
     EXPECT_EQ(ResultFromError(0xFFFF), static_cast<HRESULT>(0x8007FFFF));
-    EXPECT_EQ(ResultFromError(0x12345), static_cast<HRESULT>(0x80072345));
+    EXPECT_EQ(ResultFromError(0x82345), static_cast<HRESULT>(0x80072345));
 }
 
 TEST(FaultCode, OfAnErrorOfZeroOrLessIsTheError) {

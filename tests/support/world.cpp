@@ -168,18 +168,4 @@ Held CountHeld() {
     return Held{CountGdiObjects(), CountHandles()};
 }
 
-size_t HeapBytes() {
-    size_t bytes = 0;
-    PROCESS_HEAP_ENTRY entry = {};
-    const HANDLE heap = GetProcessHeap();
-    HeapLock(heap);
-    while (HeapWalk(heap, &entry)) {
-        if (entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) {
-            bytes += entry.cbData;
-        }
-    }
-    HeapUnlock(heap);
-    return bytes;
-}
-
 }  // namespace test

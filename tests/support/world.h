@@ -50,7 +50,4 @@ struct Held {
 };
 Held CountHeld();
 
-// Bytes in use on the process's heap.
-size_t HeapBytes();
-
 }  // namespace test

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/support/platform_hook.h"
-#include "tests/support/world.h"
+#include "tests/support/heaps.h"
 #include "text/format.h"
 #include "text/resources.h"
 
@@ -95,11 +95,11 @@ TEST(FormatResult, IsInTheLanguageOfTheTexts) {
 
 TEST(FormatResult, GivesThePlatformsBufferBack) {
     Format(L"%1", L"warm");
-    const size_t before = test::HeapBytes();
+    const size_t before = test::BytesOnAllHeaps();
     for (int round = 0; round < 100; ++round) {
         Format(L"%1 and %2!i!", L"some longer text than fits into a small string", round);
     }
-    EXPECT_EQ(test::HeapBytes(), before);
+    EXPECT_EQ(test::BytesOnAllHeaps(), before);
 }
 
 TEST(FormatText, FillsInAString) {

@@ -51,7 +51,9 @@ TEST(LoadTextWithoutAPack, SaysSoWhenThereIsNoText) {
 }
 
 TEST(LoadTextWithoutAPack, GivesTheModulesOwnText) {
-    EXPECT_EQ(LoadText(titleText).data(), LoadText(titleText).data());
+    MEMORY_BASIC_INFORMATION memory = {};
+    ASSERT_TRUE(VirtualQuery(LoadText(titleText).data(), &memory, sizeof memory));
+    EXPECT_EQ(memory.AllocationBase, text::ProgramModule());
 }
 
 TEST(LoadTextWithoutAPack, UsesTheProgramsLanguage) {

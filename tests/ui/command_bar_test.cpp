@@ -50,7 +50,7 @@ TEST_F(CommandBarTap, SendsTheItemsCommandToTheParent) {
 TEST_F(CommandBarTap, AQuickOneIsNotTracked) {
     Open(twoCommands);
     Run([&] {
-        Finger().Down(ButtonPoint(0)).Wait(150).Play();
+        Finger().Down(ButtonPoint(0)).Wait(60).Play();
         EXPECT_FALSE(BarHasCapture());
         EXPECT_FALSE(Has(PictureOfButton(0), ui::barPressedColor));
         input.Play(Finger().Up());

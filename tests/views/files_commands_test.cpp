@@ -110,8 +110,10 @@ TEST_F(FilesMenu, TheFrameHearsOfEveryChangeOfTheSelection) {
     int before = frame.menuChanges;
     Select(L"a");
     EXPECT_GT(frame.menuChanges, before);
+    DeleteFileW((folder.Path() + L"\\a").c_str());
     before = frame.menuChanges;
     View().Refresh();
+    EXPECT_EQ(Selected(), L"");
     EXPECT_GT(frame.menuChanges, before);
 }
 

@@ -1,0 +1,177 @@
+#include "tests/support/drawn_texts.h"
+#include "tests/ui/sample_bar.h"
+#include "tests/ui/sample_form.h"
+#include "ui/drawing_resources.h"
+
+using namespace test;
+using ui::noRow;
+
+namespace {
+
+class FormValueRow : public FormTest {
+ protected:
+    // The height that a row of its own has in the list.
+    int HeightOf(const std::wstring& label, const std::wstring& value) {
+        list.Clear();
+        Add<ui::ValueRow>(label, value);
+        list.Layout();
+        return list.GetTotalHeight();
+    }
+};
+
+class FormCheckRow : public FormTest {
+ protected:
+    bool state = false;
+    int changes = 0;
+    std::function<void(bool)> noting = [this](bool checked) {
+        state = checked;
+        ++changes;
+    };
+};
+
+class FormChoiceRow : public FormTest {
+ protected:
+    void SetUp() override {
+        group->taken = 0;
+        group->changed = [this](int number) { told.push_back(number); };
+        OpenEmpty();
+        for (int number = 0; number < 3; ++number) {
+            Add<ui::ChoiceRow>(L"Choice", group, number);
+        }
+        list.Layout();
+        rowHeight = list.GetTotalHeight() / 3;
+        Run([] { Sleep(50); });
+    }
+    // The sign of a row as it is on the screen; nothing of it is drawn for its asking.
+    bool ShowsTaken(int row) const {
+        platform::WindowDC dc(list.Handle());
+        const platform::Selected font(dc, ui::Fonts().Base());
+        const int line = ui::TextHeight(dc, ui::Fonts().Base());
+        const int x = 8 * GetSystemMetrics(SM_CXBORDER) + line / 2;
+        const int y = row * rowHeight + rowHeight / 2;
+        const POINT middle = At(x, y);
+        const COLORREF inside =
+            Picture::OfScreen(RECT{middle.x, middle.y, middle.x + 1, middle.y + 1}).At(0, 0);
+        const COLORREF ground = GetSysColor(
+            list.GetSelection() == static_cast<unsigned>(row) ? COLOR_HIGHLIGHT : COLOR_WINDOW);
+        return inside != ground;
+    }
+
+    std::shared_ptr<ui::ChoiceGroup> group = std::make_shared<ui::ChoiceGroup>();
+    std::vector<int> told;
+    int rowHeight = 0;
+};
+
+}  // namespace
+
+TEST_F(FormValueRow, AValueThatFitsStandsBesideItsLabel) {
+    OpenEmpty();
+    const int line = HeightOf(L"Name", L"a");
+    EXPECT_EQ(HeightOf(L"Name", L""), line);
+    EXPECT_GT(HeightOf(L"Name", std::wstring(60, L'w')), line);
+    EXPECT_GT(HeightOf(L"Name", L"a\nb"), line);
+}
+
+TEST_F(FormValueRow, AValueWithoutBlanksWrapsAndLosesNothing) {
+    OpenEmpty();
+    const int few = HeightOf(L"Path", std::wstring(60, L'w'));
+    const int many = HeightOf(L"Path", std::wstring(120, L'w'));
+    EXPECT_GT(many, few);
+    // Twice the text needs twice the lines.
+    platform::WindowDC dc(list.Handle());
+    const platform::Selected font(dc, ui::Fonts().Base());
+    const int line = ui::TextHeight(dc, ui::Fonts().Base());
+    SIZE size = {};
+    const std::wstring value(120, L'w');
+    GetTextExtentPoint32W(dc, value.c_str(), 120, &size);
+    EXPECT_GE(many, line + line * (size.cx / width));
+}
+
+TEST_F(FormValueRow, IsWrappedAnewWhenTheListIsNarrower) {
+    OpenEmpty();
+    const int wide = HeightOf(L"Path", L"one two three four five six seven eight nine ten eleven");
+    MoveWindow(list.Handle(), 20, 10, 80, height, TRUE);
+    EXPECT_GT(list.GetTotalHeight(), wide);
+    MoveWindow(list.Handle(), 20, 10, width, height, TRUE);
+    EXPECT_EQ(list.GetTotalHeight(), wide);
+}
+
+TEST_F(FormValueRow, ALongTextInAWindowOfOnePixelEnds) {
+    OpenEmpty();
+    HeightOf(L"Path", std::wstring(10000, L'w'));
+    MoveWindow(list.Handle(), 20, 10, 1, 1, TRUE);
+    Show();
+    EXPECT_GT(list.GetTotalHeight(), 10000);
+}
+
+TEST_F(FormValueRow, RefusesTheSelection) {
+    OpenEmpty();
+    HeightOf(L"Path", L"value");
+    EXPECT_EQ(SelectionAfter("Down"), noRow);
+}
+
+TEST_F(FormCheckRow, ATapTurnsIt) {
+    OpenEmpty();
+    Add<ui::CheckRow>(L"Hidden", true, noting);
+    ui::CheckRow& row = Add<ui::CheckRow>(L"System", false, noting);
+    list.Layout();
+    const int rowHeight = list.GetTotalHeight() / 2;
+    Tap(60, rowHeight + rowHeight / 2);
+    EXPECT_TRUE(row.Checked());
+    EXPECT_TRUE(state);
+    Tap(60, rowHeight + rowHeight / 2);
+    EXPECT_FALSE(row.Checked());
+    EXPECT_FALSE(state);
+    EXPECT_EQ(changes, 2);
+}
+
+TEST_F(FormCheckRow, SpaceAndEnterTurnIt) {
+    OpenEmpty();
+    ui::CheckRow& row = Add<ui::CheckRow>(L"Hidden", false, noting);
+    list.Layout();
+    Press("Down");
+    EXPECT_FALSE(row.Checked());
+    Press("space");
+    EXPECT_TRUE(row.Checked());
+    Press("Return");
+    EXPECT_FALSE(row.Checked());
+    Press("a");
+    EXPECT_EQ(changes, 2);
+}
+
+TEST_F(FormCheckRow, OneThatOnlyShowsIsNeverTurned) {
+    OpenEmpty();
+    ui::CheckRow& row = Add<ui::CheckRow>(L"Hidden", true);
+    list.Layout();
+    Tap(60, 10);
+    EXPECT_EQ(SelectionAfter("Down"), noRow);
+    // Not even when its owner has selected it.
+    list.SetSelection(0);
+    Press("space");
+    EXPECT_TRUE(row.Checked());
+}
+
+TEST_F(FormChoiceRow, ChoicesExcludeOneAnother) {
+    EXPECT_TRUE(ShowsTaken(0));
+    Tap(60, 2 * rowHeight + rowHeight / 2);
+    EXPECT_EQ(group->taken, 2);
+    EXPECT_EQ(told, std::vector<int>{2});
+    EXPECT_FALSE(ShowsTaken(0));
+    EXPECT_FALSE(ShowsTaken(1));
+    EXPECT_TRUE(ShowsTaken(2));
+}
+
+TEST_F(FormChoiceRow, KeysTakeAChoice) {
+    Press("Down");
+    Press("Down");
+    EXPECT_EQ(group->taken, 0);
+    Press("space");
+    EXPECT_EQ(group->taken, 1);
+    EXPECT_FALSE(ShowsTaken(0));
+    EXPECT_TRUE(ShowsTaken(1));
+    Press("Down");
+    Press("Return");
+    EXPECT_EQ(group->taken, 2);
+    EXPECT_FALSE(ShowsTaken(1));
+    EXPECT_EQ(told, (std::vector<int>{1, 2}));
+}

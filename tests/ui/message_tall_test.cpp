@@ -1,0 +1,108 @@
+#include <set>
+
+#include "tests/support/drawn_texts.h"
+#include "tests/support/monitor.h"
+#include "tests/ui/sample_box.h"
+
+using namespace test;
+
+namespace {
+
+class MessageBoxTall : public BoxTest {
+ protected:
+    static std::wstring Line(int number) { return L"line number " + Digits(number); }
+    static std::wstring Digits(int number) {
+        return {static_cast<wchar_t>(L'0' + number / 10), static_cast<wchar_t>(L'0' + number % 10)};
+    }
+    static std::wstring FortyLines() {
+        std::wstring text;
+        for (int number = 0; number < 40; ++number) {
+            text += (number == 0 ? L"" : L"\n") + Line(number);
+        }
+        return text;
+    }
+    static HWND Lines(HWND box) { return FindChild(box, L"DlgControlList"); }
+    bool FocusIs(HWND window) {
+        return WaitFor([&] {
+            GUITHREADINFO info = {};
+            info.cbSize = sizeof info;
+            return GetGUIThreadInfo(GetWindowThreadProcessId(owner.Handle(), nullptr), &info) &&
+                   info.hwndFocus == window;
+        });
+    }
+
+    Monitor screen{RECT{0, 0, 240, 320}};
+};
+
+}  // namespace
+
+TEST_F(MessageBoxTall, AShortTextHasNoList) {
+    Show(L"Really?", {133, 134}, 0, [&] {
+        EXPECT_FALSE(Lines(WaitForBox()));
+        End();
+    });
+}
+
+TEST_F(MessageBoxTall, KeysReachEveryLine) {
+    DrawnTexts drawn;
+    EXPECT_EQ(Show(FortyLines(), {131}, 0,
+                   [&] {
+                       const HWND box = WaitForBox();
+                       ASSERT_TRUE(Lines(box));
+                       EXPECT_TRUE(WaitFor([&] { return drawn.Has(Line(0)); }, 2000))
+                           << drawn.All();
+                       EXPECT_FALSE(drawn.Has(Line(39)));
+                       input.Play(Finger().Key("Tab"));
+                       EXPECT_TRUE(FocusIs(Lines(box)));
+                       for (int step = 0; step < 40; ++step) {
+                           input.Play(Finger().Key("Down"));
+                       }
+                       for (int number = 0; number < 40; ++number) {
+                           EXPECT_TRUE(drawn.Has(Line(number))) << number;
+                       }
+                       input.Play(Finger().Key("Tab"));
+                       EXPECT_TRUE(FocusIs(Bar(box)));
+                       Finger().Key("Return").Play();
+                   }),
+              131);
+}
+
+TEST_F(MessageBoxTall, AFingerReachesEveryLineAndTheButtonsWork) {
+    DrawnTexts drawn;
+    EXPECT_EQ(Show(FortyLines(), {133, 134}, 0,
+                   [&] {
+                       const HWND box = WaitForBox();
+                       const RECT lines = ScreenRectangleOf(Lines(box));
+                       const POINT low = {(lines.left + lines.right) / 2, lines.bottom - 10};
+                       const POINT high = {low.x, lines.top + 10};
+                       for (int pull = 0; pull < 20 && !drawn.Has(Line(39)); ++pull) {
+                           input.Play(Finger().Down(low).Wait(20).DragTo(low, high, 10).Up());
+                       }
+                       for (int number = 0; number < 40; ++number) {
+                           EXPECT_TRUE(drawn.Has(Line(number))) << number;
+                       }
+                       End(Finger().Tap(ButtonPoint(box, 1, 2)));
+                   }),
+              134);
+}
+
+TEST_F(MessageBoxTall, StaysInTheWorkArea) {
+    Show(FortyLines(), {131}, 0, [&] {
+        const HWND box = WaitForBox();
+        const RECT place = ScreenRectangleOf(box);
+        EXPECT_GE(place.top, 0);
+        EXPECT_LE(place.bottom, 320);
+        EXPECT_LE(place.right, 240);
+        EXPECT_LE(ScreenRectangleOf(Lines(box)).bottom, ScreenRectangleOf(Bar(box)).top);
+        End();
+    });
+}
+
+TEST_F(MessageBoxTall, ATextOfTenThousandCharactersIsShown) {
+    EXPECT_EQ(Show(std::wstring(10000, L'w'), {131}, 0,
+                   [&] {
+                       EXPECT_TRUE(Lines(WaitForBox()));
+                       Finger().Key("Return").Play();
+                   }),
+              131);
+}
