@@ -34,7 +34,6 @@ RowEditor::RowEditor(HWND list, HWND bar, const RECT& area, HFONT font, const st
 
 RowEditor::~RowEditor() {
     if (edit_) {
-        platform::ShowInputPanel(false);
         SetFocus(GetParent(edit_));
         DestroyWindow(edit_);
     }
@@ -91,6 +90,7 @@ LRESULT CALLBACK RowEditor::Procedure(HWND window, UINT message, WPARAM wParam, 
             return DLGC_WANTALLKEYS;
         case WM_DESTROY:
             self->edit_ = nullptr;
+            platform::ShowInputPanel(false);
             SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(previous));
             break;
         default:

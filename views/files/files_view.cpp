@@ -214,6 +214,8 @@ bool FilesView::Command(WORD command) {
         case commandOpen:
             if (HasSelection()) {
                 Open(List().GetSelection());
+            } else {
+                MessageBeep(~0u);
             }
             return true;
         case commandSelect:
