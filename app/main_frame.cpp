@@ -153,7 +153,9 @@ void MainFrame::ShowView(ViewIndex view, const ViewArgument& argument) {
     current_ = view;
     try {
         Current().Layout(dc);
-        Current().Activate(argument);
+        if (!Current().Activate(argument)) {
+            throw faults::W32Fault();
+        }
     } catch (...) {
         TitleChanged();
         MenuStateChanged();

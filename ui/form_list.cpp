@@ -28,18 +28,55 @@ bool FormList::Open(HWND parent, const RECT& bounds, UINT_PTR id) {
     return Create(className, L"", childStyle | WS_TABSTOP, bounds, parent, id);
 }
 
-void FormList::AddRow(std::unique_ptr<FormRow> row) {
-    InsertItem(GetCount(), reinterpret_cast<ULONG_PTR>(row.get()));
+void FormList::InsertRow(unsigned index, std::unique_ptr<FormRow> row) {
+    InsertItem(index, reinterpret_cast<ULONG_PTR>(row.get()));
     row.release();
+}
+
+void FormList::Layout() {
+    ForgetEditor();
+    Reflow();
+    TouchList::Layout();
+}
+
+void FormList::Remeasure() {
+    Reflow();
+    TouchList::Remeasure();
+}
+
+void FormList::Clear() {
+    ForgetEditor();
+    TouchList::Clear();
+}
+
+SIZE FormList::RoomIn(int clientWidth, int clientHeight) const {
+    const RowMargins margins = Margins();
+    return SIZE{std::max(0, clientWidth - margins.horizontal),
+                std::max(0, (clientHeight - margins.vertical) / 3)};
+}
+
+void FormList::Reflow() {
+    for (unsigned index = GetCount(); index-- > 0;) {
+        if (RowAt(index).ContinuesAnother()) {
+            RemoveItem(index);
+        }
+    }
+    const RECT client = ClientRectangle();
+    const SIZE room = RoomIn(Width(client), Height(client));
+    const platform::WindowDC dc(Handle());
+    const platform::Selected font(dc, Fonts().Base());
+    for (unsigned index = 0; index < GetCount(); ++index) {
+        for (std::unique_ptr<FormRow>& row : RowAt(index).Overflow(dc, room)) {
+            InsertRow(++index, std::move(row));
+        }
+    }
 }
 
 SIZE FormList::Measure(unsigned, int clientWidth, int clientHeight, ULONG_PTR data) {
     const RowMargins margins = Margins();
-    const SIZE room = {std::max(0, clientWidth - margins.horizontal),
-                       std::max(0, (clientHeight - margins.vertical) / 3)};
     const platform::WindowDC dc(Handle());
     const platform::Selected font(dc, Fonts().Base());
-    const SIZE size = RowOf(data).Measure(dc, room);
+    const SIZE size = RowOf(data).Measure(dc, RoomIn(clientWidth, clientHeight));
     return SIZE{size.cx + margins.horizontal, size.cy + margins.vertical};
 }
 
@@ -65,8 +102,13 @@ void FormList::EraseBackground(HDC dc, const RECT& area) {
 }
 
 void FormList::OnTap(unsigned index, GestureResult) {
+    const bool selectedBefore = GetSelection() == index;
     if (!RowAt(index).AcceptsSelection() || SetSelection(index) != index) {
         return;
+    }
+    if (selectedBefore && !editor_) {
+        BringIntoView(index);
+        OpenEditor();
     }
     if (RowAt(index).Tapped()) {
         InvalidateRect(Handle(), nullptr, FALSE);
@@ -155,7 +197,7 @@ void FormList::ForgetEditor() {
     editorFont_.Reset();
 }
 
-void FormList::OnSelected() {
+void FormList::OpenEditor() {
     RECT row;
     if (GetSelection() == noRow || !RowRectangle(GetSelection(), &row) ||
         row.bottom > ClientRectangle().bottom) {
@@ -192,8 +234,18 @@ LRESULT FormList::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
             }
             return result;
         }
+        case WM_QUERYDRAGTRACKER:
+            // The rows follow the finger; an editor would stay behind.
+            return TouchList::OnMessage(message, wParam, lParam) != 0 && CloseEditor();
+        case WM_SETFOCUS:
+            if (editor_) {
+                SetFocus(editor_);
+                return 0;
+            }
+            break;
         case WM_DESTROY:
             editor_ = nullptr;
+            editorFont_.Reset();
             break;
         default:
             break;

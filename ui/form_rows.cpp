@@ -6,12 +6,11 @@
 #include "ui/marks.h"
 #include "ui/theme.h"
 #include "ui/window_text.h"
+#include "ui/wrapped_text.h"
 
 namespace ui {
 
 namespace {
-
-constexpr UINT wrapping = DT_WORDBREAK | DT_EXPANDTABS | DT_NOPREFIX | DT_EDITCONTROL;
 
 int LineHeight(HDC dc) {
     return TextHeight(dc, Fonts().Base());
@@ -23,11 +22,28 @@ int TouchHeight(HDC dc) {
     return line + 2 * ((line + 2) / 3);
 }
 
-SIZE WrappedSize(HDC dc, const std::wstring& text, int width) {
-    RECT area = {0, 0, std::max(width, 1), 0};
-    DrawTextW(dc, text.c_str(), static_cast<int>(text.size()), &area, wrapping | DT_CALCRECT);
-    return SIZE{Width(area), Height(area)};
+// How far a value stands from its label, or right of it when it stands below.
+int ValueIndent(HDC dc) {
+    return LineHeight(dc) / 2;
 }
+
+// A further line of a value.
+class ContinuationRow final : public FormRow {
+ public:
+    explicit ContinuationRow(std::wstring text) : text_(std::move(text)) {}
+    SIZE Measure(HDC dc, SIZE) override {
+        return SIZE{ValueIndent(dc) + TextWidth(dc, text_), LineHeight(dc)};
+    }
+    void Draw(HDC dc, const RECT& area, bool) override {
+        RECT text = area;
+        text.left += ValueIndent(dc);
+        DrawClippedText(dc, text, text_);
+    }
+    bool ContinuesAnother() const override { return true; }
+
+ private:
+    std::wstring text_;
+};
 
 RECT MarkArea(HDC dc, const RECT& area) {
     const int size = LineHeight(dc);
@@ -84,40 +100,60 @@ void TextLineRow::Draw(HDC dc, const RECT& area, bool) {
     DrawClippedText(dc, area, text_);
 }
 
-SIZE ValueRow::Measure(HDC dc, SIZE room) {
-    const int gap = LineHeight(dc) / 2;
-    const int label = TextWidth(dc, label_);
-    const int value = TextWidth(dc, value_);
+FormRows ValueRow::Overflow(HDC dc, SIZE room) {
+    const int line = LineHeight(dc);
+    const int gap = ValueIndent(dc);
     const bool oneLine = value_.find(L'\n') == std::wstring::npos;
-    valueBelow_ = !oneLine || label + gap + value > room.cx;
-    if (!valueBelow_) {
-        return SIZE{label + gap + value, LineHeight(dc) + LineHeight(dc) / 2};
+    lines_.clear();
+    if (oneLine && TextWidth(dc, label_) + gap + TextWidth(dc, value_) <= room.cx) {
+        return {};
     }
-    const SIZE wrapped = WrappedSize(dc, value_, room.cx - gap);
-    return SIZE{std::max<LONG>(label, gap + wrapped.cx),
-                LineHeight(dc) + wrapped.cy + LineHeight(dc) / 2};
+    lines_ = WrapText(dc, value_, std::max<int>(1, room.cx - gap));
+    const int fitting = (room.cy - line - line / 2) / line;
+    const auto kept = static_cast<size_t>(std::max(fitting, 1));
+    FormRows rest;
+    for (size_t index = kept; index < lines_.size(); ++index) {
+        rest.push_back(std::make_unique<ContinuationRow>(std::move(lines_[index])));
+    }
+    lines_.resize(std::min(kept, lines_.size()));
+    return rest;
+}
+
+SIZE ValueRow::Measure(HDC dc, SIZE) {
+    const int line = LineHeight(dc);
+    const int gap = ValueIndent(dc);
+    const int label = TextWidth(dc, label_);
+    if (lines_.empty()) {
+        return SIZE{label + gap + TextWidth(dc, value_), line + line / 2};
+    }
+    int widest = label;
+    for (const std::wstring& text : lines_) {
+        widest = std::max(widest, gap + TextWidth(dc, text));
+    }
+    return SIZE{widest, line * (1 + static_cast<int>(lines_.size())) + line / 2};
 }
 
 void ValueRow::Draw(HDC dc, const RECT& area, bool selected) {
     const int line = LineHeight(dc);
-    RECT label = area;
-    label.top += line / 4;
+    RECT text = area;
+    text.top += line / 4;
     if (!selected) {
         constexpr unsigned textShare = 150;
         SetTextColor(
             dc, MixColors(GetSysColor(COLOR_WINDOWTEXT), GetSysColor(COLOR_WINDOW), textShare));
     }
-    DrawClippedText(dc, label, label_);
+    DrawClippedText(dc, text, label_);
     SetTextColor(dc, GetSysColor(selected ? COLOR_HIGHLIGHTTEXT : COLOR_WINDOWTEXT));
-    RECT value = label;
-    if (!valueBelow_) {
-        value.left += TextWidth(dc, label_) + line / 2;
-        DrawClippedText(dc, value, value_);
+    if (lines_.empty()) {
+        text.left += TextWidth(dc, label_) + ValueIndent(dc);
+        DrawClippedText(dc, text, value_);
         return;
     }
-    value.top += line;
-    value.left += line / 2;
-    DrawTextW(dc, value_.c_str(), static_cast<int>(value_.size()), &value, wrapping);
+    text.left += ValueIndent(dc);
+    for (const std::wstring& value : lines_) {
+        text.top += line;
+        DrawClippedText(dc, text, value);
+    }
 }
 
 SIZE CheckRow::Measure(HDC dc, SIZE) {

@@ -44,19 +44,23 @@ class TextLineRow final : public FormRow {
     std::wstring text_;
 };
 
-// A label and a value beside it; a value that does not fit beside its label wraps below it.
+// A label and a value beside it. A value that does not fit beside its label wraps below it, and
+// goes on in rows of its own where one row would take too much of the page.
 class ValueRow final : public FormRow {
  public:
     ValueRow(std::wstring label, std::wstring value)
         : label_(std::move(label)), value_(std::move(value)) {}
     SIZE Measure(HDC dc, SIZE room) override;
     void Draw(HDC dc, const RECT& area, bool selected) override;
+    FormRows Overflow(HDC dc, SIZE room) override;
+    // Call the list's Remeasure afterwards.
     void SetValue(std::wstring value) { value_ = std::move(value); }
 
  private:
     std::wstring label_;
     std::wstring value_;
-    bool valueBelow_ = false;
+    // The lines below the label that this row shows itself; none when the value stands beside it.
+    std::vector<std::wstring> lines_;
 };
 
 // A check box and its label. One that only shows something accepts no selection.

@@ -53,9 +53,13 @@ class TouchList : public Window {
     int GetTotalHeight() const { return totalHeight_; }
     int GetMaxItemWidth() const { return maxItemWidth_; }
 
-    // Row by row changes by the owner, who calls Layout or Relayout afterwards.
+    // Row by row changes by the owner, who calls Layout or Remeasure afterwards. The selection
+    // stays on its row.
     void InsertItem(unsigned index, ULONG_PTR data) {
         items_.insert(items_.begin() + static_cast<ptrdiff_t>(index), ItemRecord{0, 0, data});
+        if (selection_ != noRow && selection_ >= index) {
+            ++selection_;
+        }
     }
     // Frees one row; the selection stays on its row, or goes when that is the one.
     void RemoveItem(unsigned index);

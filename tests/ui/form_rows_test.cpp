@@ -1,6 +1,7 @@
 #include "tests/support/drawn_texts.h"
 #include "tests/ui/sample_bar.h"
 #include "tests/ui/sample_form.h"
+#include "text/format.h"
 #include "ui/drawing_resources.h"
 
 using namespace test;
@@ -102,6 +103,44 @@ TEST_F(FormValueRow, ALongTextInAWindowOfOnePixelEnds) {
     MoveWindow(list.Handle(), 20, 10, 1, 1, TRUE);
     Show();
     EXPECT_GT(list.GetTotalHeight(), 10000);
+}
+
+TEST_F(FormValueRow, AValueOfManyLinesGoesOnInRowsThatAFingerReaches) {
+    OpenEmpty();
+    std::wstring value;
+    for (int word = 100; word < 300; ++word) {
+        value += text::Format(L"word%1!i! ", word);
+    }
+    HeightOf(L"Path", value);
+    ASSERT_GT(list.GetTotalHeight(), 3 * height);
+    ASSERT_GT(list.GetCount(), 20u);
+    const DrawnTexts texts;
+    for (unsigned top = 0; top <= list.GetMaxTop(); ++top) {
+        list.SetTopIndex(top);
+        Show();
+    }
+    const std::string all = texts.All();
+    for (int word = 100; word < 300; ++word) {
+        EXPECT_NE(all.find("word" + std::to_string(word)), std::string::npos) << word;
+    }
+}
+
+TEST_F(FormValueRow, FlowsAnewWithTheWidthAndKeepsTheSelectionOnItsRow) {
+    OpenEmpty();
+    std::wstring value(400, L'w');
+    Add<ui::ValueRow>(L"Path", value);
+    RowScript below;
+    Add<SampleRow>(below);
+    list.Layout();
+    const unsigned narrow = list.GetCount();
+    list.SetSelection(narrow - 1);
+    MoveWindow(list.Handle(), 20, 10, width / 2, height, TRUE);
+    EXPECT_GT(list.GetCount(), narrow);
+    EXPECT_EQ(list.GetSelection(), list.GetCount() - 1);
+    MoveWindow(list.Handle(), 20, 10, width, height, TRUE);
+    EXPECT_EQ(list.GetCount(), narrow);
+    EXPECT_EQ(list.GetSelection(), narrow - 1);
+    EXPECT_EQ(below.deleted, 0);
 }
 
 TEST_F(FormValueRow, RefusesTheSelection) {
