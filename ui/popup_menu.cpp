@@ -35,11 +35,19 @@ RowMetrics MetricsOf(HDC dc) {
 
 int TrackPopup(HWND owner, const RECT& anchor, HMENU menu, UINT, MSG* lastMessage) {
     *lastMessage = MSG{};
-    PopupMenu popup(menu, anchor);
+    PopupMenu popup(L"kx::PopupMenu", menu, anchor);
     if (!popup.Open(owner)) {
         return noCommand;
     }
     *lastMessage = popup.Run();
+    return popup.ChosenCommand();
+}
+
+int TrackSpinnerMenu(HWND owner, const RECT& anchor, HMENU menu) {
+    PopupMenu popup(L"InternalSpinnerMenu", menu, anchor);
+    if (popup.Open(owner)) {
+        popup.Run();
+    }
     return popup.ChosenCommand();
 }
 
@@ -49,8 +57,7 @@ PopupMenu::~PopupMenu() {
 }
 
 bool PopupMenu::Open(HWND owner) {
-    if (!Create(L"kx::PopupMenu", L"", WS_POPUP | WS_CLIPSIBLINGS | WS_CLIPCHILDREN, RECT{},
-                owner)) {
+    if (!Create(windowClass_, L"", WS_POPUP | WS_CLIPSIBLINGS | WS_CLIPCHILDREN, RECT{}, owner)) {
         return false;
     }
     Fill();
