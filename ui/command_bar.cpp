@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "text/resources.h"
+#include "ui/clipped_text.h"
 #include "ui/drawing_resources.h"
 #include "ui/held_fault.h"
 #include "ui/menu_items.h"
@@ -247,6 +248,13 @@ void CommandBar::DrawButton(HDC dc, const RECT& bounds, unsigned button) {
     }
     SetTextColor(dc, item.Disabled() ? GetSysColor(COLOR_GRAYTEXT) : barTextColor);
     RECT area = bounds;
+    if (TextWidth(dc, item.text) > Width(area)) {
+        const int margin = Height(area) / 8;
+        area.left += margin;
+        area.right -= margin;
+        DrawClippedLine(dc, area, item.text);
+        return;
+    }
     DrawTextW(dc, item.text.c_str(), static_cast<int>(item.text.size()), &area,
               DT_CENTER | DT_VCENTER | DT_SINGLELINE);
 }

@@ -216,8 +216,10 @@ void FormList::OpenEditor() {
 void FormList::PlaceEditor() {
     RECT row;
     BringIntoView(GetSelection());
-    if (RowRectangle(GetSelection(), &row)) {
-        MoveWindow(editor_, row.left, row.top, Width(row), Height(row), TRUE);
+    RECT editor;
+    if (RowRectangle(GetSelection(), &row) && GetWindowRect(editor_, &editor)) {
+        const int top = row.top + (Height(row) - Height(editor)) / 2;
+        MoveWindow(editor_, row.left, top, Width(row), Height(editor), TRUE);
     }
 }
 

@@ -4,6 +4,7 @@
 #include "ui/clipped_text.h"
 #include "ui/drawing_resources.h"
 #include "ui/marks.h"
+#include "ui/row_editor.h"
 #include "ui/theme.h"
 #include "ui/window_text.h"
 #include "ui/wrapped_text.h"
@@ -217,9 +218,10 @@ HFONT TextRow::CreateEditorFont() {
 }
 
 HWND TextRow::CreateEditor(HWND list, const RECT& row, HFONT font) {
+    const RECT bounds = EditorBounds(list, row, font);
     const HWND editor = CreateWindowExW(
-        0, L"EDIT", text_.c_str(), WS_CHILD | WS_VISIBLE | WS_BORDER | ES_AUTOHSCROLL, row.left,
-        row.top, Width(row), Height(row), list, nullptr, text::ProgramModule(), nullptr);
+        0, L"EDIT", text_.c_str(), WS_CHILD | WS_VISIBLE | WS_BORDER | ES_AUTOHSCROLL, bounds.left,
+        bounds.top, Width(bounds), Height(bounds), list, nullptr, text::ProgramModule(), nullptr);
     SendMessageW(editor, WM_SETFONT, reinterpret_cast<WPARAM>(font), TRUE);
     SendMessageW(editor, EM_SETSEL, 0, -1);
     return editor;

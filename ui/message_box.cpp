@@ -89,16 +89,19 @@ bool MessageBoxDialog::LayOut() {
     RECT workArea = WorkArea();
 
     const platform::WindowDC dc(Handle());
+    MessageParts parts;
+    {
+        const platform::Selected bold(dc, Fonts().Bold());
+        parts.titleWidth = TextWidth(dc, text::LoadText(title_));
+    }
     const platform::Selected font(dc, Fonts().Base());
     margin_ = TextHeight(dc, Fonts().Base());
     captionHeight_ = TextHeight(dc, Fonts().Bold()) + margin_ / 2 * 2;
 
-    MessageParts parts;
     parts.margin = margin_;
     parts.captionHeight = captionHeight_;
     parts.barHeight = 2 * bar_.RowHeight();
     parts.barWidth = bar_.NaturalWidth();
-    parts.titleWidth = TextWidth(dc, text::LoadText(title_));
     workArea.right -= frame;
     workArea.bottom -= frame;
     RECT text = {0, 0, WidestMessageText(workArea, margin_), 0};
