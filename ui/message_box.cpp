@@ -41,7 +41,10 @@ class MessageBoxDialog final : public Dialog {
     bool OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
 
  private:
+    bool SetUp();
+    // Places the box, the buttons and the text for the screen as it is.
     bool LayOut();
+    void FollowScreen();
     RECT WorkArea() const;
     RECT ClientRectangle() const;
     void MoveBar(int width, int height);
@@ -71,7 +74,7 @@ RECT MessageBoxDialog::WorkArea() const {
     return RECT{0, 0, GetSystemMetrics(SM_CXFULLSCREEN), GetSystemMetrics(SM_CYFULLSCREEN)};
 }
 
-bool MessageBoxDialog::LayOut() {
+bool MessageBoxDialog::SetUp() {
     SetWindowTextW(Handle(), std::wstring(text::LoadText(title_)).c_str());
     if (!bar_.Open(Handle())) {
         return false;
@@ -80,7 +83,14 @@ bool MessageBoxDialog::LayOut() {
         bar_.AddButton(id);
     }
     bar_.FocusButton(defaultButton_);
+    if (!LayOut()) {
+        return false;
+    }
+    SetFocus(bar_.Handle());
+    return true;
+}
 
+bool MessageBoxDialog::LayOut() {
     RECT window = {};
     RECT client = {};
     GetWindowRect(Handle(), &window);
@@ -114,11 +124,23 @@ bool MessageBoxDialog::LayOut() {
     SetWindowPos(Handle(), HWND_TOPMOST, place.left, place.top, Width(place) + frame,
                  Height(place) + frame, 0);
     MoveBar(Width(place), Height(place));
-    if (Height(TextArea(ClientRectangle())) < parts.text.cy && !OpenLines(dc)) {
-        return false;
+    lines_.Destroy();
+    return Height(TextArea(ClientRectangle())) >= parts.text.cy || OpenLines(dc);
+}
+
+void MessageBoxDialog::FollowScreen() {
+    const bool linesFocused = GetFocus() && GetFocus() == lines_.Handle();
+    const unsigned top = lines_.Handle() ? lines_.GetTopIndex() : 0;
+    if (!LayOut()) {
+        End(messageNotShown);
+        return;
     }
-    SetFocus(bar_.Handle());
-    return true;
+    if (lines_.Handle()) {
+        lines_.SetTopIndex(top);
+    }
+    if (linesFocused) {
+        SetFocus(lines_.Handle() ? lines_.Handle() : bar_.Handle());
+    }
 }
 
 RECT MessageBoxDialog::ClientRectangle() const {
@@ -185,7 +207,7 @@ void MessageBoxDialog::Paint(HDC dc, const RECT& client) {
 bool MessageBoxDialog::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
         case WM_INITDIALOG:
-            if (!LayOut()) {
+            if (!SetUp()) {
                 End(messageNotShown);
             }
             // The focus is set; the platform answers FALSE to leave it there.
@@ -193,6 +215,12 @@ bool MessageBoxDialog::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
         case WM_SIZE:
             if (bar_.Handle()) {
                 MoveBar(LOWORD(lParam), HIWORD(lParam));
+            }
+            return true;
+        case WM_SETTINGCHANGE:
+        case WM_DISPLAYCHANGE:
+            if (bar_.Handle()) {
+                FollowScreen();
             }
             return true;
         case WM_SETFOCUS:

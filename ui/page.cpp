@@ -45,8 +45,10 @@ void Page::Arrange() {
 }
 
 void Page::FollowVisibleArea() {
-    if (platform::MakeFullScreen(Handle())) {
-        Arrange();
+    RECT area;
+    // Not MakeFullScreen again, which would close the input panel under an editor.
+    if (platform::VisibleArea(Handle(), &area)) {
+        MoveWindow(Handle(), area.left, area.top, Width(area), Height(area), TRUE);
     }
 }
 
