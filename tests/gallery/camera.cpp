@@ -36,9 +36,11 @@ RECT Screen() {
 // "480x640", the folder of this screen's pictures.
 std::string ScreenName() {
     const RECT screen = Screen();
-    char name[32];
-    std::snprintf(name, sizeof name, "%dx%d", static_cast<int>(screen.right),
-                  static_cast<int>(screen.bottom));
+    const platform::WindowDC dc(nullptr);
+    const bool large = GetDeviceCaps(dc, LOGPIXELSY) > 96 && screen.right <= 240;
+    char name[40];
+    std::snprintf(name, sizeof name, "%dx%d%s", static_cast<int>(screen.right),
+                  static_cast<int>(screen.bottom), large ? "_large_letters" : "");
     return name;
 }
 
