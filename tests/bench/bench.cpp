@@ -12,10 +12,13 @@
 #include "platform/coredll.h"
 #include "platform/desktop/paths.h"
 #include "tests/support/fake_frame.h"
+#include "tests/support/windows_seen.h"
 #include "tests/support/world.h"
 #include "text/resources.h"
 #include "ui/drawing_resources.h"
+#include "views/display_flags.h"
 #include "views/files/files_view.h"
+#include "views/view_list.h"
 
 namespace {
 
@@ -143,6 +146,29 @@ void MeasureDrag() {
     Compare("200 frames of a drag", "100,000 rows", DragOf(many), "10 rows", DragOf(few), 21);
 }
 
+// A full screen of a folder's rows, drawn as WM_PAINT draws it, against the one copy that no
+// control can do without.
+void MeasurePainting() {
+    const test::TemporaryFolder folder;
+    for (int index = 0; index < 40; ++index) {
+        folder.MakeFile(L"file " + std::to_wstring(index) + L".txt");
+    }
+    test::FakeFrame frame;
+    frame.flags = views::flagShowFileSize | views::flagShowFileDate;
+    views::FilesView view(frame);
+    frame.Open(view);
+    view.Navigate(folder.Path().c_str());
+    const HWND list = test::FindChild(frame.Handle(), views::ViewList::className);
+    RECT client;
+    GetClientRect(list, &client);
+    const platform::WindowDC dc(list);
+    const ui::OffscreenBitmap picture(dc, client);
+    Compare(
+        "a full screen of rows", "the list",
+        [&] { RedrawWindow(list, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW); },
+        "bare BitBlt", [&] { picture.Show(); }, 101);
+}
+
 }  // namespace
 
 int main(int count, char** arguments) {
@@ -150,6 +176,7 @@ int main(int count, char** arguments) {
     text::SetProgramModule(GetModuleHandleW(nullptr));
     ui::Resources().Load();
     MeasureDrag();
+    MeasurePainting();
     MeasureListing(1000, 7);
     if (count > 1 && std::strcmp(arguments[1], "--large") == 0) {
         MeasureListing(10000, 1);
