@@ -172,7 +172,9 @@ bool CheckRow::Tapped() {
         return false;
     }
     checked_ = !checked_;
-    changed_(checked_);
+    // What is called may replace the rows, this one included.
+    const auto changed = changed_;
+    changed(checked_);
     return true;
 }
 
@@ -191,9 +193,11 @@ void ChoiceRow::Draw(HDC dc, const RECT& area, bool selected) {
 }
 
 bool ChoiceRow::Tapped() {
-    group_->taken = number_;
-    if (group_->changed) {
-        group_->changed(number_);
+    // What is called may replace the rows, this one included.
+    const std::shared_ptr<ChoiceGroup> group = group_;
+    group->taken = number_;
+    if (group->changed) {
+        group->changed(number_);
     }
     return true;
 }

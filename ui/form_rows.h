@@ -66,7 +66,8 @@ class ValueRow final : public FormRow {
 // A check box and its label. One that only shows something accepts no selection.
 class CheckRow final : public FormRow {
  public:
-    // `changed` is called with the new state; none makes the row read-only.
+    // `changed` is called with the new state and may replace the list's rows; none makes the row
+    // read-only.
     CheckRow(std::wstring label, bool checked, std::function<void(bool)> changed = {})
         : label_(std::move(label)), checked_(checked), changed_(std::move(changed)) {}
     SIZE Measure(HDC dc, SIZE room) override;
@@ -109,7 +110,7 @@ class ChoiceRow final : public FormRow {
 // A text that is edited in place.
 class TextRow final : public FormRow {
  public:
-    // `accept` may refuse a text, which keeps the row open.
+    // `accept` may refuse a text, which keeps the row open. It must not replace the rows.
     TextRow(std::wstring text, std::function<bool(const std::wstring&)> accept)
         : text_(std::move(text)), accept_(std::move(accept)) {}
     SIZE Measure(HDC dc, SIZE room) override;
