@@ -1,5 +1,7 @@
 #include "ui/form_rows.h"
 
+#include <algorithm>
+
 #include "text/resources.h"
 #include "ui/clipped_text.h"
 #include "ui/drawing_resources.h"
@@ -47,24 +49,30 @@ SIZE MarkedRowSize(HDC dc, const std::wstring& label) {
 
 }  // namespace
 
-SIZE HeadingRow::Measure(HDC dc, SIZE) {
+SIZE HeadingRow::Measure(HDC dc, SIZE room) {
     if (!icons_ || icon_ < 0 || !ImageList_GetIconSize(icons_, &iconWidth_, &iconHeight_)) {
         iconWidth_ = iconHeight_ = 0;
     }
-    return SIZE{iconWidth_ * 3 / 2 + TextWidth(dc, text_),
-                std::max(iconHeight_ + iconHeight_ / 4, TouchHeight(dc))};
+    const int left = TextLeft(dc);
+    const SIZE text = WrappedSize(dc, text_, room.cx - left);
+    textHeight_ = text.cy;
+    return SIZE{left + text.cx, std::max({iconHeight_ + iconHeight_ / 4, TouchHeight(dc),
+                                          textHeight_ + LineHeight(dc) / 2})};
+}
+
+int HeadingRow::TextLeft(HDC dc) const {
+    return iconWidth_ > 0 ? iconWidth_ + iconWidth_ / 2 : LineHeight(dc) / 2;
 }
 
 void HeadingRow::Draw(HDC dc, const RECT& area, bool) {
-    const int margin = (Height(area) + 5) / 6;
     RECT text = area;
-    if (iconWidth_ > 0 && ImageList_Draw(icons_, icon_, dc, area.left + iconWidth_ / 4,
-                                         area.top + (Height(area) - iconHeight_) / 2, ILD_NORMAL)) {
-        text.left += margin + iconWidth_ + iconWidth_ / 4;
-    } else {
-        text.left += 2 * margin;
+    text.left += TextLeft(dc);
+    text.top += (Height(area) - textHeight_) / 2;
+    if (iconWidth_ > 0) {
+        ImageList_Draw(icons_, icon_, dc, area.left + iconWidth_ / 4,
+                       area.top + (Height(area) - iconHeight_) / 2, ILD_NORMAL);
     }
-    DrawClippedLine(dc, text, text_);
+    DrawTextW(dc, text_.c_str(), static_cast<int>(text_.size()), &text, wrapping);
 }
 
 SIZE SeparatorRow::Measure(HDC, SIZE room) {
@@ -84,9 +92,13 @@ void TextLineRow::Draw(HDC dc, const RECT& area, bool) {
     DrawClippedText(dc, area, text_);
 }
 
+int ValueRow::LabelWidth(HDC dc) const {
+    return std::max(labelWidth_, TextWidth(dc, label_));
+}
+
 SIZE ValueRow::Measure(HDC dc, SIZE room) {
     const int gap = LineHeight(dc) / 2;
-    const int label = TextWidth(dc, label_);
+    const int label = LabelWidth(dc);
     const int value = TextWidth(dc, value_);
     const bool oneLine = value_.find(L'\n') == std::wstring::npos;
     valueBelow_ = !oneLine || label + gap + value > room.cx;
@@ -111,7 +123,7 @@ void ValueRow::Draw(HDC dc, const RECT& area, bool selected) {
     SetTextColor(dc, GetSysColor(selected ? COLOR_HIGHLIGHTTEXT : COLOR_WINDOWTEXT));
     RECT value = label;
     if (!valueBelow_) {
-        value.left += TextWidth(dc, label_) + line / 2;
+        value.left += LabelWidth(dc) + line / 2;
         DrawClippedText(dc, value, value_);
         return;
     }

@@ -9,8 +9,8 @@
 
 namespace ui {
 
-// An icon of an image list and a text behind it, larger than the other rows. Without an image list
-// the text stands alone.
+// An icon of an image list and a text behind it, which wraps. Without an image list the text stands
+// alone.
 class HeadingRow final : public FormRow {
  public:
     HeadingRow(std::wstring text, HIMAGELIST icons, int icon)
@@ -19,11 +19,15 @@ class HeadingRow final : public FormRow {
     void Draw(HDC dc, const RECT& area, bool selected) override;
 
  private:
+    // Where the text begins, from the row's left edge.
+    int TextLeft(HDC dc) const;
+
     std::wstring text_;
     HIMAGELIST icons_;
     int icon_;
     int iconWidth_ = 0;
     int iconHeight_ = 0;
+    int textHeight_ = 0;
 };
 
 // A line of one pixel.
@@ -47,15 +51,19 @@ class TextLineRow final : public FormRow {
 // A label and a value beside it; a value that does not fit beside its label wraps below it.
 class ValueRow final : public FormRow {
  public:
-    ValueRow(std::wstring label, std::wstring value)
-        : label_(std::move(label)), value_(std::move(value)) {}
+    // Values of rows with the same `labelWidth` (pixels) stand in a column.
+    ValueRow(std::wstring label, std::wstring value, int labelWidth = 0)
+        : label_(std::move(label)), value_(std::move(value)), labelWidth_(labelWidth) {}
     SIZE Measure(HDC dc, SIZE room) override;
     void Draw(HDC dc, const RECT& area, bool selected) override;
     void SetValue(std::wstring value) { value_ = std::move(value); }
 
  private:
+    int LabelWidth(HDC dc) const;
+
     std::wstring label_;
     std::wstring value_;
+    int labelWidth_;
     bool valueBelow_ = false;
 };
 

@@ -1,7 +1,12 @@
 #include "views/files/properties_page.h"
 
+#include <algorithm>
+
+#include "platform/handles.h"
 #include "text/format.h"
 #include "text/resources.h"
+#include "ui/clipped_text.h"
+#include "ui/drawing_resources.h"
 #include "ui/form_rows.h"
 #include "ui/page.h"
 #include "views/files/file_properties.h"
@@ -56,6 +61,7 @@ class PropertiesPage final : public ui::Page {
 
  protected:
     void Fill(ui::FormList& list) override {
+        MeasureLabels();
         list.AddRow(std::make_unique<ui::HeadingRow>(std::wstring(properties_.Name()),
                                                      properties_.icons, properties_.iconIndex));
         list.AddRow(std::make_unique<ui::SeparatorRow>());
@@ -80,15 +86,23 @@ class PropertiesPage final : public ui::Page {
     }
 
  private:
+    void MeasureLabels() {
+        const platform::WindowDC dc(Handle());
+        const platform::Selected font(dc, ui::Fonts().Base());
+        for (UINT label = textType; label < textAttributes; ++label) {
+            labelWidth_ = std::max(labelWidth_, ui::TextWidth(dc, text::LoadText(label)));
+        }
+    }
     void AddValue(UINT label, std::wstring value) {
-        List().AddRow(
-            std::make_unique<ui::ValueRow>(std::wstring(text::LoadText(label)), std::move(value)));
+        List().AddRow(std::make_unique<ui::ValueRow>(std::wstring(text::LoadText(label)),
+                                                     std::move(value), labelWidth_));
     }
     void AddTime(UINT label, const FILETIME& time) {
         AddValue(label, text::FormatFileTime(time, text::Seconds::With));
     }
 
     FileProperties properties_;
+    int labelWidth_ = 0;
 };
 
 }  // namespace
