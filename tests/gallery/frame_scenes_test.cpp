@@ -62,6 +62,26 @@ TEST_F(GalleryFrame, Files) {
     });
 }
 
+TEST_F(GalleryFrame, FilesInTheMiddle) {
+    Run(
+        [&] {
+            for (int row = 0; row < 11; ++row) {
+                Press("Down");
+            }
+            camera.Take("files_in_the_middle");
+        },
+        0x0C);
+}
+
+TEST_F(GalleryFrame, AnEmptyFolder) {
+    Run([&] {
+        Press("Down");
+        Press("Return");
+        EXPECT_TRUE(WaitForCaption(L"\\Gallery\\Journeys and Reports\\Maps"));
+        camera.Take("files_empty");
+    });
+}
+
 TEST_F(GalleryFrame, FilesWithDetails) {
     Run(
         [&] {
