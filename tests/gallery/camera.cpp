@@ -60,11 +60,6 @@ void MakeFolders(const char* folder) {
     CreateDirectoryW(Wide(folder + ScreenName()).c_str(), nullptr);
 }
 
-bool Keeping() {
-    const char* const wish = std::getenv("VANTOR_GALLERY");
-    return wish && std::string(wish) == "keep";
-}
-
 std::multiset<std::string> ReadLines(const std::string& path) {
     std::ifstream file(path, std::ios::binary);
     std::multiset<std::string> lines;
@@ -138,10 +133,25 @@ Mask MaskOfPlaces(const Picture& picture, const std::vector<RECT>& places, POINT
     return mask;
 }
 
+// Leaves a picture that is not as it should be where it can be looked at.
+void LeaveTaken(const std::string& scene, const Picture& taken) {
+    MakeFolders(takenFolder);
+    WritePng(taken, Wide(PathOf(takenFolder, scene, ".png")));
+}
+
+// Removes what an earlier run has left of a scene.
+void RemoveTaken(const std::string& scene) {
+    DeleteFileW(Wide(PathOf(takenFolder, scene, ".png")).c_str());
+    DeleteFileW(Wide(PathOf(takenFolder, scene, "_difference.png")).c_str());
+}
+
 // Says where the pictures differ outside the letters, if they do.
 void Compare(const std::string& scene, const Picture& taken, const Mask& letters) {
     const std::string keptPath = PathOf(keptFolder, scene, ".png");
     const std::optional<Picture> kept = ReadPng(Wide(keptPath));
+    if (!kept || kept->Width() != taken.Width() || kept->Height() != taken.Height()) {
+        LeaveTaken(scene, taken);
+    }
     ASSERT_TRUE(kept) << keptPath << " is missing: tests/gallery/keep makes it";
     ASSERT_EQ(kept->Width(), taken.Width());
     ASSERT_EQ(kept->Height(), taken.Height());
@@ -164,14 +174,12 @@ void Compare(const std::string& scene, const Picture& taken, const Mask& letters
     if (different == 0) {
         return;
     }
-    MakeFolders(takenFolder);
-    const std::string takenPath = PathOf(takenFolder, scene, ".png");
-    WritePng(taken, Wide(takenPath));
+    LeaveTaken(scene, taken);
     WritePng(Picture(taken.Width(), taken.Height(), marked),
              Wide(PathOf(takenFolder, scene, "_difference.png")));
     ADD_FAILURE() << scene << ": " << different << " pixels differ within " << bounds.left << ","
                   << bounds.top << " to " << bounds.right << "," << bounds.bottom << "; see "
-                  << takenPath;
+                  << PathOf(takenFolder, scene, ".png");
 }
 
 // What is drawn reaches the screen when its thread waits for messages.
@@ -222,6 +230,11 @@ void Camera::TakeAsItIs(const char* scene, HWND window) {
 void Camera::Forget() {
     const Shot shot = {nullptr, nullptr};
     SendMessageW(window_, WM_TAKE, 0, reinterpret_cast<LPARAM>(&shot));
+}
+
+bool Camera::Keeping() {
+    const char* const wish = std::getenv("VANTOR_GALLERY");
+    return wish && std::string(wish) == "keep";
 }
 
 void Camera::MoveFingerAway(const InputTaken& input) {
@@ -279,7 +292,12 @@ void Camera::Photograph(const Shot& shot) {
         WriteLines(textPath, texts);
         return;
     }
-    EXPECT_EQ(Difference(ReadLines(textPath), texts), "") << scene << ": other texts";
+    RemoveTaken(scene);
+    const std::string otherTexts = Difference(ReadLines(textPath), texts);
+    if (!otherTexts.empty()) {
+        LeaveTaken(scene, taken);
+        ADD_FAILURE() << scene << ": other texts\n" << otherTexts;
+    }
     Compare(scene, taken, letters);
 }
 
