@@ -249,8 +249,9 @@ bool MainFrame::OnHotKey(LPARAM key) {
     if (HIWORD(key) != VK_ESCAPE) {
         return false;
     }
-    if (GetActiveWindow() && GetActiveWindow() != Handle()) {
-        if (LOWORD(key) & MOD_KEYUP) {
+    const HWND active = GetActiveWindow();
+    if (active && active != Handle()) {
+        if (!SendMessageW(active, WM_HOTKEY, VK_ESCAPE, key) && (LOWORD(key) & MOD_KEYUP)) {
             PostMessageW(GetFocus(), WM_KEYDOWN, VK_ESCAPE, 0);
             PostMessageW(GetFocus(), WM_KEYUP, VK_ESCAPE, 0);
         }
@@ -274,6 +275,14 @@ void MainFrame::OnDestroy() {
 
 std::optional<std::wstring> MainFrame::StoredText(const wchar_t* name) const {
     return ReadText(name);
+}
+
+std::optional<DWORD> MainFrame::StoredNumber(const wchar_t* name) const {
+    return ReadNumber(name);
+}
+
+void MainFrame::StoreNumber(const wchar_t* name, DWORD value) {
+    WriteNumber(name, value);
 }
 
 void MainFrame::StoreText(const wchar_t* name, const std::wstring& value) {

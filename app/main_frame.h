@@ -32,7 +32,9 @@ class MainFrame final : public ui::Window, public views::Frame, private PaneOwne
     void MenuStateChanged() override;
     bool FrameKey(WPARAM key) override;
     std::optional<std::wstring> StoredText(const wchar_t* name) const override;
+    std::optional<DWORD> StoredNumber(const wchar_t* name) const override;
     void StoreText(const wchar_t* name, const std::wstring& value) override;
+    void StoreNumber(const wchar_t* name, DWORD value) override;
 
     // Sees each message before it is dispatched: the hardware soft keys press the bar's buttons.
     bool PreTranslate(const MSG& message);

@@ -96,13 +96,19 @@ void CommandBar::OpenPopup(unsigned button, HMENU submenu) {
     const RECT bounds = BarButtonBounds(client, ButtonCount(), button);
     RECT anchor = bounds;
     OffsetRectangle(&anchor, corner.x, corner.y);
-    SetPressed(button);
     MSG lastMessage;
-    const int command = TrackPopup(parent, anchor, submenu, 0, &lastMessage);
+    int command = noCommand;
+    {
+        struct Press {
+            CommandBar& bar;
+            ~Press() { bar.SetPressed(noButton); }
+        } press{*this};
+        SetPressed(button);
+        command = TrackPopup(parent, anchor, submenu, 0, &lastMessage);
+    }
     if (!Handle()) {
         return;
     }
-    SetPressed(noButton);
     if (command != noCommand) {
         Send(parent, WM_COMMAND, MAKEWPARAM(command, 0), reinterpret_cast<LPARAM>(Handle()));
         return;
@@ -130,7 +136,7 @@ bool CommandBar::WaitForQuickTap() {
     const DWORD start = GetTickCount();
     for (;;) {
         MSG message;
-        if (PeekMessageW(&message, nullptr, WM_LBUTTONUP, WM_LBUTTONUP, PM_REMOVE)) {
+        if (PeekInput(&message, nullptr, WM_LBUTTONUP, WM_LBUTTONUP, PM_REMOVE)) {
             return true;
         }
         const DWORD elapsed = GetTickCount() - start;
@@ -264,8 +270,9 @@ bool CommandBar::DrawImage(HDC dc, const RECT& bounds, int image, bool disabled)
     if (!images) {
         return false;
     }
-    if (disabled && !disabledImages_) {
+    if (disabled && (!disabledImages_ || disabledFrom_ != images.Bitmap())) {
         disabledImages_ = images.Recolored(dc, GetSysColor(COLOR_GRAYTEXT));
+        disabledFrom_ = images.Bitmap();
     }
     const int size = images.IconSize();
     return (disabled ? disabledImages_ : images)

@@ -1,5 +1,6 @@
 #include "ui/form_list.h"
 
+#include "platform/aygshell.h"
 #include "ui/drawing_resources.h"
 
 namespace ui {
@@ -42,6 +43,9 @@ void FormList::Layout() {
 void FormList::Remeasure() {
     Reflow();
     TouchList::Remeasure();
+    if (editor_) {
+        PlaceEditor();
+    }
 }
 
 void FormList::Clear() {
@@ -166,8 +170,8 @@ bool FormList::HandleNavigationKey(WPARAM key) {
     }
     if (target != noRow) {
         SetSelection(target);
-    } else if (NextSelectable(0, 1) == noRow && (key == VK_UP || key == VK_DOWN)) {
-        // Nothing to select: the keys scroll.
+    } else if ((key == VK_UP || key == VK_DOWN) && CloseEditor()) {
+        // Nothing more to select: the keys scroll.
         if (key == VK_DOWN) {
             SetTopIndex(GetTopIndex() + 1);
         } else if (GetTopIndex() > 0) {
@@ -193,6 +197,7 @@ void FormList::ForgetEditor() {
     if (editor) {
         SetFocus(Handle());
         DestroyWindow(editor);
+        platform::ShowInputPanel(false);
     }
     editorFont_.Reset();
 }
@@ -208,6 +213,7 @@ void FormList::OpenEditor() {
     editor_ = item.CreateEditor(Handle(), row, editorFont_.Get());
     if (editor_) {
         SetFocus(editor_);
+        platform::ShowInputPanel(true);
     } else {
         editorFont_.Reset();
     }
@@ -230,9 +236,6 @@ LRESULT FormList::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
             if (!(reinterpret_cast<const WINDOWPOS*>(lParam)->flags & SWP_NOSIZE)) {
                 // Values wrap at another width.
                 Remeasure();
-                if (editor_) {
-                    PlaceEditor();
-                }
             }
             return result;
         }
@@ -246,7 +249,9 @@ LRESULT FormList::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
             }
             break;
         case WM_DESTROY:
-            editor_ = nullptr;
+            if (std::exchange(editor_, nullptr)) {
+                platform::ShowInputPanel(false);
+            }
             editorFont_.Reset();
             break;
         default:

@@ -1,5 +1,7 @@
 #include "ui/form_rows.h"
 
+#include <algorithm>
+
 #include "text/resources.h"
 #include "ui/clipped_text.h"
 #include "ui/drawing_resources.h"
@@ -28,23 +30,43 @@ int ValueIndent(HDC dc) {
     return LineHeight(dc) / 2;
 }
 
-// A further line of a value.
+// A further line of a text, `indent` pixels from the left.
 class ContinuationRow final : public FormRow {
  public:
-    explicit ContinuationRow(std::wstring text) : text_(std::move(text)) {}
+    ContinuationRow(std::wstring text, int indent) : text_(std::move(text)), indent_(indent) {}
     SIZE Measure(HDC dc, SIZE) override {
-        return SIZE{ValueIndent(dc) + TextWidth(dc, text_), LineHeight(dc)};
+        return SIZE{indent_ + TextWidth(dc, text_), LineHeight(dc)};
     }
     void Draw(HDC dc, const RECT& area, bool) override {
         RECT text = area;
-        text.left += ValueIndent(dc);
+        text.left += indent_;
         DrawClippedText(dc, text, text_);
     }
     bool ContinuesAnother() const override { return true; }
 
  private:
     std::wstring text_;
+    int indent_;
 };
+
+// Leaves so many lines, one at least, and makes rows of the others.
+FormRows CutToFit(std::vector<std::wstring>& lines, int fitting, int indent) {
+    const auto kept = static_cast<size_t>(std::max(fitting, 1));
+    FormRows rest;
+    for (size_t index = kept; index < lines.size(); ++index) {
+        rest.push_back(std::make_unique<ContinuationRow>(std::move(lines[index]), indent));
+    }
+    lines.resize(std::min(kept, lines.size()));
+    return rest;
+}
+
+int WidestLine(HDC dc, const std::vector<std::wstring>& lines) {
+    int widest = 0;
+    for (const std::wstring& line : lines) {
+        widest = std::max(widest, TextWidth(dc, line));
+    }
+    return widest;
+}
 
 RECT MarkArea(HDC dc, const RECT& area) {
     const int size = LineHeight(dc);
@@ -64,24 +86,39 @@ SIZE MarkedRowSize(HDC dc, const std::wstring& label) {
 
 }  // namespace
 
-SIZE HeadingRow::Measure(HDC dc, SIZE) {
+FormRows HeadingRow::Overflow(HDC dc, SIZE room) {
     if (!icons_ || icon_ < 0 || !ImageList_GetIconSize(icons_, &iconWidth_, &iconHeight_)) {
         iconWidth_ = iconHeight_ = 0;
     }
-    return SIZE{iconWidth_ * 3 / 2 + TextWidth(dc, text_),
-                std::max(iconHeight_ + iconHeight_ / 4, TouchHeight(dc))};
+    const int line = LineHeight(dc);
+    lines_ = WrapText(dc, text_, std::max<int>(1, room.cx - TextLeft(dc)));
+    return CutToFit(lines_, (std::max<int>(room.cy, iconHeight_) - line / 2) / line, TextLeft(dc));
+}
+
+SIZE HeadingRow::Measure(HDC dc, SIZE) {
+    const int line = LineHeight(dc);
+    const int text = line * static_cast<int>(lines_.size()) + line / 2;
+    return SIZE{TextLeft(dc) + WidestLine(dc, lines_),
+                std::max({iconHeight_ + iconHeight_ / 4, TouchHeight(dc), text})};
+}
+
+int HeadingRow::TextLeft(HDC dc) const {
+    return iconWidth_ > 0 ? iconWidth_ + iconWidth_ / 2 : LineHeight(dc) / 2;
 }
 
 void HeadingRow::Draw(HDC dc, const RECT& area, bool) {
-    const int margin = (Height(area) + 5) / 6;
-    RECT text = area;
-    if (iconWidth_ > 0 && ImageList_Draw(icons_, icon_, dc, area.left + iconWidth_ / 4,
-                                         area.top + (Height(area) - iconHeight_) / 2, ILD_NORMAL)) {
-        text.left += margin + iconWidth_ + iconWidth_ / 4;
-    } else {
-        text.left += 2 * margin;
+    const int line = LineHeight(dc);
+    if (iconWidth_ > 0) {
+        ImageList_Draw(icons_, icon_, dc, area.left + iconWidth_ / 4,
+                       area.top + (Height(area) - iconHeight_) / 2, ILD_NORMAL);
     }
-    DrawClippedLine(dc, text, text_);
+    RECT text = area;
+    text.left += TextLeft(dc);
+    text.top += (Height(area) - line * static_cast<int>(lines_.size())) / 2;
+    for (const std::wstring& each : lines_) {
+        DrawClippedText(dc, text, each);
+        text.top += line;
+    }
 }
 
 SIZE SeparatorRow::Measure(HDC, SIZE room) {
@@ -101,37 +138,31 @@ void TextLineRow::Draw(HDC dc, const RECT& area, bool) {
     DrawClippedText(dc, area, text_);
 }
 
+int ValueRow::LabelWidth(HDC dc) const {
+    return std::max(labelWidth_, TextWidth(dc, label_));
+}
+
 FormRows ValueRow::Overflow(HDC dc, SIZE room) {
     const int line = LineHeight(dc);
     const int gap = ValueIndent(dc);
     const bool oneLine = value_.find(L'\n') == std::wstring::npos;
     lines_.clear();
-    if (oneLine && TextWidth(dc, label_) + gap + TextWidth(dc, value_) <= room.cx) {
+    if (oneLine && LabelWidth(dc) + gap + TextWidth(dc, value_) <= room.cx) {
         return {};
     }
     lines_ = WrapText(dc, value_, std::max<int>(1, room.cx - gap));
-    const int fitting = (room.cy - line - line / 2) / line;
-    const auto kept = static_cast<size_t>(std::max(fitting, 1));
-    FormRows rest;
-    for (size_t index = kept; index < lines_.size(); ++index) {
-        rest.push_back(std::make_unique<ContinuationRow>(std::move(lines_[index])));
-    }
-    lines_.resize(std::min(kept, lines_.size()));
-    return rest;
+    return CutToFit(lines_, (room.cy - line - line / 2) / line, gap);
 }
 
 SIZE ValueRow::Measure(HDC dc, SIZE) {
     const int line = LineHeight(dc);
     const int gap = ValueIndent(dc);
-    const int label = TextWidth(dc, label_);
+    const int label = LabelWidth(dc);
     if (lines_.empty()) {
         return SIZE{label + gap + TextWidth(dc, value_), line + line / 2};
     }
-    int widest = label;
-    for (const std::wstring& text : lines_) {
-        widest = std::max(widest, gap + TextWidth(dc, text));
-    }
-    return SIZE{widest, line * (1 + static_cast<int>(lines_.size())) + line / 2};
+    return SIZE{std::max(label, gap + WidestLine(dc, lines_)),
+                line * (1 + static_cast<int>(lines_.size())) + line / 2};
 }
 
 void ValueRow::Draw(HDC dc, const RECT& area, bool selected) {
@@ -146,7 +177,7 @@ void ValueRow::Draw(HDC dc, const RECT& area, bool selected) {
     DrawClippedText(dc, text, label_);
     SetTextColor(dc, GetSysColor(selected ? COLOR_HIGHLIGHTTEXT : COLOR_WINDOWTEXT));
     if (lines_.empty()) {
-        text.left += TextWidth(dc, label_) + ValueIndent(dc);
+        text.left += LabelWidth(dc) + ValueIndent(dc);
         DrawClippedText(dc, text, value_);
         return;
     }
@@ -172,7 +203,9 @@ bool CheckRow::Tapped() {
         return false;
     }
     checked_ = !checked_;
-    changed_(checked_);
+    // What is called may replace the rows, this one included.
+    const auto changed = changed_;
+    changed(checked_);
     return true;
 }
 
@@ -191,9 +224,11 @@ void ChoiceRow::Draw(HDC dc, const RECT& area, bool selected) {
 }
 
 bool ChoiceRow::Tapped() {
-    group_->taken = number_;
-    if (group_->changed) {
-        group_->changed(number_);
+    // What is called may replace the rows, this one included.
+    const std::shared_ptr<ChoiceGroup> group = group_;
+    group->taken = number_;
+    if (group->changed) {
+        group->changed(number_);
     }
     return true;
 }

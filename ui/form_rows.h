@@ -9,21 +9,27 @@
 
 namespace ui {
 
-// An icon of an image list and a text behind it, larger than the other rows. Without an image list
-// the text stands alone.
+// An icon of an image list and a text behind it, which wraps. Without an image list the text stands
+// alone.
 class HeadingRow final : public FormRow {
  public:
     HeadingRow(std::wstring text, HIMAGELIST icons, int icon)
         : text_(std::move(text)), icons_(icons), icon_(icon) {}
     SIZE Measure(HDC dc, SIZE room) override;
     void Draw(HDC dc, const RECT& area, bool selected) override;
+    FormRows Overflow(HDC dc, SIZE room) override;
 
  private:
+    // Where the text begins, from the row's left edge.
+    int TextLeft(HDC dc) const;
+
     std::wstring text_;
     HIMAGELIST icons_;
     int icon_;
     int iconWidth_ = 0;
     int iconHeight_ = 0;
+    // The lines that this row shows itself.
+    std::vector<std::wstring> lines_;
 };
 
 // A line of one pixel.
@@ -48,8 +54,9 @@ class TextLineRow final : public FormRow {
 // goes on in rows of its own where one row would take too much of the page.
 class ValueRow final : public FormRow {
  public:
-    ValueRow(std::wstring label, std::wstring value)
-        : label_(std::move(label)), value_(std::move(value)) {}
+    // Values of rows with the same `labelWidth` (pixels) stand in a column.
+    ValueRow(std::wstring label, std::wstring value, int labelWidth = 0)
+        : label_(std::move(label)), value_(std::move(value)), labelWidth_(labelWidth) {}
     SIZE Measure(HDC dc, SIZE room) override;
     void Draw(HDC dc, const RECT& area, bool selected) override;
     FormRows Overflow(HDC dc, SIZE room) override;
@@ -57,8 +64,11 @@ class ValueRow final : public FormRow {
     void SetValue(std::wstring value) { value_ = std::move(value); }
 
  private:
+    int LabelWidth(HDC dc) const;
+
     std::wstring label_;
     std::wstring value_;
+    int labelWidth_;
     // The lines below the label that this row shows itself; none when the value stands beside it.
     std::vector<std::wstring> lines_;
 };
@@ -66,7 +76,8 @@ class ValueRow final : public FormRow {
 // A check box and its label. One that only shows something accepts no selection.
 class CheckRow final : public FormRow {
  public:
-    // `changed` is called with the new state; none makes the row read-only.
+    // `changed` is called with the new state and may replace the list's rows; none makes the row
+    // read-only.
     CheckRow(std::wstring label, bool checked, std::function<void(bool)> changed = {})
         : label_(std::move(label)), checked_(checked), changed_(std::move(changed)) {}
     SIZE Measure(HDC dc, SIZE room) override;
@@ -109,7 +120,7 @@ class ChoiceRow final : public FormRow {
 // A text that is edited in place.
 class TextRow final : public FormRow {
  public:
-    // `accept` may refuse a text, which keeps the row open.
+    // `accept` may refuse a text, which keeps the row open. It must not replace the rows.
     TextRow(std::wstring text, std::function<bool(const std::wstring&)> accept)
         : text_(std::move(text)), accept_(std::move(accept)) {}
     SIZE Measure(HDC dc, SIZE room) override;

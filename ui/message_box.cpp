@@ -29,10 +29,18 @@ std::wstring WithPlainAmpersands(const std::wstring& text) {
     return plain;
 }
 
+std::wstring BreakLongWords(HDC dc, const std::wstring& text, int width) {
+    std::wstring broken;
+    for (const std::wstring& line : WrapText(dc, text, width)) {
+        broken += broken.empty() ? L"" : L"\n";
+        broken += line;
+    }
+    return broken;
+}
+
 class MessageBoxDialog final : public Dialog {
  public:
-    MessageBoxDialog(const std::wstring& text, UINT title)
-        : plainText_(text), text_(WithPlainAmpersands(text)), title_(title) {}
+    MessageBoxDialog(const std::wstring& text, UINT title) : plainText_(text), title_(title) {}
 
     void AddButton(UINT id) { ids_.push_back(id); }
     void SetDefaultButton(unsigned index) { defaultButton_ = index; }
@@ -114,9 +122,18 @@ bool MessageBoxDialog::LayOut() {
     parts.barWidth = bar_.NaturalWidth();
     workArea.right -= frame;
     workArea.bottom -= frame;
+    text_ = WithPlainAmpersands(plainText_);
     RECT text = {0, 0, WidestMessageText(workArea, margin_), 0};
     DrawTextW(dc, text_.c_str(), static_cast<int>(text_.size()), &text, textStyle | DT_CALCRECT);
-    parts.text = SIZE{Width(text), Height(text)};
+    const int widest = WidestMessageText(workArea, margin_);
+    if (Width(text) > widest) {
+        // A word that is longer than a line is broken as well, as the platform's drawing does not.
+        text_ = WithPlainAmpersands(BreakLongWords(dc, plainText_, widest));
+        text = RECT{0, 0, widest, 0};
+        DrawTextW(dc, text_.c_str(), static_cast<int>(text_.size()), &text,
+                  textStyle | DT_CALCRECT);
+    }
+    parts.text = SIZE{std::min(Width(text), widest), Height(text)};
     RECT place;
     if (!PlaceMessage(workArea, parts, &place)) {
         return false;

@@ -1,9 +1,8 @@
-// A full-screen dialog: a form list above a bar of soft keys.
+// A full-screen dialog that is a form list.
 #pragma once
 
-#include "ui/command_bar.h"
-#include "ui/dialog.h"
 #include "ui/form_list.h"
+#include "ui/full_screen_dialog.h"
 
 namespace ui {
 
@@ -12,38 +11,24 @@ inline constexpr UINT barDoneCancel = 120;
 inline constexpr UINT barDone = 121;
 inline constexpr UINT barCancel = 122;
 
-class Page : public Dialog {
+class Page : public FullScreenDialog {
  protected:
     // `caption` is a string resource, `bar` a menu resource.
-    Page(UINT caption, UINT bar) : caption_(caption), barMenu_(bar) {}
+    Page(UINT caption, UINT bar);
 
     // Adds the rows; called once, when the list is open.
     virtual void Fill(FormList& list) = 0;
-    // A command of the bar; those not taken here end the dialog when they are 1 or 2.
-    virtual bool OnCommand(WORD /*command*/) { return false; }
-    // A message of the list.
-    virtual LRESULT OnNotify(const NMHDR& /*notification*/) { return 0; }
 
     FormList& List() { return list_; }
-    CommandBar& Bar() { return bar_; }
 
+    bool OpenContents() override;
+    void ArrangeContents(const RECT& area) override;
+    void ContentsReady() override { list_.Layout(); }
+    HWND Contents() const override { return list_.Handle(); }
     bool OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
 
  private:
-    bool SetUp();
-    void Arrange();
-    void Paint(HDC dc, const RECT& client);
-    void MoveFocus(bool forward);
-    void FollowVisibleArea();
-
-    UINT caption_;
-    UINT barMenu_;
     FormList list_;
-    CommandBar bar_;
-    int bandHeight_ = 0;
 };
-
-// Which of `count` stops has the focus after a step from `current`.
-unsigned NextStop(unsigned current, unsigned count, bool forward);
 
 }  // namespace ui

@@ -55,6 +55,8 @@ class PopupMenu final : public TouchList<PopupMenu> {
     int chosenCommand_ = noCommand;
     bool running_ = false;
     bool submenuOpen_ = false;
+    // The message that closes the menu came through a loop inside the menu's own.
+    bool closed_ = false;
     // The tap outside that ended this menu, when it is not the message that the loop ended with.
     std::optional<MSG> closingTap_;
 };

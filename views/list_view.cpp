@@ -8,11 +8,15 @@
 
 namespace views {
 
+int ThumbRowHeight(int textHeight) {
+    const int thumb = static_cast<int>(ui::GetScreenMetrics().iconSize) * 3 / 4;
+    return std::max(textHeight + (textHeight + 3) / 4 * 2, thumb);
+}
+
 void ListView::Layout(HDC dc) {
     textHeight_ = ui::TextHeight(dc, ui::Fonts().Base());
     smallTextHeight_ = ui::TextHeight(dc, ui::Fonts().Small());
-    const int thumb = static_cast<int>(ui::GetScreenMetrics().iconSize) * 3 / 4;
-    oneLineHeight_ = std::max(textHeight_ + (textHeight_ + 3) / 4 * 2, thumb);
+    oneLineHeight_ = ThumbRowHeight(textHeight_);
     if (!list_.Handle()) {
         list_.Open(frame_.Pane(), 1);
     }

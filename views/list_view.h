@@ -7,6 +7,9 @@
 
 namespace views {
 
+// The height of a row of one text line that a thumb can hit, in pixels.
+int ThumbRowHeight(int textHeight);
+
 class ListView : public View {
  public:
     void Layout(HDC dc) override;

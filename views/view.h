@@ -88,10 +88,12 @@ class Frame {
     // False when the frame knows no such key.
     virtual bool FrameKey(WPARAM key) = 0;
 
-    // A text among the program's settings; none when it cannot be read.
+    // A text or a number among the program's settings; none when it cannot be read.
     virtual std::optional<std::wstring> StoredText(const wchar_t* name) const = 0;
-    // Throws W32Fault when the settings cannot be written.
+    virtual std::optional<DWORD> StoredNumber(const wchar_t* name) const = 0;
+    // Each throws W32Fault when the settings cannot be written.
     virtual void StoreText(const wchar_t* name, const std::wstring& value) = 0;
+    virtual void StoreNumber(const wchar_t* name, DWORD value) = 0;
 
  protected:
     ~Frame() = default;

@@ -58,6 +58,11 @@ std::optional<std::wstring> FakeFrame::StoredText(const wchar_t* name) const {
     return found == texts.end() ? std::nullopt : std::optional<std::wstring>(found->second);
 }
 
+std::optional<DWORD> FakeFrame::StoredNumber(const wchar_t* name) const {
+    const auto found = numbers.find(name);
+    return found == numbers.end() ? std::nullopt : std::optional<DWORD>(found->second);
+}
+
 LRESULT FakeFrame::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     if (message == WM_COMMAND && view_) {
         view_->Command(LOWORD(wParam));

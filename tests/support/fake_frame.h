@@ -27,11 +27,14 @@ class FakeFrame final : public ui::Window, public views::Frame {
     void MenuStateChanged() override { ++menuChanges; }
     bool FrameKey(WPARAM key) override;
     std::optional<std::wstring> StoredText(const wchar_t* name) const override;
+    std::optional<DWORD> StoredNumber(const wchar_t* name) const override;
     void StoreText(const wchar_t* name, const std::wstring& value) override { texts[name] = value; }
+    void StoreNumber(const wchar_t* name, DWORD value) override { numbers[name] = value; }
 
     // What the view is told and what it has done.
     DWORD flags = 0;
     std::map<std::wstring, std::wstring> texts;
+    std::map<std::wstring, DWORD> numbers;
     int titleChanges = 0;
     int menuChanges = 0;
     WPARAM lastKey = 0;

@@ -176,6 +176,16 @@ TEST_F(FormEditor, FollowsItsRowWhenTheListIsResized) {
     EXPECT_LE(place.bottom, 100);
 }
 
+TEST_F(FormEditor, FollowsItsRowWhenTheRowsAreMeasuredAnew) {
+    Open(rows);
+    list.SetSelection(1);
+    rows[0].size.cy += 40;
+    list.Remeasure();
+    RECT place = ScreenRectangleOf(list.Editor());
+    MapWindowPoints(nullptr, list.Handle(), reinterpret_cast<POINT*>(&place), 2);
+    EXPECT_EQ(place.top, 80);
+}
+
 TEST_F(FormEditor, GoesWithTheList) {
     Open(rows);
     list.SetSelection(1);

@@ -164,6 +164,23 @@ TEST_F(FormCheckRow, ATapTurnsIt) {
     EXPECT_EQ(changes, 2);
 }
 
+TEST_F(FormCheckRow, MayReplaceAllRowsWhenItIsTurned) {
+    OpenEmpty();
+    int rebuilt = 0;
+    const std::function<void(bool)> rebuild = [&](bool) {
+        ++rebuilt;
+        list.Clear();
+        Add<ui::ValueRow>(L"Name", L"value");
+        list.Layout();
+    };
+    Add<ui::CheckRow>(L"Check", false, rebuild);
+    list.Layout();
+    Tap(60, 10);
+    EXPECT_EQ(rebuilt, 1);
+    EXPECT_EQ(list.GetCount(), 1u);
+    EXPECT_EQ(list.GetSelection(), noRow);
+}
+
 TEST_F(FormCheckRow, SpaceAndEnterTurnIt) {
     OpenEmpty();
     ui::CheckRow& row = Add<ui::CheckRow>(L"Hidden", false, noting);

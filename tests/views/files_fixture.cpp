@@ -17,6 +17,14 @@ std::optional<std::wstring> OneViewFrame::StoredText(const wchar_t* name) const 
     return app::ReadText(name);
 }
 
+std::optional<DWORD> OneViewFrame::StoredNumber(const wchar_t* name) const {
+    return app::ReadNumber(name);
+}
+
+void OneViewFrame::StoreNumber(const wchar_t* name, DWORD value) {
+    app::WriteNumber(name, value);
+}
+
 void OneViewFrame::StoreText(const wchar_t* name, const std::wstring& value) {
     app::WriteText(name, value);
 }

@@ -31,7 +31,9 @@ class OneViewFrame final : public ui::Window, public views::Frame {
     void MenuStateChanged() override { ++menuChanges; }
     bool FrameKey(WPARAM) override { return false; }
     std::optional<std::wstring> StoredText(const wchar_t* name) const override;
+    std::optional<DWORD> StoredNumber(const wchar_t* name) const override;
     void StoreText(const wchar_t* name, const std::wstring& value) override;
+    void StoreNumber(const wchar_t* name, DWORD value) override;
 
     DWORD flags = 0;
     int titleChanges = 0;

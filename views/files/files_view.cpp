@@ -5,26 +5,15 @@
 #include "platform/handles.h"
 #include "text/format.h"
 #include "ui/action.h"
-#include "ui/clipped_text.h"
-#include "ui/drawing_resources.h"
-#include "ui/theme.h"
+#include "views/files/folder_listing.h"
+#include "views/files/open_file.h"
+#include "views/files/properties_page.h"
 
 namespace views {
 
 namespace {
 
 constexpr wchar_t pathSetting[] = L"path";
-
-bool IsFolder(const wchar_t* path) {
-    const DWORD attributes = GetFileAttributesW(path);
-    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY);
-}
-
-void CutTrailingBackslashes(std::wstring& path) {
-    while (!path.empty() && path.back() == L'\\') {
-        path.pop_back();
-    }
-}
 
 // Measures and shows what has been read of a folder, also when a fault passes.
 class ShowsRows {
@@ -38,31 +27,11 @@ class ShowsRows {
     ViewList& list_;
 };
 
-class FolderSearch {
- public:
-    explicit FolderSearch(const std::wstring& folder)
-        : handle_(platform::FindFirst((folder + L"\\*").c_str(), &found_)) {}
-    ~FolderSearch() {
-        if (*this) {
-            FindClose(handle_);
-        }
-    }
-    FolderSearch(const FolderSearch&) = delete;
-    FolderSearch& operator=(const FolderSearch&) = delete;
-    explicit operator bool() const { return handle_ != INVALID_HANDLE_VALUE; }
-    const platform::FindData& Found() const { return found_; }
-    bool Next() { return platform::FindNext(handle_, &found_); }
-
- private:
-    platform::FindData found_;
-    HANDLE handle_;
-};
-
 }  // namespace
 
 FilesView::FilesView(Frame& frame) : ListView(frame, menuResource) {
     const std::optional<std::wstring> stored = frame.StoredText(pathSetting);
-    if (stored && !stored->empty() && IsFolder(stored->c_str())) {
+    if (stored && !stored->empty() && IsExistingFolder(*stored)) {
         path_ = *stored;
         CutTrailingBackslashes(path_);
     }
@@ -74,13 +43,8 @@ FilesView::~FilesView() {
 
 void FilesView::Layout(HDC dc) {
     ListView::Layout(dc);
-    SHFILEINFOW info = {};
-    icons_ = reinterpret_cast<HIMAGELIST>(
-        platform::FileInfo(nullptr, 0, &info, SHGFI_SYSICONINDEX | SHGFI_SMALLICON));
-    if (!icons_ || !ImageList_GetIconSize(icons_, &iconWidth_, &iconHeight_)) {
-        iconWidth_ = iconHeight_ = 0;
-    }
-    oneLineHeight_ = std::max(oneLineHeight_, iconHeight_ + iconHeight_ / 4);
+    rows_.Layout(dc);
+    oneLineHeight_ = rows_.OneLineHeight();
     if (!pathBar_.Handle()) {
         pathBar_.Open(GetFrame().Pane(), [this] { Back(); });
     }
@@ -143,12 +107,16 @@ void FilesView::Tap(unsigned row) {
 
 void FilesView::Open(unsigned row) {
     const FileItem& item = ItemAt(row);
+    std::wstring path = path_ + L'\\' + item.name;
     if (!item.IsFolder()) {
-        MessageBeep(~0u);
-        return;
+        const std::optional<std::wstring> folder = FolderOfShortcut(path);
+        if (!folder) {
+            OpenWithShell(GetFrame().MainWindow(), path);
+            return;
+        }
+        path = *folder;
     }
-    path_ += L'\\';
-    path_ += item.name;
+    path_ = std::move(path);
     ShowPath();
     Enumerate(path_);
 }
@@ -218,6 +186,10 @@ bool FilesView::Command(WORD command) {
                 MessageBeep(~0u);
             }
             return true;
+        case commandOpenWith:
+        case commandProperties:
+            OpenOrDescribe(command);
+            return true;
         case commandSelect:
             SetMarking(true);
             return true;
@@ -227,8 +199,6 @@ bool FilesView::Command(WORD command) {
         case commandRename:
         case commandDelete:
         case commandNewFolder:
-        case commandOpenWith:
-        case commandProperties:
         case commandCopy:
         case commandCut:
         case commandPaste:
@@ -237,6 +207,19 @@ bool FilesView::Command(WORD command) {
             return true;
         default:
             return ListView::Command(command);
+    }
+}
+
+void FilesView::OpenOrDescribe(WORD command) {
+    if (!HasSelection()) {
+        MessageBeep(~0u);
+        return;
+    }
+    const std::wstring path = path_ + L'\\' + ItemAt(List().GetSelection()).name;
+    if (command == commandOpenWith) {
+        OpenWith(GetFrame(), path);
+    } else {
+        ShowProperties(GetFrame().MainWindow(), path);
     }
 }
 
@@ -296,14 +279,7 @@ void FilesView::RelistAndSelect(const std::wstring& folder, const std::wstring& 
 }
 
 void FilesView::RebuildHideMask() {
-    const DWORD flags = GetFrame().Flags();
-    hideMask_ = 0;
-    if (!(flags & flagShowSystem)) {
-        hideMask_ |= FILE_ATTRIBUTE_SYSTEM;
-    }
-    if (!(flags & flagShowHidden)) {
-        hideMask_ |= FILE_ATTRIBUTE_HIDDEN;
-    }
+    hideMask_ = HideMask(GetFrame().Flags());
 }
 
 void FilesView::Enumerate(const std::wstring& folder) {
@@ -320,55 +296,22 @@ void FilesView::Enumerate(const std::wstring& folder) {
 }
 
 void FilesView::ReadFolder(const std::wstring& folder) {
-    FolderSearch search(folder);
-    std::wstring child = folder + L"\\";
-    const size_t folderLength = child.size();
-    for (bool found = static_cast<bool>(search); found; found = search.Next()) {
-        const platform::FindData& entry = search.Found();
-        if (entry.dwFileAttributes & hideMask_) {
-            continue;
-        }
-        FileItemOwner item = MakeFileItem(entry);
-        child.resize(folderLength);
-        child += item->name;
-        SHFILEINFOW info;
-        if (platform::FileInfo(child.c_str(), item->attributes, &info,
-                               SHGFI_SYSICONINDEX | SHGFI_SMALLICON)) {
-            item->iconIndex = info.iIcon;
-        }
-        InsertSorted(std::move(item));
+    FolderReader reader(folder, hideMask_);
+    while (reader.Next()) {
+        InsertSorted(reader.MakeItem());
     }
 }
 
 unsigned FilesView::LowerBound(const FileItem& item) const {
-    unsigned first = 0;
-    unsigned count = List().GetCount();
-    // Most file systems give their entries in order, so the end is tried first.
-    if (count > 0 && OrdersBefore(ItemAt(count - 1), item)) {
-        return count;
-    }
-    while (count > 0) {
-        const unsigned half = count / 2;
-        if (OrdersBefore(ItemAt(first + half), item)) {
-            first += half + 1;
-            count -= half + 1;
-        } else {
-            count = half;
-        }
-    }
-    return first;
+    return views::LowerBound(List(), item);
 }
 
 void FilesView::InsertSorted(FileItemOwner item) {
-    const unsigned row = LowerBound(*item);
-    List().InsertItem(row, reinterpret_cast<ULONG_PTR>(item.get()));
-    item.release();
+    views::InsertSorted(List(), std::move(item));
 }
 
 void FilesView::SelectItem(const FileItem& probe) {
-    const unsigned row = LowerBound(probe);
-    const bool equal = row < List().GetCount() && !OrdersBefore(probe, ItemAt(row));
-    List().SetSelection(equal ? row : ui::noRow);
+    List().SetSelection(RowOfItem(List(), probe));
 }
 
 void FilesView::SelectName(const std::wstring& name, DWORD attributes) {
@@ -380,71 +323,12 @@ void FilesView::ShowPath() {
     GetFrame().TitleChanged();
 }
 
-bool FilesView::HasSecondLine(const FileItem& item) const {
-    const DWORD flags = GetFrame().Flags();
-    return (flags & flagShowFileDate) || ((flags & flagShowFileSize) && !item.IsFolder());
-}
-
 int FilesView::RowHeight(ULONG_PTR data) const {
-    return HasSecondLine(ItemOf(data)) ? oneLineHeight_ + smallTextHeight_ : oneLineHeight_;
+    return rows_.Height(ItemOf(data), GetFrame().Flags());
 }
 
 void FilesView::DrawRow(const DRAWITEMSTRUCT& row) {
-    const FileItem& item = ItemOf(row.itemData);
-    const HDC dc = row.hDC;
-    const bool selected = (row.itemState & ODS_SELECTED) != 0;
-    if (selected) {
-        ui::FillWithSystemColor(dc, row.rcItem, COLOR_HIGHLIGHT);
-    } else {
-        ui::DrawRowRule(dc, row.rcItem);
-    }
-    const int margin = (textHeight_ + 5) / 6;
-    RECT text = row.rcItem;
-    text.right -= 2 * margin;
-    text.left += 2 * margin;
-    if (icons_ && item.iconIndex >= 0 &&
-        ImageList_Draw(icons_, item.iconIndex, dc, text.left,
-                       row.rcItem.top + (ui::Height(row.rcItem) - iconHeight_) / 2, ILD_NORMAL)) {
-        text.left += iconWidth_ + iconWidth_ / 2;
-    } else {
-        text.left += iconWidth_ > 0 ? iconWidth_ + iconWidth_ / 2 : 0;
-    }
-    SetBkMode(dc, TRANSPARENT);
-    SetTextColor(dc, GetSysColor(selected ? COLOR_HIGHLIGHTTEXT : COLOR_WINDOWTEXT));
-    if (!HasSecondLine(item)) {
-        const platform::Selected font(dc, ui::Fonts().Base());
-        ui::DrawClippedLine(dc, text, item.name);
-        return;
-    }
-    const int padding = (ui::Height(text) - textHeight_ - smallTextHeight_) / 2;
-    text.top += padding;
-    {
-        const platform::Selected font(dc, ui::Fonts().Base());
-        ui::DrawClippedText(dc, text, item.name);
-    }
-    text.top += textHeight_;
-    if (!selected) {
-        constexpr unsigned textShare = 150;
-        SetTextColor(
-            dc, ui::MixColors(GetSysColor(COLOR_WINDOWTEXT), GetSysColor(COLOR_WINDOW), textShare));
-    }
-    const platform::Selected font(dc, ui::Fonts().Small());
-    DrawSecondLine(dc, text, item);
-}
-
-void FilesView::DrawSecondLine(HDC dc, const RECT& area, const FileItem& item) const {
-    const DWORD flags = GetFrame().Flags();
-    RECT date = area;
-    if ((flags & flagShowFileSize) && !item.IsFolder()) {
-        const std::wstring size = text::FormatSize(item.size);
-        const bool alone = !(flags & flagShowFileDate);
-        ui::DrawClippedText(dc, area, size,
-                            alone ? ui::TextAlignment::Left : ui::TextAlignment::Right);
-        date.right -= ui::TextWidth(dc, size) + smallTextHeight_ / 2;
-    }
-    if (flags & flagShowFileDate) {
-        ui::DrawClippedText(dc, date, text::FormatFileTime(item.created, text::Seconds::Without));
-    }
+    rows_.Draw(row, ItemOf(row.itemData), GetFrame().Flags());
 }
 
 }  // namespace views

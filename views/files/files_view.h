@@ -1,7 +1,8 @@
 // The Files view: the entries of one folder, folders first.
 #pragma once
 
-#include "views/files/file_item.h"
+#include "views/files/file_rows.h"
+#include "views/files/folder_listing.h"
 #include "views/files/path_bar.h"
 #include "views/list_view.h"
 
@@ -43,7 +44,6 @@ class FilesView final : public ListView {
     static constexpr UINT menuResource = 500;
     static constexpr UINT markingMenuResource = 506;
 
-    static FileItem& ItemOf(ULONG_PTR data) { return *reinterpret_cast<FileItem*>(data); }
     FileItem& ItemAt(unsigned row) const { return ItemOf(List().GetItemData(row)); }
     // The first row that does not order before the item.
     unsigned LowerBound(const FileItem& item) const;
@@ -56,15 +56,13 @@ class FilesView final : public ListView {
     void SelectItem(const FileItem& probe);
     void SelectName(const std::wstring& name, DWORD attributes);
     void Open(unsigned row);
+    // "Open With..." and "Properties" of the selected row.
+    void OpenOrDescribe(WORD command);
     void ShowPath();
-    bool HasSecondLine(const FileItem& item) const;
-    void DrawSecondLine(HDC dc, const RECT& area, const FileItem& item) const;
 
     std::wstring path_;
     DWORD hideMask_ = 0;
-    HIMAGELIST icons_ = nullptr;
-    int iconWidth_ = 0;
-    int iconHeight_ = 0;
+    FileRows rows_;
     PathBar pathBar_;
     // What was selected when the view was left.
     std::wstring leftName_;

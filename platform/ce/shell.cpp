@@ -1,0 +1,22 @@
+#include "platform/shell.h"
+
+#include <shlobj.h>
+
+namespace platform {
+
+bool OpenFile(const wchar_t* path, const wchar_t* argument) {
+    SHELLEXECUTEINFOW info = {};
+    info.cbSize = sizeof info;
+    info.fMask = SEE_MASK_FLAG_NO_UI;
+    info.lpFile = path;
+    info.lpParameters = argument;
+    info.nShow = SW_SHOWNORMAL;
+    return ShellExecuteExW(&info) != FALSE;
+}
+
+std::wstring SpecialFolder(HWND owner, int folder) {
+    wchar_t path[MAX_PATH] = {};
+    return SHGetSpecialFolderPathW(owner, path, folder, FALSE) ? path : std::wstring();
+}
+
+}  // namespace platform

@@ -1,0 +1,22 @@
+// The shell's calls that take or give paths, as a handheld writes them.
+#pragma once
+
+#include <string>
+
+#include "platform/windows.h"
+
+namespace platform {
+
+#ifdef UNDER_CE
+static_assert(sizeof(SHELLEXECUTEINFOW) == 60);
+#endif
+
+// Hands a file to the program that opens it, or starts a program (ShellExecuteEx without a user
+// interface of its own). `argument` is a path given to the program unquoted, null for none. False
+// on failure, with the thread's last error.
+bool OpenFile(const wchar_t* path, const wchar_t* argument);
+
+// One of the system's folders by its CSIDL (SHGetSpecialFolderPath). Empty when there is none.
+std::wstring SpecialFolder(HWND owner, int folder);
+
+}  // namespace platform

@@ -1,0 +1,97 @@
+#include "views/files/file_rows.h"
+
+#include <algorithm>
+
+#include "platform/handles.h"
+#include "text/format.h"
+#include "ui/clipped_text.h"
+#include "ui/drawing_resources.h"
+#include "ui/paint.h"
+#include "ui/theme.h"
+#include "ui/window.h"
+#include "views/display_flags.h"
+#include "views/list_view.h"
+
+namespace views {
+
+namespace {
+
+bool HasSecondLine(const FileItem& item, DWORD flags) {
+    return (flags & flagShowFileDate) || ((flags & flagShowFileSize) && !item.IsFolder());
+}
+
+}  // namespace
+
+void FileRows::Layout(HDC dc) {
+    textHeight_ = ui::TextHeight(dc, ui::Fonts().Base());
+    smallTextHeight_ = ui::TextHeight(dc, ui::Fonts().Small());
+    SHFILEINFOW info = {};
+    icons_ = reinterpret_cast<HIMAGELIST>(
+        platform::FileInfo(nullptr, 0, &info, SHGFI_SYSICONINDEX | SHGFI_SMALLICON));
+    if (!icons_ || !ImageList_GetIconSize(icons_, &iconWidth_, &iconHeight_)) {
+        iconWidth_ = iconHeight_ = 0;
+    }
+    oneLineHeight_ = std::max(ThumbRowHeight(textHeight_), iconHeight_ + iconHeight_ / 4);
+}
+
+int FileRows::Height(const FileItem& item, DWORD flags) const {
+    return HasSecondLine(item, flags) ? oneLineHeight_ + smallTextHeight_ : oneLineHeight_;
+}
+
+void FileRows::Draw(const DRAWITEMSTRUCT& row, const FileItem& item, DWORD flags) const {
+    const HDC dc = row.hDC;
+    const bool selected = (row.itemState & ODS_SELECTED) != 0;
+    if (selected) {
+        ui::FillWithSystemColor(dc, row.rcItem, COLOR_HIGHLIGHT);
+    } else {
+        ui::DrawRowRule(dc, row.rcItem);
+    }
+    const int margin = (textHeight_ + 5) / 6;
+    RECT text = row.rcItem;
+    text.right -= 2 * margin;
+    text.left += 2 * margin;
+    if (icons_ && item.iconIndex >= 0 &&
+        ImageList_Draw(icons_, item.iconIndex, dc, text.left,
+                       row.rcItem.top + (ui::Height(row.rcItem) - iconHeight_) / 2, ILD_NORMAL)) {
+        text.left += iconWidth_ + iconWidth_ / 2;
+    } else {
+        text.left += iconWidth_ > 0 ? iconWidth_ + iconWidth_ / 2 : 0;
+    }
+    SetBkMode(dc, TRANSPARENT);
+    SetTextColor(dc, GetSysColor(selected ? COLOR_HIGHLIGHTTEXT : COLOR_WINDOWTEXT));
+    if (!HasSecondLine(item, flags)) {
+        const platform::Selected font(dc, ui::Fonts().Base());
+        ui::DrawClippedLine(dc, text, item.name);
+        return;
+    }
+    const int padding = (ui::Height(text) - textHeight_ - smallTextHeight_) / 2;
+    text.top += padding;
+    {
+        const platform::Selected font(dc, ui::Fonts().Base());
+        ui::DrawClippedText(dc, text, item.name);
+    }
+    text.top += textHeight_;
+    if (!selected) {
+        constexpr unsigned textShare = 150;
+        SetTextColor(
+            dc, ui::MixColors(GetSysColor(COLOR_WINDOWTEXT), GetSysColor(COLOR_WINDOW), textShare));
+    }
+    const platform::Selected font(dc, ui::Fonts().Small());
+    DrawSecondLine(dc, text, item, flags);
+}
+
+void FileRows::DrawSecondLine(HDC dc, const RECT& area, const FileItem& item, DWORD flags) const {
+    RECT date = area;
+    if ((flags & flagShowFileSize) && !item.IsFolder()) {
+        const std::wstring size = text::FormatSize(item.size);
+        const bool alone = !(flags & flagShowFileDate);
+        ui::DrawClippedText(dc, area, size,
+                            alone ? ui::TextAlignment::Left : ui::TextAlignment::Right);
+        date.right -= ui::TextWidth(dc, size) + smallTextHeight_ / 2;
+    }
+    if (flags & flagShowFileDate) {
+        ui::DrawClippedText(dc, date, text::FormatFileTime(item.created, text::Seconds::Without));
+    }
+}
+
+}  // namespace views

@@ -1,0 +1,30 @@
+// How the entries of a folder look in a list.
+#pragma once
+
+#include "views/files/file_item.h"
+
+namespace views {
+
+class FileRows {
+ public:
+    // Measures fonts and icons. Heights are pixels.
+    void Layout(HDC dc);
+
+    int OneLineHeight() const { return oneLineHeight_; }
+    // The height of an entry's row under the display options.
+    int Height(const FileItem& item, DWORD flags) const;
+    void Draw(const DRAWITEMSTRUCT& row, const FileItem& item, DWORD flags) const;
+
+ private:
+    void DrawSecondLine(HDC dc, const RECT& area, const FileItem& item, DWORD flags) const;
+
+    // The system's small icons, borrowed.
+    HIMAGELIST icons_ = nullptr;
+    int iconWidth_ = 0;
+    int iconHeight_ = 0;
+    int textHeight_ = 0;
+    int smallTextHeight_ = 0;
+    int oneLineHeight_ = 0;
+};
+
+}  // namespace views

@@ -1,0 +1,13 @@
+// The page that describes one file, folder or shortcut.
+#pragma once
+
+#include <string>
+
+#include "platform/windows.h"
+
+namespace views {
+
+// Shows the page of the entry with this full path until it is closed.
+void ShowProperties(HWND owner, const std::wstring& path);
+
+}  // namespace views
