@@ -182,3 +182,24 @@ TEST_F(GalleryFrame, PressedSoftKeys) {
         Play(finger);
     });
 }
+
+// Of files: the time of a folder's last access changes with each listing.
+TEST_F(GalleryFrame, Properties) {
+    Run([&] {
+        const auto takeProperties = [&](const char* scene) {
+            PostMessageW(frame.Handle(), WM_COMMAND, 614, 0);
+            const HWND page = WaitForWindow(L"#32770");
+            ASSERT_TRUE(page);
+            EXPECT_TRUE(WaitFor([&] { return GetForegroundWindow() == page; }));
+            camera.Take(scene);
+            Press("Escape");
+            EXPECT_TRUE(WaitFor([] { return !FindVisible(L"#32770"); }));
+        };
+        for (int row = 0; row < 3; ++row) {
+            Press("Down");
+        }
+        takeProperties("files_properties_of_a_long_name");
+        Press("Down");
+        takeProperties("files_properties");
+    });
+}
