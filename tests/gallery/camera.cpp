@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <cwchar>
 #include <fstream>
 #include <iterator>
 
@@ -188,6 +189,37 @@ void WaitUntilShown() {
     MsgWaitForMultipleObjectsEx(0, nullptr, 5, 0, 0);
 }
 
+// The scenes that this process has taken.
+std::set<std::string>& TakenScenes() {
+    static std::set<std::string> scenes;
+    return scenes;
+}
+
+// Complains at the end of a run of all tests about pictures that no scene is compared with.
+class LeftPictures final : public testing::Environment {
+ public:
+    void TearDown() override {
+        const testing::UnitTest& tests = *testing::UnitTest::GetInstance();
+        if (Camera::Keeping() || tests.test_to_run_count() < tests.total_test_count()) {
+            return;
+        }
+        WIN32_FIND_DATAW found;
+        const HANDLE search = FindFirstFileW(Wide(PathOf(keptFolder, "*", "")).c_str(), &found);
+        ASSERT_NE(search, INVALID_HANDLE_VALUE);
+        do {
+            const std::string name =
+                Utf8(found.cFileName, static_cast<int>(std::wcslen(found.cFileName)));
+            const std::string scene = name.substr(0, name.rfind('.'));
+            EXPECT_TRUE(scene.empty() || scene == "." || TakenScenes().count(scene))
+                << name << " is kept, but no scene of this name is taken";
+        } while (FindNextFileW(search, &found));
+        FindClose(search);
+    }
+};
+
+const testing::Environment* const leftPictures =
+    testing::AddGlobalTestEnvironment(new LeftPictures());
+
 BOOL CALLBACK RedrawTopLevel(HWND window, LPARAM) {
     DWORD process = 0;
     GetWindowThreadProcessId(window, &process);
@@ -264,6 +296,7 @@ void Camera::Photograph(const Shot& shot) {
         return;
     }
     const std::string scene = shot.scene;
+    TakenScenes().insert(scene);
     HideCaret(nullptr);
     if (shot.asItIs) {
         WaitUntilShown();

@@ -97,6 +97,6 @@ TEST_F(GalleryMessages, ButtonsUnderAFinger) {
         input.Play(Finger().MoveTo(second, bar.top - 40).Up().MoveTo(2, 2));
         // The timer that notices it.
         Sleep(400);
-        camera.Take("message_button_left");
+        camera.Take("message_yes_no");
     });
 }
