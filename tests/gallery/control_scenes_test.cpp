@@ -1,4 +1,5 @@
 // Single controls: bars, menus, the page slider, the row editor, cut texts.
+#include <atomic>
 #include <thread>
 
 #include "tests/gallery/camera.h"
@@ -46,8 +47,14 @@ class GalleryControls : public BarTest {
             const POINT point = OnScreen(slideBar.Handle(), second.x, second.y);
             Finger().Down(point).Play();
             // The bar asks for messages only when the finger moves.
-            std::thread restless([&] { Finger().Wait(200).MoveTo(point.x + 1, point.y).Play(); });
+            std::atomic<bool> taken = false;
+            std::thread restless([&] {
+                for (int step = 0; !taken; ++step) {
+                    Finger().Wait(100).MoveTo(point.x + step % 2, point.y).Play();
+                }
+            });
             camera.Take((scene + "_pressed").c_str());
+            taken = true;
             restless.join();
             input.Play(Finger().MoveTo(1, 1).Up());
         });
