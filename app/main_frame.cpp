@@ -78,6 +78,8 @@ void MainFrame::OnCreate() {
         throw faults::W32Fault();
     }
     slideBar_.LoadBar(viewsMenu);
+    closer_.emplace();
+    closer_->SpareWindow(Handle());
     CreateViews();
     for (const std::unique_ptr<views::View>& view : views_) {
         view->Layout(dc);

@@ -95,6 +95,13 @@ LRESULT CALLBACK RowEditor::Procedure(HWND window, UINT message, WPARAM wParam, 
                 return 0;
             }
             break;
+        case WM_KEYUP:
+            // The hardware's soft keys, which are those of the bar.
+            if (wParam == VK_F1 || wParam == VK_F2) {
+                self->Finish(wParam == VK_F1 ? IDOK : IDCANCEL);
+                return 0;
+            }
+            break;
         case WM_CHAR:
             // The characters of those keys; a control of one line would beep.
             if (wParam == L'\r' || wParam == 27) {

@@ -24,8 +24,8 @@ class RowEditor {
 
     explicit operator bool() const { return edit_ != nullptr; }
 
-    // Runs until the text is confirmed by Enter or a tap beside the editor, or cancelled by
-    // Escape; IDOK or IDCANCEL.
+    // Runs until the text is confirmed by Enter, the left soft key or a tap beside the editor, or
+    // cancelled by Escape or the right soft key; IDOK or IDCANCEL.
     int Run();
     // Ends Run with a result; what the soft keys do.
     void Finish(int result) { result_ = result; }
