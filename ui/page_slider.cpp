@@ -66,7 +66,10 @@ void PageSlider::SetEntries(std::vector<Entry> entries) {
 }
 
 void PageSlider::DrawEntry(HDC dc, const RECT& area, unsigned index) const {
-    DrawClippedLine(dc, area, entries_[index].text, TextAlignment::Centered);
+    // Two long entries side by side must not run into each other.
+    const int margin = TextHeight(dc, Fonts().Base()) / 2;
+    const RECT text = {area.left + margin, area.top, area.right - margin, area.bottom};
+    DrawClippedLine(dc, text, entries_[index].text, TextAlignment::Centered);
 }
 
 void PageSlider::DrawShifted(HDC dc, const RECT& client, int offset) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <cwchar>
 #include <fstream>
 #include <iterator>
 
@@ -58,11 +59,6 @@ std::wstring Wide(const std::string& text) {
 void MakeFolders(const char* folder) {
     CreateDirectoryW(Wide(folder).c_str(), nullptr);
     CreateDirectoryW(Wide(folder + ScreenName()).c_str(), nullptr);
-}
-
-bool Keeping() {
-    const char* const wish = std::getenv("VANTOR_GALLERY");
-    return wish && std::string(wish) == "keep";
 }
 
 std::multiset<std::string> ReadLines(const std::string& path) {
@@ -138,10 +134,25 @@ Mask MaskOfPlaces(const Picture& picture, const std::vector<RECT>& places, POINT
     return mask;
 }
 
+// Leaves a picture that is not as it should be where it can be looked at.
+void LeaveTaken(const std::string& scene, const Picture& taken) {
+    MakeFolders(takenFolder);
+    WritePng(taken, Wide(PathOf(takenFolder, scene, ".png")));
+}
+
+// Removes what an earlier run has left of a scene.
+void RemoveTaken(const std::string& scene) {
+    DeleteFileW(Wide(PathOf(takenFolder, scene, ".png")).c_str());
+    DeleteFileW(Wide(PathOf(takenFolder, scene, "_difference.png")).c_str());
+}
+
 // Says where the pictures differ outside the letters, if they do.
 void Compare(const std::string& scene, const Picture& taken, const Mask& letters) {
     const std::string keptPath = PathOf(keptFolder, scene, ".png");
     const std::optional<Picture> kept = ReadPng(Wide(keptPath));
+    if (!kept || kept->Width() != taken.Width() || kept->Height() != taken.Height()) {
+        LeaveTaken(scene, taken);
+    }
     ASSERT_TRUE(kept) << keptPath << " is missing: tests/gallery/keep makes it";
     ASSERT_EQ(kept->Width(), taken.Width());
     ASSERT_EQ(kept->Height(), taken.Height());
@@ -164,14 +175,12 @@ void Compare(const std::string& scene, const Picture& taken, const Mask& letters
     if (different == 0) {
         return;
     }
-    MakeFolders(takenFolder);
-    const std::string takenPath = PathOf(takenFolder, scene, ".png");
-    WritePng(taken, Wide(takenPath));
+    LeaveTaken(scene, taken);
     WritePng(Picture(taken.Width(), taken.Height(), marked),
              Wide(PathOf(takenFolder, scene, "_difference.png")));
     ADD_FAILURE() << scene << ": " << different << " pixels differ within " << bounds.left << ","
                   << bounds.top << " to " << bounds.right << "," << bounds.bottom << "; see "
-                  << takenPath;
+                  << PathOf(takenFolder, scene, ".png");
 }
 
 // What is drawn reaches the screen when its thread waits for messages.
@@ -179,6 +188,37 @@ void WaitUntilShown() {
     GdiFlush();
     MsgWaitForMultipleObjectsEx(0, nullptr, 5, 0, 0);
 }
+
+// The scenes that this process has taken.
+std::set<std::string>& TakenScenes() {
+    static std::set<std::string> scenes;
+    return scenes;
+}
+
+// Complains at the end of a run of all tests about pictures that no scene is compared with.
+class LeftPictures final : public testing::Environment {
+ public:
+    void TearDown() override {
+        const testing::UnitTest& tests = *testing::UnitTest::GetInstance();
+        if (Camera::Keeping() || tests.test_to_run_count() < tests.total_test_count()) {
+            return;
+        }
+        WIN32_FIND_DATAW found;
+        const HANDLE search = FindFirstFileW(Wide(PathOf(keptFolder, "*", "")).c_str(), &found);
+        ASSERT_NE(search, INVALID_HANDLE_VALUE);
+        do {
+            const std::string name =
+                Utf8(found.cFileName, static_cast<int>(std::wcslen(found.cFileName)));
+            const std::string scene = name.substr(0, name.rfind('.'));
+            EXPECT_TRUE(scene.empty() || scene == "." || TakenScenes().count(scene))
+                << name << " is kept, but no scene of this name is taken";
+        } while (FindNextFileW(search, &found));
+        FindClose(search);
+    }
+};
+
+const testing::Environment* const leftPictures =
+    testing::AddGlobalTestEnvironment(new LeftPictures());
 
 BOOL CALLBACK RedrawTopLevel(HWND window, LPARAM) {
     DWORD process = 0;
@@ -224,6 +264,11 @@ void Camera::Forget() {
     SendMessageW(window_, WM_TAKE, 0, reinterpret_cast<LPARAM>(&shot));
 }
 
+bool Camera::Keeping() {
+    const char* const wish = std::getenv("VANTOR_GALLERY");
+    return wish && std::string(wish) == "keep";
+}
+
 void Camera::MoveFingerAway(const InputTaken& input) {
     PumpWhileUser([&] { input.Play(Finger().MoveTo(1, 1)); });
 }
@@ -251,6 +296,7 @@ void Camera::Photograph(const Shot& shot) {
         return;
     }
     const std::string scene = shot.scene;
+    TakenScenes().insert(scene);
     HideCaret(nullptr);
     if (shot.asItIs) {
         WaitUntilShown();
@@ -279,7 +325,12 @@ void Camera::Photograph(const Shot& shot) {
         WriteLines(textPath, texts);
         return;
     }
-    EXPECT_EQ(Difference(ReadLines(textPath), texts), "") << scene << ": other texts";
+    RemoveTaken(scene);
+    const std::string otherTexts = Difference(ReadLines(textPath), texts);
+    if (!otherTexts.empty()) {
+        LeaveTaken(scene, taken);
+        ADD_FAILURE() << scene << ": other texts\n" << otherTexts;
+    }
     Compare(scene, taken, letters);
 }
 

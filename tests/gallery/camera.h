@@ -32,6 +32,8 @@ class Camera {
     // those that `window` has drawn since Forget.
     void TakeAsItIs(const char* scene, HWND window);
     void Forget();
+    // Whether pictures are kept now instead of compared.
+    static bool Keeping();
     // Puts the pointer where no control looks at it; for the thread that draws.
     static void MoveFingerAway(const InputTaken& input);
 

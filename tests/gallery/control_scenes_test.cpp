@@ -1,4 +1,7 @@
 // Single controls: bars, menus, the page slider, the row editor, cut texts.
+#include <atomic>
+#include <thread>
+
 #include "tests/gallery/camera.h"
 #include "tests/support/finger.h"
 #include "tests/ui/sample_bar.h"
@@ -6,6 +9,7 @@
 #include "ui/drawing_resources.h"
 #include "ui/page_slider.h"
 #include "ui/row_editor.h"
+#include "ui/slide_bar.h"
 
 using namespace test;
 
@@ -16,6 +20,44 @@ class GalleryControls : public BarTest {
     void Open(const std::vector<Item>& items) {
         BarTest::Open(items);
         camera.MoveFingerAway(input);
+    }
+
+    // Drags a slider's entry sideways and takes the picture while the finger is down.
+    void TakeDragged(const char* scene, const ui::PageSlider& slider, int distance) {
+        const POINT from = MiddleOf(slider.Handle());
+        const POINT to = {from.x + distance, from.y};
+        const POINT before = {to.x + (distance > 0 ? -1 : 1), to.y};
+        input.Play(Finger().Down(from).Wait(20).DragTo(from, before, 8));
+        camera.Forget();
+        input.Play(Finger().MoveTo(to));
+        camera.TakeAsItIs(scene, slider.Handle());
+        input.Play(Finger().MoveTo(from).Up());
+    }
+    // The views as a slide bar, the third one current: at rest, and with the second one pressed.
+    void TakeSlideBar(const std::string& scene, const RECT& bounds, POINT second) {
+        ui::SlideBar slideBar;
+        ASSERT_TRUE(slideBar.Open(owner.Handle()));
+        ASSERT_TRUE(slideBar.LoadBar(502));
+        CheckMenuItem(slideBar.Menu(), 2, MF_BYPOSITION | MF_CHECKED);
+        MoveWindow(slideBar.Handle(), bounds.left, bounds.top, ui::Width(bounds),
+                   ui::Height(bounds), FALSE);
+        ShowWindow(slideBar.Handle(), SW_SHOW);
+        Run([&] {
+            camera.Take(scene.c_str());
+            const POINT point = OnScreen(slideBar.Handle(), second.x, second.y);
+            Finger().Down(point).Play();
+            // The bar asks for messages only when the finger moves.
+            std::atomic<bool> taken = false;
+            std::thread restless([&] {
+                for (int step = 0; !taken; ++step) {
+                    Finger().Wait(100).MoveTo(point.x + step % 2, point.y).Play();
+                }
+            });
+            camera.Take((scene + "_pressed").c_str());
+            taken = true;
+            restless.join();
+            input.Play(Finger().MoveTo(1, 1).Up());
+        });
     }
 
     Camera camera;
@@ -154,16 +196,9 @@ TEST_F(GalleryControls, PageSlider) {
     slider.SetEntries({{L"Main memory", 1}, {L"Storage Card", 2}, {L"Battery", 3}});
     Run([&] {
         camera.Take("slider");
-        const POINT from = MiddleOf(slider.Handle());
-        const int distance = ui::Width(area) / 4;
-        const POINT to = {from.x + distance, from.y};
-        input.Play(Finger().Down(from).Wait(20).DragTo(from, POINT{to.x - 1, to.y}, 8));
-        camera.Forget();
-        input.Play(Finger().MoveTo(to));
-        camera.TakeAsItIs("slider_dragged", slider.Handle());
-        input.Play(Finger().MoveTo(from).Up());
+        TakeDragged("slider_dragged", slider, ui::Width(area) / 4);
         Sleep(400);
-        input.Play(Finger().Tap(from));
+        input.Play(Finger().Tap(MiddleOf(slider.Handle())));
         EXPECT_TRUE(WaitForWindow(L"InternalSpinnerMenu"));
         camera.Take("slider_list");
         input.Play(Finger().Key("Escape"));
@@ -196,4 +231,48 @@ TEST_F(GalleryControls, CutTexts) {
     CutTexts texts;
     ASSERT_TRUE(texts.Open(owner.Handle(), area));
     Run([&] { camera.Take("cut_texts"); });
+}
+
+TEST_F(GalleryControls, ADisabledButtonUnderAFinger) {
+    Open({{1, L"Copy", MF_STRING | MF_GRAYED}, {2, L"Cancel"}});
+    Run([&] {
+        camera.Take("bar_disabled");
+        const POINT button = ButtonPoint(0);
+        input.Play(Finger().Down(button).Wait(500));
+        camera.Take("bar_disabled_pressed");
+        input.Play(Finger().MoveTo(button.x, button.y - 100).Up());
+    });
+}
+
+TEST_F(GalleryControls, SlideBarAtTheTop) {
+    Open({{1, L"Done"}});
+    const int width = owner.ClientRectangle().right;
+    const int icon = ui::Resources().mainStrip.IconSize();
+    TakeSlideBar("slide_bar_top", RECT{0, 0, width, icon + icon / 4},
+                 POINT{width * 3 / 8, icon / 2});
+}
+
+TEST_F(GalleryControls, SlideBarAtTheLeft) {
+    Open({{1, L"Done"}});
+    const int height = owner.ClientRectangle().bottom - 40;
+    const int icon = ui::Resources().mainStrip.IconSize();
+    TakeSlideBar("slide_bar_left", RECT{0, 0, icon + icon / 4, height},
+                 POINT{icon / 2, height * 3 / 8});
+}
+
+TEST_F(GalleryControls, PageSliderBetweenEntries) {
+    Open({{1, L"Done"}});
+    ui::PageSlider slider;
+    const std::wstring texts[] = {L"Main memory: 12 of 64 MB", L"Storage Card: 9 of 512 MB",
+                                  L"Battery: 80 percent left"};
+    const platform::WindowDC dc(owner.Handle());
+    const platform::Selected font(dc, ui::Fonts().Base());
+    const int width =
+        std::min<int>(owner.ClientRectangle().right - 40, ui::TextWidth(dc, texts[0]) * 5 / 4);
+    ASSERT_TRUE(slider.Open(owner.Handle(), RECT{20, 60, 20 + width, 120}, owner.Handle()));
+    slider.SetEntries({{texts[0], 1}, {texts[1], 2}, {texts[2], 3}});
+    Run([&] {
+        TakeDragged("slider_to_the_next", slider, width / 3 - 2);
+        TakeDragged("slider_to_the_previous", slider, 2 - width / 3);
+    });
 }

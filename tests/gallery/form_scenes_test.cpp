@@ -2,6 +2,7 @@
 #include "tests/gallery/camera.h"
 #include "tests/support/finger.h"
 #include "tests/ui/sample_list.h"
+#include "text/format.h"
 #include "ui/drawing_resources.h"
 #include "ui/form_rows.h"
 #include "ui/page.h"
@@ -47,6 +48,24 @@ void AddValues(ui::FormList& list) {
     list.AddRow(std::make_unique<ui::CheckRow>(L"Hidden", false));
 }
 
+// More than any screen shows at once.
+void AddLongValues(ui::FormList& list) {
+    int icon = -1;
+    const HIMAGELIST icons = LargeIcons(&icon);
+    list.AddRow(std::make_unique<ui::HeadingRow>(
+        L"Photographs of the summer journey along the coast and back", icons, icon));
+    list.AddRow(std::make_unique<ui::ValueRow>(L"Members:", L"Anna\nBernard\nCharlotte"));
+    for (int stage = 1; stage <= 16; ++stage) {
+        const std::wstring label = text::Format(L"Stage %1!i!:", stage);
+        list.AddRow(std::make_unique<ui::ValueRow>(label, text::FormatSize(stage * 1000u)));
+    }
+    list.AddRow(
+        std::make_unique<ui::ValueRow>(L"A label that is itself longer than any small "
+                                       L"screen is wide, and more:",
+                                       L"Value"));
+    list.AddRow(std::make_unique<ui::CheckRow>(L"The last one", false));
+}
+
 void AddControls(ui::FormList& list) {
     list.AddRow(std::make_unique<ui::HeadingRow>(L"Language:", nullptr, -1));
     const auto group = std::make_shared<ui::ChoiceGroup>();
@@ -90,11 +109,22 @@ class GalleryPages : public testing::Test {
 }  // namespace
 
 TEST_F(GalleryPages, Values) {
-    Show(ui::barDone, AddValues, [&](HWND) {
-        camera.Take("page_values");
+    Show(ui::barDone, AddValues, [&](HWND) { camera.Take("page_values"); });
+}
+
+TEST_F(GalleryPages, LongValues) {
+    Show(ui::barDone, AddLongValues, [&](HWND) {
+        camera.Take("page_long");
         Press("Down");
         Press("Down");
-        camera.Take("page_values_scrolled");
+        Press("Down");
+        camera.Take("page_long_in_the_middle");
+        Finger toTheEnd;
+        for (int row = 0; row < 20; ++row) {
+            toTheEnd.Key("Down");
+        }
+        input.Play(toTheEnd);
+        camera.Take("page_long_at_the_end");
     });
 }
 

@@ -62,6 +62,26 @@ TEST_F(GalleryFrame, Files) {
     });
 }
 
+TEST_F(GalleryFrame, FilesInTheMiddle) {
+    Run(
+        [&] {
+            for (int row = 0; row < 11; ++row) {
+                Press("Down");
+            }
+            camera.Take("files_in_the_middle");
+        },
+        0x0C);
+}
+
+TEST_F(GalleryFrame, AnEmptyFolder) {
+    Run([&] {
+        Press("Down");
+        Press("Return");
+        EXPECT_TRUE(WaitForCaption(L"\\Gallery\\Journeys and Reports\\Maps"));
+        camera.Take("files_empty");
+    });
+}
+
 TEST_F(GalleryFrame, FilesWithDetails) {
     Run(
         [&] {
@@ -157,8 +177,30 @@ TEST_F(GalleryFrame, PressedSoftKeys) {
         camera.Take("bar_right_pressed");
         finger = Finger().MoveTo(bar.right - 40, bar.top - 60);
         Play(finger);
-        camera.Take("bar_left_again");
+        // Nothing is left of the press.
+        camera.Take("files");
         finger = Finger().Up();
         Play(finger);
+    });
+}
+
+// Of files: the time of a folder's last access changes with each listing.
+TEST_F(GalleryFrame, Properties) {
+    Run([&] {
+        const auto takeProperties = [&](const char* scene) {
+            PostMessageW(frame.Handle(), WM_COMMAND, 614, 0);
+            const HWND page = WaitForWindow(L"#32770");
+            ASSERT_TRUE(page);
+            EXPECT_TRUE(WaitFor([&] { return GetForegroundWindow() == page; }));
+            camera.Take(scene);
+            Press("Escape");
+            EXPECT_TRUE(WaitFor([] { return !FindVisible(L"#32770"); }));
+        };
+        for (int row = 0; row < 3; ++row) {
+            Press("Down");
+        }
+        takeProperties("files_properties_of_a_long_name");
+        Press("Down");
+        takeProperties("files_properties");
     });
 }

@@ -75,6 +75,12 @@ TEST_F(GalleryMessages, LongTexts) {
             input.Play(Finger().Key("Down"));
         }
         camera.Take("message_forty_lines_scrolled");
+        Finger toTheEnd;
+        for (int step = 0; step < 40; ++step) {
+            toTheEnd.Key("Down");
+        }
+        input.Play(toTheEnd);
+        camera.Take("message_forty_lines_at_the_end");
         EXPECT_TRUE(IsWindow(box));
     });
 }
@@ -91,6 +97,6 @@ TEST_F(GalleryMessages, ButtonsUnderAFinger) {
         input.Play(Finger().MoveTo(second, bar.top - 40).Up().MoveTo(2, 2));
         // The timer that notices it.
         Sleep(400);
-        camera.Take("message_button_left");
+        camera.Take("message_yes_no");
     });
 }
