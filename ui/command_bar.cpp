@@ -234,7 +234,7 @@ void CommandBar::DrawButton(HDC dc, const RECT& bounds, unsigned button) {
     if (!ReadMenuItem(menu_.Get(), positions_[button], &item)) {
         return;
     }
-    const bool pressed = button == pressed_;
+    const bool pressed = button == pressed_ && !item.Disabled();
     if (pressed) {
         FillWithColor(dc, bounds, barPressedColor);
     }

@@ -91,19 +91,19 @@ FormRows HeadingRow::Overflow(HDC dc, SIZE room) {
         iconWidth_ = iconHeight_ = 0;
     }
     const int line = LineHeight(dc);
-    lines_ = WrapText(dc, text_, std::max<int>(1, room.cx - TextLeft(dc)));
-    return CutToFit(lines_, (std::max<int>(room.cy, iconHeight_) - line / 2) / line, TextLeft(dc));
+    lines_ = WrapText(dc, text_, std::max<int>(1, room.cx - TextLeft()));
+    return CutToFit(lines_, (std::max<int>(room.cy, iconHeight_) - line / 2) / line, TextLeft());
 }
 
 SIZE HeadingRow::Measure(HDC dc, SIZE) {
     const int line = LineHeight(dc);
     const int text = line * static_cast<int>(lines_.size()) + line / 2;
-    return SIZE{TextLeft(dc) + WidestLine(dc, lines_),
+    return SIZE{TextLeft() + WidestLine(dc, lines_),
                 std::max({iconHeight_ + iconHeight_ / 4, TouchHeight(dc), text})};
 }
 
-int HeadingRow::TextLeft(HDC dc) const {
-    return iconWidth_ > 0 ? iconWidth_ + iconWidth_ / 2 : LineHeight(dc) / 2;
+int HeadingRow::TextLeft() const {
+    return iconWidth_ > 0 ? iconWidth_ + iconWidth_ / 2 : 0;
 }
 
 void HeadingRow::Draw(HDC dc, const RECT& area, bool) {
@@ -113,7 +113,7 @@ void HeadingRow::Draw(HDC dc, const RECT& area, bool) {
                        area.top + (Height(area) - iconHeight_) / 2, ILD_NORMAL);
     }
     RECT text = area;
-    text.left += TextLeft(dc);
+    text.left += TextLeft();
     text.top += (Height(area) - line * static_cast<int>(lines_.size())) / 2;
     for (const std::wstring& each : lines_) {
         DrawClippedText(dc, text, each);

@@ -21,7 +21,7 @@ class HeadingRow final : public FormRow {
 
  private:
     // Where the text begins, from the row's left edge.
-    int TextLeft(HDC dc) const;
+    int TextLeft() const;
 
     std::wstring text_;
     HIMAGELIST icons_;
