@@ -17,6 +17,7 @@
 #include "text/resources.h"
 #include "ui/drawing_resources.h"
 #include "views/display_flags.h"
+#include "views/files/file_transfer.h"
 #include "views/files/files_view.h"
 #include "views/view_list.h"
 
@@ -169,6 +170,55 @@ void MeasurePainting() {
         "bare BitBlt", [&] { picture.Show(); }, 101);
 }
 
+// Never asked: nothing is in the way.
+class NoPrompts final : public views::TransferPrompts {
+ public:
+    views::TransferAnswer AskConflict(const std::wstring&, bool, bool) override {
+        return views::answerStop;
+    }
+    void TellOtherKind(const std::wstring&, bool) override {}
+    views::TransferAnswer AskAfterFailure(const std::wstring&, const std::wstring&, bool) override {
+        return views::answerStop;
+    }
+    void OnProgress() override {}
+};
+
+void CopyBare(const std::wstring& source, const std::wstring& destination) {
+    CreateDirectoryW(destination.c_str(), nullptr);
+    platform::FindData found;
+    const HANDLE search = platform::FindFirst((source + L"\\*").c_str(), &found);
+    do {
+        const std::wstring from = source + L'\\' + found.cFileName;
+        const std::wstring to = destination + L'\\' + found.cFileName;
+        if (found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) {
+            CopyBare(from, to);
+        } else {
+            CopyFileW(from.c_str(), to.c_str(), FALSE);
+        }
+    } while (platform::FindNext(search, &found));
+    FindClose(search);
+}
+
+void MeasureCopying() {
+    const test::TemporaryFolder folder;
+    const std::wstring source = folder.MakeFolder(L"source");
+    for (int number = 0; number < 20; ++number) {
+        const std::wstring inner = L"source\\folder " + std::to_wstring(number);
+        folder.MakeFolder(inner);
+        for (int file = 0; file < 100; ++file) {
+            folder.MakeFile(inner + L"\\file " + std::to_wstring(file), std::string(4000, 'x'));
+        }
+    }
+    NoPrompts prompts;
+    int copies = 0;
+    const auto next = [&] { return folder.Path() + L"\\copy " + std::to_wstring(copies++); };
+    std::printf("2,000 files: ");
+    Compare(
+        "copying a tree", "the program",
+        [&] { views::FileTransfer(prompts).CopyItem(source, next()); }, "bare loop",
+        [&] { CopyBare(source, next()); }, 11);
+}
+
 }  // namespace
 
 int main(int count, char** arguments) {
@@ -177,6 +227,7 @@ int main(int count, char** arguments) {
     ui::Resources().Load();
     MeasureDrag();
     MeasurePainting();
+    MeasureCopying();
     MeasureListing(1000, 7);
     if (count > 1 && std::strcmp(arguments[1], "--large") == 0) {
         MeasureListing(10000, 1);

@@ -31,7 +31,7 @@ TransferAnswer FileTransfer::Run(const std::wstring& source, const std::wstring&
     destination_ = destination;
     moving_ = moving;
     levels_.clear();
-    std::optional<TransferAnswer> answer = Begin(true);
+    std::optional<TransferAnswer> answer = Begin(AttributesOf(source_), true);
     while (!levels_.empty()) {
         if (answer) {
             levels_.back().contents |= *answer;
@@ -41,13 +41,12 @@ TransferAnswer FileTransfer::Run(const std::wstring& source, const std::wstring&
     return *answer;
 }
 
-std::optional<TransferAnswer> FileTransfer::Begin(bool topLevel) {
+std::optional<TransferAnswer> FileTransfer::Begin(DWORD attributes, bool topLevel) {
     prompts_.OnProgress();
-    return moving_ ? BeginMove(topLevel) : BeginCopy(topLevel);
+    return moving_ ? BeginMove(attributes, topLevel) : BeginCopy(attributes, topLevel);
 }
 
-std::optional<TransferAnswer> FileTransfer::BeginCopy(bool topLevel) {
-    const DWORD attributes = AttributesOf(source_);
+std::optional<TransferAnswer> FileTransfer::BeginCopy(DWORD attributes, bool topLevel) {
     const bool folder = (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
     const TransferAnswer conflict = CheckConflict(folder, topLevel);
     if (conflict != answerGoAhead && conflict != answerOverwrite) {
@@ -70,8 +69,8 @@ std::optional<TransferAnswer> FileTransfer::BeginCopy(bool topLevel) {
     return std::nullopt;
 }
 
-std::optional<TransferAnswer> FileTransfer::BeginMove(bool topLevel) {
-    const bool folder = (AttributesOf(source_) & FILE_ATTRIBUTE_DIRECTORY) != 0;
+std::optional<TransferAnswer> FileTransfer::BeginMove(DWORD attributes, bool topLevel) {
+    const bool folder = (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
     const TransferAnswer conflict = CheckConflict(folder, topLevel);
     if (conflict != answerGoAhead && conflict != answerOverwrite) {
         return conflict;
@@ -124,7 +123,7 @@ std::optional<TransferAnswer> FileTransfer::Advance() {
         (source_ += L'\\') += entry->cFileName;
         (destination_ += L'\\') += entry->cFileName;
         folderFails = false;
-        return Begin(false);
+        return Begin(entry->dwFileAttributes, false);
     } catch (...) {
         // A failure is answered for by the folder that what failed lies in.
         if (folderFails) {

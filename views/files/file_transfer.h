@@ -66,10 +66,11 @@ class FileTransfer {
     };
 
     TransferAnswer Run(const std::wstring& source, const std::wstring& destination, bool moving);
-    // Does the item that the paths name; none when it is a folder that has been entered.
-    std::optional<TransferAnswer> Begin(bool topLevel);
-    std::optional<TransferAnswer> BeginCopy(bool topLevel);
-    std::optional<TransferAnswer> BeginMove(bool topLevel);
+    // Does the item that the paths name, whose attributes the walk knows already; none when it is a
+    // folder that has been entered.
+    std::optional<TransferAnswer> Begin(DWORD attributes, bool topLevel);
+    std::optional<TransferAnswer> BeginCopy(DWORD attributes, bool topLevel);
+    std::optional<TransferAnswer> BeginMove(DWORD attributes, bool topLevel);
     // The next entry of the innermost folder; null at its end, or when it is to be left.
     const platform::FindData* NextEntry();
     // Begins the next entry of the innermost folder, or leaves that folder.
