@@ -100,3 +100,26 @@ TEST_F(GalleryMessages, ButtonsUnderAFinger) {
         camera.Take("message_yes_no");
     });
 }
+
+TEST_F(GalleryMessages, PromptsOfTheFileOperations) {
+    const std::wstring name = L"Journeys and Reports.txt";
+    const std::wstring path = L"\\My Documents\\Letters\\" + name;
+    const std::wstring error = L"Access is denied.";
+    const std::vector<UINT> ok = {131};
+    const std::vector<UINT> cancel = {135};
+    const std::vector<UINT> yesNo = {133, 134};
+    const std::vector<UINT> yesNoCancel = {133, 134, 135};
+    Take("prompt_cannot_rename", text::FormatText(250, name, error), 142, ok);
+    Take("prompt_cannot_make_shortcut", text::FormatText(251, path, error), 142, ok);
+    Take("prompt_cannot_paste", text::FormatText(253, path, error), 142, ok);
+    Take("prompt_cannot_delete", text::FormatText(256, path, error), 142, ok);
+    Take("prompt_folder_in_the_way", text::FormatText(254, name), 141, cancel);
+    Take("prompt_file_in_the_way", text::FormatText(255, name), 141, cancel);
+    Take("prompt_merge", text::FormatText(352, name), 141, yesNo, 1);
+    Take("prompt_into_itself", std::wstring(text::LoadText(353)), 142, ok);
+    Take("prompt_overwrite", text::FormatText(354, name), 141, yesNoCancel, 1);
+    Take("prompt_delete_several", text::FormatText(355, 12), 141, yesNo);
+    Take("prompt_delete_folder", text::FormatText(357, path), 141, yesNo);
+    Take("prompt_close_applications", text::FormatText(359, path), 141, yesNoCancel);
+    Take("prompt_empty_name", L"Please, specify not empty filename", 142, ok);
+}
