@@ -92,18 +92,19 @@ void TextLineRow::Draw(HDC dc, const RECT& area, bool) {
     DrawClippedText(dc, area, text_);
 }
 
-int ValueRow::LabelWidth(HDC dc) const {
-    return std::max(labelWidth_, TextWidth(dc, label_));
-}
-
 SIZE ValueRow::Measure(HDC dc, SIZE room) {
     const int gap = LineHeight(dc) / 2;
-    const int label = LabelWidth(dc);
+    const int label = TextWidth(dc, label_);
     const int value = TextWidth(dc, value_);
     const bool oneLine = value_.find(L'\n') == std::wstring::npos;
-    valueBelow_ = !oneLine || label + gap + value > room.cx;
+    // A value too long for the column may fit behind its own label.
+    valueLeft_ = std::max(label, labelWidth_) + gap;
+    if (valueLeft_ + value > room.cx) {
+        valueLeft_ = label + gap;
+    }
+    valueBelow_ = !oneLine || valueLeft_ + value > room.cx;
     if (!valueBelow_) {
-        return SIZE{label + gap + value, LineHeight(dc) + LineHeight(dc) / 2};
+        return SIZE{valueLeft_ + value, LineHeight(dc) + LineHeight(dc) / 2};
     }
     const SIZE wrapped = WrappedSize(dc, value_, room.cx - gap);
     return SIZE{std::max<LONG>(label, gap + wrapped.cx),
@@ -123,7 +124,7 @@ void ValueRow::Draw(HDC dc, const RECT& area, bool selected) {
     SetTextColor(dc, GetSysColor(selected ? COLOR_HIGHLIGHTTEXT : COLOR_WINDOWTEXT));
     RECT value = label;
     if (!valueBelow_) {
-        value.left += LabelWidth(dc) + line / 2;
+        value.left += valueLeft_;
         DrawClippedText(dc, value, value_);
         return;
     }

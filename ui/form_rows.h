@@ -51,7 +51,7 @@ class TextLineRow final : public FormRow {
 // A label and a value beside it; a value that does not fit beside its label wraps below it.
 class ValueRow final : public FormRow {
  public:
-    // Values of rows with the same `labelWidth` (pixels) stand in a column.
+    // Values of rows with the same `labelWidth` (pixels) stand in a column as far as they fit.
     ValueRow(std::wstring label, std::wstring value, int labelWidth = 0)
         : label_(std::move(label)), value_(std::move(value)), labelWidth_(labelWidth) {}
     SIZE Measure(HDC dc, SIZE room) override;
@@ -59,11 +59,11 @@ class ValueRow final : public FormRow {
     void SetValue(std::wstring value) { value_ = std::move(value); }
 
  private:
-    int LabelWidth(HDC dc) const;
-
     std::wstring label_;
     std::wstring value_;
     int labelWidth_;
+    // Where a value beside its label begins, from the row's left edge.
+    int valueLeft_ = 0;
     bool valueBelow_ = false;
 };
 
