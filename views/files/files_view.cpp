@@ -7,7 +7,7 @@
 #include "ui/action.h"
 #include "views/files/folder_listing.h"
 #include "views/files/open_file.h"
-#include "views/files/properties_page.h"
+#include "views/properties_page.h"
 
 namespace views {
 
