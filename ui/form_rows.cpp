@@ -138,16 +138,19 @@ void TextLineRow::Draw(HDC dc, const RECT& area, bool) {
     DrawClippedText(dc, area, text_);
 }
 
-int ValueRow::LabelWidth(HDC dc) const {
-    return std::max(labelWidth_, TextWidth(dc, label_));
-}
-
 FormRows ValueRow::Overflow(HDC dc, SIZE room) {
     const int line = LineHeight(dc);
     const int gap = ValueIndent(dc);
+    const int label = TextWidth(dc, label_);
+    const int value = TextWidth(dc, value_);
     const bool oneLine = value_.find(L'\n') == std::wstring::npos;
     lines_.clear();
-    if (oneLine && LabelWidth(dc) + gap + TextWidth(dc, value_) <= room.cx) {
+    // A value too long for the column may fit behind its own label.
+    valueLeft_ = std::max(label, labelWidth_) + gap;
+    if (valueLeft_ + value > room.cx) {
+        valueLeft_ = label + gap;
+    }
+    if (oneLine && valueLeft_ + value <= room.cx) {
         return {};
     }
     lines_ = WrapText(dc, value_, std::max<int>(1, room.cx - gap));
@@ -157,11 +160,10 @@ FormRows ValueRow::Overflow(HDC dc, SIZE room) {
 SIZE ValueRow::Measure(HDC dc, SIZE) {
     const int line = LineHeight(dc);
     const int gap = ValueIndent(dc);
-    const int label = LabelWidth(dc);
     if (lines_.empty()) {
-        return SIZE{label + gap + TextWidth(dc, value_), line + line / 2};
+        return SIZE{valueLeft_ + TextWidth(dc, value_), line + line / 2};
     }
-    return SIZE{std::max(label, gap + WidestLine(dc, lines_)),
+    return SIZE{std::max(TextWidth(dc, label_), gap + WidestLine(dc, lines_)),
                 line * (1 + static_cast<int>(lines_.size())) + line / 2};
 }
 
@@ -177,7 +179,7 @@ void ValueRow::Draw(HDC dc, const RECT& area, bool selected) {
     DrawClippedText(dc, text, label_);
     SetTextColor(dc, GetSysColor(selected ? COLOR_HIGHLIGHTTEXT : COLOR_WINDOWTEXT));
     if (lines_.empty()) {
-        text.left += LabelWidth(dc) + ValueIndent(dc);
+        text.left += valueLeft_;
         DrawClippedText(dc, text, value_);
         return;
     }

@@ -54,7 +54,7 @@ class TextLineRow final : public FormRow {
 // goes on in rows of its own where one row would take too much of the page.
 class ValueRow final : public FormRow {
  public:
-    // Values of rows with the same `labelWidth` (pixels) stand in a column.
+    // Values of rows with the same `labelWidth` (pixels) stand in a column as far as they fit.
     ValueRow(std::wstring label, std::wstring value, int labelWidth = 0)
         : label_(std::move(label)), value_(std::move(value)), labelWidth_(labelWidth) {}
     SIZE Measure(HDC dc, SIZE room) override;
@@ -64,13 +64,13 @@ class ValueRow final : public FormRow {
     void SetValue(std::wstring value) { value_ = std::move(value); }
 
  private:
-    int LabelWidth(HDC dc) const;
-
     std::wstring label_;
     std::wstring value_;
     int labelWidth_;
     // The lines below the label that this row shows itself; none when the value stands beside it.
     std::vector<std::wstring> lines_;
+    // Where a value beside its label begins, from the row's left edge.
+    int valueLeft_ = 0;
 };
 
 // A check box and its label. One that only shows something accepts no selection.

@@ -1,17 +1,43 @@
 #include "platform/shell.h"
 
+#include <objbase.h>
 #include <shlobj.h>
 
 #include <cstdint>
 #include <string>
 
 #include "platform/desktop/paths.h"
+#include "platform/desktop/shortcuts.h"
 
 namespace platform {
 
-bool OpenFile(const wchar_t* path, const wchar_t* argument) {
-    const std::wstring file = desktop::ToDesktopPath(path);
-    const std::wstring parameters = argument ? desktop::ToDesktopPath(argument) : std::wstring();
+namespace {
+
+bool ComIsInitialized() {
+    APTTYPE type;
+    APTTYPEQUALIFIER qualifier;
+    return CoGetApartmentType(&type, &qualifier) != CO_E_NOTINITIALIZED;
+}
+
+// Wine's ShellExecuteEx uninitialises COM once more than it initialises it on a thread of the
+// multithreaded apartment.
+class KeepsCom {
+ public:
+    KeepsCom() = default;
+    ~KeepsCom() {
+        if (wasInitialized_ && !ComIsInitialized()) {
+            CoInitializeEx(nullptr, COINIT_MULTITHREADED);
+        }
+    }
+    KeepsCom(const KeepsCom&) = delete;
+    KeepsCom& operator=(const KeepsCom&) = delete;
+
+ private:
+    bool wasInitialized_ = ComIsInitialized();
+};
+
+// `parameters` may be empty.
+bool Execute(const std::wstring& file, const std::wstring& parameters) {
     if (file.size() >= MAX_PATH) {
         SetLastError(ERROR_FILENAME_EXCED_RANGE);
         return false;
@@ -20,14 +46,38 @@ bool OpenFile(const wchar_t* path, const wchar_t* argument) {
     info.cbSize = sizeof info;
     info.fMask = SEE_MASK_FLAG_NO_UI;
     info.lpFile = file.c_str();
-    info.lpParameters = argument ? parameters.c_str() : nullptr;
+    info.lpParameters = parameters.empty() ? nullptr : parameters.c_str();
     info.nShow = SW_SHOWNORMAL;
-    if (ShellExecuteExW(&info)) {
-        return true;
+    bool started = false;
+    DWORD error = ERROR_SUCCESS;
+    {
+        const KeepsCom com;
+        started = ShellExecuteExW(&info) != FALSE;
+        error = GetLastError();
     }
     // Wine tells so in the older of the two results only.
-    if (reinterpret_cast<INT_PTR>(info.hInstApp) == SE_ERR_NOASSOC) {
-        SetLastError(ERROR_NO_ASSOCIATION);
+    if (!started && reinterpret_cast<INT_PTR>(info.hInstApp) == SE_ERR_NOASSOC) {
+        error = ERROR_NO_ASSOCIATION;
+    }
+    SetLastError(error);
+    return started;
+}
+
+}  // namespace
+
+bool OpenFile(const wchar_t* path, const wchar_t* argument) {
+    const std::wstring file = desktop::ToDesktopPath(path);
+    if (Execute(file, argument ? desktop::ToDesktopPath(argument) : std::wstring())) {
+        return true;
+    }
+    // Nor does it follow shortcuts there.
+    const DWORD error = GetLastError();
+    if (error == ERROR_NO_ASSOCIATION) {
+        const auto target = desktop::ReadShortcut(file);
+        if (target && !target->path.empty()) {
+            return Execute(target->path, target->arguments);
+        }
+        SetLastError(error);
     }
     return false;
 }

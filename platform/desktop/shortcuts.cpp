@@ -6,6 +6,7 @@
 #include <string>
 
 #include "platform/desktop/paths.h"
+#include "platform/desktop/shortcuts.h"
 #include "platform/handles.h"
 
 namespace platform {
@@ -22,12 +23,7 @@ bool Succeed(HRESULT result) {
     return false;
 }
 
-// A command taken apart as a PC's shortcut keeps it.
-struct Command {
-    std::wstring path;
-    std::wstring arguments;
-    bool operator==(const Command&) const = default;
-};
+using Command = desktop::ShortcutTarget;
 
 // A bare name is looked for in the Windows folder, as a handheld does.
 std::wstring FullPath(const std::wstring& path) {
@@ -56,12 +52,15 @@ Command TakeApart(const std::wstring& text) {
 class Link {
  public:
     // False with the thread's last error.
-    bool Open() {
+    bool Make() {
         return Succeed(CoCreateInstance(CLSID_ShellLink, nullptr, CLSCTX_INPROC_SERVER,
                                         IID_IShellLinkW,
                                         reinterpret_cast<void**>(link_.Receive()))) &&
                Succeed(link_->QueryInterface(IID_IPersistFile,
                                              reinterpret_cast<void**>(file_.Receive())));
+    }
+    bool Load(const std::wstring& file) {
+        return Make() && Succeed(file_->Load(file.c_str(), STGM_READ));
     }
     IShellLinkW* operator->() const { return link_.Get(); }
     const ComPointer<IPersistFile>& File() const { return file_; }
@@ -84,6 +83,12 @@ std::wstring Field(int size, Read read) {
     const size_t end = text.find(L'\0');
     text.resize(end == std::wstring::npos ? 0 : end);
     return text;
+}
+
+Command TargetOf(const Link& link) {
+    return Command{
+        Field(MAX_PATH, [&](wchar_t* text) { return link->GetPath(text, MAX_PATH, nullptr, 0); }),
+        Field(fieldSize, [&](wchar_t* text) { return link->GetArguments(text, fieldSize); })};
 }
 
 bool SameCommand(const Command& first, const Command& second) {
@@ -109,7 +114,7 @@ bool CreateShortcut(const wchar_t* shortcut, const wchar_t* command) {
         return false;
     }
     Link link;
-    return link.Open() && Succeed(link->SetPath(parts.path.c_str())) &&
+    return link.Make() && Succeed(link->SetPath(parts.path.c_str())) &&
            Succeed(link->SetArguments(parts.arguments.c_str())) &&
            Succeed(link->SetDescription(text.c_str())) &&
            Succeed(link.File()->Save(file.c_str(), TRUE));
@@ -117,15 +122,12 @@ bool CreateShortcut(const wchar_t* shortcut, const wchar_t* command) {
 
 bool ShortcutTarget(const wchar_t* shortcut, wchar_t* target, size_t capacity) {
     Link link;
-    if (!link.Open() ||
-        !Succeed(link.File()->Load(desktop::ToDesktopPath(shortcut).c_str(), STGM_READ))) {
+    if (!link.Load(desktop::ToDesktopPath(shortcut))) {
         return false;
     }
     std::wstring command =
         Field(fieldSize, [&](wchar_t* text) { return link->GetDescription(text, fieldSize); });
-    const Command parts{
-        Field(MAX_PATH, [&](wchar_t* text) { return link->GetPath(text, MAX_PATH, nullptr, 0); }),
-        Field(fieldSize, [&](wchar_t* text) { return link->GetArguments(text, fieldSize); })};
+    const Command parts = TargetOf(link);
     // Another program's comment is no command, or the target has been changed since.
     if (!SameCommand(TakeApart(command), parts)) {
         command.clear();
@@ -143,6 +145,11 @@ bool ShortcutTarget(const wchar_t* shortcut, wchar_t* target, size_t capacity) {
     command.copy(target, command.size());
     target[command.size()] = 0;
     return true;
+}
+
+std::optional<desktop::ShortcutTarget> desktop::ReadShortcut(const std::wstring& file) {
+    Link link;
+    return link.Load(file) ? std::optional(TargetOf(link)) : std::nullopt;
 }
 
 }  // namespace platform

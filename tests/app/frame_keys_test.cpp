@@ -5,6 +5,7 @@
 #include "tests/support/monitor.h"
 #include "tests/support/wait.h"
 #include "tests/support/windows_seen.h"
+#include "views/view_list.h"
 
 using namespace test;
 
@@ -24,6 +25,14 @@ class FrameKeys : public FrameFixture {
         CleanSettings::SetText(L"path", folder.Path());
         Open();
     }
+    // For the user's thread: selects the last row of Files.
+    void SelectLast() const {
+        const auto list =
+            static_cast<views::ViewList*>(reinterpret_cast<ui::Window*>(GetWindowLongPtrW(
+                FindChild(frame.Handle(), views::ViewList::className), GWLP_USERDATA)));
+        Finger().Key("End").Play();
+        EXPECT_TRUE(WaitFor([&] { return list->GetSelection() != ui::noRow; }));
+    }
     std::wstring Parent() const { return folder.Path().substr(0, folder.Path().rfind(L'\\')); }
     void PressBack(UINT modifiers) const {
         SendMessageW(frame.Handle(), WM_HOTKEY, VK_ESCAPE, BackKey(modifiers));
@@ -42,6 +51,46 @@ std::vector<LONG> Edges(HWND window) {
 using EdgeList = std::vector<LONG>;
 
 }  // namespace
+
+TEST_F(FrameKeys, TheBackKeyGoesUpInOpenFileAndThenLeavesIt) {
+    folder.MakeFile(L"a.txt");
+    CleanSettings::SetText(L"SelectAppPath", L"\\Temp");
+    CleanSettings::SetText(L"path", folder.Path());
+    Open();
+    RunFrame([&] {
+        SetForegroundWindow(frame.Handle());
+        SelectLast();
+        PostMessageW(frame.Handle(), WM_COMMAND, 619, 0);
+        const HWND dialog = WaitForWindow(L"#32770");
+        ASSERT_TRUE(dialog);
+        const auto shows = [&](const wchar_t* path) {
+            return WaitFor([&] { return TextOf(FindChild(dialog, L"kx::PathBar")) == path; });
+        };
+        EXPECT_TRUE(shows(L"\\Temp"));
+        PressBack(0);
+        PressBack(MOD_KEYUP);
+        EXPECT_TRUE(shows(L"\\"));
+        EXPECT_TRUE(IsWindow(dialog));
+        PressBack(MOD_KEYUP);
+        EXPECT_TRUE(WaitFor([&] { return !IsWindow(dialog); }));
+    });
+}
+
+TEST_F(FrameKeys, TheBackKeyClosesAPage) {
+    folder.MakeFile(L"a.txt");
+    CleanSettings::SetText(L"path", folder.Path());
+    Open();
+    RunFrame([&] {
+        SetForegroundWindow(frame.Handle());
+        SelectLast();
+        PostMessageW(frame.Handle(), WM_COMMAND, 614, 0);
+        const HWND page = WaitForWindow(L"#32770");
+        ASSERT_TRUE(page);
+        EXPECT_TRUE(WaitFor([&] { return FindChild(page, L"DlgControlList"); }));
+        PressBack(MOD_KEYUP);
+        EXPECT_TRUE(WaitFor([&] { return !IsWindow(page); }));
+    });
+}
 
 TEST_F(FrameKeys, OfTheSoftKeysOpenAndCloseThePopups) {
     Open();

@@ -1,4 +1,7 @@
+#include <algorithm>
+
 #include "tests/support/drawn_texts.h"
+#include "tests/support/platform_hook.h"
 #include "tests/ui/sample_bar.h"
 #include "tests/ui/sample_form.h"
 #include "text/format.h"
@@ -15,6 +18,33 @@ class FormValueRow : public FormTest {
     int HeightOf(const std::wstring& label, const std::wstring& value) {
         list.Clear();
         Add<ui::ValueRow>(label, value);
+        list.Layout();
+        return list.GetTotalHeight();
+    }
+    // Where the second text of a row, its value, begins when the row is drawn.
+    int LeftOf(unsigned row) {
+        const platform::WindowDC screen(list.Handle());
+        const platform::UniqueBitmap bitmap(CreateCompatibleBitmap(screen, width, height));
+        const platform::UniqueMemoryDC memory(CreateCompatibleDC(screen));
+        const platform::Selected chosen(memory.Get(), bitmap.Get());
+        const platform::Selected font(memory.Get(), ui::Fonts().Base());
+        lefts.clear();
+        const PlatformHook<decltype(NoteLeft)> hook("ExtTextOutW", NoteLeft);
+        list.RowAt(row).Draw(memory.Get(), RECT{0, 0, width, height}, false);
+        return lefts.size() == 2 ? lefts[1] : -1;
+    }
+    static BOOL WINAPI NoteLeft(HDC, int x, int, UINT, const RECT*, LPCWSTR, UINT, const INT*) {
+        lefts.push_back(x);
+        return TRUE;
+    }
+    static inline std::vector<int> lefts;
+};
+
+class FormHeadingRow : public FormTest {
+ protected:
+    int HeightOf(const std::wstring& text) {
+        list.Clear();
+        Add<ui::HeadingRow>(text, nullptr, -1);
         list.Layout();
         return list.GetTotalHeight();
     }
@@ -143,10 +173,45 @@ TEST_F(FormValueRow, FlowsAnewWithTheWidthAndKeepsTheSelectionOnItsRow) {
     EXPECT_EQ(below.deleted, 0);
 }
 
+TEST_F(FormValueRow, ValuesStandInAColumnBehindTheWidestLabel) {
+    const int widest = 90;
+    OpenEmpty();
+    Add<ui::ValueRow>(L"A", L"value", widest);
+    Add<ui::ValueRow>(L"Longer", L"value", widest);
+    list.Layout();
+    const int lefts[] = {LeftOf(0), LeftOf(1)};
+    EXPECT_EQ(lefts[0], lefts[1]);
+    EXPECT_GT(lefts[0], widest);
+}
+
+TEST_F(FormValueRow, AValueTooLongForItsColumnStandsBehindItsLabel) {
+    OpenEmpty();
+    const int oneLine = HeightOf(L"A", L"a longer value");
+    list.Clear();
+    Add<ui::ValueRow>(L"A", L"a longer value", 150);
+    list.Layout();
+    EXPECT_EQ(list.GetTotalHeight(), oneLine);
+    EXPECT_LT(LeftOf(0), 100);
+}
+
 TEST_F(FormValueRow, RefusesTheSelection) {
     OpenEmpty();
     HeightOf(L"Path", L"value");
     EXPECT_EQ(SelectionAfter("Down"), noRow);
+}
+
+TEST_F(FormHeadingRow, ALongTextWrapsAndIsDrawnAsAWhole) {
+    OpenEmpty();
+    const int one = HeightOf(L"short");
+    EXPECT_EQ(HeightOf(L"a few"), one);
+    const std::wstring text = L"a rather long name of a file that nobody remembers anyway.txt";
+    const DrawnTexts drawn;
+    EXPECT_GT(HeightOf(text), one);
+    Show();
+    std::string all = drawn.All();
+    std::replace(all.begin(), all.end(), '\n', ' ');
+    EXPECT_NE(all.find(std::string(text.begin(), text.end())), std::string::npos) << all;
+    EXPECT_GT(HeightOf(std::wstring(200, L'x')), HeightOf(text));
 }
 
 TEST_F(FormCheckRow, ATapTurnsIt) {

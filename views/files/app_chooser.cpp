@@ -11,7 +11,7 @@
 #include "views/display_flags.h"
 #include "views/files/chooser_list.h"
 #include "views/files/path_bar.h"
-#include "views/files/properties_page.h"
+#include "views/properties_page.h"
 
 namespace views {
 

@@ -8,7 +8,7 @@
 #include "ui/drawing_resources.h"
 #include "views/files/folder_listing.h"
 #include "views/files/open_file.h"
-#include "views/files/properties_page.h"
+#include "views/properties_page.h"
 
 namespace views {
 

@@ -1,4 +1,4 @@
-#include "views/files/properties_page.h"
+#include "views/properties_page.h"
 
 #include <algorithm>
 

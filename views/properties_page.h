@@ -1,4 +1,4 @@
-// The page that describes one file, folder or shortcut.
+// The page that describes one file, folder or shortcut, for every view; Files has its code.
 #pragma once
 
 #include <string>
