@@ -5,8 +5,9 @@
 
 namespace platform {
 
-// Whether two paths name one file, which on a PC may have several spellings (its index on its
-// volume, GetFileInformationByHandle). A handheld has one path to a file.
-bool IsSameFile(const wchar_t* first, const wchar_t* second);
+// Tells whether two paths name one file or folder, which on a PC may have several spellings (its
+// index on its volume, GetFileInformationByHandle). A handheld has one path to each. False when
+// that cannot be found out, with the thread's last error.
+bool CompareFiles(const wchar_t* first, const wchar_t* second, bool* same);
 
 }  // namespace platform

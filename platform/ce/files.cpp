@@ -2,9 +2,10 @@
 
 namespace platform {
 
-bool IsSameFile(const wchar_t* first, const wchar_t* second) {
-    return CompareStringW(LOCALE_USER_DEFAULT, NORM_IGNORECASE, first, -1, second, -1) ==
-           CSTR_EQUAL;
+bool CompareFiles(const wchar_t* first, const wchar_t* second, bool* same) {
+    *same =
+        CompareStringW(LOCALE_USER_DEFAULT, NORM_IGNORECASE, first, -1, second, -1) == CSTR_EQUAL;
+    return true;
 }
 
 }  // namespace platform

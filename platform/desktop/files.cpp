@@ -15,12 +15,15 @@ bool Identify(const wchar_t* path, BY_HANDLE_FILE_INFORMATION* identity) {
 
 }  // namespace
 
-bool IsSameFile(const wchar_t* first, const wchar_t* second) {
+bool CompareFiles(const wchar_t* first, const wchar_t* second, bool* same) {
     BY_HANDLE_FILE_INFORMATION one;
     BY_HANDLE_FILE_INFORMATION other;
-    return Identify(first, &one) && Identify(second, &other) &&
-           one.dwVolumeSerialNumber == other.dwVolumeSerialNumber &&
-           one.nFileIndexHigh == other.nFileIndexHigh && one.nFileIndexLow == other.nFileIndexLow;
+    if (!Identify(first, &one) || !Identify(second, &other)) {
+        return false;
+    }
+    *same = one.dwVolumeSerialNumber == other.dwVolumeSerialNumber &&
+            one.nFileIndexHigh == other.nFileIndexHigh && one.nFileIndexLow == other.nFileIndexLow;
+    return true;
 }
 
 }  // namespace platform

@@ -221,6 +221,15 @@ TEST_F(Pasting, AFolderIsNotPastedIntoItself) {
     EXPECT_EQ(ContentAt(From(L"Docs\\a.txt")), "first");
 }
 
+TEST_F(Pasting, AFolderIsKnownByEverySpellingAsItself) {
+    folder.MakeFolder(L"from\\Docs\\Sub");
+    GoTo(L"from\\Docs\\Sub");
+    PutPaths({L"\\\\?\\" + Outside(From(L"Docs"))});
+    Give(57637,
+         [&] { Answer(L"The destination folder is a subfolder of the source folder.", "Return"); });
+    EXPECT_TRUE(Rows().empty());
+}
+
 TEST_F(PastingConflicts, AnExistingFileIsOverwrittenOnlyAfterYes) {
     folder.MakeFile(L"to\\photo.jpg", "older");
     const std::wstring text =

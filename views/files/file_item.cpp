@@ -23,6 +23,18 @@ FileItemOwner MakeFileItem(const platform::FindData& found) {
                         static_cast<uint64_t>(found.nFileSizeHigh) << 32 | found.nFileSizeLow);
 }
 
+bool IsSameEntry(const FileItem& first, const FileItem& second) {
+    const wchar_t* one = first.name;
+    const wchar_t* other = second.name;
+    while (*one && *other &&
+           (*one == *other ||
+            CompareStringW(LOCALE_USER_DEFAULT, NORM_IGNORECASE, one, 1, other, 1) == CSTR_EQUAL)) {
+        ++one;
+        ++other;
+    }
+    return first.IsFolder() == second.IsFolder() && *one == *other;
+}
+
 bool OrdersBefore(const FileItem& first, const FileItem& second) {
     if (first.IsFolder() != second.IsFolder()) {
         return first.IsFolder();

@@ -14,11 +14,11 @@ class FileList {
     // The folder that is shown; empty for the root.
     virtual const std::wstring& Folder() const = 0;
     virtual const FileItem& ItemAt(unsigned row) const = 0;
-    // The row equal to an item in the list's order, noRow when there is none.
+    // The row of an entry, noRow when it has none.
     virtual unsigned RowOf(const FileItem& item) const = 0;
     // Takes a row out; the row that takes its place is selected when it was the selected one.
     virtual void RemoveRow(unsigned row) = 0;
-    // Puts an item at its sorted place, in place of an equal one, and selects it; its row.
+    // Puts an item at its sorted place, in place of the same entry's, and selects it; its row.
     virtual unsigned InsertRow(FileItemOwner item) = 0;
     // Reads the folder anew.
     virtual void Relist() = 0;

@@ -4,6 +4,7 @@
 #include <stdexcept>
 
 #include "faults/fault.h"
+#include "platform/files.h"
 #include "text/format.h"
 #include "text/resources.h"
 
@@ -53,6 +54,16 @@ bool SameName(std::wstring_view first, std::wstring_view second) {
 
 bool BeginsWithPath(std::wstring_view folder, std::wstring_view other) {
     return other.size() <= folder.size() && SameName(folder.substr(0, other.size()), other);
+}
+
+bool LiesWithin(const std::wstring& folder, const std::wstring& other) {
+    for (std::wstring_view part = folder; !part.empty(); part = FolderOfPath(part)) {
+        bool same = false;
+        if (platform::CompareFiles(std::wstring(part).c_str(), other.c_str(), &same) && same) {
+            return true;
+        }
+    }
+    return false;
 }
 
 NameParts SplitForCopy(const std::wstring& name, bool folder) {

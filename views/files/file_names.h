@@ -19,6 +19,9 @@ bool SameName(std::wstring_view first, std::wstring_view second);
 // lying within "\A".
 bool BeginsWithPath(std::wstring_view folder, std::wstring_view other);
 
+// Whether a folder, or one that it lies in, is another one under a different spelling.
+bool LiesWithin(const std::wstring& folder, const std::wstring& other);
+
 // A name without and from its extension's dot on.
 struct NameParts {
     std::wstring base;

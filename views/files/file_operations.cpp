@@ -182,6 +182,11 @@ void FileOperations::DeleteMarked() {
 }
 
 void FileOperations::DeleteMarkedRows(const std::vector<unsigned>& rows) {
+    // What is asked about is what goes, whatever becomes of the rows meanwhile.
+    std::vector<std::wstring> paths;
+    for (const unsigned row : rows) {
+        paths.push_back(list_.PathOf(row));
+    }
     const auto count = static_cast<int>(rows.size());
     if (ui::ShowMessage(Owner(), text::FormatText(askDeleteSeveral, count), ui::captionWarning, 2,
                         yesNo, 0) != ui::buttonYes) {
@@ -190,8 +195,8 @@ void FileOperations::DeleteMarkedRows(const std::vector<unsigned>& rows) {
     {
         const platform::WaitCursor cursor;
         bool goOn = true;
-        for (size_t index = 0; goOn && index < rows.size(); ++index) {
-            const std::wstring path = list_.PathOf(rows[index]);
+        for (size_t index = 0; goOn && index < paths.size(); ++index) {
+            const std::wstring& path = paths[index];
             const DWORD attributes = GetFileAttributesW(path.c_str());
             if (attributes == INVALID_FILE_ATTRIBUTES) {
                 continue;
@@ -353,7 +358,7 @@ TransferAnswer FileOperations::PasteOne(FileTransfer& transfer, const std::wstri
     }
     const std::wstring name(NameOfPath(source));
     const bool folder = (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
-    if (folder && BeginsWithPath(list_.Folder(), source)) {
+    if (folder && (BeginsWithPath(list_.Folder(), source) || LiesWithin(list_.Folder(), source))) {
         ui::ShowError(Owner(), std::wstring(text::LoadText(intoItself)));
         return answerGoAhead;
     }
@@ -361,23 +366,24 @@ TransferAnswer FileOperations::PasteOne(FileTransfer& transfer, const std::wstri
     if (SameName(destination, source)) {
         destination = UniqueCopyPath(list_.Folder(), name, folder);
     }
-    // The rows tell what has become of both, also when a fault passes.
-    struct Shown {
-        FileOperations& operations;
-        const std::wstring& source;
-        const std::wstring& destination;
-        DWORD attributes;
-        bool sourceInList;
-        ~Shown() {
-            if (sourceInList) {
-                operations.ShowEntry(source, attributes);
-            }
-            operations.ShowEntry(destination, attributes);
-        }
-    } shown{*this, source, destination, attributes,
-            move && SameName(FolderOfPath(source), list_.Folder())};
     const platform::WaitCursor cursor;
-    return move ? transfer.MoveItem(source, destination) : transfer.CopyItem(source, destination);
+    // The rows tell what has become of both, also when a fault passes.
+    const auto show = [&] {
+        if (move && SameName(FolderOfPath(source), list_.Folder())) {
+            ShowEntry(source, attributes);
+        }
+        ShowEntry(destination, attributes);
+    };
+    TransferAnswer answer = answerGoAhead;
+    try {
+        answer =
+            move ? transfer.MoveItem(source, destination) : transfer.CopyItem(source, destination);
+    } catch (...) {
+        show();
+        throw;
+    }
+    show();
+    return answer;
 }
 
 void FileOperations::ShowEntry(const std::wstring& path, DWORD attributes) {

@@ -52,10 +52,14 @@ std::optional<TransferAnswer> FileTransfer::BeginCopy(DWORD attributes, bool top
     if (conflict != answerGoAhead && conflict != answerOverwrite) {
         return conflict;
     }
-    const TransferAnswer own = conflict == answerOverwrite ? answerSkip : answerGoAhead;
+    TransferAnswer own = answerGoAhead;
+    if (conflict == answerOverwrite) {
+        own = answerSkip;
+        RefuseItself();
+    }
     if (!folder) {
         if (conflict == answerOverwrite) {
-            DeleteDestination();
+            ThrowUnless(DeleteFileW(destination_.c_str()));
         }
         ThrowUnless(CopyFileW(source_.c_str(), destination_.c_str(), FALSE));
         return own;
@@ -76,22 +80,24 @@ std::optional<TransferAnswer> FileTransfer::BeginMove(DWORD attributes, bool top
         return conflict;
     }
     if (conflict == answerOverwrite) {
+        RefuseItself();
         if (folder) {
             Enter(answerGoAhead);
             return std::nullopt;
         }
-        DeleteDestination();
+        ThrowUnless(DeleteFileW(destination_.c_str()));
     }
     ThrowUnless(MoveFileW(source_.c_str(), destination_.c_str()));
     return answerGoAhead;
 }
 
-void FileTransfer::DeleteDestination() {
-    // Two spellings of one path: what would be deleted is the only copy.
-    if (platform::IsSameFile(source_.c_str(), destination_.c_str())) {
+// Of two spellings of one path what would be deleted is the only copy.
+void FileTransfer::RefuseItself() const {
+    bool same = true;
+    ThrowUnless(platform::CompareFiles(source_.c_str(), destination_.c_str(), &same));
+    if (same) {
         throw faults::W32Fault(faults::ResultFromError(ERROR_FILE_EXISTS));
     }
-    ThrowUnless(DeleteFileW(destination_.c_str()));
 }
 
 void FileTransfer::Enter(TransferAnswer own) {

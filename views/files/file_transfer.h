@@ -78,7 +78,7 @@ class FileTransfer {
     TransferAnswer Leave();
     void Enter(TransferAnswer own);
     TransferAnswer CheckConflict(bool sourceIsFolder, bool topLevel);
-    void DeleteDestination();
+    void RefuseItself() const;
 
     TransferPrompts& prompts_;
     // The remembered answers: for files in the lowest two bits, for folders in the next two.

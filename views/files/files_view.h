@@ -51,7 +51,7 @@ class FilesView final : public ListView, private FileList {
     Frame& GetFrame() const override { return ListView::GetFrame(); }
     const std::wstring& Folder() const override { return path_; }
     const FileItem& ItemAt(unsigned row) const override { return ItemOf(List().GetItemData(row)); }
-    unsigned RowOf(const FileItem& item) const override { return RowOfItem(List(), item); }
+    unsigned RowOf(const FileItem& item) const override { return RowOfEntry(List(), item); }
     void RemoveRow(unsigned row) override;
     unsigned InsertRow(FileItemOwner item) override;
     void Relist() override { Refresh(); }

@@ -1,6 +1,7 @@
 // Reading a folder, and lists whose rows are its entries in the order of Files.
 #pragma once
 
+#include <algorithm>
 #include <string>
 
 #include "ui/list_layout.h"
@@ -71,12 +72,26 @@ void InsertSorted(List& list, FileItemOwner item) {
     item.release();
 }
 
-// The row of an entry equal to the item; noRow when there is none.
+// The row of an entry equal to the item in the order; noRow when there is none. Of several it is
+// the item's own.
 template <typename List>
 unsigned RowOfItem(const List& list, const FileItem& item) {
-    const unsigned row = LowerBound(list, item);
-    const bool equal = row < list.GetCount() && !OrdersBefore(item, ItemOf(list.GetItemData(row)));
-    return equal ? row : ui::noRow;
+    unsigned equal = ui::noRow;
+    for (unsigned row = LowerBound(list, item);
+         row < list.GetCount() && !OrdersBefore(item, ItemOf(list.GetItemData(row))); ++row) {
+        if (IsSameEntry(item, ItemOf(list.GetItemData(row)))) {
+            return row;
+        }
+        equal = std::min(equal, row);
+    }
+    return equal;
+}
+
+// The item's own row; noRow when there is none.
+template <typename List>
+unsigned RowOfEntry(const List& list, const FileItem& item) {
+    const unsigned row = RowOfItem(list, item);
+    return row != ui::noRow && IsSameEntry(item, ItemOf(list.GetItemData(row))) ? row : ui::noRow;
 }
 
 }  // namespace views

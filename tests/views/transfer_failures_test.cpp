@@ -1,0 +1,248 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "faults/fault.h"
+#include "platform/handles.h"
+#include "tests/support/world.h"
+#include "tests/views/failing_calls.h"
+#include "tests/views/recorded_prompts.h"
+#include "tests/views/tree.h"
+#include "views/files/folder_walk.h"
+
+using namespace test;
+using namespace views;
+
+namespace {
+
+class FailingTransfer : public testing::Test {
+ protected:
+    FailingTransfer() {
+        folder.MakeFolder(L"from");
+        folder.MakeFolder(L"to");
+        from = folder.Path() + L"\\from";
+        to = folder.Path() + L"\\to";
+    }
+    ~FailingTransfer() override { EXPECT_EQ(calls.OpenWalks(), 0); }
+    // The code of the fault that a transfer of "D" ends with, S_OK when it ends with an answer.
+    HRESULT Transfer(bool moving, const std::wstring& name = L"\\D") {
+        calls.calls.clear();
+        prompts.asked.clear();
+        FileTransfer transfer(prompts);
+        try {
+            answer = moving ? transfer.MoveItem(from + name, to + name)
+                            : transfer.CopyItem(from + name, to + name);
+        } catch (const faults::W32Fault& fault) {
+            return fault.Code();
+        }
+        return S_OK;
+    }
+    static HRESULT Code(DWORD error) { return faults::ResultFromError(error); }
+
+    const TemporaryFolder folder;
+    std::wstring from;
+    std::wstring to;
+    RecordedPrompts prompts;
+    TransferAnswer answer = answerGoAhead;
+    FailingCalls calls;
+};
+
+class FailingDelete : public FailingTransfer {};
+
+BOOL WINAPI NoIdentity(HANDLE, BY_HANDLE_FILE_INFORMATION*) {
+    SetLastError(ERROR_NOT_READY);
+    return FALSE;
+}
+
+const Tree nested = {
+    {L"D\\", ""}, {L"D\\in\\", ""}, {L"D\\in\\a", "1"}, {L"D\\in\\b", "2"}, {L"D\\z", "3"}};
+
+}  // namespace
+
+TEST_F(FailingTransfer, OfWhatIsNotThereIsTheWholesFault) {
+    EXPECT_EQ(Transfer(false), Code(ERROR_FILE_NOT_FOUND));
+    EXPECT_EQ(Transfer(true), Code(ERROR_FILE_NOT_FOUND));
+    EXPECT_TRUE(prompts.asked.empty());
+}
+
+TEST_F(FailingTransfer, AtTheTopIsTheWholesFault) {
+    MakeTree(from, nested);
+    calls.Fail("CreateDirectoryW", 0, ERROR_DISK_FULL);
+    EXPECT_EQ(Transfer(false), Code(ERROR_DISK_FULL));
+    calls.Fail("FindFirstFileW", 0, ERROR_NOT_READY);
+    EXPECT_EQ(Transfer(false), Code(ERROR_NOT_READY));
+    EXPECT_EQ(ReadTree(to), (Tree{{L"D\\", ""}}));
+    RecursiveDelete(to + L"\\D");
+    calls.Fail("MoveFileW", 0, ERROR_ACCESS_DENIED);
+    EXPECT_EQ(Transfer(true), Code(ERROR_ACCESS_DENIED));
+    EXPECT_TRUE(prompts.asked.empty());
+    EXPECT_EQ(ReadTree(from), nested);
+}
+
+TEST_F(FailingTransfer, WithinAFolderIsAskedAboutAndNamed) {
+    MakeTree(from, nested);
+    calls.Fail("CopyFileW", 0, ERROR_DISK_FULL);
+    EXPECT_EQ(Transfer(false), S_OK);
+    EXPECT_EQ(answer, answerStop);
+    EXPECT_EQ(prompts.asked, (std::vector<std::wstring>{L"failed " + from + L"\\D\\in\\a to " + to +
+                                                        L"\\D\\in\\a"}));
+    EXPECT_EQ(prompts.failure, Code(ERROR_DISK_FULL));
+    EXPECT_EQ(ReadTree(to), (Tree{{L"D\\", ""}, {L"D\\in\\", ""}}));
+}
+
+TEST_F(FailingTransfer, OfAnInnerFolderNamesThatFolder) {
+    MakeTree(from, nested);
+    const std::vector<std::wstring> asked{L"failed " + from + L"\\D\\in to " + to + L"\\D\\in"};
+    calls.Fail("CreateDirectoryW", 1, ERROR_ACCESS_DENIED);
+    EXPECT_EQ(Transfer(false), S_OK);
+    EXPECT_EQ(prompts.asked, asked);
+    RecursiveDelete(to + L"\\D");
+    calls.Fail("FindFirstFileW", 1, ERROR_NOT_READY);
+    EXPECT_EQ(Transfer(false), S_OK);
+    EXPECT_EQ(prompts.asked, asked);
+    EXPECT_EQ(prompts.failure, Code(ERROR_NOT_READY));
+}
+
+TEST_F(FailingTransfer, GoesOnBehindWhatIsSkipped) {
+    MakeTree(from, nested);
+    prompts.afterFailure = answerSkip;
+    calls.Fail("CopyFileW", 0, ERROR_SHARING_VIOLATION);
+    EXPECT_EQ(Transfer(false), S_OK);
+    EXPECT_EQ(answer, answerSkip);
+    Tree rest = nested;
+    rest.erase(L"D\\in\\a");
+    EXPECT_EQ(ReadTree(to), rest);
+}
+
+TEST_F(FailingTransfer, InTheMiddleOfAFolderIsThatFolders) {
+    MakeTree(from, nested);
+    prompts.afterFailure = answerSkip;
+    for (size_t number = 0; number < 30; ++number) {
+        calls.Fail("FindNextFileW", number, ERROR_NOT_READY);
+        const HRESULT result = Transfer(false);
+        if (!calls.HasFailed()) {
+            break;
+        }
+        // The walk of the top is the whole's, that of a folder within is asked about.
+        if (result == S_OK) {
+            EXPECT_NE(std::find(prompts.asked.begin(), prompts.asked.end(),
+                                L"failed " + from + L"\\D\\in to " + to + L"\\D\\in"),
+                      prompts.asked.end());
+        } else {
+            EXPECT_EQ(result, Code(ERROR_NOT_READY));
+        }
+        EXPECT_EQ(ReadTree(from), nested);
+        EXPECT_EQ(calls.OpenWalks(), 0);
+    }
+    EXPECT_FALSE(calls.HasFailed());
+}
+
+TEST_F(FailingTransfer, AFileThatCannotBeDeletedIsNotOverwritten) {
+    MakeTree(from, {{L"D", "new"}});
+    MakeTree(to, {{L"D", "old"}});
+    for (const bool moving : {false, true}) {
+        calls.Fail("DeleteFileW", 0, ERROR_SHARING_VIOLATION);
+        EXPECT_EQ(Transfer(moving), Code(ERROR_SHARING_VIOLATION));
+        EXPECT_EQ(ReadTree(to), (Tree{{L"D", "old"}}));
+        EXPECT_EQ(ReadTree(from), (Tree{{L"D", "new"}}));
+    }
+}
+
+TEST_F(FailingTransfer, AFileInUseIsNotOverwritten) {
+    MakeTree(from, {{L"D", "new"}});
+    MakeTree(to, {{L"D", "old"}});
+    const platform::UniqueHandle held(CreateFileW(
+        (to + L"\\D").c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
+    EXPECT_EQ(Transfer(false), Code(ERROR_SHARING_VIOLATION));
+    EXPECT_EQ(Transfer(true), Code(ERROR_SHARING_VIOLATION));
+    EXPECT_EQ(ReadTree(to), (Tree{{L"D", "old"}}));
+}
+
+// The order is kept on purpose: what was confirmed goes first.
+TEST_F(FailingTransfer, AConfirmedFileIsDeletedBeforeItsSuccessorComes) {
+    MakeTree(from, {{L"D", "new"}});
+    MakeTree(to, {{L"D", "old"}});
+    calls.Fail("CopyFileW", 0, ERROR_DISK_FULL);
+    EXPECT_EQ(Transfer(false), Code(ERROR_DISK_FULL));
+    EXPECT_EQ(ReadTree(to), Tree());
+    EXPECT_EQ(ReadTree(from), (Tree{{L"D", "new"}}));
+}
+
+TEST_F(FailingTransfer, TellsWhetherTwoPathsAreOneFileBeforeItDeletes) {
+    MakeTree(from, {{L"D", "new"}});
+    MakeTree(to, {{L"D", "old"}});
+    const PlatformHook<BOOL WINAPI(HANDLE, BY_HANDLE_FILE_INFORMATION*)> hook(
+        "GetFileInformationByHandle", NoIdentity);
+    EXPECT_EQ(Transfer(false), Code(ERROR_NOT_READY));
+    EXPECT_EQ(Transfer(true), Code(ERROR_NOT_READY));
+    EXPECT_EQ(ReadTree(to), (Tree{{L"D", "old"}}));
+    EXPECT_EQ(ReadTree(from), (Tree{{L"D", "new"}}));
+}
+
+TEST_F(FailingTransfer, APathThatDoesNotFitIsThePlatformsError) {
+    const std::wstring name(100, L'n');
+    std::wstring deep = to;
+    while (deep.size() + 101 < 250) {
+        deep += L"\\" + name;
+        ASSERT_TRUE(CreateDirectoryW(deep.c_str(), nullptr));
+    }
+    MakeTree(from, {{L"D\\", ""}, {L"D\\" + name, "whole"}});
+    const Tree before = ReadTree(folder.Path() + L"\\to");
+    to = deep;
+    calls.longestPath = MAX_PATH - 1;
+    EXPECT_EQ(Transfer(false), S_OK);
+    EXPECT_EQ(answer, answerStop);
+    EXPECT_EQ(prompts.failure, Code(ERROR_FILENAME_EXCED_RANGE));
+    EXPECT_EQ(prompts.asked.size(), 1u);
+    EXPECT_EQ(Transfer(true), S_OK);
+    EXPECT_EQ(prompts.failure, Code(ERROR_FILENAME_EXCED_RANGE));
+    const Tree after = ReadTree(folder.Path() + L"\\to");
+    EXPECT_EQ(after.size(), before.size() + 1) << "only the folder D is new";
+    EXPECT_EQ(ReadTree(from).at(L"D\\" + name), "whole");
+}
+
+TEST_F(FailingDelete, StopsAtTheFirstFailureWithItsError) {
+    MakeTree(from, nested);
+    for (const std::string_view name :
+         {"FindFirstFileW", "FindNextFileW", "DeleteFileW", "RemoveDirectoryW"}) {
+        for (size_t number = 0; number < 20; ++number) {
+            RecursiveDelete(to);
+            CreateDirectoryW(to.c_str(), nullptr);
+            MakeTree(to, nested);
+            calls.Fail(name, number, ERROR_NOT_READY);
+            const bool deleted = RecursiveDelete(to + L"\\D");
+            const DWORD error = GetLastError();
+            const bool failed = calls.HasFailed();
+            calls.FailNothing();
+            EXPECT_EQ(calls.OpenWalks(), 0);
+            EXPECT_EQ(deleted, !failed) << name << number;
+            if (!failed) {
+                break;
+            }
+            EXPECT_EQ(error, DWORD{ERROR_NOT_READY}) << name << number;
+            EXPECT_TRUE(ReadTree(to).contains(L"D\\"));
+        }
+    }
+    EXPECT_EQ(ReadTree(from), nested);
+}
+
+TEST_F(FailingDelete, ChangesNoAttributeOfAReadOnlyFile) {
+    MakeTree(from, nested);
+    SetFileAttributesW((from + L"\\D\\in\\b").c_str(), FILE_ATTRIBUTE_READONLY);
+    EXPECT_FALSE(RecursiveDelete(from + L"\\D"));
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_ACCESS_DENIED});
+    EXPECT_TRUE(GetFileAttributesW((from + L"\\D\\in\\b").c_str()) & FILE_ATTRIBUTE_READONLY);
+    EXPECT_FALSE(ReadTree(from).contains(L"D\\in\\a")) << "what was deleted before stays deleted";
+}
+
+TEST_F(FailingDelete, OfAFolderThatIsNotThere) {
+    EXPECT_FALSE(RecursiveDelete(from + L"\\nothing"));
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_PATH_NOT_FOUND});
+}
+
+TEST_F(FailingDelete, TakesWhatBeginsWithADotAndWhatIsHidden) {
+    MakeTree(from, {{L"D\\", ""}, {L"D\\.a\\", ""}, {L"D\\.a\\..b", "b"}, {L"D\\c", "c"}});
+    SetFileAttributesW((from + L"\\D\\c").c_str(), FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM);
+    EXPECT_TRUE(RecursiveDelete(from + L"\\D"));
+    EXPECT_EQ(ReadTree(from), Tree());
+}
