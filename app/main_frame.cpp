@@ -78,6 +78,8 @@ void MainFrame::OnCreate() {
         throw faults::W32Fault();
     }
     slideBar_.LoadBar(viewsMenu);
+    closer_.emplace();
+    closer_->SpareWindow(Handle());
     CreateViews();
     for (const std::unique_ptr<views::View>& view : views_) {
         view->Layout(dc);
@@ -153,7 +155,9 @@ void MainFrame::ShowView(ViewIndex view, const ViewArgument& argument) {
     current_ = view;
     try {
         Current().Layout(dc);
-        Current().Activate(argument);
+        if (!Current().Activate(argument)) {
+            throw faults::W32Fault();
+        }
     } catch (...) {
         TitleChanged();
         MenuStateChanged();

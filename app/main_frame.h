@@ -9,6 +9,7 @@
 #include "ui/command_bar.h"
 #include "ui/slide_bar.h"
 #include "ui/window.h"
+#include "views/app_closer.h"
 #include "views/view.h"
 
 namespace app {
@@ -30,6 +31,7 @@ class MainFrame final : public ui::Window, public views::Frame, private PaneOwne
     void SwitchTo(views::ViewIndex view, const views::ViewArgument& argument) override;
     void TitleChanged() override;
     void MenuStateChanged() override;
+    views::AppCloser& Closer() override { return *closer_; }
     bool FrameKey(WPARAM key) override;
     std::optional<std::wstring> StoredText(const wchar_t* name) const override;
     std::optional<DWORD> StoredNumber(const wchar_t* name) const override;
@@ -67,6 +69,7 @@ class MainFrame final : public ui::Window, public views::Frame, private PaneOwne
     ui::CommandBar bar_;
     // Switches views where the screen has room for it.
     ui::SlideBar slideBar_;
+    std::optional<views::AppCloser> closer_;
     DWORD flags_ = 0;
     int bandHeight_ = 0;
     // Whether creation has succeeded; only then is anything saved.

@@ -166,26 +166,50 @@ void ButtonsBar::UpdateHotFromCursor() {
 }
 
 void ButtonsBar::TrackPress(unsigned index) {
-    pressed_ = index;
+    if (FollowPress(index)) {
+        SendCommand(buttons_[index].id);
+    }
+    if (Handle()) {
+        InvalidateRect(Handle(), nullptr, FALSE);
+        UpdateHotFromCursor();
+    }
+}
+
+bool ButtonsBar::FollowPress(unsigned index) {
     // A bar that is destroyed meanwhile has no handle, as nobody has the capture.
     const HWND window = Handle();
+    struct Release {
+        ButtonsBar& bar;
+        ~Release() {
+            bar.pressed_ = noButton;
+            if (bar.Handle() && GetCapture() == bar.Handle()) {
+                ReleaseCapture();
+            }
+        }
+    } release{*this};
+    pressed_ = index;
     SetCapture(window);
     InvalidateRect(window, nullptr, FALSE);
     UpdateWindow(window);
-    bool over = false;
     while (GetCapture() == window) {
         MSG message;
         const BOOL received = GetMessageW(&message, nullptr, 0, 0);
         if (received == 0) {
             PostQuitMessage(static_cast<int>(message.wParam));
-            break;
+            return false;
         }
         if (received == -1) {
             continue;
         }
         if (message.message == WM_LBUTTONUP) {
-            over = ButtonAt(PointOf(message.lParam)) == index;
-            break;
+            return ButtonAt(PointOf(message.lParam)) == index;
+        }
+        // While a finger is down the keys act on nothing else; Escape gives the press up.
+        if (message.message == WM_KEYDOWN) {
+            if (message.wParam == VK_ESCAPE) {
+                return false;
+            }
+            continue;
         }
         if (message.message == WM_MOUSEMOVE) {
             const unsigned under = ButtonAt(PointOf(message.lParam)) == index ? index : noButton;
@@ -197,20 +221,7 @@ void ButtonsBar::TrackPress(unsigned index) {
         }
         Dispatch(message);
     }
-    if (!Handle()) {
-        return;
-    }
-    if (GetCapture() == Handle()) {
-        ReleaseCapture();
-    }
-    if (over) {
-        SendCommand(buttons_[index].id);
-    }
-    pressed_ = noButton;
-    if (Handle()) {
-        InvalidateRect(Handle(), nullptr, FALSE);
-        UpdateHotFromCursor();
-    }
+    return false;
 }
 
 bool ButtonsBar::OnKey(WPARAM key) {

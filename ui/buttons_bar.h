@@ -66,6 +66,8 @@ class ButtonsBar final : public Window {
     void SetHot(unsigned index);
     void UpdateHotFromCursor();
     void TrackPress(unsigned index);
+    // True when the finger was lifted over the button that it pressed.
+    bool FollowPress(unsigned index);
     // False when the key is not handled.
     bool OnKey(WPARAM key);
     void SendCommand(UINT id);

@@ -60,7 +60,8 @@ std::wstring MiddleCut(HDC dc, std::wstring_view path, int width) {
         }
     }
     const size_t last = path.rfind(L'\\');
-    return EndCut(dc, last == std::wstring_view::npos ? path : path.substr(last + 1), width);
+    const std::wstring_view name = last == std::wstring_view::npos ? path : path.substr(last + 1);
+    return TextWidth(dc, name) <= width ? std::wstring(name) : EndCut(dc, name, width);
 }
 
 }  // namespace

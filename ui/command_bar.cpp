@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "text/resources.h"
+#include "ui/clipped_text.h"
 #include "ui/drawing_resources.h"
 #include "ui/held_fault.h"
 #include "ui/menu_items.h"
@@ -95,13 +96,19 @@ void CommandBar::OpenPopup(unsigned button, HMENU submenu) {
     const RECT bounds = BarButtonBounds(client, ButtonCount(), button);
     RECT anchor = bounds;
     OffsetRectangle(&anchor, corner.x, corner.y);
-    SetPressed(button);
     MSG lastMessage;
-    const int command = TrackPopup(parent, anchor, submenu, 0, &lastMessage);
+    int command = noCommand;
+    {
+        struct Press {
+            CommandBar& bar;
+            ~Press() { bar.SetPressed(noButton); }
+        } press{*this};
+        SetPressed(button);
+        command = TrackPopup(parent, anchor, submenu, 0, &lastMessage);
+    }
     if (!Handle()) {
         return;
     }
-    SetPressed(noButton);
     if (command != noCommand) {
         Send(parent, WM_COMMAND, MAKEWPARAM(command, 0), reinterpret_cast<LPARAM>(Handle()));
         return;
@@ -129,7 +136,7 @@ bool CommandBar::WaitForQuickTap() {
     const DWORD start = GetTickCount();
     for (;;) {
         MSG message;
-        if (PeekMessageW(&message, nullptr, WM_LBUTTONUP, WM_LBUTTONUP, PM_REMOVE)) {
+        if (PeekInput(&message, nullptr, WM_LBUTTONUP, WM_LBUTTONUP, PM_REMOVE)) {
             return true;
         }
         const DWORD elapsed = GetTickCount() - start;
@@ -227,7 +234,7 @@ void CommandBar::DrawButton(HDC dc, const RECT& bounds, unsigned button) {
     if (!ReadMenuItem(menu_.Get(), positions_[button], &item)) {
         return;
     }
-    const bool pressed = button == pressed_;
+    const bool pressed = button == pressed_ && !item.Disabled();
     if (pressed) {
         FillWithColor(dc, bounds, barPressedColor);
     }
@@ -247,6 +254,13 @@ void CommandBar::DrawButton(HDC dc, const RECT& bounds, unsigned button) {
     }
     SetTextColor(dc, item.Disabled() ? GetSysColor(COLOR_GRAYTEXT) : barTextColor);
     RECT area = bounds;
+    if (TextWidth(dc, item.text) > Width(area)) {
+        const int margin = Height(area) / 8;
+        area.left += margin;
+        area.right -= margin;
+        DrawClippedLine(dc, area, item.text);
+        return;
+    }
     DrawTextW(dc, item.text.c_str(), static_cast<int>(item.text.size()), &area,
               DT_CENTER | DT_VCENTER | DT_SINGLELINE);
 }
@@ -256,8 +270,9 @@ bool CommandBar::DrawImage(HDC dc, const RECT& bounds, int image, bool disabled)
     if (!images) {
         return false;
     }
-    if (disabled && !disabledImages_) {
+    if (disabled && (!disabledImages_ || disabledFrom_ != images.Bitmap())) {
         disabledImages_ = images.Recolored(dc, GetSysColor(COLOR_GRAYTEXT));
+        disabledFrom_ = images.Bitmap();
     }
     const int size = images.IconSize();
     return (disabled ? disabledImages_ : images)

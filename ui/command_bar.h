@@ -62,6 +62,8 @@ class CommandBar final : public Window {
     // Whether Enter is held down on the focused button, which acts when it is released.
     bool enterDown_ = false;
     ImageStrip disabledImages_;
+    // The strip that they were made from, to notice another one.
+    HBITMAP disabledFrom_ = nullptr;
 };
 
 }  // namespace ui

@@ -54,6 +54,8 @@ INT_PTR CALLBACK Dialog::Procedure(HWND window, UINT message, WPARAM wParam, LPA
         handled = dialog->OnMessage(message, wParam, lParam);
     } catch (...) {
         HoldException();
+    }
+    if (ExceptionHeld()) {
         EndDialog(window, IDCANCEL);
     }
     // The last message that a handheld sends.

@@ -1,5 +1,6 @@
 #include "ui/form_list.h"
 
+#include "platform/aygshell.h"
 #include "ui/drawing_resources.h"
 
 namespace ui {
@@ -28,18 +29,58 @@ bool FormList::Open(HWND parent, const RECT& bounds, UINT_PTR id) {
     return Create(className, L"", childStyle | WS_TABSTOP, bounds, parent, id);
 }
 
-void FormList::AddRow(std::unique_ptr<FormRow> row) {
-    InsertItem(GetCount(), reinterpret_cast<ULONG_PTR>(row.get()));
+void FormList::InsertRow(unsigned index, std::unique_ptr<FormRow> row) {
+    InsertItem(index, reinterpret_cast<ULONG_PTR>(row.get()));
     row.release();
+}
+
+void FormList::Layout() {
+    ForgetEditor();
+    Reflow();
+    TouchList::Layout();
+}
+
+void FormList::Remeasure() {
+    Reflow();
+    TouchList::Remeasure();
+    if (editor_) {
+        PlaceEditor();
+    }
+}
+
+void FormList::Clear() {
+    ForgetEditor();
+    TouchList::Clear();
+}
+
+SIZE FormList::RoomIn(int clientWidth, int clientHeight) const {
+    const RowMargins margins = Margins();
+    return SIZE{std::max(0, clientWidth - margins.horizontal),
+                std::max(0, (clientHeight - margins.vertical) / 3)};
+}
+
+void FormList::Reflow() {
+    for (unsigned index = GetCount(); index-- > 0;) {
+        if (RowAt(index).ContinuesAnother()) {
+            RemoveItem(index);
+        }
+    }
+    const RECT client = ClientRectangle();
+    const SIZE room = RoomIn(Width(client), Height(client));
+    const platform::WindowDC dc(Handle());
+    const platform::Selected font(dc, Fonts().Base());
+    for (unsigned index = 0; index < GetCount(); ++index) {
+        for (std::unique_ptr<FormRow>& row : RowAt(index).Overflow(dc, room)) {
+            InsertRow(++index, std::move(row));
+        }
+    }
 }
 
 SIZE FormList::Measure(unsigned, int clientWidth, int clientHeight, ULONG_PTR data) {
     const RowMargins margins = Margins();
-    const SIZE room = {std::max(0, clientWidth - margins.horizontal),
-                       std::max(0, (clientHeight - margins.vertical) / 3)};
     const platform::WindowDC dc(Handle());
     const platform::Selected font(dc, Fonts().Base());
-    const SIZE size = RowOf(data).Measure(dc, room);
+    const SIZE size = RowOf(data).Measure(dc, RoomIn(clientWidth, clientHeight));
     return SIZE{size.cx + margins.horizontal, size.cy + margins.vertical};
 }
 
@@ -65,8 +106,13 @@ void FormList::EraseBackground(HDC dc, const RECT& area) {
 }
 
 void FormList::OnTap(unsigned index, GestureResult) {
+    const bool selectedBefore = GetSelection() == index;
     if (!RowAt(index).AcceptsSelection() || SetSelection(index) != index) {
         return;
+    }
+    if (selectedBefore && !editor_) {
+        BringIntoView(index);
+        OpenEditor();
     }
     if (RowAt(index).Tapped()) {
         InvalidateRect(Handle(), nullptr, FALSE);
@@ -124,8 +170,8 @@ bool FormList::HandleNavigationKey(WPARAM key) {
     }
     if (target != noRow) {
         SetSelection(target);
-    } else if (NextSelectable(0, 1) == noRow && (key == VK_UP || key == VK_DOWN)) {
-        // Nothing to select: the keys scroll.
+    } else if ((key == VK_UP || key == VK_DOWN) && CloseEditor()) {
+        // Nothing more to select: the keys scroll.
         if (key == VK_DOWN) {
             SetTopIndex(GetTopIndex() + 1);
         } else if (GetTopIndex() > 0) {
@@ -151,11 +197,12 @@ void FormList::ForgetEditor() {
     if (editor) {
         SetFocus(Handle());
         DestroyWindow(editor);
+        platform::ShowInputPanel(false);
     }
     editorFont_.Reset();
 }
 
-void FormList::OnSelected() {
+void FormList::OpenEditor() {
     RECT row;
     if (GetSelection() == noRow || !RowRectangle(GetSelection(), &row) ||
         row.bottom > ClientRectangle().bottom) {
@@ -166,6 +213,7 @@ void FormList::OnSelected() {
     editor_ = item.CreateEditor(Handle(), row, editorFont_.Get());
     if (editor_) {
         SetFocus(editor_);
+        platform::ShowInputPanel(true);
     } else {
         editorFont_.Reset();
     }
@@ -174,8 +222,10 @@ void FormList::OnSelected() {
 void FormList::PlaceEditor() {
     RECT row;
     BringIntoView(GetSelection());
-    if (RowRectangle(GetSelection(), &row)) {
-        MoveWindow(editor_, row.left, row.top, Width(row), Height(row), TRUE);
+    RECT editor;
+    if (RowRectangle(GetSelection(), &row) && GetWindowRect(editor_, &editor)) {
+        const int top = row.top + (Height(row) - Height(editor)) / 2;
+        MoveWindow(editor_, row.left, top, Width(row), Height(editor), TRUE);
     }
 }
 
@@ -186,14 +236,23 @@ LRESULT FormList::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
             if (!(reinterpret_cast<const WINDOWPOS*>(lParam)->flags & SWP_NOSIZE)) {
                 // Values wrap at another width.
                 Remeasure();
-                if (editor_) {
-                    PlaceEditor();
-                }
             }
             return result;
         }
+        case WM_QUERYDRAGTRACKER:
+            // The rows follow the finger; an editor would stay behind.
+            return TouchList::OnMessage(message, wParam, lParam) != 0 && CloseEditor();
+        case WM_SETFOCUS:
+            if (editor_) {
+                SetFocus(editor_);
+                return 0;
+            }
+            break;
         case WM_DESTROY:
-            editor_ = nullptr;
+            if (std::exchange(editor_, nullptr)) {
+                platform::ShowInputPanel(false);
+            }
+            editorFont_.Reset();
             break;
         default:
             break;

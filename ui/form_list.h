@@ -2,20 +2,23 @@
 #pragma once
 
 #include <memory>
-#include <string>
+#include <vector>
 
 #include "platform/handles.h"
 #include "ui/touch_list.h"
 
 namespace ui {
 
+class FormRow;
+using FormRows = std::vector<std::unique_ptr<FormRow>>;
+
 // One row of a form. Owned by its list. Sizes are pixels.
 class FormRow {
  public:
     virtual ~FormRow() = default;
 
-    // The size that the row wants. `room` is what the list advises; a row whose text needs more
-    // height takes it, so that no text is lost.
+    // The size that the row wants. `room` is what the list advises; what a row has more to show
+    // belongs into the rows of its Overflow.
     virtual SIZE Measure(HDC dc, SIZE room) = 0;
     virtual void Draw(HDC dc, const RECT& area, bool selected) = 0;
 
@@ -33,6 +36,12 @@ class FormRow {
     }
     // Whether the row may be left; takes what the editor holds.
     virtual bool MayLeave(HWND /*editor*/) { return true; }
+
+    // The rows behind this one that show what does not fit into `room`; the list owns them and
+    // asks anew whenever it measures its rows.
+    virtual FormRows Overflow(HDC /*dc*/, SIZE /*room*/) { return {}; }
+    // Whether this row came from another row's Overflow.
+    virtual bool ContinuesAnother() const { return false; }
 };
 
 class FormList final : public TouchList<FormList> {
@@ -45,7 +54,12 @@ class FormList final : public TouchList<FormList> {
     // Creates the list as a child of `parent`; false when the platform fails.
     bool Open(HWND parent, const RECT& bounds, UINT_PTR id);
     // Adds a row at the end; call Layout or Remeasure after the last.
-    void AddRow(std::unique_ptr<FormRow> row);
+    void AddRow(std::unique_ptr<FormRow> row) { InsertRow(GetCount(), std::move(row)); }
+    // As the touch list's own, with the rows that continue others made anew. Layout and Clear
+    // throw away what an open editor holds.
+    void Layout();
+    void Remeasure();
+    void Clear();
     FormRow& RowAt(unsigned index) const { return RowOf(GetItemData(index)); }
     // The editor that is open; null when none is.
     HWND Editor() const { return editor_; }
@@ -65,7 +79,7 @@ class FormList final : public TouchList<FormList> {
     bool DragsWhenAllRowsFit() const { return true; }
     bool TakesRepeatedTaps() const { return true; }
     bool MayLeaveSelection() { return CloseEditor(); }
-    void OnSelected();
+    void OnSelected() { OpenEditor(); }
 
  protected:
     LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
@@ -74,6 +88,11 @@ class FormList final : public TouchList<FormList> {
     static FormRow& RowOf(ULONG_PTR data) { return *reinterpret_cast<FormRow*>(data); }
     // The nearest row from `start` in direction `step` that accepts the selection; noRow if none.
     unsigned NextSelectable(int start, int step) const;
+    void InsertRow(unsigned index, std::unique_ptr<FormRow> row);
+    // The room that the list advises to its rows.
+    SIZE RoomIn(int clientWidth, int clientHeight) const;
+    void Reflow();
+    void OpenEditor();
     void ForgetEditor();
     void PlaceEditor();
 

@@ -6,14 +6,14 @@
 #include "ui/clipped_text.h"
 #include "ui/drawing_resources.h"
 #include "ui/marks.h"
+#include "ui/row_editor.h"
 #include "ui/theme.h"
 #include "ui/window_text.h"
+#include "ui/wrapped_text.h"
 
 namespace ui {
 
 namespace {
-
-constexpr UINT wrapping = DT_WORDBREAK | DT_EXPANDTABS | DT_NOPREFIX | DT_EDITCONTROL;
 
 int LineHeight(HDC dc) {
     return TextHeight(dc, Fonts().Base());
@@ -25,10 +25,47 @@ int TouchHeight(HDC dc) {
     return line + 2 * ((line + 2) / 3);
 }
 
-SIZE WrappedSize(HDC dc, const std::wstring& text, int width) {
-    RECT area = {0, 0, std::max(width, 1), 0};
-    DrawTextW(dc, text.c_str(), static_cast<int>(text.size()), &area, wrapping | DT_CALCRECT);
-    return SIZE{Width(area), Height(area)};
+// How far a value stands from its label, or right of it when it stands below.
+int ValueIndent(HDC dc) {
+    return LineHeight(dc) / 2;
+}
+
+// A further line of a text, `indent` pixels from the left.
+class ContinuationRow final : public FormRow {
+ public:
+    ContinuationRow(std::wstring text, int indent) : text_(std::move(text)), indent_(indent) {}
+    SIZE Measure(HDC dc, SIZE) override {
+        return SIZE{indent_ + TextWidth(dc, text_), LineHeight(dc)};
+    }
+    void Draw(HDC dc, const RECT& area, bool) override {
+        RECT text = area;
+        text.left += indent_;
+        DrawClippedText(dc, text, text_);
+    }
+    bool ContinuesAnother() const override { return true; }
+
+ private:
+    std::wstring text_;
+    int indent_;
+};
+
+// Leaves so many lines, one at least, and makes rows of the others.
+FormRows CutToFit(std::vector<std::wstring>& lines, int fitting, int indent) {
+    const auto kept = static_cast<size_t>(std::max(fitting, 1));
+    FormRows rest;
+    for (size_t index = kept; index < lines.size(); ++index) {
+        rest.push_back(std::make_unique<ContinuationRow>(std::move(lines[index]), indent));
+    }
+    lines.resize(std::min(kept, lines.size()));
+    return rest;
+}
+
+int WidestLine(HDC dc, const std::vector<std::wstring>& lines) {
+    int widest = 0;
+    for (const std::wstring& line : lines) {
+        widest = std::max(widest, TextWidth(dc, line));
+    }
+    return widest;
 }
 
 RECT MarkArea(HDC dc, const RECT& area) {
@@ -49,30 +86,39 @@ SIZE MarkedRowSize(HDC dc, const std::wstring& label) {
 
 }  // namespace
 
-SIZE HeadingRow::Measure(HDC dc, SIZE room) {
+FormRows HeadingRow::Overflow(HDC dc, SIZE room) {
     if (!icons_ || icon_ < 0 || !ImageList_GetIconSize(icons_, &iconWidth_, &iconHeight_)) {
         iconWidth_ = iconHeight_ = 0;
     }
-    const int left = TextLeft(dc);
-    const SIZE text = WrappedSize(dc, text_, room.cx - left);
-    textHeight_ = text.cy;
-    return SIZE{left + text.cx, std::max({iconHeight_ + iconHeight_ / 4, TouchHeight(dc),
-                                          textHeight_ + LineHeight(dc) / 2})};
+    const int line = LineHeight(dc);
+    lines_ = WrapText(dc, text_, std::max<int>(1, room.cx - TextLeft()));
+    return CutToFit(lines_, (std::max<int>(room.cy, iconHeight_) - line / 2) / line, TextLeft());
 }
 
-int HeadingRow::TextLeft(HDC dc) const {
-    return iconWidth_ > 0 ? iconWidth_ + iconWidth_ / 2 : LineHeight(dc) / 2;
+SIZE HeadingRow::Measure(HDC dc, SIZE) {
+    const int line = LineHeight(dc);
+    const int text = line * static_cast<int>(lines_.size()) + line / 2;
+    return SIZE{TextLeft() + WidestLine(dc, lines_),
+                std::max({iconHeight_ + iconHeight_ / 4, TouchHeight(dc), text})};
+}
+
+int HeadingRow::TextLeft() const {
+    return iconWidth_ > 0 ? iconWidth_ + iconWidth_ / 2 : 0;
 }
 
 void HeadingRow::Draw(HDC dc, const RECT& area, bool) {
-    RECT text = area;
-    text.left += TextLeft(dc);
-    text.top += (Height(area) - textHeight_) / 2;
+    const int line = LineHeight(dc);
     if (iconWidth_ > 0) {
         ImageList_Draw(icons_, icon_, dc, area.left + iconWidth_ / 4,
                        area.top + (Height(area) - iconHeight_) / 2, ILD_NORMAL);
     }
-    DrawTextW(dc, text_.c_str(), static_cast<int>(text_.size()), &text, wrapping);
+    RECT text = area;
+    text.left += TextLeft();
+    text.top += (Height(area) - line * static_cast<int>(lines_.size())) / 2;
+    for (const std::wstring& each : lines_) {
+        DrawClippedText(dc, text, each);
+        text.top += line;
+    }
 }
 
 SIZE SeparatorRow::Measure(HDC, SIZE room) {
@@ -92,45 +138,60 @@ void TextLineRow::Draw(HDC dc, const RECT& area, bool) {
     DrawClippedText(dc, area, text_);
 }
 
-SIZE ValueRow::Measure(HDC dc, SIZE room) {
-    const int gap = LineHeight(dc) / 2;
-    const int label = TextWidth(dc, label_);
-    const int value = TextWidth(dc, value_);
+int ValueRow::LabelWidth(HDC dc) const {
+    return std::max(labelWidth_, TextWidth(dc, label_));
+}
+
+FormRows ValueRow::Overflow(HDC dc, SIZE room) {
+    const int line = LineHeight(dc);
+    const int gap = ValueIndent(dc);
     const bool oneLine = value_.find(L'\n') == std::wstring::npos;
+    lines_.clear();
+    const int value = TextWidth(dc, value_);
     // A value too long for the column may fit behind its own label.
-    valueLeft_ = std::max(label, labelWidth_) + gap;
+    valueLeft_ = LabelWidth(dc) + gap;
     if (valueLeft_ + value > room.cx) {
-        valueLeft_ = label + gap;
+        valueLeft_ = TextWidth(dc, label_) + gap;
     }
-    valueBelow_ = !oneLine || valueLeft_ + value > room.cx;
-    if (!valueBelow_) {
-        return SIZE{valueLeft_ + value, LineHeight(dc) + LineHeight(dc) / 2};
+    if (oneLine && valueLeft_ + value <= room.cx) {
+        return {};
     }
-    const SIZE wrapped = WrappedSize(dc, value_, room.cx - gap);
-    return SIZE{std::max<LONG>(label, gap + wrapped.cx),
-                LineHeight(dc) + wrapped.cy + LineHeight(dc) / 2};
+    lines_ = WrapText(dc, value_, std::max<int>(1, room.cx - gap));
+    return CutToFit(lines_, (room.cy - line - line / 2) / line, gap);
+}
+
+SIZE ValueRow::Measure(HDC dc, SIZE) {
+    const int line = LineHeight(dc);
+    const int gap = ValueIndent(dc);
+    const int label = LabelWidth(dc);
+    if (lines_.empty()) {
+        return SIZE{valueLeft_ + TextWidth(dc, value_), line + line / 2};
+    }
+    return SIZE{std::max(label, gap + WidestLine(dc, lines_)),
+                line * (1 + static_cast<int>(lines_.size())) + line / 2};
 }
 
 void ValueRow::Draw(HDC dc, const RECT& area, bool selected) {
     const int line = LineHeight(dc);
-    RECT label = area;
-    label.top += line / 4;
+    RECT text = area;
+    text.top += line / 4;
     if (!selected) {
         constexpr unsigned textShare = 150;
         SetTextColor(
             dc, MixColors(GetSysColor(COLOR_WINDOWTEXT), GetSysColor(COLOR_WINDOW), textShare));
     }
-    DrawClippedText(dc, label, label_);
+    DrawClippedText(dc, text, label_);
     SetTextColor(dc, GetSysColor(selected ? COLOR_HIGHLIGHTTEXT : COLOR_WINDOWTEXT));
-    RECT value = label;
-    if (!valueBelow_) {
-        value.left += valueLeft_;
-        DrawClippedText(dc, value, value_);
+    if (lines_.empty()) {
+        text.left += valueLeft_;
+        DrawClippedText(dc, text, value_);
         return;
     }
-    value.top += line;
-    value.left += line / 2;
-    DrawTextW(dc, value_.c_str(), static_cast<int>(value_.size()), &value, wrapping);
+    text.left += ValueIndent(dc);
+    for (const std::wstring& value : lines_) {
+        text.top += line;
+        DrawClippedText(dc, text, value);
+    }
 }
 
 SIZE CheckRow::Measure(HDC dc, SIZE) {
@@ -148,7 +209,9 @@ bool CheckRow::Tapped() {
         return false;
     }
     checked_ = !checked_;
-    changed_(checked_);
+    // What is called may replace the rows, this one included.
+    const auto changed = changed_;
+    changed(checked_);
     return true;
 }
 
@@ -167,9 +230,11 @@ void ChoiceRow::Draw(HDC dc, const RECT& area, bool selected) {
 }
 
 bool ChoiceRow::Tapped() {
-    group_->taken = number_;
-    if (group_->changed) {
-        group_->changed(number_);
+    // What is called may replace the rows, this one included.
+    const std::shared_ptr<ChoiceGroup> group = group_;
+    group->taken = number_;
+    if (group->changed) {
+        group->changed(number_);
     }
     return true;
 }
@@ -194,9 +259,10 @@ HFONT TextRow::CreateEditorFont() {
 }
 
 HWND TextRow::CreateEditor(HWND list, const RECT& row, HFONT font) {
+    const RECT bounds = EditorBounds(list, row, font);
     const HWND editor = CreateWindowExW(
-        0, L"EDIT", text_.c_str(), WS_CHILD | WS_VISIBLE | WS_BORDER | ES_AUTOHSCROLL, row.left,
-        row.top, Width(row), Height(row), list, nullptr, text::ProgramModule(), nullptr);
+        0, L"EDIT", text_.c_str(), WS_CHILD | WS_VISIBLE | WS_BORDER | ES_AUTOHSCROLL, bounds.left,
+        bounds.top, Width(bounds), Height(bounds), list, nullptr, text::ProgramModule(), nullptr);
     SendMessageW(editor, WM_SETFONT, reinterpret_cast<WPARAM>(font), TRUE);
     SendMessageW(editor, EM_SETSEL, 0, -1);
     return editor;

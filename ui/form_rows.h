@@ -17,17 +17,19 @@ class HeadingRow final : public FormRow {
         : text_(std::move(text)), icons_(icons), icon_(icon) {}
     SIZE Measure(HDC dc, SIZE room) override;
     void Draw(HDC dc, const RECT& area, bool selected) override;
+    FormRows Overflow(HDC dc, SIZE room) override;
 
  private:
     // Where the text begins, from the row's left edge.
-    int TextLeft(HDC dc) const;
+    int TextLeft() const;
 
     std::wstring text_;
     HIMAGELIST icons_;
     int icon_;
     int iconWidth_ = 0;
     int iconHeight_ = 0;
-    int textHeight_ = 0;
+    // The lines that this row shows itself.
+    std::vector<std::wstring> lines_;
 };
 
 // A line of one pixel.
@@ -48,7 +50,8 @@ class TextLineRow final : public FormRow {
     std::wstring text_;
 };
 
-// A label and a value beside it; a value that does not fit beside its label wraps below it.
+// A label and a value beside it. A value that does not fit beside its label wraps below it, and
+// goes on in rows of its own where one row would take too much of the page.
 class ValueRow final : public FormRow {
  public:
     // Values of rows with the same `labelWidth` (pixels) stand in a column as far as they fit.
@@ -56,21 +59,27 @@ class ValueRow final : public FormRow {
         : label_(std::move(label)), value_(std::move(value)), labelWidth_(labelWidth) {}
     SIZE Measure(HDC dc, SIZE room) override;
     void Draw(HDC dc, const RECT& area, bool selected) override;
+    FormRows Overflow(HDC dc, SIZE room) override;
+    // Call the list's Remeasure afterwards.
     void SetValue(std::wstring value) { value_ = std::move(value); }
 
  private:
+    int LabelWidth(HDC dc) const;
+
     std::wstring label_;
     std::wstring value_;
     int labelWidth_;
     // Where a value beside its label begins, from the row's left edge.
     int valueLeft_ = 0;
-    bool valueBelow_ = false;
+    // The lines below the label that this row shows itself; none when the value stands beside it.
+    std::vector<std::wstring> lines_;
 };
 
 // A check box and its label. One that only shows something accepts no selection.
 class CheckRow final : public FormRow {
  public:
-    // `changed` is called with the new state; none makes the row read-only.
+    // `changed` is called with the new state and may replace the list's rows; none makes the row
+    // read-only.
     CheckRow(std::wstring label, bool checked, std::function<void(bool)> changed = {})
         : label_(std::move(label)), checked_(checked), changed_(std::move(changed)) {}
     SIZE Measure(HDC dc, SIZE room) override;
@@ -113,7 +122,7 @@ class ChoiceRow final : public FormRow {
 // A text that is edited in place.
 class TextRow final : public FormRow {
  public:
-    // `accept` may refuse a text, which keeps the row open.
+    // `accept` may refuse a text, which keeps the row open. It must not replace the rows.
     TextRow(std::wstring text, std::function<bool(const std::wstring&)> accept)
         : text_(std::move(text)), accept_(std::move(accept)) {}
     SIZE Measure(HDC dc, SIZE room) override;

@@ -41,8 +41,10 @@ void FullScreenDialog::Arrange() {
 }
 
 void FullScreenDialog::FollowVisibleArea() {
-    if (platform::MakeFullScreen(Handle())) {
-        Arrange();
+    RECT area;
+    // Not MakeFullScreen again, which would close the input panel under an editor.
+    if (platform::VisibleArea(Handle(), &area)) {
+        MoveWindow(Handle(), area.left, area.top, Width(area), Height(area), TRUE);
     }
 }
 

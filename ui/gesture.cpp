@@ -21,7 +21,7 @@ bool PastThreshold(const GestureInfo& info, const DragThreshold& threshold) {
 bool TakeMoves(HWND window, GestureInfo& info, const DragThreshold& threshold) {
     bool past = false;
     MSG message;
-    while (PeekMessageW(&message, window, WM_MOUSEMOVE, WM_MOUSEMOVE, PM_REMOVE)) {
+    while (PeekInput(&message, window, WM_MOUSEMOVE, WM_MOUSEMOVE, PM_REMOVE)) {
         const POINT point = PointOf(message.lParam);
         info.x = point.x;
         info.y = point.y;
@@ -61,15 +61,22 @@ GestureResult DecideGesture(HWND window, GestureInfo& info, DWORD timeout) {
         if (elapsed >= timeout) {
             return GestureHold;
         }
-        // The queue is looked at before waiting: a finger lifted while the press was still waiting
-        // to be handled would not wake the wait.
+        // The queue is looked at last before waiting: a finger lifted earlier would not wake the
+        // wait.
         MSG button;
-        if (PeekMessageW(&button, nullptr, mouseButtonMessagesFirst, mouseButtonMessagesLast,
-                         PM_NOREMOVE)) {
-            return GetTickCount() - start <= longestTap ? GestureTap : GestureHold;
-        }
-        if (TakeMoves(window, info, threshold)) {
+        const auto buttonWaits = [&button] {
+            return PeekMessageW(&button, nullptr, mouseButtonMessagesFirst, mouseButtonMessagesLast,
+                                PM_NOREMOVE) != FALSE;
+        };
+        const bool past = !buttonWaits() && TakeMoves(window, info, threshold);
+        if (past) {
             return GestureDrag;
+        }
+        if (buttonWaits()) {
+            if (button.message == WM_QUIT) {
+                return GestureNone;
+            }
+            return GetTickCount() - start <= longestTap ? GestureTap : GestureHold;
         }
         const DWORD wait = MsgWaitForMultipleObjectsEx(0, nullptr, timeout - elapsed,
                                                        QS_MOUSEMOVE | QS_MOUSEBUTTON, 0);
@@ -89,7 +96,9 @@ bool TrackMessage(DragTracker& tracker, HWND window, const MSG& message, bool& f
         case WM_KEYDOWN:
             if (message.wParam == VK_ESCAPE) {
                 ReleaseCapture();
-                tracker.OnAbort(point.x, point.y);
+                POINT finger = message.pt;
+                ScreenToClient(window, &finger);
+                tracker.OnAbort(finger.x, finger.y);
                 return false;
             }
             break;
@@ -125,6 +134,19 @@ bool TrackMessage(DragTracker& tracker, HWND window, const MSG& message, bool& f
 }
 
 }  // namespace
+
+bool PeekInput(MSG* message, HWND window, UINT first, UINT last, UINT remove) {
+    if (!PeekMessageW(message, window, first, last, remove)) {
+        return false;
+    }
+    if (message->message != WM_QUIT) {
+        return true;
+    }
+    if (remove & PM_REMOVE) {
+        PostQuitMessage(static_cast<int>(message->wParam));
+    }
+    return false;
+}
 
 DragThreshold DragThreshold::ForWindow(HWND window) {
     DragThreshold threshold;

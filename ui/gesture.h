@@ -31,7 +31,6 @@ struct DragThreshold {
 // the drag loop. Points are client coordinates of that window.
 class DragTracker {
  public:
-    virtual ~DragTracker() = default;
     virtual bool Begin(HWND) { return true; }
     virtual void End(bool /*cancelled*/) {}
     virtual void OnMouseMove(int x, int y) {
@@ -54,6 +53,7 @@ class DragTracker {
     virtual bool Move(int x, int y) = 0;
     virtual void Release() = 0;
     virtual bool KeepsCapture() { return false; }
+    virtual ~DragTracker() = default;
 };
 
 struct DestroyTracker {
@@ -74,6 +74,10 @@ struct GestureInfo {
 // Sent by the drag starter to the window under the finger, lParam pointing to a GestureInfo. A
 // window that scrolls fills in the tracker and returns nonzero.
 inline constexpr UINT WM_QUERYDRAGTRACKER = 0x8001;
+
+// PeekMessageW of a range of input messages. The platform gives WM_QUIT whatever the range: one
+// that is taken is posted again, and nothing has been found.
+bool PeekInput(MSG* message, HWND window, UINT first, UINT last, UINT remove);
 
 // How long a press is followed at the most, in milliseconds.
 inline constexpr DWORD gestureTimeout = 60000;

@@ -17,6 +17,10 @@ void HoldException() noexcept {
     }
 }
 
+bool ExceptionHeld() noexcept {
+    return held != nullptr;
+}
+
 void RethrowHeldException() {
     if (held) {
         std::rethrow_exception(std::exchange(held, nullptr));

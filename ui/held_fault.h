@@ -9,6 +9,8 @@ namespace ui {
 // Keeps the exception that is being handled; the first one kept wins.
 void HoldException() noexcept;
 
+bool ExceptionHeld() noexcept;
+
 // Throws the kept exception, if there is one.
 void RethrowHeldException();
 

@@ -88,7 +88,7 @@ SlideToRest PlanSlide(const ItemRecords& items, unsigned maxTop, int totalHeight
     slide.step = -meanHeight;
     if (position.offset > 0) {
         const int height = items[position.top].height;
-        if (position.top != maxTop && position.offset > height / 2) {
+        if (position.top < maxTop && position.offset > height / 2) {
             slide.newTop = position.top + 1;
             slide.target = -height;
         } else {

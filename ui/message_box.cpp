@@ -29,10 +29,18 @@ std::wstring WithPlainAmpersands(const std::wstring& text) {
     return plain;
 }
 
+std::wstring BreakLongWords(HDC dc, const std::wstring& text, int width) {
+    std::wstring broken;
+    for (const std::wstring& line : WrapText(dc, text, width)) {
+        broken += broken.empty() ? L"" : L"\n";
+        broken += line;
+    }
+    return broken;
+}
+
 class MessageBoxDialog final : public Dialog {
  public:
-    MessageBoxDialog(const std::wstring& text, UINT title)
-        : plainText_(text), text_(WithPlainAmpersands(text)), title_(title) {}
+    MessageBoxDialog(const std::wstring& text, UINT title) : plainText_(text), title_(title) {}
 
     void AddButton(UINT id) { ids_.push_back(id); }
     void SetDefaultButton(unsigned index) { defaultButton_ = index; }
@@ -41,7 +49,10 @@ class MessageBoxDialog final : public Dialog {
     bool OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
 
  private:
+    bool SetUp();
+    // Places the box, the buttons and the text for the screen as it is.
     bool LayOut();
+    void FollowScreen();
     RECT WorkArea() const;
     RECT ClientRectangle() const;
     void MoveBar(int width, int height);
@@ -71,7 +82,7 @@ RECT MessageBoxDialog::WorkArea() const {
     return RECT{0, 0, GetSystemMetrics(SM_CXFULLSCREEN), GetSystemMetrics(SM_CYFULLSCREEN)};
 }
 
-bool MessageBoxDialog::LayOut() {
+bool MessageBoxDialog::SetUp() {
     SetWindowTextW(Handle(), std::wstring(text::LoadText(title_)).c_str());
     if (!bar_.Open(Handle())) {
         return false;
@@ -80,7 +91,14 @@ bool MessageBoxDialog::LayOut() {
         bar_.AddButton(id);
     }
     bar_.FocusButton(defaultButton_);
+    if (!LayOut()) {
+        return false;
+    }
+    SetFocus(bar_.Handle());
+    return true;
+}
 
+bool MessageBoxDialog::LayOut() {
     RECT window = {};
     RECT client = {};
     GetWindowRect(Handle(), &window);
@@ -89,21 +107,33 @@ bool MessageBoxDialog::LayOut() {
     RECT workArea = WorkArea();
 
     const platform::WindowDC dc(Handle());
+    MessageParts parts;
+    {
+        const platform::Selected bold(dc, Fonts().Bold());
+        parts.titleWidth = TextWidth(dc, text::LoadText(title_));
+    }
     const platform::Selected font(dc, Fonts().Base());
     margin_ = TextHeight(dc, Fonts().Base());
     captionHeight_ = TextHeight(dc, Fonts().Bold()) + margin_ / 2 * 2;
 
-    MessageParts parts;
     parts.margin = margin_;
     parts.captionHeight = captionHeight_;
     parts.barHeight = 2 * bar_.RowHeight();
     parts.barWidth = bar_.NaturalWidth();
-    parts.titleWidth = TextWidth(dc, text::LoadText(title_));
     workArea.right -= frame;
     workArea.bottom -= frame;
+    text_ = WithPlainAmpersands(plainText_);
     RECT text = {0, 0, WidestMessageText(workArea, margin_), 0};
     DrawTextW(dc, text_.c_str(), static_cast<int>(text_.size()), &text, textStyle | DT_CALCRECT);
-    parts.text = SIZE{Width(text), Height(text)};
+    const int widest = WidestMessageText(workArea, margin_);
+    if (Width(text) > widest) {
+        // A word that is longer than a line is broken as well, as the platform's drawing does not.
+        text_ = WithPlainAmpersands(BreakLongWords(dc, plainText_, widest));
+        text = RECT{0, 0, widest, 0};
+        DrawTextW(dc, text_.c_str(), static_cast<int>(text_.size()), &text,
+                  textStyle | DT_CALCRECT);
+    }
+    parts.text = SIZE{std::min(Width(text), widest), Height(text)};
     RECT place;
     if (!PlaceMessage(workArea, parts, &place)) {
         return false;
@@ -111,11 +141,23 @@ bool MessageBoxDialog::LayOut() {
     SetWindowPos(Handle(), HWND_TOPMOST, place.left, place.top, Width(place) + frame,
                  Height(place) + frame, 0);
     MoveBar(Width(place), Height(place));
-    if (Height(TextArea(ClientRectangle())) < parts.text.cy && !OpenLines(dc)) {
-        return false;
+    lines_.Destroy();
+    return Height(TextArea(ClientRectangle())) >= parts.text.cy || OpenLines(dc);
+}
+
+void MessageBoxDialog::FollowScreen() {
+    const bool linesFocused = GetFocus() && GetFocus() == lines_.Handle();
+    const unsigned top = lines_.Handle() ? lines_.GetTopIndex() : 0;
+    if (!LayOut()) {
+        End(messageNotShown);
+        return;
     }
-    SetFocus(bar_.Handle());
-    return true;
+    if (lines_.Handle()) {
+        lines_.SetTopIndex(top);
+    }
+    if (linesFocused) {
+        SetFocus(lines_.Handle() ? lines_.Handle() : bar_.Handle());
+    }
 }
 
 RECT MessageBoxDialog::ClientRectangle() const {
@@ -182,7 +224,7 @@ void MessageBoxDialog::Paint(HDC dc, const RECT& client) {
 bool MessageBoxDialog::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
         case WM_INITDIALOG:
-            if (!LayOut()) {
+            if (!SetUp()) {
                 End(messageNotShown);
             }
             // The focus is set; the platform answers FALSE to leave it there.
@@ -190,6 +232,12 @@ bool MessageBoxDialog::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
         case WM_SIZE:
             if (bar_.Handle()) {
                 MoveBar(LOWORD(lParam), HIWORD(lParam));
+            }
+            return true;
+        case WM_SETTINGCHANGE:
+        case WM_DISPLAYCHANGE:
+            if (bar_.Handle()) {
+                FollowScreen();
             }
             return true;
         case WM_SETFOCUS:

@@ -7,6 +7,7 @@
 #include "ui/drawing_resources.h"
 #include "ui/held_fault.h"
 #include "ui/paint.h"
+#include "ui/popup_menu.h"
 #include "ui/slide.h"
 #include "ui/theme.h"
 
@@ -65,7 +66,10 @@ void PageSlider::SetEntries(std::vector<Entry> entries) {
 }
 
 void PageSlider::DrawEntry(HDC dc, const RECT& area, unsigned index) const {
-    DrawClippedLine(dc, area, entries_[index].text, TextAlignment::Centered);
+    // Two long entries side by side must not run into each other.
+    const int margin = TextHeight(dc, Fonts().Base()) / 2;
+    const RECT text = {area.left + margin, area.top, area.right - margin, area.bottom};
+    DrawClippedLine(dc, text, entries_[index].text, TextAlignment::Centered);
 }
 
 void PageSlider::DrawShifted(HDC dc, const RECT& client, int offset) {
@@ -102,10 +106,35 @@ void PageSlider::Change(bool next, int offset) {
     }
     const int width = Width(ClientRectangle());
     Slide(offset, next ? width : -width, [this](int shifted) { ShowShifted(shifted); });
-    current_ = NeighbourEntry(current_, Count(), next);
+    Take(NeighbourEntry(current_, Count(), next));
+}
+
+void PageSlider::Take(unsigned index) {
+    current_ = index;
     InvalidateRect(Handle(), nullptr, FALSE);
     Send(target_, WM_COMMAND, MAKEWPARAM(entries_[current_].command, 1),
          reinterpret_cast<LPARAM>(target_));
+}
+
+void PageSlider::ChooseFromList() {
+    const platform::UniqueMenu menu(CreatePopupMenu());
+    RECT anchor = ClientRectangle();
+    POINT corner = {anchor.left, anchor.top};
+    if (Count() < 2 || !menu || !ClientToScreen(Handle(), &corner)) {
+        return;
+    }
+    OffsetRectangle(&anchor, corner.x, corner.y);
+    for (unsigned index = 0; index < Count(); ++index) {
+        const UINT checked = index == current_ ? MF_CHECKED : MF_UNCHECKED;
+        if (!AppendMenuW(menu.Get(), MF_STRING | checked, index + 1,
+                         entries_[index].text.c_str())) {
+            return;
+        }
+    }
+    const int chosen = TrackSpinnerMenu(Handle(), anchor, menu.Get());
+    if (Handle() && chosen != noCommand && static_cast<unsigned>(chosen) != current_ + 1) {
+        Take(static_cast<unsigned>(chosen) - 1);
+    }
 }
 
 LRESULT PageSlider::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
@@ -120,7 +149,9 @@ LRESULT PageSlider::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
         case WM_LBUTTONDBLCLK: {
             const POINT point = PointOf(lParam);
             SetFocus(Handle());
-            StartDrag(Handle(), point.x, point.y);
+            if (StartDrag(Handle(), point.x, point.y) == GestureTap) {
+                ChooseFromList();
+            }
             return 0;
         }
         case WM_QUERYDRAGTRACKER: {

@@ -1,4 +1,5 @@
-// Shows one entry of a circular list of entries and changes it by a sideways swipe.
+// Shows one entry of a circular list of entries and changes it by a sideways swipe; a tap opens the
+// list of all entries.
 #pragma once
 
 #include <string>
@@ -40,6 +41,8 @@ class PageSlider final : public Window {
     void ShowShifted(int offset);
     // Slides from `offset` to the neighbour and tells the target.
     void Change(bool next, int offset);
+    void Take(unsigned index);
+    void ChooseFromList();
     void DrawEntry(HDC dc, const RECT& area, unsigned index) const;
 
     HWND target_ = nullptr;

@@ -35,11 +35,19 @@ RowMetrics MetricsOf(HDC dc) {
 
 int TrackPopup(HWND owner, const RECT& anchor, HMENU menu, UINT, MSG* lastMessage) {
     *lastMessage = MSG{};
-    PopupMenu popup(menu, anchor);
+    PopupMenu popup(L"kx::PopupMenu", menu, anchor);
     if (!popup.Open(owner)) {
         return noCommand;
     }
     *lastMessage = popup.Run();
+    return popup.ChosenCommand();
+}
+
+int TrackSpinnerMenu(HWND owner, const RECT& anchor, HMENU menu) {
+    PopupMenu popup(L"InternalSpinnerMenu", menu, anchor);
+    if (popup.Open(owner)) {
+        popup.Run();
+    }
     return popup.ChosenCommand();
 }
 
@@ -49,11 +57,14 @@ PopupMenu::~PopupMenu() {
 }
 
 bool PopupMenu::Open(HWND owner) {
-    if (!Create(L"kx::PopupMenu", L"", WS_POPUP | WS_CLIPSIBLINGS | WS_CLIPCHILDREN, RECT{},
-                owner)) {
+    if (!Create(windowClass_, L"", WS_POPUP | WS_CLIPSIBLINGS | WS_CLIPCHILDREN, RECT{}, owner)) {
         return false;
     }
     Fill();
+    if (GetCount() == 0) {
+        Destroy();
+        return false;
+    }
     Layout(0, 0);
     MONITORINFO monitor = {};
     monitor.cbSize = sizeof monitor;
@@ -81,7 +92,7 @@ void PopupMenu::Fill() {
 MSG PopupMenu::Run() {
     MSG message = {};
     running_ = true;
-    while (Handle()) {
+    while (Handle() && !closed_) {
         const BOOL received = GetMessageW(&message, nullptr, 0, 0);
         if (received == 0) {
             PostQuitMessage(static_cast<int>(message.wParam));
@@ -99,7 +110,10 @@ MSG PopupMenu::Run() {
     }
     running_ = false;
     Destroy();
-    return closingTap_ ? *closingTap_ : message;
+    if (closingTap_) {
+        return *closingTap_;
+    }
+    return closed_ ? MSG{} : message;
 }
 
 SIZE PopupMenu::Measure(unsigned, int, int, ULONG_PTR data) {
@@ -219,8 +233,10 @@ void PopupMenu::OnDeactivated() {
         return;
     }
     MSG tap;
-    if (PeekMessageW(&tap, nullptr, WM_LBUTTONDOWN, WM_LBUTTONDOWN, PM_REMOVE)) {
-        closingTap_ = tap;
+    for (const UINT kind : {WM_LBUTTONDOWN, WM_LBUTTONDBLCLK}) {
+        if (!closingTap_ && PeekInput(&tap, nullptr, kind, kind, PM_REMOVE)) {
+            closingTap_ = tap;
+        }
     }
     Close();
 }
@@ -251,6 +267,9 @@ LRESULT PopupMenu::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
                 return 0;
             }
             break;
+        case WM_CLOSEPOPUP:
+            closed_ = true;
+            return 0;
         case WM_CANCELMODE:
         case WM_SETTINGCHANGE:
             Close();

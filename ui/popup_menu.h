@@ -15,9 +15,14 @@ inline constexpr int noCommand = -1;
 // `lastMessage` receives the message that ended the menu. `flags` is reserved, 0.
 int TrackPopup(HWND owner, const RECT& anchor, HMENU menu, UINT flags, MSG* lastMessage);
 
+// The same for the list of entries of a page slider, whose windows have a class of their own.
+int TrackSpinnerMenu(HWND owner, const RECT& anchor, HMENU menu);
+
 class PopupMenu final : public TouchList<PopupMenu> {
  public:
-    PopupMenu(HMENU menu, const RECT& anchor) : menu_(menu), anchor_(anchor) {}
+    // `windowClass` is a literal.
+    PopupMenu(const wchar_t* windowClass, HMENU menu, const RECT& anchor)
+        : windowClass_(windowClass), menu_(menu), anchor_(anchor) {}
     ~PopupMenu() override;
 
     // Creates, fills and places the window; false when the platform fails.
@@ -44,11 +49,14 @@ class PopupMenu final : public TouchList<PopupMenu> {
     void OnDeactivated();
     bool OnKeyUp(WPARAM key);
 
+    const wchar_t* windowClass_;
     HMENU menu_;
     RECT anchor_;
     int chosenCommand_ = noCommand;
     bool running_ = false;
     bool submenuOpen_ = false;
+    // The message that closes the menu came through a loop inside the menu's own.
+    bool closed_ = false;
     // The tap outside that ended this menu, when it is not the message that the loop ended with.
     std::optional<MSG> closingTap_;
 };

@@ -1,7 +1,10 @@
 #include "ui/row_editor.h"
 
+#include <algorithm>
+
 #include "platform/aygshell.h"
 #include "text/resources.h"
+#include "ui/drawing_resources.h"
 #include "ui/held_fault.h"
 #include "ui/window.h"
 #include "ui/window_text.h"
@@ -13,12 +16,23 @@ size_t BaseNameLength(const std::wstring& name, bool folder) {
     return folder || dot == std::wstring::npos || dot == 0 ? name.size() : dot;
 }
 
+RECT EditorBounds(HWND list, const RECT& row, HFONT font) {
+    const platform::WindowDC dc(list);
+    const int line = TextHeight(dc, font);
+    const int height = std::min(Height(row), line + line / 4 + 4 * GetSystemMetrics(SM_CYBORDER));
+    RECT bounds = row;
+    bounds.top += (Height(row) - height) / 2;
+    bounds.bottom = bounds.top + height;
+    return bounds;
+}
+
 RowEditor::RowEditor(HWND list, HWND bar, const RECT& area, HFONT font, const std::wstring& text,
                      size_t selected)
-    : bar_(bar) {
+    : bar_(bar), font_(font) {
+    const RECT bounds = EditorBounds(list, area, font);
     edit_ = CreateWindowExW(
-        0, L"EDIT", text.c_str(), WS_CHILD | WS_VISIBLE | WS_BORDER | ES_AUTOHSCROLL, area.left,
-        area.top, Width(area), Height(area), list, nullptr, text::ProgramModule(), nullptr);
+        0, L"EDIT", text.c_str(), WS_CHILD | WS_VISIBLE | WS_BORDER | ES_AUTOHSCROLL, bounds.left,
+        bounds.top, Width(bounds), Height(bounds), list, nullptr, text::ProgramModule(), nullptr);
     if (!edit_) {
         return;
     }
@@ -40,7 +54,8 @@ RowEditor::~RowEditor() {
 }
 
 void RowEditor::Place(const RECT& area) {
-    MoveWindow(edit_, area.left, area.top, Width(area), Height(area), TRUE);
+    const RECT bounds = EditorBounds(GetParent(edit_), area, font_);
+    MoveWindow(edit_, bounds.left, bounds.top, Width(bounds), Height(bounds), TRUE);
 }
 
 std::wstring RowEditor::Text() const {
@@ -77,6 +92,13 @@ LRESULT CALLBACK RowEditor::Procedure(HWND window, UINT message, WPARAM wParam, 
         case WM_KEYDOWN:
             if (wParam == VK_RETURN || wParam == VK_ESCAPE) {
                 self->Finish(wParam == VK_RETURN ? IDOK : IDCANCEL);
+                return 0;
+            }
+            break;
+        case WM_KEYUP:
+            // The hardware's soft keys, which are those of the bar.
+            if (wParam == VK_F1 || wParam == VK_F2) {
+                self->Finish(wParam == VK_F1 ? IDOK : IDCANCEL);
                 return 0;
             }
             break;

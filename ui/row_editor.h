@@ -7,6 +7,10 @@
 
 namespace ui {
 
+// Where an editor in `font` stands in a row: as wide as the row, as high as its line, in the
+// middle.
+RECT EditorBounds(HWND list, const RECT& row, HFONT font);
+
 class RowEditor {
  public:
     // Opens the system's edit control as a child of `list` over `area` (client pixels) in `font`
@@ -20,8 +24,8 @@ class RowEditor {
 
     explicit operator bool() const { return edit_ != nullptr; }
 
-    // Runs until the text is confirmed by Enter or a tap beside the editor, or cancelled by
-    // Escape; IDOK or IDCANCEL.
+    // Runs until the text is confirmed by Enter, the left soft key or a tap beside the editor, or
+    // cancelled by Escape or the right soft key; IDOK or IDCANCEL.
     int Run();
     // Ends Run with a result; what the soft keys do.
     void Finish(int result) { result_ = result; }
@@ -33,6 +37,7 @@ class RowEditor {
     static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 
     HWND bar_;
+    HFONT font_;
     HWND edit_ = nullptr;
     WNDPROC previous_ = nullptr;
     int result_ = 0;

@@ -32,8 +32,7 @@ SlideBarPlace PlaceSlideBar(int width, int height, int rowHeight, int thickness)
 }
 
 bool SlideBar::Open(HWND parent) {
-    return Create(L"kx::SlideBar", L"", childStyle & ~static_cast<DWORD>(WS_VISIBLE), RECT{},
-                  parent);
+    return Create(L"kx::SlideBar", L"", childStyle, RECT{}, parent);
 }
 
 bool SlideBar::LoadBar(UINT resourceId) {

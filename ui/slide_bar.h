@@ -21,7 +21,7 @@ class SlideBar final : public Window {
     SlideBar() = default;
     ~SlideBar() override { Destroy(); }
 
-    // Creates the bar as a hidden child of `parent`; false when the platform fails.
+    // Creates the bar as a child of `parent`, without a size; false when the platform fails.
     bool Open(HWND parent);
     // Takes the top-level items of a menu resource as entries; false when neither module has it.
     bool LoadBar(UINT resourceId);

@@ -53,9 +53,13 @@ class TouchList : public Window {
     int GetTotalHeight() const { return totalHeight_; }
     int GetMaxItemWidth() const { return maxItemWidth_; }
 
-    // Row by row changes by the owner, who calls Layout or Relayout afterwards.
+    // Row by row changes by the owner, who calls Layout or Remeasure afterwards. The selection
+    // stays on its row.
     void InsertItem(unsigned index, ULONG_PTR data) {
         items_.insert(items_.begin() + static_cast<ptrdiff_t>(index), ItemRecord{0, 0, data});
+        if (selection_ != noRow && selection_ >= index) {
+            ++selection_;
+        }
     }
     // Frees one row; the selection stays on its row, or goes when that is the one.
     void RemoveItem(unsigned index);
@@ -134,8 +138,7 @@ class TouchList<Kind>::Tracker final : public DragTracker {
         if (list_.items_.empty()) {
             return true;
         }
-        position_.top = std::min(position_.top, list_.GetCount() - 1);
-        position_ = FollowFinger(list_.items_, list_.maxTop_, Height(client_), position_, distance);
+        Follow(distance);
         DrawFrame(-position_.offset);
         return true;
     }
@@ -144,7 +147,7 @@ class TouchList<Kind>::Tracker final : public DragTracker {
         if (list_.items_.empty()) {
             return;
         }
-        position_.top = std::min(position_.top, list_.GetCount() - 1);
+        Follow(0);
         const SlideToRest slide =
             PlanSlide(list_.items_, list_.maxTop_, list_.totalHeight_, position_);
         int y = slide.first;
@@ -154,13 +157,19 @@ class TouchList<Kind>::Tracker final : public DragTracker {
             DrawFrame(y);
         }
         const unsigned rest = std::min(slide.newTop, list_.maxTop_);
-        if (rest != list_.topIndex_) {
+        // The last frame's scroll indicator may stand for another row than the one at rest.
+        if (rest != list_.topIndex_ || rest != position_.top) {
             list_.topIndex_ = rest;
             InvalidateRect(list_.Handle(), nullptr, TRUE);
         }
     }
 
  private:
+    // The rows may have been replaced since the last move.
+    void Follow(int distance) {
+        position_.top = std::min(position_.top, list_.maxTop_);
+        position_ = FollowFinger(list_.items_, list_.maxTop_, Height(client_), position_, distance);
+    }
     void DrawFrame(int firstY) {
         const OffscreenBitmap frame(dc_, client_);
         if (frame) {
@@ -242,7 +251,11 @@ unsigned TouchList<Kind>::SetSelection(unsigned index) {
         return selection_;
     }
     const unsigned old = selection_;
-    if (!Self().MayLeaveSelection() || NotifySelection(LSN_SELCHANGING, index, old)) {
+    if (NotifySelection(LSN_SELCHANGING, index, old) || !Self().MayLeaveSelection()) {
+        return selection_;
+    }
+    // Those who were asked may have replaced the rows.
+    if (selection_ != old || (index != noRow && index >= GetCount())) {
         return selection_;
     }
     selection_ = index;

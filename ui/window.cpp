@@ -63,6 +63,8 @@ LRESULT CALLBACK Window::Procedure(HWND window, UINT message, WPARAM wParam, LPA
         result = self->OnMessage(message, wParam, lParam);
     } catch (...) {
         HoldException();
+        // A dialog's loop is the platform's: the dialog must come to know.
+        PostMessageW(GetActiveWindow(), WM_NULL, 0, 0);
     }
     // The last message that a handheld sends; a PC's further ones are left to the platform.
     if (message == WM_DESTROY) {

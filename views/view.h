@@ -71,6 +71,8 @@ class View {
     virtual LRESULT Notify(const NMHDR& notification) = 0;
 };
 
+class AppCloser;
+
 // The main frame as the views see it. Everything is borrowed.
 class Frame {
  public:
@@ -85,6 +87,8 @@ class Frame {
     // The current view's title, or what its commands depend on, has changed.
     virtual void TitleChanged() = 0;
     virtual void MenuStateChanged() = 0;
+    // Closes applications; the frame's own.
+    virtual AppCloser& Closer() = 0;
     // False when the frame knows no such key.
     virtual bool FrameKey(WPARAM key) = 0;
 

@@ -34,6 +34,13 @@ void ViewList::Clear() {
     TouchList::Clear();
 }
 
+void ViewList::InsertItem(unsigned index, ULONG_PTR data) {
+    if (index < marks_.size()) {
+        marks_.insert(marks_.begin() + static_cast<ptrdiff_t>(index), false);
+    }
+    TouchList::InsertItem(index, data);
+}
+
 void ViewList::RemoveItem(unsigned index) {
     if (index < marks_.size()) {
         marks_.erase(marks_.begin() + static_cast<ptrdiff_t>(index));

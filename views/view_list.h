@@ -31,6 +31,7 @@ class ViewList final : public ui::TouchList<ViewList> {
 
     // As the list's own; the marks go with their rows.
     void Clear();
+    void InsertItem(unsigned index, ULONG_PTR data);
     void RemoveItem(unsigned index);
 
     // The hooks of the touch list.

@@ -43,6 +43,24 @@ BOOL WINAPI BreakOnHide(HWND window, int command) {
     return show(window, command);
 }
 
+using MakeWindow = HWND(DWORD, const wchar_t*, const wchar_t*, DWORD, int, int, int, int, HWND,
+                        HMENU, HINSTANCE, void*);
+MakeWindow* makeWindow = nullptr;
+int listsAllowed = 0;
+
+// Has room for so many lists and no more.
+HWND WINAPI CreateFewLists(DWORD extended, const wchar_t* windowClass, const wchar_t* title,
+                           DWORD style, int x, int y, int width, int height, HWND parent,
+                           HMENU menu, HINSTANCE module, void* data) {
+    if (reinterpret_cast<ULONG_PTR>(windowClass) > 0xFFFF &&
+        std::wstring(windowClass) == L"kx::TouchList" && listsAllowed-- <= 0) {
+        SetLastError(ERROR_NOT_ENOUGH_MEMORY);
+        return nullptr;
+    }
+    return makeWindow(extended, windowClass, title, style, x, y, width, height, parent, menu,
+                      module, data);
+}
+
 class FrameViews : public FrameFixture {};
 
 }  // namespace
@@ -194,6 +212,27 @@ TEST_F(FrameViews, ThatFailToOpenHaveTakenThePlaceOfTheOldOne) {
         EXPECT_TRUE(WaitFor([&] { return !IsWindow(box); }));
     });
     EXPECT_EQ(CleanSettings::Number(L"view"), 0u);
+}
+
+TEST_F(FrameViews, WithoutAListAreReported) {
+    const DrawnTexts drawn;
+    const PlatformHook<MakeWindow> hook("CreateWindowExW", CreateFewLists);
+    makeWindow = hook.Original();
+    listsAllowed = 1;
+    Open();
+    RunFrame([&] {
+        SetForegroundWindow(frame.Handle());
+        PostMessageW(frame.Handle(), WM_COMMAND, 601, 0);
+        const HWND box = WaitForWindow(L"#32770");
+        ASSERT_TRUE(box);
+        EXPECT_TRUE(WaitFor([&] { return drawn.Has(L"Ok"); }));
+        EXPECT_NE(drawn.All().find("The action can't be completed"), std::string::npos);
+        Finger().Key("Return").Play();
+        EXPECT_TRUE(WaitFor([&] { return !IsWindow(box); }));
+        PostMessageW(frame.Handle(), WM_COMMAND, 600, 0);
+        EXPECT_TRUE(WaitForCaption(L"\\"));
+    });
+    EXPECT_EQ(loopResult, 1);
 }
 
 TEST_F(FrameViews, StayWhenTheyFailBeforeGivingWay) {

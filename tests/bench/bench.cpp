@@ -12,10 +12,14 @@
 #include "platform/coredll.h"
 #include "platform/desktop/paths.h"
 #include "tests/support/fake_frame.h"
+#include "tests/support/windows_seen.h"
 #include "tests/support/world.h"
 #include "text/resources.h"
 #include "ui/drawing_resources.h"
+#include "views/display_flags.h"
+#include "views/files/file_transfer.h"
 #include "views/files/files_view.h"
+#include "views/view_list.h"
 
 namespace {
 
@@ -143,6 +147,78 @@ void MeasureDrag() {
     Compare("200 frames of a drag", "100,000 rows", DragOf(many), "10 rows", DragOf(few), 21);
 }
 
+// A full screen of a folder's rows, drawn as WM_PAINT draws it, against the one copy that no
+// control can do without.
+void MeasurePainting() {
+    const test::TemporaryFolder folder;
+    for (int index = 0; index < 40; ++index) {
+        folder.MakeFile(L"file " + std::to_wstring(index) + L".txt");
+    }
+    test::FakeFrame frame;
+    frame.flags = views::flagShowFileSize | views::flagShowFileDate;
+    views::FilesView view(frame);
+    frame.Open(view);
+    view.Navigate(folder.Path().c_str());
+    const HWND list = test::FindChild(frame.Handle(), views::ViewList::className);
+    RECT client;
+    GetClientRect(list, &client);
+    const platform::WindowDC dc(list);
+    const ui::OffscreenBitmap picture(dc, client);
+    Compare(
+        "a full screen of rows", "the list",
+        [&] { RedrawWindow(list, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW); },
+        "bare BitBlt", [&] { picture.Show(); }, 101);
+}
+
+// Never asked: nothing is in the way.
+class NoPrompts final : public views::TransferPrompts {
+ public:
+    views::TransferAnswer AskConflict(const std::wstring&, bool, bool) override {
+        return views::answerStop;
+    }
+    void TellOtherKind(const std::wstring&, bool) override {}
+    views::TransferAnswer AskAfterFailure(const std::wstring&, const std::wstring&, bool) override {
+        return views::answerStop;
+    }
+    void OnProgress() override {}
+};
+
+void CopyBare(const std::wstring& source, const std::wstring& destination) {
+    CreateDirectoryW(destination.c_str(), nullptr);
+    platform::FindData found;
+    const HANDLE search = platform::FindFirst((source + L"\\*").c_str(), &found);
+    do {
+        const std::wstring from = source + L'\\' + found.cFileName;
+        const std::wstring to = destination + L'\\' + found.cFileName;
+        if (found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) {
+            CopyBare(from, to);
+        } else {
+            CopyFileW(from.c_str(), to.c_str(), FALSE);
+        }
+    } while (platform::FindNext(search, &found));
+    FindClose(search);
+}
+
+void MeasureCopying() {
+    const test::TemporaryFolder folder;
+    const std::wstring source = folder.MakeFolder(L"source");
+    for (int number = 0; number < 20; ++number) {
+        const std::wstring inner = L"source\\folder " + std::to_wstring(number);
+        folder.MakeFolder(inner);
+        for (int file = 0; file < 100; ++file) {
+            folder.MakeFile(inner + L"\\file " + std::to_wstring(file), std::string(4000, 'x'));
+        }
+    }
+    NoPrompts prompts;
+    int copies = 0;
+    const auto next = [&] { return folder.Path() + L"\\copy " + std::to_wstring(copies++); };
+    std::printf("2,000 files: ");
+    Compare(
+        "copying a tree", "the program",
+        [&] { views::FileTransfer(prompts).CopyItem(source, next()); }, "bare loop",
+        [&] { CopyBare(source, next()); }, 11);
+}
+
 }  // namespace
 
 int main(int count, char** arguments) {
@@ -150,6 +226,8 @@ int main(int count, char** arguments) {
     text::SetProgramModule(GetModuleHandleW(nullptr));
     ui::Resources().Load();
     MeasureDrag();
+    MeasurePainting();
+    MeasureCopying();
     MeasureListing(1000, 7);
     if (count > 1 && std::strcmp(arguments[1], "--large") == 0) {
         MeasureListing(10000, 1);

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "ui/window.h"
+#include "views/app_closer.h"
 #include "views/view.h"
 
 namespace test {
@@ -25,6 +26,7 @@ class FakeFrame final : public ui::Window, public views::Frame {
     void SwitchTo(views::ViewIndex view, const views::ViewArgument& argument) override;
     void TitleChanged() override { ++titleChanges; }
     void MenuStateChanged() override { ++menuChanges; }
+    views::AppCloser& Closer() override { return closer; }
     bool FrameKey(WPARAM key) override;
     std::optional<std::wstring> StoredText(const wchar_t* name) const override;
     std::optional<DWORD> StoredNumber(const wchar_t* name) const override;
@@ -32,6 +34,7 @@ class FakeFrame final : public ui::Window, public views::Frame {
     void StoreNumber(const wchar_t* name, DWORD value) override { numbers[name] = value; }
 
     // What the view is told and what it has done.
+    views::AppCloser closer;
     DWORD flags = 0;
     std::map<std::wstring, std::wstring> texts;
     std::map<std::wstring, DWORD> numbers;

@@ -161,6 +161,12 @@ TEST(PathText, TheLastComponentIsCutAtItsEndWhenNothingElseFits) {
     EXPECT_EQ(DrawnPath(path, Measured(L"...a long")), Expected(L"a long...", left, area));
 }
 
+TEST(PathText, TheLastComponentStandsAloneWhenOnlyItFits) {
+    const std::wstring path = L"\\Windows\\a long name";
+    const int areaWidth = Measured(L"a long name");
+    EXPECT_EQ(DrawnPath(path, areaWidth), Expected(L"a long name", left, AreaOf(areaWidth)));
+}
+
 TEST(PathText, IsNeverWiderThanItsAreaUnlessOnlyTheDotsAreLeft) {
     const std::wstring path = L"\\Program Files\\Vantor\\vantor.0407.ui";
     for (int areaWidth = Measured(L"..."); areaWidth < Measured(path); areaWidth += 3) {

@@ -71,6 +71,71 @@ TEST_F(FormEditor, ARowThatMayNotBeLeftKeepsSelectionAndEditor) {
     EXPECT_FALSE(list.Editor());
 }
 
+TEST_F(FormEditor, ATapThatMayNotLeaveGivesTheFocusBackToIt) {
+    Open(rows);
+    list.SetSelection(1);
+    rows[1].mayLeave = false;
+    Tap(60, 20);
+    EXPECT_EQ(GetFocus(), rows[1].editor);
+    rows[2].accepts = false;
+    Tap(60, 100);
+    EXPECT_EQ(GetFocus(), rows[1].editor);
+}
+
+TEST_F(FormEditor, ADragClosesItAndATapOnItsRowOpensItAgain) {
+    Open(rows);
+    list.SetSelection(1);
+    const HWND editor = list.Editor();
+    ASSERT_TRUE(editor);
+    Run([&] {
+        input.Play(Finger().Down(At(60, 200)).Wait(20).DragTo(At(60, 200), At(60, 120), 6).Up());
+        EXPECT_TRUE(WaitFor([&] { return !IsWindow(editor); }));
+        Sleep(300);
+    });
+    EXPECT_FALSE(list.Editor());
+    EXPECT_EQ(list.GetSelection(), 1u);
+    EXPECT_EQ(rows[1].asked, 1);
+    Tap(60, 60);
+    ASSERT_TRUE(list.Editor());
+    EXPECT_NE(rows[1].editor, editor);
+    EXPECT_EQ(GetFocus(), rows[1].editor);
+}
+
+TEST_F(FormEditor, ADragIsRefusedWhileItsRowMayNotBeLeft) {
+    Open(rows);
+    list.SetSelection(1);
+    rows[1].mayLeave = false;
+    const HWND editor = list.Editor();
+    const int resting = rows[0].drawn.top;
+    bool moved = false;
+    Run([&] {
+        input.Play(Finger().Down(At(60, 200)).Wait(20).DragTo(At(60, 200), At(60, 280), 6));
+        moved = WaitFor([&] { return rows[0].drawn.top != resting; }, 300);
+        input.Play(Finger().Up());
+    });
+    EXPECT_FALSE(moved);
+    EXPECT_EQ(list.Editor(), editor);
+    EXPECT_EQ(GetFocus(), editor);
+}
+
+TEST_F(FormEditor, GoesWithTheRowsThatAreLaidOutAnewOrCleared) {
+    Open(rows);
+    list.SetSelection(1);
+    const HWND first = list.Editor();
+    list.Layout();
+    EXPECT_FALSE(IsWindow(first));
+    EXPECT_FALSE(list.Editor());
+    EXPECT_EQ(list.GetSelection(), noRow);
+    list.SetSelection(3);
+    const HWND second = list.Editor();
+    ASSERT_TRUE(second);
+    list.Clear();
+    EXPECT_FALSE(IsWindow(second));
+    EXPECT_FALSE(list.Editor());
+    EXPECT_EQ(rows[3].asked, 0);
+    EXPECT_EQ(GetObjectType(rows[3].font), 0u);
+}
+
 TEST_F(FormEditor, TheNextRowsEditorFollows) {
     Open(rows);
     list.SetSelection(1);
@@ -109,6 +174,16 @@ TEST_F(FormEditor, FollowsItsRowWhenTheListIsResized) {
     EXPECT_EQ(place.right - place.left, width - 60);
     EXPECT_EQ(place.top, static_cast<int>(3 - list.GetTopIndex()) * 40);
     EXPECT_LE(place.bottom, 100);
+}
+
+TEST_F(FormEditor, FollowsItsRowWhenTheRowsAreMeasuredAnew) {
+    Open(rows);
+    list.SetSelection(1);
+    rows[0].size.cy += 40;
+    list.Remeasure();
+    RECT place = ScreenRectangleOf(list.Editor());
+    MapWindowPoints(nullptr, list.Handle(), reinterpret_cast<POINT*>(&place), 2);
+    EXPECT_EQ(place.top, 80);
 }
 
 TEST_F(FormEditor, GoesWithTheList) {

@@ -70,21 +70,26 @@ TEST_F(FormListMeasure, ResizingMeasuresAnewAndKeepsSelectionAndTop) {
     EXPECT_EQ(rows[0].room.cx, width - 40 - 16 * GetSystemMetrics(SM_CXBORDER));
 }
 
-TEST_F(FormListKeys, UpAndDownSkipRowsThatRefuse) {
+TEST_F(FormListKeys, UpAndDownSkipRowsThatRefuseAndScrollBehindTheLast) {
     std::vector<RowScript> rows = EqualRows(20);
     for (RowScript& row : rows) {
         row.accepts = false;
     }
     rows[3].accepts = rows[9].accepts = rows[17].accepts = true;
     Open(rows);
-    for (const unsigned expected : {3u, 9u, 17u, 17u}) {
+    for (const unsigned expected : {3u, 9u, 17u}) {
         EXPECT_EQ(SelectionAfter("Down"), expected);
     }
-    EXPECT_GT(list.GetTopIndex(), 9u);
-    for (const unsigned expected : {9u, 3u, 3u}) {
+    const unsigned shown = list.GetTopIndex();
+    EXPECT_GT(shown, 9u);
+    EXPECT_EQ(SelectionAfter("Down"), 17u);
+    EXPECT_EQ(list.GetTopIndex(), shown + 1);
+    for (const unsigned expected : {9u, 3u}) {
         EXPECT_EQ(SelectionAfter("Up"), expected);
     }
     EXPECT_EQ(list.GetTopIndex(), 3u);
+    EXPECT_EQ(SelectionAfter("Up"), 3u);
+    EXPECT_EQ(list.GetTopIndex(), 2u);
 }
 
 TEST_F(FormListKeys, UpWithNothingSelectedStartsAtTheEnd) {

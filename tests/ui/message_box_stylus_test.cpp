@@ -1,3 +1,4 @@
+#include "tests/support/drawn_texts.h"
 #include "tests/support/world.h"
 #include "tests/ui/sample_box.h"
 #include "ui/drawing_resources.h"
@@ -61,6 +62,23 @@ TEST_F(MessageBoxStylus, BackOnThePressedButtonItCounts) {
                        End(Finger().Up());
                    }),
               133);
+}
+
+TEST_F(MessageBoxStylus, EscapeGivesAPressUpAndOtherKeysWait) {
+    EXPECT_EQ(Show(L"Really?", yesNo, 1,
+                   [&] {
+                       const HWND box = WaitForBox();
+                       const POINT yes = ButtonPoint(box, 0, 2);
+                       Finger().Down(yes).Wait(30).Play();
+                       EXPECT_TRUE(ShowsButtonColor(box, 0, 2, Pressed()));
+                       Play(Finger().Key("Return"));
+                       EXPECT_TRUE(IsWindowVisible(box));
+                       Play(Finger().Key("Escape"));
+                       Play(Finger().Up());
+                       EXPECT_TRUE(IsWindowVisible(box));
+                       End();
+                   }),
+              2);
 }
 
 TEST_F(MessageBoxStylus, CapturesTheStylusWhilePressed) {
@@ -218,6 +236,23 @@ TEST_F(MessageBoxLook, ALongMessageWrapsInsideTheWorkArea) {
         EXPECT_LE(box.right, GetSystemMetrics(SM_CXSCREEN));
         EXPECT_LE(box.bottom, GetSystemMetrics(SM_CYSCREEN));
         EXPECT_GT(box.bottom - box.top, shortHeight);
+        End();
+    });
+}
+
+TEST_F(MessageBoxLook, AWordLongerThanALineIsBrokenAndLosesNothing) {
+    const std::wstring path = L"\\My_Documents\\" + std::wstring(150, L'm') + L"\\end.txt";
+    const DrawnTexts drawn;
+    Show(path, {131}, 0, [&] {
+        const HWND box = WaitForBox();
+        EXPECT_TRUE(WaitFor([&] { return drawn.Has(L"Ok"); }));
+        std::string all = drawn.All();
+        std::erase(all, '\n');
+        EXPECT_NE(all.find(std::string(path.begin(), path.end())), std::string::npos) << all;
+        EXPECT_FALSE(drawn.Has(path));
+        const RECT place = ScreenRectangleOf(box);
+        EXPECT_GE(place.left, 0);
+        EXPECT_LE(place.right, GetSystemMetrics(SM_CXSCREEN));
         End();
     });
 }

@@ -106,3 +106,35 @@ TEST_F(MessageBoxTall, ATextOfTenThousandCharactersIsShown) {
                    }),
               131);
 }
+
+TEST_F(MessageBoxTall, FollowsTheScreen) {
+    std::wstring text;
+    for (int number = 0; number < 12; ++number) {
+        text += Line(number) + L"\n";
+    }
+    Show(text, {133, 134}, 1, [&] {
+        const HWND box = WaitForBox();
+        input.Play(Finger().Key("Tab").Key("Down").Key("Down"));
+        const HWND lines = Lines(box);
+        ASSERT_TRUE(FocusIs(lines));
+        screen.SetWorkArea(RECT{0, 0, 320, 240});
+        SendMessageW(box, WM_SETTINGCHANGE, 0, 0);
+        RECT place = ScreenRectangleOf(box);
+        EXPECT_LE(place.bottom, 240);
+        EXPECT_LE(place.right, 320);
+        ASSERT_TRUE(Lines(box));
+        EXPECT_TRUE(FocusIs(Lines(box)));
+        EXPECT_LE(ScreenRectangleOf(Lines(box)).bottom, ScreenRectangleOf(Bar(box)).top);
+        // A screen that holds the whole text needs no list.
+        screen.SetWorkArea(RECT{0, 0, 480, 640});
+        SendMessageW(box, WM_DISPLAYCHANGE, 0, 0);
+        EXPECT_FALSE(Lines(box));
+        EXPECT_TRUE(FocusIs(Bar(box)));
+        place = ScreenRectangleOf(box);
+        EXPECT_NEAR(place.top + place.bottom, 640, 2);
+        screen.SetWorkArea(RECT{0, 0, 240, 320});
+        SendMessageW(box, WM_DISPLAYCHANGE, 0, 0);
+        EXPECT_TRUE(Lines(box));
+        End();
+    });
+}

@@ -1,5 +1,6 @@
 #include <memory>
 
+#include "tests/support/drawn_texts.h"
 #include "tests/support/finger.h"
 #include "tests/support/platform_hook.h"
 #include "tests/support/world.h"
@@ -103,6 +104,17 @@ class PageSliderFixture : public testing::Test {
 class PageSliderSwipe : public PageSliderFixture {};
 class PageSliderKeys : public PageSliderFixture {};
 class PageSliderEntries : public PageSliderFixture {};
+class PageSliderList : public PageSliderFixture {
+ protected:
+    // The list of entries, which a tap opens.
+    HWND OpenList() {
+        input.Play(Finger().Tap(At(150)));
+        return WaitForWindow(L"InternalSpinnerMenu");
+    }
+    static bool Gone(HWND window) {
+        return WaitFor([window] { return !IsWindow(window); });
+    }
+};
 
 }  // namespace
 
@@ -255,13 +267,6 @@ TEST_F(PageSliderSwipe, UpAndDownIsIgnored) {
     EXPECT_TRUE(Commands().empty());
 }
 
-TEST_F(PageSliderSwipe, ATapChangesNothing) {
-    Open();
-    Run([&] { input.Play(Finger().Tap(At(150))); });
-    EXPECT_EQ(slider.Current(), 0u);
-    EXPECT_TRUE(Commands().empty());
-}
-
 TEST_F(PageSliderSwipe, MayDestroyTheSlider) {
     Open();
     destroys = true;
@@ -339,4 +344,84 @@ TEST_F(PageSliderEntries, NewOnesStartAtTheFirst) {
     EXPECT_EQ(slider.Count(), 2u);
     Run([&] { input.Play(Finger().Key("Right")); });
     EXPECT_EQ(Commands().back().wParam, static_cast<WPARAM>(MAKEWPARAM(801, 1)));
+}
+
+TEST_F(PageSliderList, OpensBesideItWithTheEntriesAndACheckOnTheCurrentOne) {
+    Open();
+    const DrawnTexts texts;
+    Run([&] {
+        const HWND list = OpenList();
+        ASSERT_TRUE(list);
+        EXPECT_TRUE(WaitFor([&] {
+            return texts.Has(L"iiii AAAA") && texts.Has(L"BBBB WWWW") && texts.Has(L"MM CC MMM");
+        }));
+        const RECT place = ScreenRectangleOf(list);
+        const RECT anchor = ScreenRectangleOf(slider.Handle());
+        EXPECT_EQ(place.left, anchor.left);
+        EXPECT_EQ(place.bottom, anchor.top);
+        // The check mark stands in the column left of the first text only.
+        const Picture picture = Picture::OfWindow(list);
+        const int row = (place.bottom - place.top) / 3;
+        const auto marked = [&](int index) {
+            for (int y = index * row + 2; y < (index + 1) * row - 2; ++y) {
+                for (int x = 2; x < row / 3; ++x) {
+                    if (picture.At(x, y) != GetSysColor(COLOR_WINDOW)) {
+                        return true;
+                    }
+                }
+            }
+            return false;
+        };
+        EXPECT_TRUE(marked(0));
+        EXPECT_FALSE(marked(1));
+        EXPECT_FALSE(marked(2));
+        input.Play(Finger().Key("Escape"));
+        EXPECT_TRUE(Gone(list));
+    });
+    EXPECT_EQ(slider.Current(), 0u);
+    EXPECT_TRUE(Commands().empty());
+}
+
+TEST_F(PageSliderList, AChosenEntryIsShownAndTold) {
+    Open();
+    Run([&] {
+        const HWND list = OpenList();
+        ASSERT_TRUE(list);
+        const RECT place = ScreenRectangleOf(list);
+        input.Play(Finger().Tap(place.left + 60, place.bottom - (place.bottom - place.top) / 6));
+        EXPECT_TRUE(Gone(list));
+        EXPECT_TRUE(WaitFor([&] { return !Commands().empty(); }));
+    });
+    EXPECT_EQ(slider.Current(), 2u);
+    EXPECT_EQ(Commands(), std::vector<Command>{Change(2)});
+}
+
+TEST_F(PageSliderList, TheCurrentEntryIsNotToldAgain) {
+    Open();
+    Run([&] {
+        const HWND list = OpenList();
+        ASSERT_TRUE(list);
+        input.Play(Finger().Key("Down").Key("Return"));
+        EXPECT_TRUE(Gone(list));
+    });
+    EXPECT_EQ(slider.Current(), 0u);
+    EXPECT_TRUE(Commands().empty());
+}
+
+TEST_F(PageSliderList, AHoldOpensNone) {
+    Open();
+    Run([&] {
+        input.Play(Finger().Hold(At(150)));
+        EXPECT_FALSE(WaitFor([] { return FindVisible(L"InternalSpinnerMenu") != nullptr; }, 300));
+    });
+    EXPECT_EQ(slider.Current(), 0u);
+    EXPECT_TRUE(Commands().empty());
+}
+
+TEST_F(PageSliderList, OneEntryHasNone) {
+    Open(1);
+    Run([&] {
+        input.Play(Finger().Tap(At(150)));
+        EXPECT_FALSE(WaitFor([] { return FindVisible(L"InternalSpinnerMenu") != nullptr; }, 300));
+    });
 }

@@ -1,5 +1,6 @@
 #include "ui/page.h"
 
+#include "tests/support/monitor.h"
 #include "tests/support/platform_hook.h"
 #include "tests/ui/sample_bar.h"
 #include "tests/ui/sample_form.h"
@@ -103,6 +104,7 @@ class PageTest : public testing::Test {
 class PageResult : public PageTest {};
 class PageFocus : public PageTest {};
 class PageFailure : public PageTest {};
+class PagePlace : public PageTest {};
 
 }  // namespace
 
@@ -158,6 +160,40 @@ TEST_F(PageResult, CoversItsOwnerAndShowsItsCaption) {
         const RECT list = ScreenRectangleOf(FindChild(window, L"DlgControlList"));
         const RECT bar = ScreenRectangleOf(FindChild(window, L"kx::CmdBar"));
         EXPECT_EQ(list.bottom, bar.top);
+        Finger().Key("Escape").Play();
+    });
+}
+
+TEST_F(PagePlace, FollowsTheScreenAndKeepsTheSelectionAndTheScrolledRows) {
+    Monitor monitor(RECT{0, 0, 480, 640});
+    SamplePage page(ui::barDone);
+    page.fill = [](ui::FormList& list) {
+        for (int row = 0; row < 30; ++row) {
+            list.AddRow(std::make_unique<ui::CheckRow>(L"Row", false, [](bool) {}));
+        }
+    };
+    Show(page, [&] {
+        const HWND window = WaitForPage();
+        input.Play(Finger().Key("End").Key("Up").Key("Up"));
+        ASSERT_EQ(page.Rows().GetSelection(), 27u);
+        const unsigned top = page.Rows().GetTopIndex();
+        for (const UINT message : {WM_SETTINGCHANGE, WM_DISPLAYCHANGE}) {
+            monitor.SetWorkArea(RECT{0, 30, 480, 400});
+            SendMessageW(window, message, 0, 0);
+            const RECT place = ScreenRectangleOf(window);
+            EXPECT_EQ(place.top, 30);
+            EXPECT_EQ(place.bottom, 400);
+            const RECT list = ScreenRectangleOf(FindChild(window, L"DlgControlList"));
+            const RECT bar = ScreenRectangleOf(FindChild(window, L"kx::CmdBar"));
+            EXPECT_EQ(list.bottom, bar.top);
+            EXPECT_GT(list.bottom, list.top + 50);
+            EXPECT_EQ(page.Rows().GetSelection(), 27u);
+            EXPECT_GE(page.Rows().GetTopIndex(), top);
+            monitor.SetWorkArea(RECT{0, 0, 480, 640});
+            SendMessageW(window, message, 0, 0);
+            EXPECT_EQ(ScreenRectangleOf(window).bottom, 640);
+            EXPECT_EQ(page.Rows().GetSelection(), 27u);
+        }
         Finger().Key("Escape").Play();
     });
 }

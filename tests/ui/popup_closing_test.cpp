@@ -98,6 +98,23 @@ TEST_F(PopupClosing, ModesCancelledAndSettingsChangedClose) {
     }
 }
 
+TEST_F(PopupClosing, AModeCancelledDuringADragOfTheMenuCloses) {
+    std::vector<Item> items;
+    for (UINT id = 1; id <= 60; ++id) {
+        items.push_back(Item{id, L"Item"});
+    }
+    EXPECT_EQ(Track(items,
+                    [&] {
+                        const HWND menu = WaitForPopups(1);
+                        const POINT low = OnScreen(menu, 30, 300);
+                        const POINT high = {low.x, low.y - 120};
+                        input.Play(Finger().Down(low).Wait(20).DragTo(low, high, 6));
+                        SendMessageW(menu, WM_CANCELMODE, 0, 0);
+                        Finger().Up().Play();
+                    }),
+              noCommand);
+}
+
 TEST_F(PopupClosing, DeactivationByAnotherProgramCloses) {
     const CleanSettings settings;
     EXPECT_EQ(Track(nested,

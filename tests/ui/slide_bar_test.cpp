@@ -113,12 +113,13 @@ TEST(SlideBarPlacement, IsNowhereWhileTheRowsHaveNoHeight) {
     EXPECT_EQ(PlaceSlideBar(480, 750, 0, 95), SlideBarPlace::None);
 }
 
-TEST_F(SlideBarWindow, IsAHiddenChildAtFirst) {
+TEST_F(SlideBarWindow, IsAChildWithoutASizeAtFirst) {
     ASSERT_TRUE(owner.Open());
     ASSERT_TRUE(bar.Open(owner.Handle()));
     EXPECT_EQ(ClassOf(bar.Handle()), L"kx::SlideBar");
     EXPECT_EQ(GetWindowLongW(bar.Handle(), GWL_STYLE),
-              static_cast<LONG>(WS_CHILD | WS_CLIPSIBLINGS | WS_CLIPCHILDREN));
+              static_cast<LONG>(WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS | WS_CLIPCHILDREN));
+    EXPECT_EQ(bar.ClientRectangle().right, 0);
     EXPECT_EQ(GetParent(bar.Handle()), owner.Handle());
     EXPECT_EQ(GetClassLongW(bar.Handle(), GCL_STYLE), 0xBu);
 }

@@ -61,6 +61,27 @@ TEST_F(TouchListAbort, OtherKeysAreDispatchedAndTheDragGoesOn) {
     EXPECT_EQ(list.GetTopIndex(), 2u);
 }
 
+TEST_F(TouchListAbort, RowsThatBecomeFewerUnderTheFingerComeToRest) {
+    Open(EqualHeights(20, 40));
+    owner.answer = [this](UINT message, WPARAM wParam, LPARAM, LRESULT*) {
+        if (message == WM_APP) {
+            list.Fill(EqualHeights(wParam, 40));
+        }
+        return false;
+    };
+    list.SetTopIndex(list.GetMaxTop());
+    for (const size_t rows : {15u, 9u, 3u, 1u, 0u}) {
+        Run([&] {
+            input.Play(Finger().Down(At(60, 250)).Wait(20).DragTo(At(60, 250), At(60, 200), 6));
+            SendMessageW(owner.Handle(), WM_APP, rows, 0);
+            Lift();
+        });
+        EXPECT_LE(list.GetTopIndex(), list.GetMaxTop()) << rows;
+        list.Fill(EqualHeights(20, 40));
+        list.SetTopIndex(list.GetMaxTop());
+    }
+}
+
 TEST_F(TouchListAbort, TheRightButtonSnaps) {
     Open(EqualHeights(20, 40));
     Run([&] {

@@ -235,3 +235,17 @@ TEST_F(TouchListSize, TheChangeIsPassedOn) {
     MoveWindow(list.Handle(), 0, 0, width, 390, TRUE);
     EXPECT_EQ(list.sizeMessages, 1);
 }
+
+TEST_F(TouchListState, RowsReplacedByTheOneWhoIsAskedKeepNoSelectionThatIsGone) {
+    Open(EqualHeights(20, 40));
+    owner.answer = [this, answer = owner.answer](UINT message, WPARAM wParam, LPARAM lParam, LRESULT* result) {
+        const auto& header = *reinterpret_cast<const NMHDR*>(lParam);
+        if (message == WM_NOTIFY && static_cast<int>(header.code) == ui::LSN_SELCHANGING) {
+            list.Fill(EqualHeights(2, 40));
+        }
+        return answer(message, wParam, lParam, result);
+    };
+    EXPECT_EQ(list.SetSelection(12), noRow);
+    EXPECT_EQ(list.GetSelection(), noRow);
+    EXPECT_EQ(list.SetSelection(1), 1u);
+}

@@ -282,3 +282,14 @@ TEST_F(GestureTracking, APressIsFollowedForItsTimeAtTheMost) {
     EXPECT_GE(GetTickCount() - start, 100u);
     EXPECT_EQ(gestureTimeout, 60000u);
 }
+
+TEST(InputLookedFor, AQuitIsLeftInTheQueue) {
+    PostQuitMessage(7);
+    MSG message;
+    EXPECT_FALSE(ui::PeekInput(&message, nullptr, WM_LBUTTONUP, WM_LBUTTONUP, PM_REMOVE));
+    EXPECT_FALSE(ui::PeekInput(&message, nullptr, WM_MOUSEMOVE, WM_MOUSEMOVE, PM_NOREMOVE));
+    ASSERT_TRUE(PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE));
+    EXPECT_EQ(message.message, static_cast<UINT>(WM_QUIT));
+    EXPECT_EQ(message.wParam, 7u);
+    EXPECT_FALSE(PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE));
+}

@@ -211,14 +211,13 @@ TEST_F(DialogFault, EndsTheDialogAndLeavesTheCallThatRanIt) {
     }
 }
 
-TEST_F(DialogFault, AnotherWindowsIsThrownWhenTheBoxHasClosed) {
+TEST_F(DialogFault, AnotherWindowsEndsTheBoxAndLeavesTheCallThatRanIt) {
     bool thrown = false;
     WhileUser(
         [&] {
             WaitForWindow(L"#32770");
             PostMessageW(owner.Handle(), WM_THROW, 0, 0);
-            input.Play(Finger().Key("Right"));
-            Finger().Key("Return").Play();
+            EXPECT_TRUE(WaitFor([] { return !FindVisible(L"#32770"); }));
         },
         [&] {
             try {

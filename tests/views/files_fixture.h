@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "tests/support/world.h"
+#include "views/app_closer.h"
 #include "views/files/files_view.h"
 #include "views/view_list.h"
 
@@ -29,12 +30,14 @@ class OneViewFrame final : public ui::Window, public views::Frame {
     void SwitchTo(views::ViewIndex, const views::ViewArgument&) override {}
     void TitleChanged() override { ++titleChanges; }
     void MenuStateChanged() override { ++menuChanges; }
+    views::AppCloser& Closer() override { return closer; }
     bool FrameKey(WPARAM) override { return false; }
     std::optional<std::wstring> StoredText(const wchar_t* name) const override;
     std::optional<DWORD> StoredNumber(const wchar_t* name) const override;
     void StoreText(const wchar_t* name, const std::wstring& value) override;
     void StoreNumber(const wchar_t* name, DWORD value) override;
 
+    views::AppCloser closer;
     DWORD flags = 0;
     int titleChanges = 0;
     int menuChanges = 0;

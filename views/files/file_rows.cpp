@@ -80,6 +80,13 @@ void FileRows::Draw(const DRAWITEMSTRUCT& row, const FileItem& item, DWORD flags
     DrawSecondLine(dc, text, item, flags);
 }
 
+RECT FileRows::NameArea(const RECT& row) const {
+    RECT area = row;
+    area.left += 2 * ((textHeight_ + 5) / 6) + iconWidth_ + iconWidth_ / 4;
+    area.bottom = area.top + std::min(ui::Height(row), oneLineHeight_);
+    return area;
+}
+
 void FileRows::DrawSecondLine(HDC dc, const RECT& area, const FileItem& item, DWORD flags) const {
     RECT date = area;
     if ((flags & flagShowFileSize) && !item.IsFolder()) {

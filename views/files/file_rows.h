@@ -14,6 +14,8 @@ class FileRows {
     // The height of an entry's row under the display options.
     int Height(const FileItem& item, DWORD flags) const;
     void Draw(const DRAWITEMSTRUCT& row, const FileItem& item, DWORD flags) const;
+    // The part of a row in which its name stands.
+    RECT NameArea(const RECT& row) const;
 
  private:
     void DrawSecondLine(HDC dc, const RECT& area, const FileItem& item, DWORD flags) const;

@@ -5,6 +5,7 @@
 #include "platform/handles.h"
 #include "text/format.h"
 #include "ui/action.h"
+#include "ui/drawing_resources.h"
 #include "views/files/folder_listing.h"
 #include "views/files/open_file.h"
 #include "views/properties_page.h"
@@ -175,20 +176,44 @@ bool FilesView::Back() {
 }
 
 bool FilesView::Command(WORD command) {
+    if (editor_) {
+        // Only the editor's own bar is there.
+        if (command == IDOK || command == IDCANCEL) {
+            editor_->Finish(command);
+        }
+        return true;
+    }
     switch (command) {
         case commandUp:
             Up();
             return true;
         case commandOpen:
-            if (HasSelection()) {
-                Open(List().GetSelection());
-            } else {
-                MessageBeep(~0u);
-            }
-            return true;
         case commandOpenWith:
         case commandProperties:
-            OpenOrDescribe(command);
+        case commandRename:
+            OnSelectedRow(command);
+            return true;
+        case commandDelete:
+            if (List().Marking()) {
+                operations_.DeleteMarked();
+            } else {
+                OnSelectedRow(command);
+            }
+            return true;
+        case commandNewFolder:
+            operations_.NewFolder();
+            return true;
+        case commandCopy:
+            operations_.CopyRows(ChosenRows());
+            return true;
+        case commandCut:
+            operations_.CutRows(ChosenRows());
+            return true;
+        case commandPaste:
+            operations_.Paste();
+            return true;
+        case commandPasteShortcut:
+            operations_.PasteShortcuts();
             return true;
         case commandSelect:
             SetMarking(true);
@@ -196,30 +221,118 @@ bool FilesView::Command(WORD command) {
         case IDCANCEL:
             SetMarking(false);
             return true;
-        case commandRename:
-        case commandDelete:
-        case commandNewFolder:
-        case commandCopy:
-        case commandCut:
-        case commandPaste:
-        case commandPasteShortcut:
-            MessageBeep(~0u);
-            return true;
         default:
             return ListView::Command(command);
     }
 }
 
-void FilesView::OpenOrDescribe(WORD command) {
+void FilesView::OnSelectedRow(WORD command) {
     if (!HasSelection()) {
         MessageBeep(~0u);
         return;
     }
-    const std::wstring path = path_ + L'\\' + ItemAt(List().GetSelection()).name;
-    if (command == commandOpenWith) {
-        OpenWith(GetFrame(), path);
-    } else {
-        ShowProperties(GetFrame().MainWindow(), path);
+    const unsigned row = List().GetSelection();
+    switch (command) {
+        case commandOpen:
+            Open(row);
+            break;
+        case commandOpenWith:
+            OpenWith(GetFrame(), PathOf(row));
+            break;
+        case commandProperties:
+            ShowProperties(GetFrame().MainWindow(), PathOf(row));
+            break;
+        case commandRename:
+            operations_.Rename(row);
+            break;
+        default:
+            operations_.Delete(row);
+            break;
+    }
+}
+
+std::vector<unsigned> FilesView::MarkedRows() const {
+    std::vector<unsigned> rows;
+    for (unsigned row = 0; row < List().GetCount(); ++row) {
+        if (List().Marked(row)) {
+            rows.push_back(row);
+        }
+    }
+    return rows;
+}
+
+std::vector<unsigned> FilesView::ChosenRows() const {
+    if (List().Marking()) {
+        return MarkedRows();
+    }
+    return HasSelection() ? std::vector<unsigned>{List().GetSelection()} : std::vector<unsigned>();
+}
+
+void FilesView::RemoveRow(unsigned row) {
+    const bool selected = List().GetSelection() == row;
+    List().RemoveItem(row);
+    List().Remeasure();
+    if (selected) {
+        List().SetSelection(row);
+    }
+    GetFrame().MenuStateChanged();
+}
+
+unsigned FilesView::InsertRow(FileItemOwner item) {
+    const unsigned equal = RowOf(*item);
+    if (equal != ui::noRow) {
+        List().RemoveItem(equal);
+    }
+    const unsigned row = LowerBound(*item);
+    InsertSorted(std::move(item));
+    List().Remeasure();
+    List().SetSelection(row);
+    GetFrame().MenuStateChanged();
+    return row;
+}
+
+int FilesView::EditName(unsigned row, std::wstring* name) {
+    List().SetSelection(row);
+    List().BringIntoView(row);
+    RECT area;
+    if (!List().RowRectangle(row, &area)) {
+        return IDCANCEL;
+    }
+    UpdateWindow(List().Handle());
+    // The bar and the view are as before on every way out.
+    struct Editing {
+        FilesView& view;
+        ~Editing() {
+            view.editor_ = nullptr;
+            if (view.List().Handle()) {
+                view.GetFrame().Bar().LoadBar(menuResource);
+                view.GetFrame().MenuStateChanged();
+            }
+        }
+    } editing{*this};
+    GetFrame().Bar().LoadBar(editingMenuResource);
+    ui::RowEditor editor(List().Handle(), GetFrame().Bar().Handle(), rows_.NameArea(area),
+                         ui::Fonts().Base(), *name,
+                         ui::BaseNameLength(*name, ItemAt(row).IsFolder()));
+    if (!editor) {
+        MessageBeep(~0u);
+        return IDCANCEL;
+    }
+    editor_ = &editor;
+    editedRow_ = row;
+    PlaceEditor();
+    const int result = editor.Run();
+    if (result == IDOK) {
+        *name = editor.Text();
+    }
+    return result;
+}
+
+void FilesView::PlaceEditor() {
+    RECT area;
+    List().BringIntoView(editedRow_);
+    if (List().RowRectangle(editedRow_, &area)) {
+        editor_->Place(rows_.NameArea(area));
     }
 }
 
@@ -228,6 +341,9 @@ void FilesView::Arrange(const RECT& area) {
     list.top += std::min(PathBar::PreferredHeight(textHeight_), ui::Height(area) / 4);
     MoveWindow(pathBar_.Handle(), area.left, area.top, ui::Width(area), list.top - area.top, TRUE);
     ListView::Arrange(list);
+    if (editor_) {
+        PlaceEditor();
+    }
 }
 
 void FilesView::Close() {

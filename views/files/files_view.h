@@ -1,6 +1,8 @@
 // The Files view: the entries of one folder, folders first.
 #pragma once
 
+#include "ui/row_editor.h"
+#include "views/files/file_operations.h"
 #include "views/files/file_rows.h"
 #include "views/files/folder_listing.h"
 #include "views/files/path_bar.h"
@@ -8,7 +10,7 @@
 
 namespace views {
 
-class FilesView final : public ListView {
+class FilesView final : public ListView, private FileList {
  public:
     // Takes up the folder of the last run if it still exists.
     explicit FilesView(Frame& frame);
@@ -43,8 +45,25 @@ class FilesView final : public ListView {
  private:
     static constexpr UINT menuResource = 500;
     static constexpr UINT markingMenuResource = 506;
+    static constexpr UINT editingMenuResource = 120;
 
-    FileItem& ItemAt(unsigned row) const { return ItemOf(List().GetItemData(row)); }
+    // The list as the file operations see it.
+    Frame& GetFrame() const override { return ListView::GetFrame(); }
+    const std::wstring& Folder() const override { return path_; }
+    const FileItem& ItemAt(unsigned row) const override { return ItemOf(List().GetItemData(row)); }
+    unsigned RowOf(const FileItem& item) const override { return RowOfItem(List(), item); }
+    void RemoveRow(unsigned row) override;
+    unsigned InsertRow(FileItemOwner item) override;
+    void Relist() override { Refresh(); }
+    std::vector<unsigned> MarkedRows() const override;
+    void EndMarking() override { SetMarking(false); }
+    int EditName(unsigned row, std::wstring* name) override;
+
+    // The rows that a command is for: the marked ones, or the selected one.
+    std::vector<unsigned> ChosenRows() const;
+    // Commands for the selected row; they beep without one.
+    void OnSelectedRow(WORD command);
+    void PlaceEditor();
     // The first row that does not order before the item.
     unsigned LowerBound(const FileItem& item) const;
     // Starts or ends multi-selection, which has a bar of its own.
@@ -56,14 +75,16 @@ class FilesView final : public ListView {
     void SelectItem(const FileItem& probe);
     void SelectName(const std::wstring& name, DWORD attributes);
     void Open(unsigned row);
-    // "Open With..." and "Properties" of the selected row.
-    void OpenOrDescribe(WORD command);
     void ShowPath();
 
     std::wstring path_;
     DWORD hideMask_ = 0;
     FileRows rows_;
     PathBar pathBar_;
+    FileOperations operations_{*this};
+    // The editor of a name while it is open, and its row.
+    ui::RowEditor* editor_ = nullptr;
+    unsigned editedRow_ = ui::noRow;
     // What was selected when the view was left.
     std::wstring leftName_;
     DWORD leftAttributes_ = 0;

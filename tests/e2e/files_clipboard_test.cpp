@@ -1,0 +1,103 @@
+#include "platform/windows.h"
+
+#include <shlobj.h>
+
+#include <cstring>
+#include <vector>
+
+#include "platform/desktop/paths.h"
+#include "tests/e2e/files_fixture.h"
+
+using namespace test;
+
+namespace {
+
+// The program and this test are two processes that meet on the clipboard.
+class FilesClipboard : public FilesProgram {
+ protected:
+    enum Action { copy = 4, cut = 5, paste = 6 };
+
+    ~FilesClipboard() override {
+        if (OpenClipboard(nullptr)) {
+            EmptyClipboard();
+            CloseClipboard();
+        }
+    }
+    static std::vector<std::wstring> PathsOnClipboard() {
+        std::vector<std::wstring> paths;
+        if (!OpenClipboard(nullptr)) {
+            return paths;
+        }
+        const auto drop = static_cast<HDROP>(GetClipboardData(CF_HDROP));
+        const UINT count = drop ? DragQueryFileW(drop, ~0u, nullptr, 0) : 0;
+        for (UINT index = 0; index < count; ++index) {
+            wchar_t path[MAX_PATH] = {};
+            DragQueryFileW(drop, index, path, MAX_PATH);
+            paths.push_back(path);
+        }
+        CloseClipboard();
+        return paths;
+    }
+    static void Put(const std::wstring& path, DWORD effect) {
+        const std::wstring outside = platform::desktop::ToDesktopPath(path);
+        const DROPFILES header = {sizeof(DROPFILES), {}, FALSE, TRUE};
+        const size_t bytes = sizeof header + (outside.size() + 2) * sizeof(wchar_t);
+        const HGLOBAL memory = GlobalAlloc(GMEM_MOVEABLE | GMEM_ZEROINIT, bytes);
+        const auto block = static_cast<char*>(GlobalLock(memory));
+        std::memcpy(block, &header, sizeof header);
+        std::memcpy(block + sizeof header, outside.c_str(), outside.size() * sizeof(wchar_t));
+        GlobalUnlock(memory);
+        const HGLOBAL word = GlobalAlloc(GMEM_MOVEABLE, sizeof effect);
+        std::memcpy(GlobalLock(word), &effect, sizeof effect);
+        GlobalUnlock(word);
+        ASSERT_TRUE(OpenClipboard(nullptr));
+        EmptyClipboard();
+        EXPECT_TRUE(SetClipboardData(CF_HDROP, memory));
+        EXPECT_TRUE(SetClipboardData(RegisterClipboardFormatW(L"Preferred DropEffect"), word));
+        CloseClipboard();
+    }
+    static bool Exists(const std::wstring& path) {
+        return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES;
+    }
+};
+
+}  // namespace
+
+TEST_F(FilesClipboard, AnotherProgramReadsWhatIsCopiedHere) {
+    const std::wstring file = folder.MakeFile(L"a.txt", "a");
+    Start();
+    ASSERT_TRUE(Finger().Hold(RowPoint(0)).Play());
+    ASSERT_TRUE(ShowsSelected(0));
+    Choose(0, copy);
+    const std::vector<std::wstring> expected = {platform::desktop::ToDesktopPath(file)};
+    EXPECT_TRUE(WaitFor([&] { return PathsOnClipboard() == expected; }));
+    EXPECT_FALSE(IsClipboardFormatAvailable(RegisterClipboardFormatW(L"Preferred DropEffect")));
+    Choose(0, cut);
+    EXPECT_TRUE(WaitFor([&] {
+        return IsClipboardFormatAvailable(RegisterClipboardFormatW(L"Preferred DropEffect"));
+    }));
+    EXPECT_EQ(PathsOnClipboard(), expected);
+}
+
+TEST_F(FilesClipboard, WhatAnotherProgramCopiesIsPastedHere) {
+    const TemporaryFolder other;
+    const std::wstring file = other.MakeFile(L"b.txt", "b");
+    folder.MakeFile(L"a.txt");
+    Start();
+    Put(file, 1);
+    Choose(0, paste);
+    EXPECT_TRUE(WaitFor([&] { return Exists(folder.Path() + L"\\b.txt"); }));
+    EXPECT_TRUE(Exists(file));
+    EXPECT_TRUE(ShowsSelected(1));
+}
+
+TEST_F(FilesClipboard, WhatAnotherProgramCutsIsMovedHere) {
+    const TemporaryFolder other;
+    const std::wstring file = other.MakeFile(L"b.txt", "b");
+    folder.MakeFile(L"a.txt");
+    Start();
+    Put(file, 2);
+    Choose(0, paste);
+    EXPECT_TRUE(WaitFor([&] { return Exists(folder.Path() + L"\\b.txt"); }));
+    EXPECT_TRUE(WaitFor([&] { return !Exists(file); }));
+}

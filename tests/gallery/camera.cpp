@@ -1,0 +1,384 @@
+#include "tests/gallery/camera.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <cwchar>
+#include <fstream>
+#include <iterator>
+
+#include "platform/handles.h"
+#include "tests/support/picture_file.h"
+#include "tests/support/user.h"
+#include "text/resources.h"
+#include "ui/window.h"
+
+namespace test {
+
+namespace {
+
+constexpr UINT WM_TAKE = WM_APP + 1;
+constexpr wchar_t cameraClass[] = L"GalleryCamera";
+
+Camera* camera = nullptr;
+
+std::string Utf8(const wchar_t* text, int length) {
+    std::string narrow(static_cast<size_t>(length) * 4, 0);
+    narrow.resize(static_cast<size_t>(WideCharToMultiByte(CP_UTF8, 0, text, length, narrow.data(),
+                                                          static_cast<int>(narrow.size()), nullptr,
+                                                          nullptr)));
+    return narrow;
+}
+
+RECT Screen() {
+    return RECT{0, 0, GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN)};
+}
+
+// "480x640", the folder of this screen's pictures.
+std::string ScreenName() {
+    const RECT screen = Screen();
+    const platform::WindowDC dc(nullptr);
+    const bool large = GetDeviceCaps(dc, LOGPIXELSY) > 96 && screen.right <= 240;
+    char name[40];
+    std::snprintf(name, sizeof name, "%dx%d%s", static_cast<int>(screen.right),
+                  static_cast<int>(screen.bottom), large ? "_large_letters" : "");
+    return name;
+}
+
+// The repository is drive Z: of a device for tests.
+std::string PathOf(const char* folder, const std::string& scene, const char* extension) {
+    return std::string(folder) + ScreenName() + "\\" + scene + extension;
+}
+constexpr char keptFolder[] = "Z:\\docs\\gallery\\";
+constexpr char takenFolder[] = "Z:\\build\\gallery\\";
+
+std::wstring Wide(const std::string& text) {
+    return std::wstring(text.begin(), text.end());
+}
+
+void MakeFolders(const char* folder) {
+    CreateDirectoryW(Wide(folder).c_str(), nullptr);
+    CreateDirectoryW(Wide(folder + ScreenName()).c_str(), nullptr);
+}
+
+std::multiset<std::string> ReadLines(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    std::multiset<std::string> lines;
+    for (std::string line; std::getline(file, line);) {
+        lines.insert(line);
+    }
+    return lines;
+}
+
+void WriteLines(const std::string& path, const std::multiset<std::string>& lines) {
+    std::ofstream file(path, std::ios::binary);
+    for (const std::string& line : lines) {
+        file << line << '\n';
+    }
+}
+
+// The lines that only one of the two has.
+std::string Difference(const std::multiset<std::string>& kept,
+                       const std::multiset<std::string>& taken) {
+    std::vector<std::string> gone;
+    std::vector<std::string> added;
+    std::set_difference(kept.begin(), kept.end(), taken.begin(), taken.end(),
+                        std::back_inserter(gone));
+    std::set_difference(taken.begin(), taken.end(), kept.begin(), kept.end(),
+                        std::back_inserter(added));
+    std::string text;
+    for (const std::string& line : gone) {
+        text += "  - " + line + "\n";
+    }
+    for (const std::string& line : added) {
+        text += "  + " + line + "\n";
+    }
+    return text;
+}
+
+// Where letters are: true for each pixel that they may cover.
+using Mask = std::vector<bool>;
+
+Mask MaskOfDifference(const Picture& with, const Picture& without) {
+    Mask mask(static_cast<size_t>(with.Width()) * static_cast<size_t>(with.Height()));
+    // Another renderer's letters may reach a little farther.
+    constexpr int reach = 2;
+    for (int y = 0; y < with.Height(); ++y) {
+        for (int x = 0; x < with.Width(); ++x) {
+            if (with.At(x, y) == without.At(x, y)) {
+                continue;
+            }
+            for (int v = std::max(0, y - reach); v <= std::min(with.Height() - 1, y + reach); ++v) {
+                for (int u = std::max(0, x - reach); u <= std::min(with.Width() - 1, x + reach);
+                     ++u) {
+                    mask[static_cast<size_t>(v * with.Width() + u)] = true;
+                }
+            }
+        }
+    }
+    return mask;
+}
+
+Mask MaskOfPlaces(const Picture& picture, const std::vector<RECT>& places, POINT origin) {
+    Mask mask(static_cast<size_t>(picture.Width()) * static_cast<size_t>(picture.Height()));
+    const RECT all = {0, 0, picture.Width(), picture.Height()};
+    for (RECT place : places) {
+        OffsetRect(&place, origin.x, origin.y);
+        IntersectRect(&place, &place, &all);
+        for (int y = place.top; y < place.bottom; ++y) {
+            for (int x = place.left; x < place.right; ++x) {
+                mask[static_cast<size_t>(y * picture.Width() + x)] = true;
+            }
+        }
+    }
+    return mask;
+}
+
+// Leaves a picture that is not as it should be where it can be looked at.
+void LeaveTaken(const std::string& scene, const Picture& taken) {
+    MakeFolders(takenFolder);
+    WritePng(taken, Wide(PathOf(takenFolder, scene, ".png")));
+}
+
+// Removes what an earlier run has left of a scene.
+void RemoveTaken(const std::string& scene) {
+    DeleteFileW(Wide(PathOf(takenFolder, scene, ".png")).c_str());
+    DeleteFileW(Wide(PathOf(takenFolder, scene, "_difference.png")).c_str());
+}
+
+// Says where the pictures differ outside the letters, if they do.
+void Compare(const std::string& scene, const Picture& taken, const Mask& letters) {
+    const std::string keptPath = PathOf(keptFolder, scene, ".png");
+    const std::optional<Picture> kept = ReadPng(Wide(keptPath));
+    if (!kept || kept->Width() != taken.Width() || kept->Height() != taken.Height()) {
+        LeaveTaken(scene, taken);
+    }
+    ASSERT_TRUE(kept) << keptPath << " is missing: tests/gallery/keep makes it";
+    ASSERT_EQ(kept->Width(), taken.Width());
+    ASSERT_EQ(kept->Height(), taken.Height());
+    int different = 0;
+    RECT bounds = {taken.Width(), taken.Height(), 0, 0};
+    std::vector<COLORREF> marked;
+    for (int y = 0; y < taken.Height(); ++y) {
+        for (int x = 0; x < taken.Width(); ++x) {
+            const bool same = letters[static_cast<size_t>(y * taken.Width() + x)] ||
+                              kept->At(x, y) == taken.At(x, y);
+            marked.push_back(same ? taken.At(x, y) : RGB(255, 0, 255));
+            if (!same) {
+                ++different;
+                bounds =
+                    RECT{std::min<LONG>(bounds.left, x), std::min<LONG>(bounds.top, y),
+                         std::max<LONG>(bounds.right, x + 1), std::max<LONG>(bounds.bottom, y + 1)};
+            }
+        }
+    }
+    if (different == 0) {
+        return;
+    }
+    LeaveTaken(scene, taken);
+    WritePng(Picture(taken.Width(), taken.Height(), marked),
+             Wide(PathOf(takenFolder, scene, "_difference.png")));
+    ADD_FAILURE() << scene << ": " << different << " pixels differ within " << bounds.left << ","
+                  << bounds.top << " to " << bounds.right << "," << bounds.bottom << "; see "
+                  << PathOf(takenFolder, scene, ".png");
+}
+
+// What is drawn reaches the screen when its thread waits for messages.
+void WaitUntilShown() {
+    GdiFlush();
+    MsgWaitForMultipleObjectsEx(0, nullptr, 5, 0, 0);
+}
+
+// The scenes that this process has taken.
+std::set<std::string>& TakenScenes() {
+    static std::set<std::string> scenes;
+    return scenes;
+}
+
+// Complains at the end of a run of all tests about pictures that no scene is compared with.
+class LeftPictures final : public testing::Environment {
+ public:
+    void TearDown() override {
+        const testing::UnitTest& tests = *testing::UnitTest::GetInstance();
+        if (Camera::Keeping() || tests.test_to_run_count() < tests.total_test_count()) {
+            return;
+        }
+        WIN32_FIND_DATAW found;
+        const HANDLE search = FindFirstFileW(Wide(PathOf(keptFolder, "*", "")).c_str(), &found);
+        ASSERT_NE(search, INVALID_HANDLE_VALUE);
+        do {
+            const std::string name =
+                Utf8(found.cFileName, static_cast<int>(std::wcslen(found.cFileName)));
+            const std::string scene = name.substr(0, name.rfind('.'));
+            EXPECT_TRUE(scene.empty() || scene == "." || TakenScenes().count(scene))
+                << name << " is kept, but no scene of this name is taken";
+        } while (FindNextFileW(search, &found));
+        FindClose(search);
+    }
+};
+
+const testing::Environment* const leftPictures =
+    testing::AddGlobalTestEnvironment(new LeftPictures());
+
+BOOL CALLBACK RedrawTopLevel(HWND window, LPARAM) {
+    DWORD process = 0;
+    GetWindowThreadProcessId(window, &process);
+    if (process == GetCurrentProcessId() && IsWindowVisible(window)) {
+        RedrawWindow(window, nullptr, nullptr, RDW_INVALIDATE | RDW_ALLCHILDREN | RDW_UPDATENOW);
+    }
+    return TRUE;
+}
+
+}  // namespace
+
+Camera::Camera() : drawText_("DrawTextW", DrawTextHook), textOut_("ExtTextOutW", TextOutHook) {
+    camera = this;
+    WNDCLASSW windowClass = {};
+    windowClass.lpfnWndProc = Procedure;
+    windowClass.hInstance = text::ProgramModule();
+    windowClass.lpszClassName = cameraClass;
+    RegisterClassW(&windowClass);
+    window_ = CreateWindowExW(0, cameraClass, L"", WS_POPUP, 0, 0, 0, 0, nullptr, nullptr,
+                              text::ProgramModule(), nullptr);
+    EXPECT_TRUE(window_);
+}
+
+Camera::~Camera() {
+    DestroyWindow(window_);
+    UnregisterClassW(cameraClass, text::ProgramModule());
+    camera = nullptr;
+}
+
+void Camera::Take(const char* scene) {
+    const Shot shot = {scene, nullptr};
+    SendMessageW(window_, WM_TAKE, 0, reinterpret_cast<LPARAM>(&shot));
+}
+
+void Camera::TakeAsItIs(const char* scene, HWND window) {
+    const Shot shot = {scene, window};
+    SendMessageW(window_, WM_TAKE, 0, reinterpret_cast<LPARAM>(&shot));
+}
+
+void Camera::Forget() {
+    const Shot shot = {nullptr, nullptr};
+    SendMessageW(window_, WM_TAKE, 0, reinterpret_cast<LPARAM>(&shot));
+}
+
+bool Camera::Keeping() {
+    const char* const wish = std::getenv("VANTOR_GALLERY");
+    return wish && std::string(wish) == "keep";
+}
+
+void Camera::MoveFingerAway(const InputTaken& input) {
+    PumpWhileUser([&] { input.Play(Finger().MoveTo(1, 1)); });
+}
+
+LRESULT CALLBACK Camera::Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message == WM_TAKE) {
+        camera->Photograph(*reinterpret_cast<const Shot*>(lParam));
+        return 0;
+    }
+    return DefWindowProcW(window, message, wParam, lParam);
+}
+
+void Camera::RedrawAll(Mode mode) {
+    mode_ = mode;
+    EnumWindows(RedrawTopLevel, 0);
+    WaitUntilShown();
+}
+
+void Camera::Photograph(const Shot& shot) {
+    if (!shot.asItIs) {
+        texts_.clear();
+        places_.clear();
+    }
+    if (!shot.scene) {
+        return;
+    }
+    const std::string scene = shot.scene;
+    TakenScenes().insert(scene);
+    HideCaret(nullptr);
+    if (shot.asItIs) {
+        WaitUntilShown();
+    } else {
+        RedrawAll(Mode::Watch);
+    }
+    const Picture taken = Picture::OfScreen(Screen());
+    const std::multiset<std::string> texts = std::exchange(texts_, {});
+    Mask letters;
+    if (shot.asItIs) {
+        letters = MaskOfPlaces(taken, places_, OnScreen(shot.asItIs, 0, 0));
+    } else {
+        RedrawAll(Mode::Suppress);
+        const Picture bare = Picture::OfScreen(Screen());
+        RedrawAll(Mode::Watch);
+        letters = MaskOfDifference(taken, bare);
+    }
+    texts_.clear();
+    places_.clear();
+    ShowCaret(nullptr);
+
+    const std::string textPath = PathOf(keptFolder, scene, ".txt");
+    if (Keeping()) {
+        MakeFolders(keptFolder);
+        EXPECT_TRUE(WritePng(taken, Wide(PathOf(keptFolder, scene, ".png"))));
+        WriteLines(textPath, texts);
+        return;
+    }
+    RemoveTaken(scene);
+    const std::string otherTexts = Difference(ReadLines(textPath), texts);
+    if (!otherTexts.empty()) {
+        LeaveTaken(scene, taken);
+        ADD_FAILURE() << scene << ": other texts\n" << otherTexts;
+    }
+    Compare(scene, taken, letters);
+}
+
+void Camera::Note(HDC dc, const RECT& place, const RECT* clip, const wchar_t* text, int length) {
+    LOGFONTW font = {};
+    GetObjectW(GetCurrentObject(dc, OBJ_FONT), sizeof font, &font);
+    const RECT within = clip ? *clip : RECT{};
+    char line[160];
+    std::snprintf(line, sizeof line,
+                  "%ld,%ld within %ld,%ld,%ld,%ld color %06lx font %ld/%ld: ", place.left,
+                  place.top, within.left, within.top, within.right, within.bottom, GetTextColor(dc),
+                  font.lfHeight, font.lfWeight);
+    std::string entry = line + Utf8(text, length);
+    std::replace(entry.begin(), entry.end(), '\n', ' ');
+    std::replace(entry.begin(), entry.end(), '\r', ' ');
+    texts_.insert(entry);
+    places_.push_back(place);
+}
+
+int WINAPI Camera::DrawTextHook(HDC dc, const wchar_t* text, int length, RECT* area, UINT format) {
+    const auto original = camera->drawText_.Original();
+    if (!(format & DT_CALCRECT)) {
+        camera->Note(
+            dc, *area, area, text,
+            length < 0 ? static_cast<int>(std::char_traits<wchar_t>::length(text)) : length);
+        if (camera->mode_ == Mode::Suppress) {
+            return 1;
+        }
+    }
+    return original(dc, text, length, area, format);
+}
+
+BOOL WINAPI Camera::TextOutHook(HDC dc, int x, int y, UINT options, const RECT* area,
+                                const wchar_t* text, UINT length, const INT* distances) {
+    if (text && length > 0) {
+        SIZE size = {};
+        GetTextExtentPoint32W(dc, text, static_cast<int>(length), &size);
+        RECT place = {x, y, x + size.cx, y + size.cy};
+        if (area) {
+            place.right = std::min(place.right, area->right);
+            place.bottom = std::min(place.bottom, area->bottom);
+        }
+        camera->Note(dc, place, area, text, static_cast<int>(length));
+        if (camera->mode_ == Mode::Suppress) {
+            return TRUE;
+        }
+    }
+    return camera->textOut_.Original()(dc, x, y, options, area, text, length, distances);
+}
+
+}  // namespace test

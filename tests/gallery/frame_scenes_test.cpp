@@ -1,0 +1,206 @@
+// The main frame: its views, its bar and their menus.
+#include "tests/app/frame_fixture.h"
+#include "tests/gallery/camera.h"
+#include "tests/gallery/sample_folder.h"
+#include "tests/support/finger.h"
+#include "tests/support/input_taken.h"
+#include "tests/support/wait.h"
+#include "ui/message_box.h"
+
+using namespace test;
+
+namespace {
+
+constexpr wchar_t popupClass[] = L"kx::PopupMenu";
+
+class GalleryFrame : public FrameFixture {
+ protected:
+    // Runs the program in the sample folder while the script acts.
+    void Run(const std::function<void()>& script, DWORD flags = 0, DWORD view = 0) {
+        CleanSettings::SetText(L"path", folder_.Path());
+        CleanSettings::SetNumber(L"flags", flags);
+        CleanSettings::SetNumber(L"view", view);
+        Open();
+        RunFrame([&] {
+            SetForegroundWindow(frame.Handle());
+            EXPECT_TRUE(WaitFor([&] { return GetForegroundWindow() == frame.Handle(); }));
+            Finger().MoveTo(1, 1).Play();
+            script();
+        });
+    }
+    void Press(const std::string& key) { input_.Play(Finger().Key(key)); }
+    void Play(Finger& finger) { input_.Play(finger); }
+    // The middle of the list's first row; the rows are at least 30 pixels high.
+    POINT FirstRow() const { return OnScreen(FindChild(frame.Handle(), L"kx::TouchList"), 60, 15); }
+    // A command as the menu gives it.
+    void Give(UINT command) { SendMessageW(frame.Handle(), WM_COMMAND, command, 0); }
+    void TakeMenu(const char* key, const char* scene) {
+        Press(key);
+        ASSERT_TRUE(WaitForWindow(popupClass));
+        camera.Take(scene);
+        Press("Escape");
+        EXPECT_TRUE(WaitFor([] { return !FindVisible(popupClass); }));
+    }
+
+    Camera camera;
+
+ private:
+    const SampleFolder folder_;
+    const InputTaken input_;
+};
+
+}  // namespace
+
+TEST_F(GalleryFrame, Files) {
+    Run([&] {
+        camera.Take("files");
+        Press("Down");
+        Press("Down");
+        camera.Take("files_selected");
+        Press("End");
+        camera.Take("files_at_the_end");
+    });
+}
+
+TEST_F(GalleryFrame, FilesInTheMiddle) {
+    Run(
+        [&] {
+            for (int row = 0; row < 11; ++row) {
+                Press("Down");
+            }
+            camera.Take("files_in_the_middle");
+        },
+        0x0C);
+}
+
+TEST_F(GalleryFrame, AnEmptyFolder) {
+    Run([&] {
+        Press("Down");
+        Press("Return");
+        EXPECT_TRUE(WaitForCaption(L"\\Gallery\\Journeys and Reports\\Maps"));
+        camera.Take("files_empty");
+    });
+}
+
+TEST_F(GalleryFrame, FilesWithDetails) {
+    Run(
+        [&] {
+            camera.Take("files_details");
+            Press("Down");
+            Press("Down");
+            Press("Down");
+            camera.Take("files_details_selected");
+        },
+        0x0C);
+}
+
+TEST_F(GalleryFrame, FilesWithSizes) {
+    Run([&] { camera.Take("files_sizes"); }, 0x04);
+}
+
+TEST_F(GalleryFrame, FilesMarking) {
+    Run([&] {
+        Give(651);
+        camera.Take("files_marking");
+        Press("Down");
+        Press("space");
+        Press("Down");
+        Press("Down");
+        Press("space");
+        camera.Take("files_marked");
+    });
+}
+
+TEST_F(GalleryFrame, FilesMenus) {
+    Run([&] {
+        TakeMenu("F1", "files_actions");
+        TakeMenu("F2", "files_menu");
+        Press("Down");
+        Press("F1");
+        ASSERT_TRUE(WaitForWindow(popupClass));
+        Press("Down");
+        Press("Down");
+        camera.Take("files_actions_selected");
+        Press("Escape");
+        EXPECT_TRUE(WaitFor([] { return !FindVisible(popupClass); }));
+    });
+}
+
+TEST_F(GalleryFrame, FilesUnderAFinger) {
+    Run([&] {
+        const HWND list = FindChild(frame.Handle(), L"kx::TouchList");
+        const RECT area = ScreenRectangleOf(list);
+        const POINT from = {area.left + 60, (area.top + area.bottom) / 2};
+        const POINT to = {from.x, from.y - (area.bottom - area.top) / 4};
+        Finger finger;
+        finger.Down(from).Wait(20).DragTo(from, POINT{to.x, to.y - 1}, 8);
+        Play(finger);
+        camera.Forget();
+        finger = Finger().MoveTo(to);
+        Play(finger);
+        camera.TakeAsItIs("files_dragged", list);
+        finger = Finger().Up();
+        Play(finger);
+    });
+}
+
+TEST_F(GalleryFrame, OtherViews) {
+    Run([&] {
+        Give(601);
+        camera.Take("applications");
+        TakeMenu("F1", "applications_actions");
+        TakeMenu("F2", "applications_menu");
+        Give(602);
+        camera.Take("processes");
+        TakeMenu("F1", "processes_actions");
+        TakeMenu("F2", "processes_menu");
+        Give(620);
+        camera.Take("dlls");
+        TakeMenu("F1", "dlls_actions");
+        TakeMenu("F2", "dlls_menu");
+        Give(603);
+        camera.Take("status");
+        TakeMenu("F2", "status_menu");
+    });
+}
+
+TEST_F(GalleryFrame, PressedSoftKeys) {
+    Run([&] {
+        const RECT bar = ScreenRectangleOf(frame.Bar().Handle());
+        const int middle = (bar.top + bar.bottom) / 2;
+        Finger finger;
+        finger.Down(bar.left + 40, middle).Wait(500);
+        Play(finger);
+        camera.Take("bar_left_pressed");
+        finger = Finger().MoveTo(bar.right - 40, middle);
+        Play(finger);
+        camera.Take("bar_right_pressed");
+        finger = Finger().MoveTo(bar.right - 40, bar.top - 60);
+        Play(finger);
+        // Nothing is left of the press.
+        camera.Take("files");
+        finger = Finger().Up();
+        Play(finger);
+    });
+}
+
+// Of files: the time of a folder's last access changes with each listing.
+TEST_F(GalleryFrame, Properties) {
+    Run([&] {
+        const auto takeProperties = [&](const char* scene) {
+            PostMessageW(frame.Handle(), WM_COMMAND, 614, 0);
+            const HWND page = WaitForWindow(L"#32770");
+            ASSERT_TRUE(page);
+            EXPECT_TRUE(WaitFor([&] { return GetForegroundWindow() == page; }));
+            camera.Take(scene);
+            Press("Escape");
+            EXPECT_TRUE(WaitFor([] { return !FindVisible(L"#32770"); }));
+        };
+        for (int row = 0; row < 3; ++row) {
+            Press("Down");
+        }
+        takeProperties("files_properties_of_a_long_name");
+        Press("Down");
+        takeProperties("files_properties");
+    });
+}

@@ -1,0 +1,63 @@
+// The editor of a name over its row.
+#include "tests/gallery/camera.h"
+#include "tests/gallery/sample_folder.h"
+#include "tests/support/fake_frame.h"
+#include "tests/support/finger.h"
+#include "tests/support/user.h"
+#include "tests/support/wait.h"
+#include "ui/drawing_resources.h"
+#include "ui/row_editor.h"
+#include "views/files/files_view.h"
+
+using namespace test;
+
+namespace {
+
+class GalleryRows : public testing::Test {
+ protected:
+    void SetUp() override {
+        ASSERT_TRUE(frame.Open(view, views::ViewArgument{0, folder.Path()}));
+        ASSERT_TRUE(PumpUntil([&] { return GetForegroundWindow() == frame.Handle(); }));
+        camera.MoveFingerAway(input);
+    }
+    views::ViewList& List() const {
+        const HWND list = FindChild(frame.Handle(), views::ViewList::className);
+        const auto window = reinterpret_cast<ui::Window*>(GetWindowLongPtrW(list, GWLP_USERDATA));
+        return *static_cast<views::ViewList*>(window);
+    }
+    // Edits a row's name and takes the picture.
+    void TakeEditor(const char* scene, unsigned row) {
+        List().SetSelection(row);
+        RECT area;
+        ASSERT_TRUE(List().RowRectangle(row, &area));
+        const std::wstring name =
+            reinterpret_cast<const views::FileItem*>(List().GetItemData(row))->name;
+        WhileUser(
+            [&] {
+                EXPECT_TRUE(WaitFor([&] { return FindChild(frame.Handle(), L"Edit") != nullptr; }));
+                camera.Take(scene);
+                Finger().Key("Escape").Play();
+            },
+            [&] {
+                ui::RowEditor editor(List().Handle(), frame.Bar().Handle(), area,
+                                     ui::Fonts().Base(), name, ui::BaseNameLength(name, false));
+                editor.Run();
+            });
+    }
+
+    InputTaken input;
+    const SampleFolder folder;
+    FakeFrame frame;
+    views::FilesView view{frame};
+    Camera camera;
+};
+
+}  // namespace
+
+TEST_F(GalleryRows, EditorOfAName) {
+    TakeEditor("files_row_editor", 4);
+}
+
+TEST_F(GalleryRows, EditorOfANameThatIsTooLong) {
+    TakeEditor("files_row_editor_long", 2);
+}

@@ -1,0 +1,224 @@
+#include "faults/fault.h"
+#include "platform/handles.h"
+#include "tests/views/operations_fixture.h"
+
+using namespace test;
+using namespace views;
+
+namespace {
+
+// A file that another program holds, until all applications are closed.
+platform::UniqueHandle heldFile;
+int walks = 0;
+
+BOOL WINAPI CloseHolder(WNDENUMPROC, LPARAM) {
+    ++walks;
+    heldFile.Reset();
+    return TRUE;
+}
+
+class FilesDelete : public OperationsFixture {
+ protected:
+    ~FilesDelete() override { heldFile.Reset(); }
+    std::wstring At(const std::wstring& name) const { return folder.Path() + L"\\" + name; }
+    std::wstring AskFile(const std::wstring& name) const {
+        return L"Are you sure you want to permanently delete this file?\r\n" + At(name);
+    }
+    std::wstring AskFolder(const std::wstring& name) const {
+        return L"Are you sure you want to permanently delete this folder?\r\n" + At(name);
+    }
+    std::wstring AskClosing(const std::wstring& name) const {
+        return L"Can't delete " + At(name) +
+               L" because it is being used by another process.\r\n\r\nWould you like to close all "
+               L"running applications and try it again?";
+    }
+    void Hold(const std::wstring& name) const {
+        heldFile.Reset(CreateFileW(At(name).c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
+                                   OPEN_EXISTING, 0, nullptr));
+        ASSERT_NE(heldFile.Get(), INVALID_HANDLE_VALUE);
+    }
+    void Fill(const std::vector<std::wstring>& names) {
+        for (const std::wstring& name : names) {
+            folder.MakeFile(name, "content");
+        }
+        View().Refresh();
+    }
+    void Mark(const std::vector<std::wstring>& names) {
+        View().Command(651);
+        for (const std::wstring& name : names) {
+            List().ToggleMark(FilesFixture::RowOf(name));
+        }
+    }
+};
+
+}  // namespace
+
+TEST_F(FilesDelete, AFileIsGoneAfterYesAndTheNextRowIsSelected) {
+    Fill({L"a.txt", L"b.txt", L"c.txt"});
+    Select(L"b.txt");
+    Give(612, [&] { Answer(AskFile(L"b.txt"), "Return"); });
+    EXPECT_FALSE(Exists(L"b.txt"));
+    EXPECT_EQ(Rows(), (Names{L"a.txt", L"c.txt"}));
+    EXPECT_EQ(Selected(), L"c.txt");
+}
+
+TEST_F(FilesDelete, NoAndEscapeKeepEverything) {
+    Fill({L"a.txt"});
+    for (const std::string key : {"Right", "Escape"}) {
+        Select(L"a.txt");
+        Give(612, [&] {
+            if (key == "Right") {
+                EXPECT_TRUE(WaitForWindow(L"#32770"));
+                EXPECT_TRUE(WaitFor([&] { return texts.Has(AskFile(L"a.txt")); }));
+                Finger().Key("Right").Key("Return").Play();
+            } else {
+                Answer(AskFile(L"a.txt"), key);
+            }
+        });
+        EXPECT_TRUE(Exists(L"a.txt"));
+        EXPECT_EQ(Rows(), (Names{L"a.txt"}));
+    }
+}
+
+TEST_F(FilesDelete, AFolderGoesWithAllThatIsInIt) {
+    folder.MakeFolder(L"full");
+    folder.MakeFile(L"full\\a.txt", "a");
+    folder.MakeFolder(L"full\\deep");
+    folder.MakeFile(L"full\\deep\\.hidden", "b");
+    View().Refresh();
+    Select(L"full");
+    Give(612, [&] { Answer(AskFolder(L"full"), "Return"); });
+    EXPECT_FALSE(Exists(L"full"));
+    EXPECT_TRUE(Rows().empty());
+}
+
+TEST_F(FilesDelete, AnEntryThatIsGoneLosesItsRowWithoutAQuestion) {
+    Fill({L"a.txt", L"b.txt"});
+    Select(L"a.txt");
+    DeleteFileW(At(L"a.txt").c_str());
+    Give(612);
+    EXPECT_EQ(Rows(), (Names{L"b.txt"}));
+}
+
+TEST_F(FilesDelete, AReadOnlyFileInAFolderStopsItAndIsReported) {
+    folder.MakeFolder(L"full");
+    folder.MakeFile(L"full\\locked.txt", "a");
+    SetFileAttributesW(At(L"full\\locked.txt").c_str(), FILE_ATTRIBUTE_READONLY);
+    View().Refresh();
+    Select(L"full");
+    Give(612, [&] {
+        Answer(AskFolder(L"full"), "Return");
+        const std::wstring text =
+            L"Can't delete " + At(L"full") + L"\r\n" +
+            faults::FullText(faults::W32Fault(faults::ResultFromError(ERROR_ACCESS_DENIED)));
+        Answer(text, "Return");
+    });
+    EXPECT_TRUE(Exists(L"full\\locked.txt"));
+    EXPECT_EQ(Rows(), (Names{L"full"}));
+    SetFileAttributesW(At(L"full\\locked.txt").c_str(), FILE_ATTRIBUTE_NORMAL);
+}
+
+TEST_F(FilesDelete, AFileInUseIsDeletedAfterAllApplicationsAreClosed) {
+    Fill({L"a.txt", L"b.txt"});
+    Select(L"a.txt");
+    Hold(L"a.txt");
+    walks = 0;
+    const PlatformHook<BOOL WINAPI(WNDENUMPROC, LPARAM)> hook("EnumWindows", CloseHolder);
+    Give(612, [&] {
+        EXPECT_TRUE(WaitFor([&] { return texts.Has(AskFile(L"a.txt")); }));
+        Finger().Key("Return").Play();
+        EXPECT_TRUE(WaitFor([&] { return texts.Has(AskClosing(L"a.txt")); }));
+        // "No" is the one that Enter would press.
+        Finger().Key("Left").Key("Return").Play();
+    });
+    EXPECT_EQ(walks, 2);
+    EXPECT_FALSE(Exists(L"a.txt"));
+    EXPECT_EQ(Rows(), (Names{L"b.txt"}));
+}
+
+TEST_F(FilesDelete, AFileInUseStaysWhenApplicationsAreToGoOn) {
+    Fill({L"a.txt"});
+    Select(L"a.txt");
+    Hold(L"a.txt");
+    Give(612, [&] {
+        Answer(AskFile(L"a.txt"), "Return");
+        Answer(AskClosing(L"a.txt"), "Return");
+    });
+    EXPECT_TRUE(Exists(L"a.txt"));
+    EXPECT_EQ(Rows(), (Names{L"a.txt"}));
+}
+
+TEST_F(FilesDelete, MarkedRowsGoAfterOneQuestion) {
+    Fill({L"a.txt", L"b.txt", L"c.txt"});
+    folder.MakeFolder(L"full");
+    folder.MakeFile(L"full\\d.txt", "d");
+    View().Refresh();
+    Mark({L"full", L"a.txt", L"c.txt"});
+    Give(612, [&] {
+        Answer(L"Are you sure you want to permanently delete these 3 items?\r\n", "Return");
+    });
+    EXPECT_EQ(Rows(), (Names{L"b.txt"}));
+    EXPECT_FALSE(Exists(L"full"));
+    EXPECT_FALSE(List().Marking());
+}
+
+TEST_F(FilesDelete, MarkedRowsStayAndStayMarkedAfterNo) {
+    Fill({L"a.txt", L"b.txt"});
+    Mark({L"a.txt", L"b.txt"});
+    Give(612, [&] {
+        Answer(L"Are you sure you want to permanently delete these 2 items?\r\n", "Escape");
+    });
+    EXPECT_EQ(Rows(), (Names{L"a.txt", L"b.txt"}));
+    EXPECT_EQ(List().MarkedCount(), 2u);
+}
+
+TEST_F(FilesDelete, OneMarkedRowIsAskedForByName) {
+    Fill({L"a.txt", L"b.txt"});
+    Mark({L"b.txt"});
+    Give(612, [&] { Answer(AskFile(L"b.txt"), "Return"); });
+    EXPECT_EQ(Rows(), (Names{L"a.txt"}));
+    EXPECT_FALSE(List().Marking());
+}
+
+TEST_F(FilesDelete, CancelAtAFileInUseEndsItAtOnce) {
+    Fill({L"a.txt", L"b.txt", L"c.txt"});
+    Mark({L"a.txt", L"b.txt", L"c.txt"});
+    Hold(L"b.txt");
+    Give(612, [&] {
+        Answer(L"Are you sure you want to permanently delete these 3 items?\r\n", "Return");
+        EXPECT_TRUE(WaitFor([&] { return texts.Has(AskClosing(L"b.txt")); }));
+        Finger().Key("Left").Key("Return").Play();
+    });
+    EXPECT_FALSE(Exists(L"a.txt"));
+    EXPECT_TRUE(Exists(L"b.txt"));
+    EXPECT_TRUE(Exists(L"c.txt"));
+    EXPECT_TRUE(List().Marking());
+}
+
+TEST_F(FilesDelete, NoAtAFileInUseGoesOnWithTheOthers) {
+    Fill({L"a.txt", L"b.txt", L"c.txt"});
+    Mark({L"a.txt", L"b.txt", L"c.txt"});
+    Hold(L"b.txt");
+    Give(612, [&] {
+        Answer(L"Are you sure you want to permanently delete these 3 items?\r\n", "Return");
+        EXPECT_TRUE(WaitFor([&] { return texts.Has(AskClosing(L"b.txt")); }));
+        Finger().Key("Right").Key("Return").Play();
+    });
+    EXPECT_EQ(Rows(), (Names{L"b.txt"}));
+    EXPECT_FALSE(List().Marking());
+}
+
+TEST_F(FilesDelete, AFailureEndsTheLoopAndTheRowsTellTheTruth) {
+    Fill({L"a.txt", L"b.txt", L"c.txt"});
+    SetFileAttributesW(At(L"b.txt").c_str(), FILE_ATTRIBUTE_READONLY);
+    Mark({L"a.txt", L"b.txt", L"c.txt"});
+    Give(612, [&] {
+        Answer(L"Are you sure you want to permanently delete these 3 items?\r\n", "Return");
+        Answer(L"Can't delete " + At(L"b.txt") + L"\r\n" +
+                   faults::FullText(faults::W32Fault(faults::ResultFromError(ERROR_ACCESS_DENIED))),
+               "Return");
+    });
+    EXPECT_EQ(Rows(), (Names{L"b.txt", L"c.txt"}));
+    EXPECT_FALSE(List().Marking());
+    SetFileAttributesW(At(L"b.txt").c_str(), FILE_ATTRIBUTE_NORMAL);
+}

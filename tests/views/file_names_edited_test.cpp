@@ -1,0 +1,218 @@
+#include "faults/fault.h"
+#include "tests/views/operations_fixture.h"
+
+using namespace test;
+using namespace views;
+
+namespace {
+
+class NamesEdited : public OperationsFixture {
+ protected:
+    // What the frame does with the commands of its bar.
+    void SetUp() override {
+        OperationsFixture::SetUp();
+        folder.MakeFile(L"b.txt", "b");
+        folder.MakeFile(L"m.txt", "m");
+        folder.MakeFolder(L"Docs");
+        View().Refresh();
+    }
+    bool EditorGone() const {
+        return WaitFor([&] { return !FindChild(frame.Handle(), L"Edit"); });
+    }
+    UINT BarCommand(unsigned button) {
+        return GetMenuItemID(frame.Bar().Menu(), static_cast<int>(button));
+    }
+    static std::wstring Error(DWORD error) {
+        return faults::FullText(faults::W32Fault(faults::ResultFromError(error)));
+    }
+};
+
+class Renaming : public NamesEdited {};
+class NewFolders : public NamesEdited {
+ protected:
+    // Makes a folder with the name that is offered.
+    void MakeOne() {
+        Give(617, [&] {
+            WaitForEditor();
+            Finger().Key("Return").Play();
+            EXPECT_TRUE(EditorGone());
+        });
+    }
+};
+
+}  // namespace
+
+TEST_F(Renaming, TypesOverTheNameUpToItsExtension) {
+    Select(L"b.txt");
+    Give(611, [&] {
+        WaitForEditor();
+        Type("zz");
+        Finger().Key("Return").Play();
+        EXPECT_TRUE(EditorGone());
+    });
+    EXPECT_EQ(Rows(), (Names{L"Docs", L"m.txt", L"zz.txt"}));
+    EXPECT_EQ(Selected(), L"zz.txt");
+    EXPECT_FALSE(Exists(L"b.txt"));
+    EXPECT_EQ(Content(L"zz.txt"), "b");
+    EXPECT_EQ(ItemOf(L"zz.txt").size, 1u);
+}
+
+TEST_F(Renaming, EscapeChangesNothing) {
+    Select(L"b.txt");
+    Give(611, [&] {
+        WaitForEditor();
+        Type("zz");
+        Finger().Key("Escape").Play();
+        EXPECT_TRUE(EditorGone());
+    });
+    EXPECT_EQ(Rows(), (Names{L"Docs", L"b.txt", L"m.txt"}));
+    EXPECT_TRUE(Exists(L"b.txt"));
+    EXPECT_EQ(Selected(), L"b.txt");
+}
+
+TEST_F(Renaming, HasTheBarDoneAndCancelWhileItLasts) {
+    Select(L"b.txt");
+    Give(611, [&] {
+        const HWND editor = WaitForEditor();
+        EXPECT_EQ(BarCommand(0), 1u);
+        EXPECT_EQ(BarCommand(1), 2u);
+        Type("q");
+        // The bar's commands as the frame hands them on.
+        PostMessageW(frame.Handle(), WM_APP, 0, 0);
+        EXPECT_TRUE(View().Command(1));
+        PostMessageW(editor, WM_NULL, 0, 0);
+        EXPECT_TRUE(EditorGone());
+    });
+    EXPECT_TRUE(Exists(L"q.txt"));
+    EXPECT_NE(BarCommand(0), 1u);
+}
+
+TEST_F(Renaming, TheHardwareSoftKeysConfirmAndCancel) {
+    Select(L"b.txt");
+    Give(611, [&] {
+        WaitForEditor();
+        Type("q");
+        Finger().Key("F2").Play();
+        EXPECT_TRUE(EditorGone());
+    });
+    EXPECT_TRUE(Exists(L"b.txt"));
+    Give(611, [&] {
+        WaitForEditor();
+        Type("q");
+        Finger().Key("F1").Play();
+        EXPECT_TRUE(EditorGone());
+    });
+    EXPECT_TRUE(Exists(L"q.txt"));
+}
+
+TEST_F(Renaming, AnEmptyNameIsRefusedAndTheOldOneOfferedAgain) {
+    Select(L"b.txt");
+    Give(611, [&] {
+        WaitForEditor();
+        Finger().Key("End").Key("shift+Home").Key("BackSpace").Key("Return").Play();
+        Answer(L"Please, specify not empty filename", "Return");
+        EXPECT_EQ(TextOf(WaitForEditor()), L"b.txt");
+        Finger().Key("Escape").Play();
+        EXPECT_TRUE(EditorGone());
+    });
+    EXPECT_TRUE(Exists(L"b.txt"));
+}
+
+TEST_F(Renaming, AnotherCaseOfLettersAloneIsDropped) {
+    Select(L"b.txt");
+    Give(611, [&] {
+        WaitForEditor();
+        Type("B");
+        Finger().Key("Return").Play();
+        EXPECT_TRUE(EditorGone());
+    });
+    EXPECT_EQ(Rows(), (Names{L"Docs", L"b.txt", L"m.txt"}));
+}
+
+TEST_F(Renaming, ANameThatExistsIsReportedAndNothingIsLost) {
+    Select(L"b.txt");
+    Give(611, [&] {
+        WaitForEditor();
+        Type("m");
+        Finger().Key("Return").Play();
+        Answer(L"Can't rename 'b.txt' \r\n" + Error(ERROR_ALREADY_EXISTS), "Return");
+    });
+    EXPECT_EQ(Content(L"b.txt"), "b");
+    EXPECT_EQ(Content(L"m.txt"), "m");
+    EXPECT_EQ(Rows(), (Names{L"Docs", L"b.txt", L"m.txt"}));
+}
+
+TEST_F(Renaming, ANameIsNoPath) {
+    Select(L"b.txt");
+    Give(611, [&] {
+        const HWND editor = WaitForEditor();
+        SetWindowTextW(editor, L"Docs\\b.txt");
+        Finger().Key("Return").Play();
+        Answer(L"Can't rename 'b.txt' \r\n" + Error(ERROR_INVALID_NAME), "Return");
+    });
+    EXPECT_TRUE(Exists(L"b.txt"));
+    EXPECT_FALSE(Exists(L"Docs\\b.txt"));
+}
+
+TEST_F(Renaming, AViewThatIsClosedMeanwhileChangesNothing) {
+    Select(L"b.txt");
+    Give(611, [&] {
+        WaitForEditor();
+        Type("zz");
+        PostMessageW(frame.Handle(), WM_CLOSE, 0, 0);
+        EXPECT_TRUE(WaitFor([&] { return !IsWindow(frame.Handle()); }));
+    });
+    EXPECT_TRUE(Exists(L"b.txt"));
+}
+
+TEST_F(Renaming, WithoutASelectionBeeps) {
+    List().SetSelection(ui::noRow);
+    Give(611);
+    EXPECT_FALSE(FindChild(frame.Handle(), L"Edit"));
+}
+
+TEST_F(NewFolders, AreNamedInTurnAndSelected) {
+    MakeOne();
+    EXPECT_EQ(Selected(), L"New Folder");
+    MakeOne();
+    EXPECT_EQ(Selected(), L"New Folder 1");
+    MakeOne();
+    EXPECT_EQ(Rows(), (Names{L"Docs", L"New Folder", L"New Folder 1", L"New Folder 2", L"b.txt",
+                             L"m.txt"}));
+    EXPECT_EQ(ItemOf(L"New Folder 2").attributes & FILE_ATTRIBUTE_DIRECTORY,
+              static_cast<DWORD>(FILE_ATTRIBUTE_DIRECTORY));
+    EXPECT_TRUE(Exists(L"New Folder 2"));
+}
+
+TEST_F(NewFolders, TakeTheNameThatIsTyped) {
+    Give(617, [&] {
+        EXPECT_EQ(TextOf(WaitForEditor()), L"New Folder");
+        Type("abc");
+        Finger().Key("Return").Play();
+        EXPECT_TRUE(EditorGone());
+    });
+    EXPECT_EQ(Rows(), (Names{L"abc", L"Docs", L"b.txt", L"m.txt"}));
+    EXPECT_TRUE(Exists(L"abc"));
+    EXPECT_FALSE(Exists(L"New Folder"));
+}
+
+TEST_F(NewFolders, EscapeLeavesNoRow) {
+    Give(617, [&] {
+        WaitForEditor();
+        EXPECT_EQ(Rows().size(), 4u);
+        Finger().Key("Escape").Play();
+        EXPECT_TRUE(EditorGone());
+    });
+    EXPECT_EQ(Rows(), (Names{L"Docs", L"b.txt", L"m.txt"}));
+    EXPECT_FALSE(Exists(L"New Folder"));
+}
+
+TEST_F(NewFolders, AFailureIsReportedAndLeavesNoRow) {
+    Give(617, [&] {
+        WaitForEditor();
+        Type("Docs");
+        Finger().Key("Return").Play();
+        Answer(L"The action can't be completed\r\n" + Error(ERROR_ALREADY_EXISTS), "Return");
+    });
+    EXPECT_EQ(Rows(), (Names{L"Docs", L"b.txt", L"m.txt"}));
+}

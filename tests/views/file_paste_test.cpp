@@ -1,0 +1,395 @@
+#include <algorithm>
+#include "faults/fault.h"
+#include "platform/coredll.h"
+#include "platform/desktop/paths.h"
+#include "platform/shortcuts.h"
+#include "tests/views/operations_fixture.h"
+
+using namespace test;
+using namespace views;
+
+namespace {
+
+UINT EffectFormat() {
+    return RegisterClipboardFormatW(L"Preferred DropEffect");
+}
+
+BOOL WINAPI NoClipboard(HWND) {
+    SetLastError(ERROR_ACCESS_DENIED);
+    return FALSE;
+}
+
+// A folder "from" with a file and a folder in it, and an empty folder "to".
+class ClipboardFixture : public OperationsFixture {
+ protected:
+    void SetUp() override {
+        OperationsFixture::SetUp();
+        folder.MakeFolder(L"from");
+        folder.MakeFile(L"from\\photo.jpg", "photo");
+        folder.MakeFolder(L"from\\Docs");
+        folder.MakeFile(L"from\\Docs\\a.txt", "first");
+        folder.MakeFile(L"from\\Docs\\b.txt", "second");
+        folder.MakeFolder(L"to");
+    }
+    void TearDown() override {
+        if (OpenClipboard(frame.Handle())) {
+            EmptyClipboard();
+            CloseClipboard();
+        }
+    }
+    std::wstring From(const std::wstring& name) const { return folder.Path() + L"\\from\\" + name; }
+    std::wstring To(const std::wstring& name) const { return folder.Path() + L"\\to\\" + name; }
+    // The paths on the clipboard as another program of the platform reads them.
+    std::vector<std::wstring> PathsRead() const {
+        std::vector<std::wstring> paths;
+        EXPECT_TRUE(OpenClipboard(frame.Handle()));
+        const auto drop = static_cast<HDROP>(GetClipboardData(CF_HDROP));
+        const UINT count = drop ? DragQueryFileW(drop, ~0u, nullptr, 0) : 0;
+        for (UINT index = 0; index < count; ++index) {
+            wchar_t path[MAX_PATH] = {};
+            DragQueryFileW(drop, index, path, MAX_PATH);
+            paths.push_back(path);
+        }
+        CloseClipboard();
+        return paths;
+    }
+    DWORD EffectRead() const {
+        EXPECT_TRUE(OpenClipboard(frame.Handle()));
+        const HANDLE memory = GetClipboardData(EffectFormat());
+        const DWORD effect = memory ? *static_cast<const DWORD*>(GlobalLock(memory)) : 0;
+        CloseClipboard();
+        return effect;
+    }
+    std::wstring Outside(const std::wstring& path) const {
+        return platform::desktop::ToDesktopPath(path);
+    }
+    static std::wstring Error(DWORD error) {
+        return faults::FullText(faults::W32Fault(faults::ResultFromError(error)));
+    }
+};
+
+class CopyAndCut : public ClipboardFixture {};
+class Pasting : public ClipboardFixture {};
+class PastingConflicts : public ClipboardFixture {};
+class PastingStrangeBlocks : public ClipboardFixture {};
+class PastingShortcuts : public ClipboardFixture {};
+
+}  // namespace
+
+TEST_F(CopyAndCut, CopyPutsThePathWithItsDriveAndNoEffect) {
+    GoTo(L"from");
+    Select(L"photo.jpg");
+    Give(57634);
+    EXPECT_EQ(PathsRead(), (std::vector<std::wstring>{Outside(From(L"photo.jpg"))}));
+    EXPECT_EQ(EffectRead(), 0u);
+}
+
+TEST_F(CopyAndCut, CutSaysSo) {
+    GoTo(L"from");
+    Select(L"Docs");
+    Give(57635);
+    EXPECT_EQ(PathsRead(), (std::vector<std::wstring>{Outside(From(L"Docs"))}));
+    EXPECT_EQ(EffectRead(), 2u);
+    Give(57634);
+    EXPECT_EQ(EffectRead(), 0u);
+}
+
+TEST_F(CopyAndCut, MarkedRowsGoInTheirOrderAndTheMarksEnd) {
+    GoTo(L"from");
+    for (const WORD command : {WORD{57634}, WORD{57635}}) {
+        View().Command(651);
+        List().ToggleMark(1);
+        List().ToggleMark(0);
+        Give(command);
+        EXPECT_EQ(PathsRead(),
+                  (std::vector<std::wstring>{Outside(From(L"Docs")), Outside(From(L"photo.jpg"))}));
+        EXPECT_FALSE(List().Marking());
+    }
+    EXPECT_EQ(EffectRead(), 2u);
+}
+
+TEST_F(CopyAndCut, AClipboardThatIsHeldIsReported) {
+    GoTo(L"from");
+    Select(L"photo.jpg");
+    const PlatformHook<BOOL WINAPI(HWND)> hook("OpenClipboard", NoClipboard);
+    const std::wstring text = L"The action can't be completed\r\n" + Error(ERROR_ACCESS_DENIED);
+    for (const WORD command : {WORD{57634}, WORD{57635}, WORD{57637}, WORD{57638}}) {
+        Give(command, [&] { Answer(text, "Return"); });
+    }
+}
+
+TEST_F(Pasting, CopiesAFileAndSelectsIt) {
+    GoTo(L"from");
+    Select(L"photo.jpg");
+    Give(57634);
+    GoTo(L"to");
+    Give(57637);
+    EXPECT_EQ(ContentAt(To(L"photo.jpg")), "photo");
+    EXPECT_EQ(ContentAt(From(L"photo.jpg")), "photo");
+    EXPECT_EQ(Rows(), (Names{L"photo.jpg"}));
+    EXPECT_EQ(Selected(), L"photo.jpg");
+}
+
+TEST_F(Pasting, MovesWhatWasCut) {
+    GoTo(L"from");
+    Select(L"Docs");
+    Give(57635);
+    GoTo(L"to");
+    Give(57637);
+    EXPECT_EQ(ContentAt(To(L"Docs\\a.txt")), "first");
+    EXPECT_FALSE(ExistsAt(From(L"Docs")));
+    EXPECT_EQ(Rows(), (Names{L"Docs"}));
+    // The clipboard still names it: pasting once more fails.
+    GoTo(L"from");
+    Give(57637, [&] {
+        Answer(L"Can't past '" + From(L"Docs") + L"' \r\n" + Error(ERROR_FILE_NOT_FOUND), "Return");
+    });
+}
+
+TEST_F(Pasting, SeveralPathsOfAnotherProgramComeInTheirOrder) {
+    GoTo(L"to");
+    PutPaths({From(L"photo.jpg"), From(L"Docs")});
+    Give(57637);
+    EXPECT_EQ(Rows(), (Names{L"Docs", L"photo.jpg"}));
+    EXPECT_EQ(Selected(), L"Docs");
+    EXPECT_EQ(ContentAt(To(L"Docs\\b.txt")), "second");
+}
+
+TEST_F(Pasting, BesideItselfACopyGetsANewName) {
+    GoTo(L"from");
+    Select(L"photo.jpg");
+    Give(57634);
+    Give(57637);
+    EXPECT_EQ(Selected(), L"photo - Copy.jpg");
+    Give(57637);
+    EXPECT_EQ(Selected(), L"photo.jpg - Copy (1).jpg");
+    Select(L"Docs");
+    Give(57634);
+    Give(57637);
+    EXPECT_EQ(Selected(), L"Docs - Copy");
+    EXPECT_EQ(ContentAt(From(L"Docs - Copy\\a.txt")), "first");
+    EXPECT_EQ(ContentAt(From(L"photo.jpg")), "photo");
+}
+
+TEST_F(Pasting, WhatIsCutAndPastedBesideItselfIsMovedToANewName) {
+    GoTo(L"from");
+    Select(L"photo.jpg");
+    Give(57635);
+    Give(57637);
+    EXPECT_EQ(Rows(), (Names{L"Docs", L"photo - Copy.jpg"}));
+    EXPECT_FALSE(ExistsAt(From(L"photo.jpg")));
+}
+
+TEST_F(Pasting, AFileIsKnownByEverySpellingOfItsPath) {
+    GoTo(L"from");
+    const std::wstring path = Outside(From(L"photo.jpg"));
+    std::wstring small = path;
+    CharLowerBuffW(small.data(), static_cast<DWORD>(small.size()));
+    std::wstring slashes = path;
+    std::replace(slashes.begin(), slashes.end(), L'\\', L'/');
+    const std::wstring roundabout = Outside(folder.Path()) + L"\\from\\..\\from\\.\\photo.jpg";
+    int copies = 0;
+    for (const std::wstring& spelling : {path, small, slashes, roundabout}) {
+        PutPaths({spelling});
+        Give(57637);
+        ++copies;
+        EXPECT_EQ(ContentAt(From(L"photo.jpg")), "photo");
+        EXPECT_EQ(Rows().size(), 2u + static_cast<size_t>(copies))
+            << testing::PrintToString(spelling);
+    }
+}
+
+TEST_F(Pasting, ANameWithoutADotBesideItselfFailsAndTheNextPathFollows) {
+    folder.MakeFile(L"from\\plain", "plain");
+    GoTo(L"from");
+    PutPaths({From(L"plain"), From(L"photo.jpg")});
+    Give(57637,
+         [&] { Answer(L"Can't past '" + From(L"plain") + L"' \r\nUnexpected error.", "Return"); });
+    EXPECT_TRUE(ExistsAt(From(L"photo - Copy.jpg")));
+    EXPECT_EQ(ContentAt(From(L"plain")), "plain");
+}
+
+TEST_F(Pasting, AFolderIsNotPastedIntoItself) {
+    folder.MakeFolder(L"from\\Docs\\Sub");
+    folder.MakeFolder(L"from\\Docs2");
+    const std::wstring text = L"The destination folder is a subfolder of the source folder.";
+    for (const std::wstring place : {L"from\\Docs", L"from\\Docs\\Sub", L"from\\Docs2"}) {
+        GoTo(place);
+        PutPaths({From(L"Docs")}, 2);
+        Give(57637, [&] { Answer(text, "Return"); });
+    }
+    EXPECT_EQ(ContentAt(From(L"Docs\\a.txt")), "first");
+}
+
+TEST_F(PastingConflicts, AnExistingFileIsOverwrittenOnlyAfterYes) {
+    folder.MakeFile(L"to\\photo.jpg", "older");
+    const std::wstring text =
+        L"The destination already contains a file named\r\n'photo.jpg'.\r\n"
+        L"Would you like to overwrite existing file?";
+    GoTo(L"to");
+    PutPaths({From(L"photo.jpg")});
+    // "No" is the one that Enter presses.
+    Give(57637, [&] { Answer(text, "Return"); });
+    EXPECT_EQ(ContentAt(To(L"photo.jpg")), "older");
+    folder.MakeFile(L"to\\photo.jpg", "an older, longer one");
+    View().Refresh();
+    Give(57637, [&] {
+        EXPECT_TRUE(WaitForWindow(L"#32770"));
+        EXPECT_TRUE(WaitFor([&] { return texts.Has(text); }));
+        Finger().Key("Left").Key("Return").Play();
+    });
+    EXPECT_EQ(ContentAt(To(L"photo.jpg")), "photo");
+    EXPECT_EQ(ItemOf(L"photo.jpg").size, 5u);
+    EXPECT_EQ(Rows().size(), 1u);
+}
+
+TEST_F(PastingConflicts, FoldersAreMergedAndEachConflictAsked) {
+    folder.MakeFolder(L"to\\Docs");
+    folder.MakeFile(L"to\\Docs\\a.txt", "theirs");
+    folder.MakeFile(L"to\\Docs\\c.txt", "third");
+    GoTo(L"to");
+    PutPaths({From(L"Docs")});
+    Give(57637, [&] {
+        EXPECT_TRUE(WaitFor([&] {
+            return texts.Has(
+                L"The destination already contains a folder named\r\n'Docs'.\r\nDo "
+                L"you still want to merge this folders?");
+        }));
+        Finger().Key("Left").Key("Return").Play();
+        EXPECT_TRUE(WaitFor([&] {
+            return texts.Has(
+                L"The destination already contains a file named\r\n'a.txt'.\r\nWould "
+                L"you like to overwrite existing file?");
+        }));
+        EXPECT_TRUE(texts.Has(L"Cancel"));
+        Finger().Key("Return").Play();
+    });
+    EXPECT_EQ(ContentAt(To(L"Docs\\a.txt")), "theirs");
+    EXPECT_EQ(ContentAt(To(L"Docs\\b.txt")), "second");
+    EXPECT_EQ(ContentAt(To(L"Docs\\c.txt")), "third");
+}
+
+TEST_F(PastingConflicts, CancelWithinAFolderEndsTheWholePaste) {
+    folder.MakeFolder(L"to\\Docs");
+    folder.MakeFile(L"to\\Docs\\a.txt", "theirs");
+    GoTo(L"to");
+    PutPaths({From(L"Docs"), From(L"photo.jpg")});
+    Give(57637, [&] {
+        EXPECT_TRUE(WaitForWindow(L"#32770"));
+        EXPECT_TRUE(WaitFor([&] { return texts.Has(L"No"); }));
+        Finger().Key("Left").Key("Return").Play();
+        EXPECT_TRUE(WaitFor([&] { return texts.Has(L"Cancel"); }));
+        Finger().Key("Escape").Play();
+    });
+    EXPECT_EQ(ContentAt(To(L"Docs\\a.txt")), "theirs");
+    EXPECT_FALSE(ExistsAt(To(L"photo.jpg")));
+}
+
+TEST_F(PastingConflicts, WhatIsOfTheOtherKindIsSkipped) {
+    folder.MakeFolder(L"to\\photo.jpg");
+    folder.MakeFile(L"to\\Docs", "a file");
+    GoTo(L"to");
+    PutPaths({From(L"photo.jpg"), From(L"Docs")}, 2);
+    Give(57637, [&] {
+        Answer(L"The destination already contains a folder named 'photo.jpg'.", "Return");
+        Answer(L"The destination already contains a file named 'Docs'.", "Return");
+    });
+    EXPECT_EQ(ContentAt(From(L"photo.jpg")), "photo");
+    EXPECT_EQ(ContentAt(To(L"Docs")), "a file");
+    EXPECT_TRUE(ExistsAt(From(L"Docs\\a.txt")));
+}
+
+TEST_F(PastingConflicts, AFailureWithinAFolderAsksAndStops) {
+    folder.MakeFolder(L"to\\Docs");
+    folder.MakeFile(L"to\\Docs\\a.txt", "theirs");
+    SetFileAttributesW(To(L"Docs\\a.txt").c_str(), FILE_ATTRIBUTE_READONLY);
+    GoTo(L"to");
+    PutPaths({From(L"Docs")});
+    Give(57637, [&] {
+        EXPECT_TRUE(WaitForWindow(L"#32770"));
+        EXPECT_TRUE(WaitFor([&] { return texts.Has(L"No"); }));
+        Finger().Key("Left").Key("Return").Play();
+        EXPECT_TRUE(WaitFor([&] { return texts.Has(L"Cancel"); }));
+        Finger().Key("Left").Key("Return").Play();
+        HWND box = nullptr;
+        EXPECT_TRUE(WaitFor([&] {
+            box = FindVisible(L"#32770");
+            return box && GetDlgItem(box, 0xFFFF);
+        }));
+        AnswerPlatformBox(L"can't copy " + From(L"Docs\\a.txt") + L" to " + To(L"Docs\\a.txt") +
+                              L"\r\n" + Error(ERROR_ACCESS_DENIED) + L"\r\nskip this item?",
+                          "Return");
+    });
+    EXPECT_EQ(ContentAt(To(L"Docs\\a.txt")), "theirs");
+    EXPECT_FALSE(ExistsAt(To(L"Docs\\b.txt")));
+    SetFileAttributesW(To(L"Docs\\a.txt").c_str(), FILE_ATTRIBUTE_NORMAL);
+}
+
+TEST_F(PastingStrangeBlocks, AreIgnoredWithoutAMessage) {
+    GoTo(L"to");
+    struct Block {
+        DWORD firstPath;
+        LONG point[2];
+        BOOL outside;
+        BOOL wide;
+        wchar_t text[64];
+    } block = {20, {}, FALSE, FALSE, L"C:\\nothing.txt"};
+    const auto paste = [&](size_t size) {
+        ASSERT_TRUE(OpenClipboard(frame.Handle()));
+        EmptyClipboard();
+        PutBytes(CF_HDROP, &block, size);
+        CloseClipboard();
+        Give(57637);
+        Give(57638);
+        EXPECT_TRUE(Rows().empty());
+    };
+    // Paths of one byte a character.
+    paste(sizeof block);
+    block.wide = TRUE;
+    for (const DWORD offset : {0u, 4u, 19u, 1000u, 0x7FFFFFFFu, 0xFFFFFFFFu}) {
+        block.firstPath = offset;
+        paste(sizeof block);
+    }
+    block.firstPath = 20;
+    // A path that does not end within the block, and blocks that end within their header.
+    for (const size_t size : {44u, 21u, 20u, 19u, 4u, 1u}) {
+        paste(size);
+    }
+}
+
+TEST_F(PastingStrangeBlocks, AnEffectTooShortIsACopy) {
+    GoTo(L"to");
+    PutPaths({From(L"photo.jpg")});
+    ASSERT_TRUE(OpenClipboard(frame.Handle()));
+    const BYTE move[2] = {2, 0};
+    PutBytes(EffectFormat(), move, sizeof move);
+    CloseClipboard();
+    Give(57637);
+    EXPECT_TRUE(ExistsAt(To(L"photo.jpg")));
+}
+
+TEST_F(PastingShortcuts, HoldTheQuotedPathAndAreSelected) {
+    GoTo(L"to");
+    PutPaths({From(L"photo.jpg"), From(L"Docs")});
+    Give(57638);
+    EXPECT_EQ(Rows(), (Names{L"Docs.lnk", L"photo.lnk"}));
+    EXPECT_EQ(Selected(), L"Docs.lnk");
+    wchar_t command[400] = {};
+    ASSERT_TRUE(platform::ShortcutTarget(To(L"photo.lnk").c_str(), command, 400));
+    EXPECT_EQ(std::wstring(command), L"\"" + From(L"photo.jpg") + L"\"");
+}
+
+TEST_F(PastingShortcuts, OneThatExistsIsReportedAndTheNextFollows) {
+    GoTo(L"to");
+    folder.MakeFile(L"to\\photo.lnk", "mine");
+    PutPaths({From(L"photo.jpg"), From(L"Docs")});
+    Give(57638, [&] {
+        const HWND box = WaitForWindow(L"#32770");
+        ASSERT_TRUE(box);
+        EXPECT_TRUE(WaitFor(
+            [&] { return texts.All().find("Can't create schortcut for '") != std::string::npos; }));
+        Finger().Key("Return").Play();
+    });
+    EXPECT_EQ(ContentAt(To(L"photo.lnk")), "mine");
+    EXPECT_TRUE(ExistsAt(To(L"Docs.lnk")));
+}

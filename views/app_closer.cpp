@@ -1,0 +1,126 @@
+#include "views/app_closer.h"
+
+#include <exception>
+#include <string_view>
+
+#include "faults/fault.h"
+#include "platform/handles.h"
+#include "platform/toolhelp.h"
+
+namespace views {
+
+namespace {
+
+constexpr DWORD exitTimeout = 3000;
+constexpr DWORD pollPeriod = 300;
+constexpr int mostPolls = 10;
+
+bool SameText(const wchar_t* first, int firstLength, const wchar_t* second, int secondLength) {
+    return CompareStringW(LOCALE_USER_DEFAULT, NORM_IGNORECASE, first, firstLength, second,
+                          secondLength) == CSTR_EQUAL;
+}
+
+}  // namespace
+
+// One walk over the top-level windows; no exception may cross the platform's frames.
+struct AppCloser::Pass {
+    AppCloser& closer;
+    bool wait;
+    std::exception_ptr fault;
+};
+
+std::wstring WindowTitle(HWND window) {
+    const LRESULT length = SendMessageW(window, WM_GETTEXTLENGTH, 0, 0);
+    if (length <= 0) {
+        return std::wstring();
+    }
+    std::wstring title(static_cast<size_t>(length) + 1, L'\0');
+    const LRESULT copied =
+        SendMessageW(window, WM_GETTEXT, title.size(), reinterpret_cast<LPARAM>(title.data()));
+    title.resize(copied > 0 && copied < length ? static_cast<size_t>(copied)
+                                               : static_cast<size_t>(length));
+    title.erase(title.find_last_not_of(L' ') + 1);
+    title.erase(0, title.find_first_not_of(L' '));
+    return title;
+}
+
+AppCloser::AppCloser() : desktop_(FindWindowW(L"DesktopExplorerWindow", L"Desktop")) {
+    if (desktop_) {
+        shellProcess_ = ProcessIdOfWindow(desktop_);
+    }
+}
+
+DWORD AppCloser::ProcessIdOfWindow(HWND window) {
+    DWORD process = 0;
+    const DWORD thread = GetWindowThreadProcessId(window, &process);
+    if (process == 0 && !platform::ProcessOfThread(thread, &process)) {
+        throw faults::W32Fault();
+    }
+    return process;
+}
+
+bool AppCloser::IsCursorWindow(HWND window, const std::wstring& title) {
+    constexpr std::wstring_view cursorTitle = L"CursorWindow";
+    constexpr std::wstring_view cursorClass = L"static";
+    wchar_t className[7] = {};
+    return SameText(title.c_str(), static_cast<int>(title.size()), cursorTitle.data(),
+                    static_cast<int>(cursorTitle.size())) &&
+           GetClassNameW(window, className, 7) == 6 &&
+           SameText(className, 6, cursorClass.data(), 6);
+}
+
+bool AppCloser::IsClosableApp(HWND window, const std::wstring& title) const {
+    return !title.empty() && !(hidden_ && hidden_->IsHidden(window)) &&
+           !IsCursorWindow(window, title) && ProcessIdOfWindow(window) != shellProcess_;
+}
+
+void AppCloser::WaitForAppExit(HWND window, DWORD processId) {
+    const platform::UniqueHandle process(OpenProcess(PROCESS_ALL_ACCESS, FALSE, processId));
+    if (process) {
+        if (WaitForSingleObject(process.Get(), exitTimeout) == WAIT_FAILED) {
+            throw faults::W32Fault();
+        }
+        return;
+    }
+    for (int polls = 0; IsWindow(window) && polls < mostPolls; ++polls) {
+        Sleep(pollPeriod);
+    }
+}
+
+BOOL CALLBACK AppCloser::Visit(HWND window, LPARAM parameter) {
+    Pass& pass = *reinterpret_cast<Pass*>(parameter);
+    try {
+        if (window == pass.closer.spared_ || GetParent(window) || !IsWindowVisible(window) ||
+            !pass.closer.IsClosableApp(window, WindowTitle(window))) {
+            return TRUE;
+        }
+        if (pass.wait) {
+            WaitForAppExit(window, ProcessIdOfWindow(window));
+        } else {
+            PostMessageW(window, WM_CLOSE, 0, 0);
+        }
+        return TRUE;
+    } catch (...) {
+        pass.fault = std::current_exception();
+        return FALSE;
+    }
+}
+
+void AppCloser::VisitAll(bool wait) {
+    Pass pass = {*this, wait, nullptr};
+    const BOOL all = EnumWindows(Visit, reinterpret_cast<LPARAM>(&pass));
+    if (pass.fault) {
+        std::rethrow_exception(pass.fault);
+    }
+    if (!all) {
+        throw faults::W32Fault();
+    }
+}
+
+void AppCloser::CloseAllApps() {
+    VisitAll(false);
+    VisitAll(true);
+    SetWindowPos(desktop_, spared_, 0, 0, 0, 0, SWP_NOSIZE | SWP_NOMOVE | SWP_NOACTIVATE);
+}
+
+}  // namespace views

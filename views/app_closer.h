@@ -1,0 +1,60 @@
+// What counts as a running application, and closing applications. Owned by the main frame and
+// shared by the views that need it.
+#pragma once
+
+#include <string>
+
+#include "platform/windows.h"
+
+namespace views {
+
+// Which applications the user has hidden.
+class HiddenApps {
+ public:
+    virtual bool IsHidden(HWND window) const = 0;
+
+ protected:
+    ~HiddenApps() = default;
+};
+
+// A window's text without blanks at its ends (WM_GETTEXT); empty when it has none.
+std::wstring WindowTitle(HWND window);
+
+class AppCloser {
+ public:
+    // Looks for the shell's desktop window, whose process is never closed (FindWindowW).
+    AppCloser();
+
+    // The window that CloseAllApps never closes: the program's own.
+    void SpareWindow(HWND window) { spared_ = window; }
+    // Borrowed; without one nothing is hidden.
+    void SetHiddenApps(const HiddenApps* hidden) { hidden_ = hidden; }
+
+    // The process that a window belongs to, 0 when it cannot be found (GetWindowThreadProcessId,
+    // else the list of threads). Throws W32Fault when the threads cannot be listed.
+    static DWORD ProcessIdOfWindow(HWND window);
+    // Whether a window is an application that may be closed without asking.
+    bool IsClosableApp(HWND window, const std::wstring& title) const;
+    // The shell's pointer, which has a window with a title.
+    static bool IsCursorWindow(HWND window, const std::wstring& title);
+    // Waits until a window's process has ended, 3 seconds at the most. Throws W32Fault when the
+    // wait itself fails.
+    static void WaitForAppExit(HWND window, DWORD processId);
+    // Asks every closable application to close (WM_CLOSE) and waits for each.
+    void CloseAllApps();
+
+    HWND DesktopWindow() const { return desktop_; }
+    DWORD ShellProcessId() const { return shellProcess_; }
+
+ private:
+    struct Pass;
+    static BOOL CALLBACK Visit(HWND window, LPARAM pass);
+    void VisitAll(bool wait);
+
+    HWND desktop_;
+    DWORD shellProcess_ = 0;
+    HWND spared_ = nullptr;
+    const HiddenApps* hidden_ = nullptr;
+};
+
+}  // namespace views

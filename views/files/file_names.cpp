@@ -1,0 +1,96 @@
+#include "views/files/file_names.h"
+
+#include <new>
+#include <stdexcept>
+
+#include "faults/fault.h"
+#include "text/format.h"
+#include "text/resources.h"
+
+namespace views {
+
+namespace {
+
+constexpr UINT newFolder = 820;
+constexpr UINT furtherNewFolder = 821;
+constexpr UINT copyOf = 822;
+constexpr UINT furtherCopyOf = 823;
+constexpr int lastNumber = 255;
+
+bool Exists(const std::wstring& path) {
+    return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES;
+}
+
+// A name that could not be formatted must not become the name of something else.
+std::wstring Formatted(std::wstring name) {
+    if (name.empty()) {
+        throw std::bad_alloc();
+    }
+    return name;
+}
+
+[[noreturn]] void ThrowNoNameLeft() {
+    throw faults::W32Fault(faults::ResultFromError(ERROR_INVALID_NAME));
+}
+
+}  // namespace
+
+std::wstring_view NameOfPath(std::wstring_view path) {
+    const size_t backslash = path.rfind(L'\\');
+    return backslash == std::wstring_view::npos ? path : path.substr(backslash + 1);
+}
+
+std::wstring_view FolderOfPath(std::wstring_view path) {
+    const size_t backslash = path.rfind(L'\\');
+    return backslash == std::wstring_view::npos ? std::wstring_view() : path.substr(0, backslash);
+}
+
+bool SameName(std::wstring_view first, std::wstring_view second) {
+    return CompareStringW(LOCALE_USER_DEFAULT, NORM_IGNORECASE, first.data(),
+                          static_cast<int>(first.size()), second.data(),
+                          static_cast<int>(second.size())) == CSTR_EQUAL;
+}
+
+bool BeginsWithPath(std::wstring_view folder, std::wstring_view other) {
+    return other.size() <= folder.size() && SameName(folder.substr(0, other.size()), other);
+}
+
+NameParts SplitForCopy(const std::wstring& name, bool folder) {
+    if (folder) {
+        return NameParts{name, std::wstring()};
+    }
+    const size_t dot = name.rfind(L'.');
+    const size_t split = dot == std::wstring::npos ? 0 : dot + 1;
+    if (split < name.size() && name[split] == L'0') {
+        return NameParts{name, std::wstring()};
+    }
+    if (split == 0) {
+        throw std::out_of_range("a name without a dot");
+    }
+    return NameParts{name.substr(0, dot), name.substr(dot)};
+}
+
+std::wstring UniqueFolderName(const std::wstring& folder) {
+    std::wstring name = Formatted(std::wstring(text::LoadText(newFolder)));
+    for (int number = 1; Exists(folder + L'\\' + name); ++number) {
+        if (number > lastNumber) {
+            ThrowNoNameLeft();
+        }
+        name = Formatted(text::FormatText(furtherNewFolder, number));
+    }
+    return name;
+}
+
+std::wstring UniqueCopyPath(const std::wstring& folder, const std::wstring& name, bool isFolder) {
+    const NameParts parts = SplitForCopy(name, isFolder);
+    std::wstring candidate = Formatted(text::FormatText(copyOf, parts.base));
+    for (int number = 1; Exists(folder + L'\\' + candidate + parts.extension); ++number) {
+        if (number > lastNumber) {
+            ThrowNoNameLeft();
+        }
+        candidate = Formatted(text::FormatText(furtherCopyOf, name, number));
+    }
+    return folder + L'\\' + candidate + parts.extension;
+}
+
+}  // namespace views

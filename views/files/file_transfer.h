@@ -1,0 +1,92 @@
+// Copies and moves files and folders, with the questions that conflicts and failures raise. Trees
+// are walked without recursion: a handheld's stack is small and a prompt may open at any depth.
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "views/files/folder_walk.h"
+
+namespace views {
+
+// The answers that the steps of a transfer return; those of a folder's contents are combined with
+// OR.
+using TransferAnswer = unsigned;
+inline constexpr TransferAnswer answerGoAhead = 0;
+inline constexpr TransferAnswer answerSkip = 1;
+inline constexpr TransferAnswer answerOverwrite = 2;
+inline constexpr TransferAnswer answerStop = 3;
+// Added to an answer that holds for all further conflicts of its kind.
+inline constexpr TransferAnswer answerForAll = 4;
+
+// Who asks the user.
+class TransferPrompts {
+ public:
+    // A folder (or file) of the same kind and this name exists already. `topLevel`: it is what the
+    // user asked to paste, not an entry within.
+    virtual TransferAnswer AskConflict(const std::wstring& name, bool folder, bool topLevel) = 0;
+    // What exists is of the other kind; it is skipped.
+    virtual void TellOtherKind(const std::wstring& name, bool sourceIsFolder) = 0;
+    // An entry within a folder failed. Called while its exception is handled.
+    virtual TransferAnswer AskAfterFailure(const std::wstring& source,
+                                           const std::wstring& destination, bool moving) = 0;
+    // Another entry comes; a moment to let the screen be drawn.
+    virtual void OnProgress() = 0;
+
+ protected:
+    ~TransferPrompts() = default;
+};
+
+class FileTransfer {
+ public:
+    // The prompts are borrowed.
+    explicit FileTransfer(TransferPrompts& prompts) : prompts_(prompts) {}
+
+    // Both work on one path that the user asked for and return an answer. Throws W32Fault when the
+    // path itself fails (GetFileAttributesW, CopyFileW, MoveFileW, CreateDirectoryW, ...).
+    TransferAnswer CopyItem(const std::wstring& source, const std::wstring& destination) {
+        return Run(source, destination, false);
+    }
+    TransferAnswer MoveItem(const std::wstring& source, const std::wstring& destination) {
+        return Run(source, destination, true);
+    }
+
+ private:
+    // A folder whose contents are being transferred; its paths are the first characters of the
+    // transfer's.
+    struct Level {
+        std::unique_ptr<FolderWalk> walk;
+        size_t sourceLength;
+        size_t destinationLength;
+        // The folder's own answer, and its contents'.
+        TransferAnswer own;
+        TransferAnswer contents;
+    };
+
+    TransferAnswer Run(const std::wstring& source, const std::wstring& destination, bool moving);
+    // Does the item that the paths name, whose attributes the walk knows already; none when it is a
+    // folder that has been entered.
+    std::optional<TransferAnswer> Begin(DWORD attributes, bool topLevel);
+    std::optional<TransferAnswer> BeginCopy(DWORD attributes, bool topLevel);
+    std::optional<TransferAnswer> BeginMove(DWORD attributes, bool topLevel);
+    // The next entry of the innermost folder; null at its end, or when it is to be left.
+    const platform::FindData* NextEntry();
+    // Begins the next entry of the innermost folder, or leaves that folder.
+    std::optional<TransferAnswer> Advance();
+    TransferAnswer Leave();
+    void Enter(TransferAnswer own);
+    TransferAnswer CheckConflict(bool sourceIsFolder, bool topLevel);
+    void DeleteDestination();
+
+    TransferPrompts& prompts_;
+    // The remembered answers: for files in the lowest two bits, for folders in the next two.
+    unsigned remembered_ = 0;
+    bool moving_ = false;
+    std::wstring source_;
+    std::wstring destination_;
+    std::vector<Level> levels_;
+};
+
+}  // namespace views

@@ -1,0 +1,32 @@
+// Going through the entries of folders on a walk over a tree.
+#pragma once
+
+#include <string>
+
+#include "platform/coredll.h"
+
+namespace views {
+
+class FolderWalk {
+ public:
+    // Throws W32Fault when the folder cannot be read (FindFirstFileW).
+    explicit FolderWalk(const std::wstring& pattern);
+    ~FolderWalk();
+    FolderWalk(const FolderWalk&) = delete;
+    FolderWalk& operator=(const FolderWalk&) = delete;
+
+    // The next entry, valid until the next call; null at the end. Throws W32Fault when the folder
+    // cannot be read any further (FindNextFileW).
+    const platform::FindData* Next();
+
+ private:
+    platform::FindData found_;
+    HANDLE search_;
+    bool first_ = true;
+};
+
+// Deletes a folder and all that is in it, whatever its depth, without recursion. False at the
+// first failure, with the thread's last error; what was deleted before stays deleted.
+bool RecursiveDelete(const std::wstring& folderPath);
+
+}  // namespace views
