@@ -138,20 +138,17 @@ void TextLineRow::Draw(HDC dc, const RECT& area, bool) {
     DrawClippedText(dc, area, text_);
 }
 
-int ValueRow::LabelWidth(HDC dc) const {
-    return std::max(labelWidth_, TextWidth(dc, label_));
-}
-
 FormRows ValueRow::Overflow(HDC dc, SIZE room) {
     const int line = LineHeight(dc);
     const int gap = ValueIndent(dc);
+    const int label = TextWidth(dc, label_);
+    const int value = TextWidth(dc, value_);
     const bool oneLine = value_.find(L'\n') == std::wstring::npos;
     lines_.clear();
-    const int value = TextWidth(dc, value_);
     // A value too long for the column may fit behind its own label.
-    valueLeft_ = LabelWidth(dc) + gap;
+    valueLeft_ = std::max(label, labelWidth_) + gap;
     if (valueLeft_ + value > room.cx) {
-        valueLeft_ = TextWidth(dc, label_) + gap;
+        valueLeft_ = label + gap;
     }
     if (oneLine && valueLeft_ + value <= room.cx) {
         return {};
@@ -163,11 +160,10 @@ FormRows ValueRow::Overflow(HDC dc, SIZE room) {
 SIZE ValueRow::Measure(HDC dc, SIZE) {
     const int line = LineHeight(dc);
     const int gap = ValueIndent(dc);
-    const int label = LabelWidth(dc);
     if (lines_.empty()) {
         return SIZE{valueLeft_ + TextWidth(dc, value_), line + line / 2};
     }
-    return SIZE{std::max(label, gap + WidestLine(dc, lines_)),
+    return SIZE{std::max(TextWidth(dc, label_), gap + WidestLine(dc, lines_)),
                 line * (1 + static_cast<int>(lines_.size())) + line / 2};
 }
 

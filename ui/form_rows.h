@@ -64,15 +64,13 @@ class ValueRow final : public FormRow {
     void SetValue(std::wstring value) { value_ = std::move(value); }
 
  private:
-    int LabelWidth(HDC dc) const;
-
     std::wstring label_;
     std::wstring value_;
     int labelWidth_;
-    // Where a value beside its label begins, from the row's left edge.
-    int valueLeft_ = 0;
     // The lines below the label that this row shows itself; none when the value stands beside it.
     std::vector<std::wstring> lines_;
+    // Where a value beside its label begins, from the row's left edge.
+    int valueLeft_ = 0;
 };
 
 // A check box and its label. One that only shows something accepts no selection.

@@ -42,11 +42,12 @@ std::wstring FromDesktopPath(const std::wstring& path) {
 }
 
 std::wstring ToDesktopPath(const std::wstring& path) {
-    const bool rooted = path.empty() || (path[0] == L'\\' && (path.size() < 2 || path[1] != L'\\'));
-    if (!rooted) {
+    // An entry of the root may be written with two backslashes; another computer's path has more.
+    const bool doubled = path.starts_with(L"\\\\");
+    if (!path.empty() && (path[0] != L'\\' || (doubled && path.find(L'\\', 2) != path.npos))) {
         return path;
     }
-    return CurrentDrive() + (path.empty() ? L"\\" : path);
+    return CurrentDrive() + (path.empty() ? L"\\" : path.substr(doubled ? 1 : 0));
 }
 
 }  // namespace platform::desktop

@@ -379,6 +379,17 @@ TEST_F(PastingShortcuts, HoldTheQuotedPathAndAreSelected) {
     EXPECT_EQ(std::wstring(command), L"\"" + From(L"photo.jpg") + L"\"");
 }
 
+TEST_F(PastingShortcuts, AreMadeInTheRootToo) {
+    folder.MakeFile(L"from\\vantor shortcut.txt", "a");
+    while (View().Up()) {
+    }
+    PutPaths({From(L"vantor shortcut.txt")});
+    Give(57638);
+    EXPECT_TRUE(ExistsAt(L"\\vantor shortcut.lnk"));
+    EXPECT_EQ(Selected(), L"vantor shortcut.lnk");
+    DeleteFileW(L"\\vantor shortcut.lnk");
+}
+
 TEST_F(PastingShortcuts, OneThatExistsIsReportedAndTheNextFollows) {
     GoTo(L"to");
     folder.MakeFile(L"to\\photo.lnk", "mine");
