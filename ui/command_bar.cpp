@@ -334,6 +334,10 @@ LRESULT CommandBar::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
                 ActivateButton(focused_);
                 return 0;
             }
+            if (wParam == VK_F1 || wParam == VK_F2) {
+                ActivateButton(wParam == VK_F1 ? 0 : 1);
+                return 0;
+            }
             return Default(message, wParam, lParam);
         case WM_SETFOCUS:
         case WM_KILLFOCUS:

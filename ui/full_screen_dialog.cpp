@@ -104,6 +104,12 @@ bool FullScreenDialog::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
         case WM_SETFOCUS:
             SetFocus(Contents());
             return true;
+        case WM_KEYUP:
+            if (wParam == VK_F1 || wParam == VK_F2) {
+                bar_.ActivateButton(wParam == VK_F1 ? 0 : 1);
+                return true;
+            }
+            return false;
         case WM_NEXTDLGCTL:
             if (lParam == 0) {
                 MoveFocus(wParam != 0);

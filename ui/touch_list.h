@@ -396,6 +396,12 @@ LRESULT TouchList<Kind>::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
         case WM_KEYDOWN:
             OnKeyDown(wParam, lParam);
             return 0;
+        case WM_KEYUP:
+            // The hardware's soft keys belong to the bar of the window around the list.
+            if (wParam == VK_F1 || wParam == VK_F2) {
+                return Send(GetParent(Handle()), message, wParam, lParam);
+            }
+            return Default(message, wParam, lParam);
         default:
             return Default(message, wParam, lParam);
     }

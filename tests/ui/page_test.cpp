@@ -136,6 +136,22 @@ TEST_F(PageResult, TheSoftKeysAreOneAndTwo) {
     }
 }
 
+TEST_F(PageResult, TheHardwareSoftKeysAreTheBarsButtons) {
+    EXPECT_EQ(After(ui::barDoneCancel, "F1"), 1);
+    EXPECT_EQ(After(ui::barDoneCancel, "F2"), 2);
+    SamplePage page(ui::barDone);
+    EXPECT_EQ(Show(page,
+                   [&] {
+                       const HWND window = WaitForPage();
+                       // There is no second button; then with the keyboard on the bar.
+                       input.Play(Finger().Key("F2"));
+                       EXPECT_TRUE(IsWindow(window));
+                       input.Play(Finger().Key("Tab"));
+                       Finger().Key("F1").Play();
+                   }),
+              1);
+}
+
 TEST_F(PageResult, ItsBarHasTheButtonsOfItsMenu) {
     for (const auto& [menu, count] : {std::pair{ui::barDoneCancel, 2u}, {ui::barDone, 1u}}) {
         SamplePage page(menu);

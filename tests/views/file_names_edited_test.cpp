@@ -154,6 +154,25 @@ TEST_F(Renaming, ANameIsNoPath) {
     EXPECT_FALSE(Exists(L"Docs\\b.txt"));
 }
 
+TEST_F(Renaming, TheEditorStaysInViewWhenTheInputPanelTakesItsPlace) {
+    for (int number = 0; number < 30; ++number) {
+        folder.MakeFile(L"row " + std::to_wstring(number));
+    }
+    View().Refresh();
+    List().SetSelection(List().GetCount() - 1);
+    Give(611, [&] {
+        const HWND editor = WaitForEditor();
+        // What the frame does when the panel covers the lower half.
+        View().Arrange(RECT{0, 0, 480, 280});
+        const RECT place = ScreenRectangleOf(editor);
+        const RECT list = ScreenRectangleOf(List().Handle());
+        EXPECT_LE(place.bottom, list.bottom);
+        EXPECT_GE(place.top, list.top);
+        Finger().Key("Escape").Play();
+        EXPECT_TRUE(EditorGone());
+    });
+}
+
 TEST_F(Renaming, AViewThatIsClosedMeanwhileChangesNothing) {
     Select(L"b.txt");
     Give(611, [&] {
