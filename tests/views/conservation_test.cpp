@@ -221,6 +221,19 @@ TEST_F(Conservation, NothingIsLostThatWasNotConfirmed) {
                 ++failures;
             }
             const State after = Look();
+            for (const auto& [path, content] : after.files) {
+                const auto old = before.files.find(path);
+                if (old != before.files.end() && old->second == content) {
+                    continue;
+                }
+                // What is new lies where it was sent and is whole.
+                const auto sent = LiesIn(path, destination)
+                                      ? before.files.find(source + path.substr(destination.size()))
+                                      : before.files.end();
+                EXPECT_TRUE(kind != 0 && sent != before.files.end() && sent->second == content)
+                    << "seed " << seed << ", step " << step << ", kind " << kind << ": "
+                    << testing::PrintToString(path);
+            }
             std::set<std::string> still;
             for (const auto& [path, content] : after.files) {
                 still.insert(content);
