@@ -48,16 +48,17 @@ bool IsGone(DWORD error) {
 }
 
 // Deletes a file or a folder with all that is in it; the platform's error, 0 on success.
-DWORD Remove(const std::wstring& path, DWORD attributes) {
+DWORD Remove(const std::wstring& path, DWORD attributes, WalkProgress* progress) {
     const platform::WaitCursor cursor;
-    const bool removed = attributes & FILE_ATTRIBUTE_DIRECTORY ? RecursiveDelete(path)
+    const bool removed = attributes & FILE_ATTRIBUTE_DIRECTORY ? RecursiveDelete(path, progress)
                                                                : DeleteFileW(path.c_str()) != FALSE;
     return removed ? ERROR_SUCCESS : GetLastError();
 }
 
-DWORD Remove(const std::wstring& path) {
+DWORD Remove(const std::wstring& path, WalkProgress* progress) {
     const DWORD attributes = GetFileAttributesW(path.c_str());
-    return attributes == INVALID_FILE_ATTRIBUTES ? GetLastError() : Remove(path, attributes);
+    return attributes == INVALID_FILE_ATTRIBUTES ? GetLastError()
+                                                 : Remove(path, attributes, progress);
 }
 
 [[noreturn]] void Throw(DWORD error) {
@@ -137,7 +138,7 @@ void FileOperations::DeleteRow(unsigned row) {
         if (!Confirm(folder ? askDeleteFolder : askDeleteFile, path)) {
             return;
         }
-        error = Remove(path, attributes);
+        error = Remove(path, attributes, this);
     }
     if (DeletePath(path, error, false) == Removal::Removed) {
         RemoveRowOf(*probe);
@@ -160,7 +161,7 @@ FileOperations::Removal FileOperations::DeletePath(const std::wstring& path, DWO
             const platform::WaitCursor cursor;
             list_.GetFrame().Closer().CloseAllApps();
         }
-        error = Remove(path);
+        error = Remove(path, this);
     }
     if (error != ERROR_SUCCESS && !IsGone(error)) {
         Throw(error);
@@ -206,7 +207,7 @@ void FileOperations::DeleteMarkedRows(const std::vector<unsigned>& rows) {
             ui::RunAction(
                 Owner(), cannotDelete,
                 [&] {
-                    removal = DeletePath(path, Remove(path, attributes), true);
+                    removal = DeletePath(path, Remove(path, attributes, this), true);
                     goOn = true;
                 },
                 path);

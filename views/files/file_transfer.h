@@ -22,7 +22,7 @@ inline constexpr TransferAnswer answerStop = 3;
 inline constexpr TransferAnswer answerForAll = 4;
 
 // Who asks the user.
-class TransferPrompts {
+class TransferPrompts : public WalkProgress {
  public:
     // A folder (or file) of the same kind and this name exists already. `topLevel`: it is what the
     // user asked to paste, not an entry within.
@@ -32,8 +32,6 @@ class TransferPrompts {
     // An entry within a folder failed. Called while its exception is handled.
     virtual TransferAnswer AskAfterFailure(const std::wstring& source,
                                            const std::wstring& destination, bool moving) = 0;
-    // Another entry comes; a moment to let the screen be drawn.
-    virtual void OnProgress() = 0;
 
  protected:
     ~TransferPrompts() = default;

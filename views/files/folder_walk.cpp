@@ -20,7 +20,7 @@ void Enter(std::vector<Level>& levels, const std::wstring& path) {
 }
 
 // Throws W32Fault at the first failure.
-void DeleteTree(std::wstring path) {
+void DeleteTree(std::wstring path, WalkProgress* progress) {
     std::vector<Level> levels;
     Enter(levels, path);
     while (!levels.empty()) {
@@ -33,6 +33,9 @@ void DeleteTree(std::wstring path) {
                 throw faults::W32Fault();
             }
             continue;
+        }
+        if (progress) {
+            progress->OnProgress();
         }
         path += L'\\';
         path += entry->cFileName;
@@ -84,9 +87,9 @@ const platform::FindData* FolderWalk::Next() {
     return &found_;
 }
 
-bool RecursiveDelete(const std::wstring& folderPath) {
+bool RecursiveDelete(const std::wstring& folderPath, WalkProgress* progress) {
     try {
-        DeleteTree(folderPath);
+        DeleteTree(folderPath, progress);
         return true;
     } catch (const faults::W32Fault& fault) {
         SetLastError(static_cast<DWORD>(fault.Code()) & 0xFFFF);

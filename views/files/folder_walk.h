@@ -7,6 +7,16 @@
 
 namespace views {
 
+// Told of each entry that a long walk comes to.
+class WalkProgress {
+ public:
+    // A moment to let the screen be drawn.
+    virtual void OnProgress() = 0;
+
+ protected:
+    ~WalkProgress() = default;
+};
+
 class FolderWalk {
  public:
     // Throws W32Fault when the folder cannot be read (FindFirstFileW).
@@ -27,6 +37,7 @@ class FolderWalk {
 
 // Deletes a folder and all that is in it, whatever its depth, without recursion. False at the
 // first failure, with the thread's last error; what was deleted before stays deleted.
-bool RecursiveDelete(const std::wstring& folderPath);
+// The progress is borrowed and may be null.
+bool RecursiveDelete(const std::wstring& folderPath, WalkProgress* progress = nullptr);
 
 }  // namespace views
