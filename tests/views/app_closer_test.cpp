@@ -86,7 +86,13 @@ BOOL WINAPI NotePost(HWND window, UINT message, WPARAM, LPARAM) {
     return TRUE;
 }
 
-DWORD WINAPI NoteWait(HANDLE, DWORD milliseconds) {
+DWORD(WINAPI* realWait)(HANDLE, DWORD) = nullptr;
+
+DWORD WINAPI NoteWait(HANDLE handle, DWORD milliseconds) {
+    if (milliseconds == INFINITE) {
+        // The test framework's own.
+        return realWait(handle, milliseconds);
+    }
     waits.push_back(milliseconds);
     SetLastError(ERROR_INVALID_HANDLE);
     return waitResult;
@@ -148,6 +154,7 @@ class HidesOne final : public HiddenApps {
 class Closing : public testing::Test {
  protected:
     Closing() {
+        realWait = wait_.Original();
         asked.clear();
         waits.clear();
         placed.clear();

@@ -1,3 +1,5 @@
+#include <atomic>
+
 #include "faults/fault.h"
 #include "platform/handles.h"
 #include "tests/views/operations_fixture.h"
@@ -15,6 +17,14 @@ BOOL WINAPI CloseHolder(WNDENUMPROC, LPARAM) {
     ++walks;
     heldFile.Reset();
     return TRUE;
+}
+
+std::atomic<FilesView*> refreshed = nullptr;
+
+void CALLBACK RefreshOnce(HWND window, UINT, UINT_PTR timer, DWORD) {
+    KillTimer(window, timer);
+    refreshed.load()->Refresh();
+    refreshed = nullptr;
 }
 
 class FilesDelete : public OperationsFixture {
@@ -206,6 +216,23 @@ TEST_F(FilesDelete, NoAtAFileInUseGoesOnWithTheOthers) {
     });
     EXPECT_EQ(Rows(), (Names{L"b.txt"}));
     EXPECT_FALSE(List().Marking());
+}
+
+// What the platform dispatches while a prompt is open may list the folder anew.
+TEST_F(FilesDelete, WhatWasMarkedGoesAlsoWhenTheRowsChangeMeanwhile) {
+    Fill({L"a.txt", L"b.txt", L"c.txt", L"d.txt"});
+    Mark({L"a.txt", L"b.txt", L"c.txt"});
+    Hold(L"b.txt");
+    Give(612, [&] {
+        Answer(L"Are you sure you want to permanently delete these 3 items?\r\n", "Return");
+        EXPECT_TRUE(WaitFor([&] { return texts.Has(AskClosing(L"b.txt")); }));
+        EXPECT_TRUE(WaitFor([&] { return !Exists(L"a.txt"); }));
+        refreshed = &View();
+        SetTimer(frame.Handle(), 7, 10, RefreshOnce);
+        EXPECT_TRUE(WaitFor([&] { return !refreshed; }));
+        Finger().Key("Right").Key("Return").Play();
+    });
+    EXPECT_EQ(Rows(), (Names{L"b.txt", L"d.txt"}));
 }
 
 TEST_F(FilesDelete, AFailureEndsTheLoopAndTheRowsTellTheTruth) {
