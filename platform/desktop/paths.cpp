@@ -26,7 +26,8 @@ bool SameDrive(const std::wstring& path, const std::wstring& drive) {
 
 std::wstring FromDesktopPath(const std::wstring& path) {
     std::wstring expanded = path;
-    const DWORD needed = GetLongPathNameW(path.c_str(), nullptr, 0);
+    // What is longer than a path can be has no entry to expand; Wine's call overruns on it.
+    const DWORD needed = path.size() < MAX_PATH ? GetLongPathNameW(path.c_str(), nullptr, 0) : 0;
     if (needed > 0) {
         std::wstring longPath(needed, L'\0');
         const DWORD length = GetLongPathNameW(path.c_str(), longPath.data(), needed);

@@ -49,6 +49,13 @@ TEST(PathFromAPC, LosesTheLetterOfTheCurrentDrive) {
     EXPECT_EQ(FromDesktopPath(L"C:\\"), L"\\");
 }
 
+TEST(PathFromAPC, OfAnyLengthLosesTheLetterOnly) {
+    for (const size_t length : {size_t{259}, size_t{300}, size_t{2000}, size_t{40000}}) {
+        const std::wstring path = L"\\" + std::wstring(length, L'p');
+        EXPECT_EQ(FromDesktopPath(L"C:" + path), path);
+    }
+}
+
 TEST(PathFromAPC, KeepsTheLetterOfAnotherDrive) {
     EXPECT_EQ(FromDesktopPath(L"X:\\none\\none.txt"), L"X:\\none\\none.txt");
 }

@@ -1,77 +1,22 @@
 #include <algorithm>
-#include "faults/fault.h"
+
 #include "platform/coredll.h"
-#include "platform/desktop/paths.h"
 #include "platform/shortcuts.h"
-#include "tests/views/operations_fixture.h"
+#include "tests/views/clipboard_fixture.h"
 
 using namespace test;
 using namespace views;
 
 namespace {
 
-UINT EffectFormat() {
-    return RegisterClipboardFormatW(L"Preferred DropEffect");
-}
-
 BOOL WINAPI NoClipboard(HWND) {
     SetLastError(ERROR_ACCESS_DENIED);
     return FALSE;
 }
 
-// A folder "from" with a file and a folder in it, and an empty folder "to".
-class ClipboardFixture : public OperationsFixture {
- protected:
-    void SetUp() override {
-        OperationsFixture::SetUp();
-        folder.MakeFolder(L"from");
-        folder.MakeFile(L"from\\photo.jpg", "photo");
-        folder.MakeFolder(L"from\\Docs");
-        folder.MakeFile(L"from\\Docs\\a.txt", "first");
-        folder.MakeFile(L"from\\Docs\\b.txt", "second");
-        folder.MakeFolder(L"to");
-    }
-    void TearDown() override {
-        if (OpenClipboard(frame.Handle())) {
-            EmptyClipboard();
-            CloseClipboard();
-        }
-    }
-    std::wstring From(const std::wstring& name) const { return folder.Path() + L"\\from\\" + name; }
-    std::wstring To(const std::wstring& name) const { return folder.Path() + L"\\to\\" + name; }
-    // The paths on the clipboard as another program of the platform reads them.
-    std::vector<std::wstring> PathsRead() const {
-        std::vector<std::wstring> paths;
-        EXPECT_TRUE(OpenClipboard(frame.Handle()));
-        const auto drop = static_cast<HDROP>(GetClipboardData(CF_HDROP));
-        const UINT count = drop ? DragQueryFileW(drop, ~0u, nullptr, 0) : 0;
-        for (UINT index = 0; index < count; ++index) {
-            wchar_t path[MAX_PATH] = {};
-            DragQueryFileW(drop, index, path, MAX_PATH);
-            paths.push_back(path);
-        }
-        CloseClipboard();
-        return paths;
-    }
-    DWORD EffectRead() const {
-        EXPECT_TRUE(OpenClipboard(frame.Handle()));
-        const HANDLE memory = GetClipboardData(EffectFormat());
-        const DWORD effect = memory ? *static_cast<const DWORD*>(GlobalLock(memory)) : 0;
-        CloseClipboard();
-        return effect;
-    }
-    std::wstring Outside(const std::wstring& path) const {
-        return platform::desktop::ToDesktopPath(path);
-    }
-    static std::wstring Error(DWORD error) {
-        return faults::FullText(faults::W32Fault(faults::ResultFromError(error)));
-    }
-};
-
 class CopyAndCut : public ClipboardFixture {};
 class Pasting : public ClipboardFixture {};
 class PastingConflicts : public ClipboardFixture {};
-class PastingStrangeBlocks : public ClipboardFixture {};
 class PastingShortcuts : public ClipboardFixture {};
 
 }  // namespace
@@ -332,49 +277,6 @@ TEST_F(PastingConflicts, AFailureWithinAFolderAsksAndStops) {
     EXPECT_EQ(ContentAt(To(L"Docs\\a.txt")), "theirs");
     EXPECT_FALSE(ExistsAt(To(L"Docs\\b.txt")));
     SetFileAttributesW(To(L"Docs\\a.txt").c_str(), FILE_ATTRIBUTE_NORMAL);
-}
-
-TEST_F(PastingStrangeBlocks, AreIgnoredWithoutAMessage) {
-    GoTo(L"to");
-    struct Block {
-        DWORD firstPath;
-        LONG point[2];
-        BOOL outside;
-        BOOL wide;
-        wchar_t text[64];
-    } block = {20, {}, FALSE, FALSE, L"C:\\nothing.txt"};
-    const auto paste = [&](size_t size) {
-        ASSERT_TRUE(OpenClipboard(frame.Handle()));
-        EmptyClipboard();
-        PutBytes(CF_HDROP, &block, size);
-        CloseClipboard();
-        Give(57637);
-        Give(57638);
-        EXPECT_TRUE(Rows().empty());
-    };
-    // Paths of one byte a character.
-    paste(sizeof block);
-    block.wide = TRUE;
-    for (const DWORD offset : {0u, 4u, 19u, 1000u, 0x7FFFFFFFu, 0xFFFFFFFFu}) {
-        block.firstPath = offset;
-        paste(sizeof block);
-    }
-    block.firstPath = 20;
-    // A path that does not end within the block, and blocks that end within their header.
-    for (const size_t size : {44u, 21u, 20u, 19u, 4u, 1u}) {
-        paste(size);
-    }
-}
-
-TEST_F(PastingStrangeBlocks, AnEffectTooShortIsACopy) {
-    GoTo(L"to");
-    PutPaths({From(L"photo.jpg")});
-    ASSERT_TRUE(OpenClipboard(frame.Handle()));
-    const BYTE move[2] = {2, 0};
-    PutBytes(EffectFormat(), move, sizeof move);
-    CloseClipboard();
-    Give(57637);
-    EXPECT_TRUE(ExistsAt(To(L"photo.jpg")));
 }
 
 TEST_F(PastingShortcuts, HoldTheQuotedPathAndAreSelected) {
