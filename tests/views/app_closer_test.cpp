@@ -1,0 +1,138 @@
+#include "views/app_closer.h"
+
+#include <gtest/gtest.h>
+
+#include "faults/fault.h"
+#include "tests/support/platform_hook.h"
+#include "tests/support/program.h"
+#include "tests/support/wait.h"
+#include "tests/support/world.h"
+
+using namespace test;
+using namespace views;
+
+namespace {
+
+class SampleWindow {
+ public:
+    explicit SampleWindow(const wchar_t* title, const wchar_t* windowClass = L"STATIC")
+        : window_(CreateWindowExW(0, windowClass, title, WS_POPUP | WS_VISIBLE, 0, 0, 20, 20,
+                                  nullptr, nullptr, nullptr, nullptr)) {}
+    ~SampleWindow() { DestroyWindow(window_); }
+    SampleWindow(const SampleWindow&) = delete;
+    SampleWindow& operator=(const SampleWindow&) = delete;
+    HWND Handle() const { return window_; }
+
+ private:
+    HWND window_;
+};
+
+DWORD WINAPI ThreadAlone(HWND, DWORD* process) {
+    *process = 0;
+    return GetCurrentThreadId();
+}
+DWORD WINAPI ThreadUnknown(HWND, DWORD* process) {
+    *process = 0;
+    return 0xFFFFFFF0;
+}
+HANDLE WINAPI NoSnapshot(DWORD, DWORD) {
+    SetLastError(ERROR_NOT_ENOUGH_MEMORY);
+    return INVALID_HANDLE_VALUE;
+}
+HANDLE WINAPI NoProcess(DWORD, BOOL, DWORD) {
+    SetLastError(ERROR_ACCESS_DENIED);
+    return nullptr;
+}
+std::vector<DWORD> sleeps;
+HWND goesAfterThird = nullptr;
+void WINAPI NotedSleep(DWORD milliseconds) {
+    sleeps.push_back(milliseconds);
+    if (sleeps.size() == 3 && goesAfterThird) {
+        DestroyWindow(goesAfterThird);
+    }
+}
+
+using OwnerHook = PlatformHook<DWORD WINAPI(HWND, DWORD*)>;
+
+class Hiding final : public HiddenApps {
+ public:
+    explicit Hiding(HWND window) : window_(window) {}
+    bool IsHidden(HWND window) const override { return window == window_; }
+
+ private:
+    HWND window_;
+};
+
+}  // namespace
+
+TEST(WindowTitles, LoseTheBlanksAtTheirEnds) {
+    EXPECT_EQ(WindowTitle(SampleWindow(L"  two words ").Handle()), L"two words");
+    EXPECT_EQ(WindowTitle(SampleWindow(L"   ").Handle()), L"");
+    EXPECT_EQ(WindowTitle(SampleWindow(L"").Handle()), L"");
+    EXPECT_EQ(WindowTitle(SampleWindow(L"\ttab\t").Handle()), L"\ttab\t");
+    const std::wstring endless(5000, L'w');
+    EXPECT_EQ(WindowTitle(SampleWindow(endless.c_str()).Handle()), endless);
+    EXPECT_EQ(WindowTitle(nullptr), L"");
+}
+
+TEST(AppOwners, AreFoundByTheWindowOrByItsThread) {
+    const SampleWindow window(L"A");
+    EXPECT_EQ(AppCloser::ProcessIdOfWindow(window.Handle()), GetCurrentProcessId());
+    {
+        const OwnerHook hook("GetWindowThreadProcessId", ThreadAlone);
+        EXPECT_EQ(AppCloser::ProcessIdOfWindow(window.Handle()), GetCurrentProcessId());
+        const PlatformHook<HANDLE WINAPI(DWORD, DWORD)> none("CreateToolhelp32Snapshot",
+                                                             NoSnapshot);
+        EXPECT_THROW(AppCloser::ProcessIdOfWindow(window.Handle()), faults::W32Fault);
+    }
+    const OwnerHook hook("GetWindowThreadProcessId", ThreadUnknown);
+    EXPECT_EQ(AppCloser::ProcessIdOfWindow(window.Handle()), 0u);
+}
+
+TEST(ClosableApps, HaveATitleAndAreNeitherHiddenNorTheCursor) {
+    AppCloser closer;
+    const SampleWindow window(L"A");
+    EXPECT_TRUE(closer.IsClosableApp(window.Handle(), L"A"));
+    EXPECT_FALSE(closer.IsClosableApp(window.Handle(), L""));
+    EXPECT_FALSE(closer.IsClosableApp(window.Handle(), L"cursorWINDOW"));
+    const Hiding hiding(window.Handle());
+    closer.SetHiddenApps(&hiding);
+    EXPECT_FALSE(closer.IsClosableApp(window.Handle(), L"A"));
+}
+
+TEST(ClosableApps, TheCursorIsKnownByTitleAndClass) {
+    const SampleWindow cursor(L"CursorWindow");
+    EXPECT_TRUE(AppCloser::IsCursorWindow(cursor.Handle(), L"CURSORwindow"));
+    EXPECT_FALSE(AppCloser::IsCursorWindow(cursor.Handle(), L"CursorWindows"));
+    const SampleWindow other(L"CursorWindow", L"EDIT");
+    EXPECT_FALSE(AppCloser::IsCursorWindow(other.Handle(), L"CursorWindow"));
+}
+
+TEST(ClosingApps, WaitsForAWindowWhoseProcessCannotBeOpened) {
+    const PlatformHook<HANDLE WINAPI(DWORD, BOOL, DWORD)> process("OpenProcess", NoProcess);
+    const PlatformHook<void WINAPI(DWORD)> sleep("Sleep", NotedSleep);
+    sleeps.clear();
+    const SampleWindow stays(L"A");
+    goesAfterThird = nullptr;
+    AppCloser::WaitForAppExit(stays.Handle(), 4);
+    EXPECT_EQ(sleeps, std::vector<DWORD>(10, 300));
+    sleeps.clear();
+    const SampleWindow goes(L"B");
+    goesAfterThird = goes.Handle();
+    AppCloser::WaitForAppExit(goes.Handle(), 4);
+    EXPECT_EQ(sleeps, std::vector<DWORD>(3, 300));
+}
+
+TEST(ClosingApps, EndsOtherProgramsAndSparesOurOwn) {
+    const CleanSettings settings;
+    const SampleWindow own(L"Our own");
+    Program program(L"-status");
+    ASSERT_TRUE(program.WaitForMainWindow());
+    AppCloser closer;
+    closer.SpareWindow(own.Handle());
+    closer.CloseAllApps();
+    EXPECT_TRUE(WaitFor([&] { return !IsWindow(program.MainWindow()); }));
+    EXPECT_TRUE(IsWindow(own.Handle()));
+    MSG message;
+    EXPECT_FALSE(PeekMessageW(&message, own.Handle(), WM_CLOSE, WM_CLOSE, PM_REMOVE));
+}
