@@ -7,6 +7,7 @@
 
 #include "platform/desktop/paths.h"
 #include "tests/e2e/files_fixture.h"
+#include "tests/support/shell_clipboard.h"
 
 using namespace test;
 
@@ -22,21 +23,6 @@ class FilesClipboard : public FilesProgram {
             EmptyClipboard();
             CloseClipboard();
         }
-    }
-    static std::vector<std::wstring> PathsOnClipboard() {
-        std::vector<std::wstring> paths;
-        if (!OpenClipboard(nullptr)) {
-            return paths;
-        }
-        const auto drop = static_cast<HDROP>(GetClipboardData(CF_HDROP));
-        const UINT count = drop ? DragQueryFileW(drop, ~0u, nullptr, 0) : 0;
-        for (UINT index = 0; index < count; ++index) {
-            wchar_t path[MAX_PATH] = {};
-            DragQueryFileW(drop, index, path, MAX_PATH);
-            paths.push_back(path);
-        }
-        CloseClipboard();
-        return paths;
     }
     static void Put(const std::wstring& path, DWORD effect) {
         const std::wstring outside = platform::desktop::ToDesktopPath(path);
@@ -70,13 +56,13 @@ TEST_F(FilesClipboard, AnotherProgramReadsWhatIsCopiedHere) {
     ASSERT_TRUE(ShowsSelected(0));
     Choose(0, copy);
     const std::vector<std::wstring> expected = {platform::desktop::ToDesktopPath(file)};
-    EXPECT_TRUE(WaitFor([&] { return PathsOnClipboard() == expected; }));
+    EXPECT_TRUE(WaitFor([&] { return PathsOnClipboard(nullptr) == expected; }));
     EXPECT_FALSE(IsClipboardFormatAvailable(RegisterClipboardFormatW(L"Preferred DropEffect")));
     Choose(0, cut);
     EXPECT_TRUE(WaitFor([&] {
         return IsClipboardFormatAvailable(RegisterClipboardFormatW(L"Preferred DropEffect"));
     }));
-    EXPECT_EQ(PathsOnClipboard(), expected);
+    EXPECT_EQ(PathsOnClipboard(nullptr), expected);
 }
 
 TEST_F(FilesClipboard, WhatAnotherProgramCopiesIsPastedHere) {

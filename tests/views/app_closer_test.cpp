@@ -2,309 +2,137 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <functional>
-#include <set>
-#include <vector>
-
 #include "faults/fault.h"
 #include "tests/support/platform_hook.h"
+#include "tests/support/program.h"
+#include "tests/support/wait.h"
+#include "tests/support/world.h"
 
 using namespace test;
 using namespace views;
 
 namespace {
 
-// A window of some application; all of them are this process's.
-class AppWindow {
+class SampleWindow {
  public:
-    explicit AppWindow(const wchar_t* title, DWORD style = WS_POPUP | WS_VISIBLE,
-                       HWND owner = nullptr, const wchar_t* className = L"VantorTestApp") {
-        WNDCLASSW windowClass = {};
-        windowClass.lpfnWndProc = Procedure;
-        windowClass.hInstance = GetModuleHandleW(nullptr);
-        windowClass.lpszClassName = L"VantorTestApp";
-        RegisterClassW(&windowClass);
-        window_ = CreateWindowExW(0, className, title, style, 0, 0, 20, 20, owner, nullptr,
-                                  GetModuleHandleW(nullptr), nullptr);
-        EXPECT_TRUE(window_);
-        shown_.push_back(window_);
-    }
-    ~AppWindow() {
-        std::erase(shown_, window_);
-        DestroyWindow(window_);
-    }
-    AppWindow(const AppWindow&) = delete;
-    AppWindow& operator=(const AppWindow&) = delete;
-
-    operator HWND() const { return window_; }
-    static const std::vector<HWND>& Shown() { return shown_; }
+    explicit SampleWindow(const wchar_t* title, const wchar_t* windowClass = L"STATIC")
+        : window_(CreateWindowExW(0, windowClass, title, WS_POPUP | WS_VISIBLE, 0, 0, 20, 20,
+                                  nullptr, nullptr, nullptr, nullptr)) {}
+    ~SampleWindow() { DestroyWindow(window_); }
+    SampleWindow(const SampleWindow&) = delete;
+    SampleWindow& operator=(const SampleWindow&) = delete;
+    HWND Handle() const { return window_; }
 
  private:
-    // Refuses to close, as an application may.
-    static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-        return message == WM_CLOSE ? 0 : DefWindowProcW(window, message, wParam, lParam);
-    }
-
-    static inline std::vector<HWND> shown_;
     HWND window_;
 };
 
-std::set<HWND> asked;
-std::vector<DWORD> waits;
-DWORD waitResult = WAIT_TIMEOUT;
-int sleeps = 0;
-int windowLives = 1000;
-HWND shellDesktop = nullptr;
-bool enumerationFails = false;
-DWORD threadsError = 0;
-
-struct Placement {
-    HWND window;
-    HWND behind;
-    UINT flags;
-};
-std::vector<Placement> placed;
-
-BOOL WINAPI OnlyOurs(WNDENUMPROC visit, LPARAM parameter) {
-    if (enumerationFails) {
-        SetLastError(ERROR_NOT_ENOUGH_MEMORY);
-        return FALSE;
-    }
-    for (const HWND window : AppWindow::Shown()) {
-        if (!visit(window, parameter)) {
-            return FALSE;
-        }
-    }
-    return TRUE;
+DWORD WINAPI ThreadAlone(HWND, DWORD* process) {
+    *process = 0;
+    return GetCurrentThreadId();
 }
-
-BOOL WINAPI NotePost(HWND window, UINT message, WPARAM, LPARAM) {
-    if (message == WM_CLOSE) {
-        asked.insert(window);
-    }
-    return TRUE;
+DWORD WINAPI ThreadUnknown(HWND, DWORD* process) {
+    *process = 0;
+    return 0xFFFFFFF0;
 }
-
-DWORD(WINAPI* realWait)(HANDLE, DWORD) = nullptr;
-
-DWORD WINAPI NoteWait(HANDLE handle, DWORD milliseconds) {
-    if (milliseconds == INFINITE) {
-        // The test framework's own.
-        return realWait(handle, milliseconds);
-    }
-    waits.push_back(milliseconds);
-    SetLastError(ERROR_INVALID_HANDLE);
-    return waitResult;
+HANDLE WINAPI NoSnapshot(DWORD, DWORD) {
+    SetLastError(ERROR_NOT_ENOUGH_MEMORY);
+    return INVALID_HANDLE_VALUE;
 }
-
 HANDLE WINAPI NoProcess(DWORD, BOOL, DWORD) {
     SetLastError(ERROR_ACCESS_DENIED);
     return nullptr;
 }
-
-void WINAPI NoteSleep(DWORD milliseconds) {
-    EXPECT_EQ(milliseconds, 300u);
-    ++sleeps;
-}
-
-BOOL WINAPI LivesForAWhile(HWND) {
-    return windowLives-- > 0;
-}
-
-HWND WINAPI FindShell(const wchar_t* className, const wchar_t* title) {
-    EXPECT_STREQ(className, L"DesktopExplorerWindow");
-    EXPECT_STREQ(title, L"Desktop");
-    return shellDesktop;
-}
-
-BOOL WINAPI NotePlacement(HWND window, HWND behind, int, int, int, int, UINT flags) {
-    placed.push_back(Placement{window, behind, flags});
-    return TRUE;
-}
-
-DWORD WINAPI HiddenProcess(HWND window, DWORD* process) {
-    *process = 0;
-    return IsWindow(window) ? GetCurrentThreadId() : 0x7FFFFFF0;
-}
-
-HANDLE WINAPI NoThreads(DWORD, DWORD) {
-    SetLastError(threadsError);
-    return INVALID_HANDLE_VALUE;
-}
-
-HRESULT CodeOf(const std::function<void()>& action) {
-    try {
-        action();
-    } catch (const faults::W32Fault& fault) {
-        return fault.Code();
+std::vector<DWORD> sleeps;
+HWND goesAfterThird = nullptr;
+void WINAPI NotedSleep(DWORD milliseconds) {
+    sleeps.push_back(milliseconds);
+    if (sleeps.size() == 3 && goesAfterThird) {
+        DestroyWindow(goesAfterThird);
     }
-    return S_OK;
 }
 
-class HidesOne final : public HiddenApps {
+using OwnerHook = PlatformHook<DWORD WINAPI(HWND, DWORD*)>;
+
+class Hiding final : public HiddenApps {
  public:
-    explicit HidesOne(HWND window) : window_(window) {}
+    explicit Hiding(HWND window) : window_(window) {}
     bool IsHidden(HWND window) const override { return window == window_; }
 
  private:
     HWND window_;
 };
 
-class Closing : public testing::Test {
- protected:
-    Closing() {
-        realWait = wait_.Original();
-        asked.clear();
-        waits.clear();
-        placed.clear();
-        waitResult = WAIT_TIMEOUT;
-        sleeps = 0;
-        windowLives = 1000;
-        shellDesktop = nullptr;
-        enumerationFails = false;
-    }
-    static HRESULT Code(DWORD error) { return faults::ResultFromError(error); }
-
-    PlatformHook<BOOL WINAPI(WNDENUMPROC, LPARAM)> windows_{"EnumWindows", OnlyOurs};
-    PlatformHook<BOOL WINAPI(HWND, UINT, WPARAM, LPARAM)> post_{"PostMessageW", NotePost};
-    PlatformHook<DWORD WINAPI(HANDLE, DWORD)> wait_{"WaitForSingleObject", NoteWait};
-    PlatformHook<HWND WINAPI(const wchar_t*, const wchar_t*)> find_{"FindWindowW", FindShell};
-    PlatformHook<BOOL WINAPI(HWND, HWND, int, int, int, int, UINT)> place_{"SetWindowPos",
-                                                                           NotePlacement};
-};
-
-class ClosableApps : public Closing {};
-class WindowTitles : public Closing {};
-class WindowProcesses : public Closing {};
-class WaitingForApps : public Closing {};
-
 }  // namespace
 
-TEST_F(WindowTitles, LoseTheSpacesAtTheirEnds) {
-    EXPECT_EQ(WindowTitle(AppWindow(L"  My App ")), L"My App");
-    EXPECT_EQ(WindowTitle(AppWindow(L"   ")), L"");
-    EXPECT_EQ(WindowTitle(AppWindow(L"")), L"");
-    EXPECT_EQ(WindowTitle(AppWindow(L"\tTab ")), L"\tTab");
+TEST(WindowTitles, LoseTheBlanksAtTheirEnds) {
+    EXPECT_EQ(WindowTitle(SampleWindow(L"  two words ").Handle()), L"two words");
+    EXPECT_EQ(WindowTitle(SampleWindow(L"   ").Handle()), L"");
+    EXPECT_EQ(WindowTitle(SampleWindow(L"").Handle()), L"");
+    EXPECT_EQ(WindowTitle(SampleWindow(L"\ttab\t").Handle()), L"\ttab\t");
+    const std::wstring endless(5000, L'w');
+    EXPECT_EQ(WindowTitle(SampleWindow(endless.c_str()).Handle()), endless);
+    EXPECT_EQ(WindowTitle(nullptr), L"");
 }
 
-TEST_F(ClosableApps, HaveATitle) {
-    const AppCloser closer;
-    const AppWindow window(L"App");
-    EXPECT_TRUE(closer.IsClosableApp(window, L"App"));
-    EXPECT_FALSE(closer.IsClosableApp(window, L""));
+TEST(AppOwners, AreFoundByTheWindowOrByItsThread) {
+    const SampleWindow window(L"A");
+    EXPECT_EQ(AppCloser::ProcessIdOfWindow(window.Handle()), GetCurrentProcessId());
+    {
+        const OwnerHook hook("GetWindowThreadProcessId", ThreadAlone);
+        EXPECT_EQ(AppCloser::ProcessIdOfWindow(window.Handle()), GetCurrentProcessId());
+        const PlatformHook<HANDLE WINAPI(DWORD, DWORD)> none("CreateToolhelp32Snapshot",
+                                                             NoSnapshot);
+        EXPECT_THROW(AppCloser::ProcessIdOfWindow(window.Handle()), faults::W32Fault);
+    }
+    const OwnerHook hook("GetWindowThreadProcessId", ThreadUnknown);
+    EXPECT_EQ(AppCloser::ProcessIdOfWindow(window.Handle()), 0u);
 }
 
-TEST_F(ClosableApps, AreNotHidden) {
+TEST(ClosableApps, HaveATitleAndAreNeitherHiddenNorTheCursor) {
     AppCloser closer;
-    const AppWindow window(L"App");
-    const AppWindow other(L"Other");
-    const HidesOne hidden(window);
-    closer.SetHiddenApps(&hidden);
-    EXPECT_FALSE(closer.IsClosableApp(window, L"App"));
-    EXPECT_TRUE(closer.IsClosableApp(other, L"Other"));
-    closer.SetHiddenApps(nullptr);
-    EXPECT_TRUE(closer.IsClosableApp(window, L"App"));
+    const SampleWindow window(L"A");
+    EXPECT_TRUE(closer.IsClosableApp(window.Handle(), L"A"));
+    EXPECT_FALSE(closer.IsClosableApp(window.Handle(), L""));
+    EXPECT_FALSE(closer.IsClosableApp(window.Handle(), L"cursorWINDOW"));
+    const Hiding hiding(window.Handle());
+    closer.SetHiddenApps(&hiding);
+    EXPECT_FALSE(closer.IsClosableApp(window.Handle(), L"A"));
 }
 
-TEST_F(ClosableApps, AreNotTheShellsPointer) {
-    const AppCloser closer;
-    const AppWindow pointer(L"", WS_POPUP, nullptr, L"STATIC");
-    const AppWindow other(L"");
-    EXPECT_FALSE(closer.IsClosableApp(pointer, L"CursorWindow"));
-    EXPECT_FALSE(closer.IsClosableApp(pointer, L"cursorwindow"));
-    EXPECT_TRUE(closer.IsClosableApp(pointer, L"CursorWindows"));
-    EXPECT_TRUE(closer.IsClosableApp(other, L"CursorWindow"));
+TEST(ClosableApps, TheCursorIsKnownByTitleAndClass) {
+    const SampleWindow cursor(L"CursorWindow");
+    EXPECT_TRUE(AppCloser::IsCursorWindow(cursor.Handle(), L"CURSORwindow"));
+    EXPECT_FALSE(AppCloser::IsCursorWindow(cursor.Handle(), L"CursorWindows"));
+    const SampleWindow other(L"CursorWindow", L"EDIT");
+    EXPECT_FALSE(AppCloser::IsCursorWindow(other.Handle(), L"CursorWindow"));
 }
 
-TEST_F(ClosableApps, AreNotOfTheShellsProcess) {
-    const AppWindow window(L"App");
-    shellDesktop = window;
-    const AppCloser closer;
-    EXPECT_EQ(closer.DesktopWindow(), window);
-    EXPECT_EQ(closer.ShellProcessId(), GetCurrentProcessId());
-    EXPECT_FALSE(closer.IsClosableApp(window, L"App"));
+TEST(ClosingApps, WaitsForAWindowWhoseProcessCannotBeOpened) {
+    const PlatformHook<HANDLE WINAPI(DWORD, BOOL, DWORD)> process("OpenProcess", NoProcess);
+    const PlatformHook<void WINAPI(DWORD)> sleep("Sleep", NotedSleep);
+    sleeps.clear();
+    const SampleWindow stays(L"A");
+    goesAfterThird = nullptr;
+    AppCloser::WaitForAppExit(stays.Handle(), 4);
+    EXPECT_EQ(sleeps, std::vector<DWORD>(10, 300));
+    sleeps.clear();
+    const SampleWindow goes(L"B");
+    goesAfterThird = goes.Handle();
+    AppCloser::WaitForAppExit(goes.Handle(), 4);
+    EXPECT_EQ(sleeps, std::vector<DWORD>(3, 300));
 }
 
-TEST_F(WindowProcesses, AreFoundByTheirThreadWhereTheWindowTellsNone) {
-    const AppWindow window(L"App");
-    EXPECT_EQ(AppCloser::ProcessIdOfWindow(window), GetCurrentProcessId());
-    const PlatformHook<DWORD WINAPI(HWND, DWORD*)> hook("GetWindowThreadProcessId", HiddenProcess);
-    EXPECT_EQ(AppCloser::ProcessIdOfWindow(window), GetCurrentProcessId());
-    EXPECT_EQ(AppCloser::ProcessIdOfWindow(nullptr), 0u);
-}
-
-TEST_F(WindowProcesses, AreAFaultWhereThreadsCannotBeListed) {
-    const AppWindow window(L"App");
-    const PlatformHook<DWORD WINAPI(HWND, DWORD*)> hook("GetWindowThreadProcessId", HiddenProcess);
-    const PlatformHook<HANDLE WINAPI(DWORD, DWORD)> threads("CreateToolhelp32Snapshot", NoThreads);
-    threadsError = ERROR_NOT_ENOUGH_MEMORY;
-    EXPECT_EQ(CodeOf([&] { AppCloser::ProcessIdOfWindow(window); }), Code(ERROR_NOT_ENOUGH_MEMORY));
-}
-
-TEST_F(WaitingForApps, TakesThreeSecondsAtTheMost) {
-    const AppWindow window(L"App");
-    AppCloser::WaitForAppExit(window, GetCurrentProcessId());
-    EXPECT_EQ(waits, (std::vector<DWORD>{3000}));
-    waitResult = WAIT_FAILED;
-    EXPECT_EQ(CodeOf([&] { AppCloser::WaitForAppExit(window, GetCurrentProcessId()); }),
-              Code(ERROR_INVALID_HANDLE));
-}
-
-TEST_F(WaitingForApps, LooksForTheWindowWhereTheProcessCannotBeOpened) {
-    const AppWindow window(L"App");
-    const PlatformHook<HANDLE WINAPI(DWORD, BOOL, DWORD)> open("OpenProcess", NoProcess);
-    const PlatformHook<void WINAPI(DWORD)> sleep("Sleep", NoteSleep);
-    AppCloser::WaitForAppExit(window, 4);
-    EXPECT_EQ(sleeps, 10);
-    EXPECT_TRUE(waits.empty());
-    const PlatformHook<BOOL WINAPI(HWND)> lives("IsWindow", LivesForAWhile);
-    sleeps = 0;
-    windowLives = 4;
-    AppCloser::WaitForAppExit(window, 4);
-    EXPECT_EQ(sleeps, 4);
-}
-
-TEST_F(Closing, AsksAppsOnlyAndSparesItsOwnWindow) {
-    const AppWindow own(L"Vantor");
-    const AppWindow app(L"App");
-    const AppWindow second(L"Second");
-    const AppWindow untitled(L"   ");
-    const AppWindow invisible(L"Invisible", WS_POPUP);
-    const AppWindow owned(L"Owned", WS_POPUP | WS_VISIBLE, app);
-    const AppWindow hiddenByUser(L"Hidden");
+TEST(ClosingApps, EndsOtherProgramsAndSparesOurOwn) {
+    const CleanSettings settings;
+    const SampleWindow own(L"Our own");
+    Program program(L"-status");
+    ASSERT_TRUE(program.WaitForMainWindow());
     AppCloser closer;
-    closer.SpareWindow(own);
-    const HidesOne hidden(hiddenByUser);
-    closer.SetHiddenApps(&hidden);
+    closer.SpareWindow(own.Handle());
     closer.CloseAllApps();
-    EXPECT_EQ(asked, (std::set<HWND>{app, second}));
-    // Both are still there, so both are waited for.
-    EXPECT_EQ(waits, (std::vector<DWORD>{3000, 3000}));
-}
-
-TEST_F(Closing, LeavesTheDesktopBehindItsOwnWindow) {
-    const AppWindow own(L"Vantor");
-    const AppWindow desktop(L"Desktop");
-    shellDesktop = desktop;
-    AppCloser closer;
-    closer.SpareWindow(own);
-    closer.CloseAllApps();
-    ASSERT_EQ(placed.size(), 1u);
-    EXPECT_EQ(placed[0].window, desktop);
-    EXPECT_EQ(placed[0].behind, own);
-    EXPECT_EQ(placed[0].flags, 0x13u);
-    EXPECT_TRUE(asked.empty()) << "the shell's own windows are critical";
-}
-
-TEST_F(Closing, ThatFailsIsAFault) {
-    const AppWindow app(L"App");
-    AppCloser closer;
-    enumerationFails = true;
-    EXPECT_EQ(CodeOf([&] { closer.CloseAllApps(); }), Code(ERROR_NOT_ENOUGH_MEMORY));
-    enumerationFails = false;
-    // A failure within the platform's walk over the windows comes out of it whole.
-    waitResult = WAIT_FAILED;
-    EXPECT_EQ(CodeOf([&] { closer.CloseAllApps(); }), Code(ERROR_INVALID_HANDLE));
-    EXPECT_EQ(asked, (std::set<HWND>{app}));
+    EXPECT_TRUE(WaitFor([&] { return !IsWindow(program.MainWindow()); }));
+    EXPECT_TRUE(IsWindow(own.Handle()));
+    MSG message;
+    EXPECT_FALSE(PeekMessageW(&message, own.Handle(), WM_CLOSE, WM_CLOSE, PM_REMOVE));
 }

@@ -6,6 +6,7 @@
 
 #include "faults/fault.h"
 #include "platform/desktop/paths.h"
+#include "tests/support/shell_clipboard.h"
 #include "tests/views/operations_fixture.h"
 
 namespace test {
@@ -30,20 +31,7 @@ class ClipboardFixture : public OperationsFixture {
     }
     std::wstring From(const std::wstring& name) const { return folder.Path() + L"\\from\\" + name; }
     std::wstring To(const std::wstring& name) const { return folder.Path() + L"\\to\\" + name; }
-    // The paths on the clipboard as another program of the platform reads them.
-    std::vector<std::wstring> PathsRead() const {
-        std::vector<std::wstring> paths;
-        EXPECT_TRUE(OpenClipboard(frame.Handle()));
-        const auto drop = static_cast<HDROP>(GetClipboardData(CF_HDROP));
-        const UINT count = drop ? DragQueryFileW(drop, ~0u, nullptr, 0) : 0;
-        for (UINT index = 0; index < count; ++index) {
-            wchar_t path[MAX_PATH] = {};
-            DragQueryFileW(drop, index, path, MAX_PATH);
-            paths.push_back(path);
-        }
-        CloseClipboard();
-        return paths;
-    }
+    std::vector<std::wstring> PathsRead() const { return PathsOnClipboard(frame.Handle()); }
     DWORD EffectRead() const {
         EXPECT_TRUE(OpenClipboard(frame.Handle()));
         const HANDLE memory = GetClipboardData(RegisterClipboardFormatW(L"Preferred DropEffect"));
