@@ -1,5 +1,7 @@
 #include "tests/views/chooser_fixture.h"
 
+#include <algorithm>
+
 #include "tests/support/user.h"
 #include "tests/support/wait.h"
 #include "tests/support/windows_seen.h"
@@ -66,24 +68,27 @@ std::wstring ChooserFixture::ShownFolder() const {
 
 Names ChooserFixture::ShownRows() const {
     Names names;
-    for (unsigned row = 0; row < Chooser().GetCount(); ++row) {
-        names.push_back(Chooser().ItemAt(row).name);
-    }
+    thread_.Call([&] {
+        for (unsigned row = 0; row < Chooser().GetCount(); ++row) {
+            names.push_back(Chooser().ItemAt(row).name);
+        }
+    });
     return names;
 }
 
 std::wstring ChooserFixture::Chosen() const {
-    const unsigned row = Chooser().GetSelection();
-    return row == ui::noRow ? std::wstring() : std::wstring(Chooser().ItemAt(row).name);
+    std::wstring chosen;
+    thread_.Call([&] {
+        const unsigned row = Chooser().GetSelection();
+        chosen = row == ui::noRow ? std::wstring() : std::wstring(Chooser().ItemAt(row).name);
+    });
+    return chosen;
 }
 
 unsigned ChooserFixture::ChooserRow(const std::wstring& name) const {
-    for (unsigned row = 0; row < Chooser().GetCount(); ++row) {
-        if (Chooser().ItemAt(row).name == name) {
-            return row;
-        }
-    }
-    return ui::noRow;
+    const Names names = ShownRows();
+    const auto found = std::find(names.begin(), names.end(), name);
+    return found == names.end() ? ui::noRow : static_cast<unsigned>(found - names.begin());
 }
 
 POINT ChooserFixture::PlaceOf(const std::wstring& name) const {

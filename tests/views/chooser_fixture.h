@@ -7,6 +7,7 @@
 
 #include "tests/support/finger.h"
 #include "tests/support/platform_hook.h"
+#include "tests/support/program_thread.h"
 #include "tests/views/files_fixture.h"
 #include "views/files/app_chooser.h"
 #include "views/files/chooser_list.h"
@@ -49,6 +50,7 @@ class ChooserFixture : public FilesFixture {
     static BOOL WINAPI NoteExecution(SHELLEXECUTEINFOW* info);
 
     HWND dialog_ = nullptr;
+    const ProgramThread thread_;
 };
 
 }  // namespace test
