@@ -5,6 +5,7 @@
 #include "platform/coredll.h"
 #include "platform/shell.h"
 #include "platform/shortcuts.h"
+#include "views/files/file_names.h"
 
 namespace views {
 
@@ -49,11 +50,8 @@ bool FileProperties::HasSize() const {
 
 bool IsShortcutName(std::wstring_view path) {
     const size_t point = path.rfind(L'.');
-    if (point == std::wstring_view::npos || path.size() - point - 1 != 3) {
-        return false;
-    }
-    return CompareStringW(LOCALE_USER_DEFAULT, NORM_IGNORECASE, path.data() + point + 1, 3, L"lnk",
-                          3) == CSTR_EQUAL;
+    return point != std::wstring_view::npos && path.size() - point - 1 == 3 &&
+           SameName(path.substr(point + 1), L"lnk");
 }
 
 std::wstring FullTarget(std::wstring_view target, std::wstring_view windowsFolder) {

@@ -2,17 +2,15 @@
 
 #include <algorithm>
 
-#include "platform/windows.h"
+#include "views/files/file_names.h"
 
 namespace views {
 
 namespace {
 
+// Names that the locale finds equal may still differ in length.
 bool Equal(std::wstring_view first, std::wstring_view second) {
-    return first.size() == second.size() &&
-           CompareStringW(LOCALE_USER_DEFAULT, NORM_IGNORECASE, first.data(),
-                          static_cast<int>(first.size()), second.data(),
-                          static_cast<int>(second.size())) == CSTR_EQUAL;
+    return first.size() == second.size() && SameName(first, second);
 }
 
 bool Fits(std::wstring_view name, std::wstring_view pattern) {
