@@ -80,6 +80,8 @@ void MainFrame::OnCreate() {
     slideBar_.LoadBar(viewsMenu);
     closer_.emplace();
     closer_->SpareWindow(Handle());
+    hiddenApps_.LoadHiddenApps();
+    closer_->SetHiddenApps(&hiddenApps_);
     CreateViews();
     for (const std::unique_ptr<views::View>& view : views_) {
         view->Layout(dc);
