@@ -6,6 +6,8 @@
 //   slow       takes a second to close
 //   dialogs    has an owned window, which owns another, which owns a third
 //   hung       answers nothing once its window is open
+//
+// A third argument names a file that it keeps open to itself.
 #include <windows.h>
 
 #include <shellapi.h>
@@ -52,6 +54,9 @@ int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, wchar_t*, int) {
     windowClass.hbrBackground = static_cast<HBRUSH>(GetStockObject(GRAY_BRUSH));
     windowClass.lpszClassName = className;
     RegisterClassW(&windowClass);
+    if (count > 3) {
+        CreateFileW(arguments[3], GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+    }
     HWND window = Open(instance, count > 2 ? arguments[2] : L"", nullptr, 200);
     if (manners == L"dialogs") {
         for (const wchar_t* title : {L"First", L"Second", L"Third"}) {

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "platform/desktop/paths.h"
 #include "tests/support/wait.h"
 #include "tests/support/windows_seen.h"
 
@@ -46,9 +47,13 @@ HWND Find(DWORD process, const wchar_t* title) {
 
 }  // namespace
 
-SampleProgram::SampleProgram(const std::wstring& manners, const std::wstring& title) {
+SampleProgram::SampleProgram(const std::wstring& manners, const std::wstring& title,
+                             const std::wstring& heldFile) {
     const std::wstring path = SystemPath();
     std::wstring command = L'"' + path + L"\" " + manners + L" \"" + title + L'"';
+    if (!heldFile.empty()) {
+        command += L" \"" + platform::desktop::ToDesktopPath(heldFile) + L'"';
+    }
     STARTUPINFOW startup = {};
     startup.cb = sizeof startup;
     PROCESS_INFORMATION information = {};
@@ -76,11 +81,7 @@ SampleProgram::~SampleProgram() {
 }
 
 std::wstring SampleProgram::Path() {
-    const std::wstring system = SystemPath();
-    // The test runs on the drive that holds the device unless it was built elsewhere.
-    wchar_t current[MAX_PATH] = {};
-    GetCurrentDirectoryW(MAX_PATH, current);
-    return system[0] == current[0] ? system.substr(2) : system;
+    return platform::desktop::FromDesktopPath(SystemPath());
 }
 
 HWND SampleProgram::WindowCalled(const wchar_t* title) const {

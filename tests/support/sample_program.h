@@ -9,9 +9,10 @@ namespace test {
 
 class SampleProgram {
  public:
-    // Starts tests/sample_program with its manners ("polite") and a title, and waits for its
-    // window. The process is ended with the object.
-    SampleProgram(const std::wstring& manners, const std::wstring& title);
+    // Starts tests/sample_program with its manners ("polite"), a title and a file that it keeps
+    // open, if any, and waits for its window. The process is ended with the object.
+    SampleProgram(const std::wstring& manners, const std::wstring& title,
+                  const std::wstring& heldFile = L"");
     ~SampleProgram();
     SampleProgram(const SampleProgram&) = delete;
     SampleProgram& operator=(const SampleProgram&) = delete;
