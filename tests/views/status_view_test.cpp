@@ -187,9 +187,11 @@ TEST_F(StatusUpdates, AThousandLeaveNothingBehind) {
 
 TEST_F(StatusUpdates, LeavingFreesTheRows) {
     Open();
-    HWND list = List().Handle();
+    const ViewList& list = List();
+    ASSERT_EQ(list.GetCount(), 3u);
     EXPECT_TRUE(View().Deactivate(nullptr));
-    EXPECT_FALSE(IsWindowVisible(list));
+    EXPECT_EQ(list.GetCount(), 0u);
+    EXPECT_FALSE(IsWindowVisible(list.Handle()));
 }
 
 namespace {
