@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """The handheld's language packs are modules that its loader takes, with the texts of their sources.
 
-usage: test_language_packs.py FOLDER_OF_THE_PACKS"""
+usage: test_handheld_packs.py FOLDER_OF_THE_PACKS"""
 import glob
 import os
 import re
