@@ -154,6 +154,12 @@ LRESULT MainFrame::NotifyView(const NMHDR& notification) {
     return open_ ? Current().Notify(notification) : 0;
 }
 
+void MainFrame::TimerOfView(UINT_PTR timer) {
+    if (open_) {
+        ui::RunAction(Handle(), ui::actionFailed, [&] { Current().Timer(timer); });
+    }
+}
+
 void MainFrame::SwitchTo(ViewIndex view, const ViewArgument& argument) {
     ui::RunAction(Handle(), ui::actionFailed, [&] { ShowView(view, argument); });
 }
@@ -407,6 +413,11 @@ LRESULT MainFrame::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
         case WM_DISPLAYCHANGE:
             if (open_) {
                 FollowVisibleArea();
+            }
+            break;
+        case WM_DEVICECHANGE:
+            if (open_) {
+                ui::RunAction(Handle(), ui::actionFailed, [&] { Current().DeviceChanged(wParam); });
             }
             break;
         case WM_INITMENUPOPUP:

@@ -50,6 +50,7 @@ class MainFrame final : public ui::Window, public views::Frame, private PaneOwne
     void CreateViews();
     void ArrangeView(const RECT& area) override;
     LRESULT NotifyView(const NMHDR& notification) override;
+    void TimerOfView(UINT_PTR timer) override;
     views::View& Current() const { return *views_[static_cast<size_t>(current_)]; }
     void ShowView(views::ViewIndex view, const views::ViewArgument& argument);
     void Arrange();
