@@ -60,6 +60,7 @@ class SettingsPage final : public ui::Page {
  protected:
     void Fill(ui::FormList& list) override {
         AddLabel(textTranslatedBy, &translator_);
+        // A row of its own even when it is empty, so that the languages stay under the finger.
         auto remark = std::make_unique<ui::ValueRow>(std::wstring(), std::wstring());
         remark_ = remark.get();
         list.AddRow(std::move(remark));
