@@ -53,6 +53,10 @@ LSTATUS WINAPI FailAlways(HKEY, DWORD, LPWSTR, LPDWORD, LPDWORD, LPDWORD, LPBYTE
     return ERROR_NOT_ENOUGH_MEMORY;
 }
 
+LSTATUS WINAPI FailToSet(HKEY, LPCWSTR, DWORD, DWORD, const BYTE*, DWORD) {
+    return ERROR_NOT_ENOUGH_MEMORY;
+}
+
 int CALLBACK NoName(LCID, LCTYPE, LPWSTR, int) {
     return 0;
 }
@@ -110,4 +114,27 @@ TEST_F(SettingsPage, WithoutAListOfLanguagesIsAFault) {
     enumerations = 0;
     EXPECT_ANY_THROW(app::ShowSettings(nullptr));
     EXPECT_EQ(enumerations, 1);
+}
+
+TEST_F(SettingsPage, StaysOpenWhenTheLanguageCannotBeStored) {
+    const PlatformHook<decltype(FailToSet)> hook("RegSetValueExW", FailToSet);
+    bool stayed = false;
+    WhileUser(
+        [&] {
+            const HWND dialog = WaitForWindow(dialogClass);
+            ASSERT_TRUE(dialog);
+            EXPECT_TRUE(WaitFor([&] { return GetForegroundWindow() == dialog; }));
+            Finger().Key("F1").Play();
+            EXPECT_TRUE(WaitFor([&] { return texts.Has(L"Error"); }));
+            EXPECT_TRUE(WaitFor([&] { return GetForegroundWindow() != dialog; }));
+            Finger().Key("Return").Play();
+            EXPECT_TRUE(WaitFor([&] { return GetForegroundWindow() == dialog; }));
+            stayed = IsWindowVisible(dialog) != FALSE;
+            Finger().Key("Escape").Play();
+            EXPECT_TRUE(WaitFor([] { return !FindVisible(dialogClass); }));
+        },
+        [&] { chosen = app::ShowSettings(nullptr); });
+    EXPECT_TRUE(stayed);
+    EXPECT_FALSE(chosen);
+    EXPECT_FALSE(CleanSettings::Number(L"langid"));
 }
