@@ -321,3 +321,17 @@ TEST_F(GalleryFrame, Properties) {
         takeProperties("files_properties");
     });
 }
+
+TEST_F(GalleryFrame, SettingsAndAbout) {
+    Run([&] {
+        for (const auto& [command, scene] : {std::pair(680u, "settings"), {57664u, "about"}}) {
+            PostMessageW(frame.Handle(), WM_COMMAND, command, 0);
+            const HWND page = WaitForWindow(L"#32770");
+            ASSERT_TRUE(page);
+            EXPECT_TRUE(WaitFor([&] { return GetForegroundWindow() == page; }));
+            camera.Take(scene);
+            Press("Escape");
+            EXPECT_TRUE(WaitFor([] { return !FindVisible(L"#32770"); }));
+        }
+    });
+}
