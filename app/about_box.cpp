@@ -41,13 +41,10 @@ class TextBlock {
     TextBlock(HDC dc, int width) : dc_(dc), width_(width) {}
 
     // A text that is too long for a line takes several.
-    void Add(const std::optional<std::wstring>& text, HFONT font, COLORREF color) {
-        if (!text) {
-            return;
-        }
+    void Add(const std::wstring& text, HFONT font, COLORREF color) {
         const platform::Selected selected(dc_, font);
         const int height = ui::TextHeight(dc_, font);
-        for (std::wstring& line : ui::WrapText(dc_, *text, width_)) {
+        for (std::wstring& line : ui::WrapText(dc_, text, width_)) {
             lines_.push_back(Line{std::move(line), font, color, height_, height});
             height_ += height;
         }
@@ -134,25 +131,29 @@ class AboutPane final : public ui::Window {
     }
 
  private:
-    std::optional<std::wstring> Field(const wchar_t* key) const {
-        return info_.GetVersionString(key, text::Language());
+    // Adds a field of the version block; false when there is none.
+    bool AddField(TextBlock& block, const wchar_t* key, HFONT font, COLORREF color) const {
+        const std::optional<std::wstring> value = info_.GetVersionString(key, text::Language());
+        if (value) {
+            block.Add(*value, font, color);
+        }
+        return value.has_value();
     }
     void AddTexts(TextBlock& block) const {
         const HFONT base = ui::Fonts().Base();
         const COLORREF infoColor = GetSysColor(COLOR_INFOTEXT);
-        if (const std::optional<std::wstring> product = Field(L"ProductName")) {
-            block.Add(product, ui::Fonts().Title(), productColor);
-            block.Add(Field(L"ProductVersion"), base, infoColor);
-            block.Add(Field(L"SpecialBuild"), base, infoColor);
+        if (AddField(block, L"ProductName", ui::Fonts().Title(), productColor)) {
+            AddField(block, L"ProductVersion", base, infoColor);
+            AddField(block, L"SpecialBuild", base, infoColor);
             block.GrowByHalf();
         }
-        block.Add(Field(L"LegalCopyright"), base, infoColor);
-        block.Add(Field(L"CompanyName"), base, linkColor);
-        if (const std::optional<std::wstring> translator = Field(L"Translated")) {
+        AddField(block, L"LegalCopyright", base, infoColor);
+        AddField(block, L"CompanyName", base, linkColor);
+        if (info_.GetVersionString(L"Translated", text::Language())) {
             block.Add(std::wstring(text::LoadText(textTranslatedBy)), base,
                       GetSysColor(COLOR_WINDOWTEXT));
-            block.Add(translator, base, infoColor);
-            block.Add(Field(L"TranslatedInfo"), base, linkColor);
+            AddField(block, L"Translated", base, infoColor);
+            AddField(block, L"TranslatedInfo", base, linkColor);
         }
     }
     void Paint(HDC dc, const RECT& client) const {

@@ -1,8 +1,8 @@
 #include "app/language.h"
 
-#include <algorithm>
 #include <optional>
 #include <string_view>
+#include <utility>
 
 #include "app/pack_check.h"
 #include "app/settings.h"
@@ -45,14 +45,34 @@ int DigitValue(wchar_t digit) {
     return lower >= L'a' && lower <= L'f' ? lower - L'a' + 10 : -1;
 }
 
+std::wstring LanguageName(LANGID language) {
+    const LCID locale = MAKELCID(language, SORT_DEFAULT);
+    const int size = GetLocaleInfoW(locale, LOCALE_SLANGUAGE, nullptr, 0);
+    if (size <= 1) {
+        return std::wstring();
+    }
+    std::wstring name(static_cast<size_t>(size), L'\0');
+    const int length = GetLocaleInfoW(locale, LOCALE_SLANGUAGE, name.data(), size);
+    name.resize(length > 0 ? static_cast<size_t>(length) - 1 : 0);
+    return name;
+}
+
 class LanguageSet {
  public:
     explicit LanguageSet(std::wstring program) : program_(std::move(program)) {}
 
+    // A language without a name is left out.
     void Add(LANGID language) {
-        const auto place = std::lower_bound(languages_.begin(), languages_.end(), language);
-        if (place == languages_.end() || *place != language) {
-            languages_.insert(place, language);
+        auto place = choices_.begin();
+        while (place != choices_.end() && place->language < language) {
+            ++place;
+        }
+        if (place != choices_.end() && place->language == language) {
+            return;
+        }
+        std::wstring name = LanguageName(language);
+        if (!name.empty()) {
+            choices_.insert(place, LanguageChoice{language, std::move(name)});
         }
     }
     void AddRegistered() {
@@ -94,7 +114,7 @@ class LanguageSet {
         } while (platform::FindNext(search, &entry));
         FindClose(search);
     }
-    const std::vector<LANGID>& Languages() const { return languages_; }
+    std::vector<LanguageChoice> Take() { return std::move(choices_); }
 
  private:
     // The language in a pack's name; none when the name is no pack's.
@@ -123,20 +143,8 @@ class LanguageSet {
     }
 
     std::wstring program_;
-    std::vector<LANGID> languages_;
+    std::vector<LanguageChoice> choices_;
 };
-
-std::wstring LanguageName(LANGID language) {
-    const LCID locale = MAKELCID(language, SORT_DEFAULT);
-    const int size = GetLocaleInfoW(locale, LOCALE_SLANGUAGE, nullptr, 0);
-    if (size <= 1) {
-        return std::wstring();
-    }
-    std::wstring name(static_cast<size_t>(size), L'\0');
-    const int length = GetLocaleInfoW(locale, LOCALE_SLANGUAGE, name.data(), size);
-    name.resize(length > 0 ? static_cast<size_t>(length) - 1 : 0);
-    return name;
-}
 
 }  // namespace
 
@@ -196,14 +204,7 @@ std::vector<LanguageChoice> ListLanguages() {
     set.AddRegistered();
     set.AddBeside(path);
     set.Add(text::programLanguage);
-    std::vector<LanguageChoice> choices;
-    for (const LANGID language : set.Languages()) {
-        std::wstring name = LanguageName(language);
-        if (!name.empty()) {
-            choices.push_back(LanguageChoice{language, std::move(name)});
-        }
-    }
-    return choices;
+    return set.Take();
 }
 
 }  // namespace app

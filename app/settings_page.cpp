@@ -20,26 +20,6 @@ enum SettingsText : UINT {
     textLanguage = 997,
 };
 
-// Who made a language's texts, and what else they want to say.
-struct Translator {
-    std::wstring name;
-    std::wstring remark;
-};
-
-Translator TranslatorOf(LANGID language) {
-    if (language == text::programLanguage) {
-        const std::optional<VersionInfo> own = VersionInfo::Load(text::ProgramModule());
-        return own ? Translator{own->GetVersionString(L"CompanyName", language).value_or(L""), L""}
-                   : Translator();
-    }
-    const platform::UniqueModule pack = OpenPack(language);
-    const std::optional<VersionInfo> info =
-        pack ? VersionInfo::Load(pack.Get()) : std::optional<VersionInfo>();
-    return info ? Translator{info->GetVersionString(L"Translated", language).value_or(L""),
-                             info->GetVersionString(L"TranslatedInfo", language).value_or(L"")}
-                : Translator();
-}
-
 class SettingsPage final : public ui::Page {
  public:
     explicit SettingsPage(std::vector<LanguageChoice> choices)
@@ -92,11 +72,29 @@ class SettingsPage final : public ui::Page {
         *row = added.get();
         List().AddRow(std::move(added));
     }
+    // English shows the program's own maker.
     void SetTranslator() {
         const LANGID chosen = Chosen();
-        Translator translator = chosen ? TranslatorOf(chosen) : Translator();
-        translator_->SetValue(std::move(translator.name));
-        remark_->SetValue(std::move(translator.remark));
+        const bool own = chosen == text::programLanguage;
+        platform::UniqueModule pack;
+        if (chosen != 0 && !own) {
+            pack = OpenPack(chosen);
+        }
+        const HINSTANCE module = own ? text::ProgramModule() : pack.Get();
+        std::optional<VersionInfo> info;
+        if (module) {
+            info = VersionInfo::Load(module);
+        }
+        SetField(translator_, info, own ? L"CompanyName" : L"Translated");
+        SetField(remark_, info, own ? L"" : L"TranslatedInfo");
+    }
+    void SetField(ui::ValueRow* row, const std::optional<VersionInfo>& info,
+                  const wchar_t* key) const {
+        std::optional<std::wstring> value;
+        if (info) {
+            value = info->GetVersionString(key, Chosen());
+        }
+        row->SetValue(value ? std::move(*value) : std::wstring());
     }
     void ShowTranslator() {
         ui::RunAction(Handle(), ui::actionFailed, [this] { SetTranslator(); });

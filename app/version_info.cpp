@@ -1,7 +1,6 @@
 #include "app/version_info.h"
 
 #include <algorithm>
-#include <optional>
 
 namespace app {
 
@@ -18,28 +17,13 @@ size_t Align(size_t offset) {
     return (offset + 3) & ~size_t{3};
 }
 
-// The number that a table's name spells in hexadecimal digits.
-std::optional<DWORD> TableKey(const std::wstring& name) {
-    if (name.size() != tableDigits) {
-        return std::nullopt;
-    }
-    DWORD key = 0;
-    for (const wchar_t digit : name) {
-        const int lower = digit | 0x20;
-        const bool decimal = digit >= L'0' && digit <= L'9';
-        if (!decimal && (lower < L'a' || lower > L'f')) {
-            return std::nullopt;
-        }
-        key = key << 4 | static_cast<DWORD>(decimal ? digit - L'0' : lower - L'a' + 10);
-    }
-    return key;
-}
-
 }  // namespace
 
-// A block or string: a header, a name, a value, and the nodes within it. Offsets in bytes.
+// A block or string: a header, a name, a value, and the nodes within it. Offsets in bytes; the name
+// is `nameLength` characters behind the header.
 struct VersionInfo::Node {
-    std::wstring name;
+    size_t name = 0;
+    size_t nameLength = 0;
     size_t value = 0;
     size_t valueEnd = 0;
     size_t children = 0;
@@ -56,7 +40,6 @@ std::optional<VersionInfo> VersionInfo::Load(HINSTANCE module) {
 std::optional<VersionInfo> VersionInfo::Parse(const uint8_t* bytes, size_t size) {
     VersionInfo info;
     info.bytes_ = bytes;
-    info.size_ = size;
     Node root;
     if (size < smallestBlock || !info.ReadNode(0, size, &root) ||
         root.valueEnd - root.value < sizeof(DWORD) || info.NumberAt(root.value) != fixedSignature) {
@@ -64,10 +47,10 @@ std::optional<VersionInfo> VersionInfo::Parse(const uint8_t* bytes, size_t size)
     }
     Node block;
     for (size_t at = root.children; info.ReadNode(at, root.end, &block); at = Align(block.end)) {
-        if (block.name == L"StringFileInfo") {
-            info.ReadTables(block);
-        } else if (block.name == L"VarFileInfo") {
-            info.ReadTranslations(block);
+        if (info.IsNamed(block, L"StringFileInfo")) {
+            info.tables_ = Range{block.children, block.end};
+        } else if (info.IsNamed(block, L"VarFileInfo")) {
+            info.variables_ = Range{block.children, block.end};
         }
     }
     return info;
@@ -77,79 +60,111 @@ bool VersionInfo::ReadNode(size_t at, size_t limit, Node* node) const {
     if (at > limit || limit - at < nodeHeader) {
         return false;
     }
-    const auto half = [this](size_t offset) {
-        return static_cast<WORD>(bytes_[offset] | bytes_[offset + 1] << 8);
-    };
-    const size_t length = half(at);
+    const size_t length = HalfAt(at);
     if (length < nodeHeader || length > limit - at) {
         return false;
     }
     node->end = at + length;
-    node->name = TextAt(at + nodeHeader, node->end);
-    const size_t nameEnd = at + nodeHeader + (node->name.size() + 1) * sizeof(wchar_t);
-    node->value = std::min(Align(nameEnd), node->end);
-    const size_t units = half(at + 2);
-    const size_t valueSize = half(at + 4) == textType ? units * sizeof(wchar_t) : units;
+    node->name = at + nodeHeader;
+    size_t nameEnd = node->name;
+    while (node->end - nameEnd >= sizeof(wchar_t) && HalfAt(nameEnd) != 0) {
+        nameEnd += sizeof(wchar_t);
+    }
+    node->nameLength = (nameEnd - node->name) / sizeof(wchar_t);
+    node->value = std::min(Align(nameEnd + sizeof(wchar_t)), node->end);
+    const size_t units = HalfAt(at + 2);
+    const size_t valueSize = HalfAt(at + 4) == textType ? units * sizeof(wchar_t) : units;
     node->valueEnd = std::min(node->value + valueSize, node->end);
     node->children = std::min(Align(node->valueEnd), node->end);
     return true;
 }
 
-// Up to the text's NUL. Characters are put together from bytes, which may stand anywhere.
-std::wstring VersionInfo::TextAt(size_t begin, size_t end) const {
-    std::wstring text;
-    for (size_t at = begin; at + sizeof(wchar_t) <= end; at += sizeof(wchar_t)) {
-        const auto character = static_cast<wchar_t>(bytes_[at] | bytes_[at + 1] << 8);
-        if (character == 0) {
-            break;
+bool VersionInfo::IsNamed(const Node& node, const wchar_t* name) const {
+    for (size_t index = 0; index < node.nameLength; ++index) {
+        if (name[index] == 0 || HalfAt(node.name + index * sizeof(wchar_t)) != name[index]) {
+            return false;
         }
-        text += character;
     }
-    return text;
+    return name[node.nameLength] == 0;
+}
+
+// Characters and numbers are put together from bytes, which may stand anywhere.
+WORD VersionInfo::HalfAt(size_t at) const {
+    return static_cast<WORD>(bytes_[at] | bytes_[at + 1] << 8);
 }
 
 DWORD VersionInfo::NumberAt(size_t at) const {
-    return bytes_[at] | static_cast<DWORD>(bytes_[at + 1]) << 8 |
-           static_cast<DWORD>(bytes_[at + 2]) << 16 | static_cast<DWORD>(bytes_[at + 3]) << 24;
+    return HalfAt(at) | static_cast<DWORD>(HalfAt(at + 2)) << 16;
 }
 
-void VersionInfo::ReadTables(const Node& block) {
-    Node table;
-    for (size_t at = block.children; ReadNode(at, block.end, &table); at = Align(table.end)) {
-        if (const std::optional<DWORD> key = TableKey(table.name)) {
-            tables_.insert_or_assign(*key, Range{table.children, table.end});
-        }
+// The number that a table's name spells in hexadecimal digits.
+bool VersionInfo::TableKey(const Node& table, DWORD* key) const {
+    if (table.nameLength != tableDigits) {
+        return false;
     }
+    *key = 0;
+    for (size_t index = 0; index < tableDigits; ++index) {
+        const int digit = HalfAt(table.name + index * sizeof(wchar_t));
+        const int lower = digit | 0x20;
+        const bool decimal = digit >= L'0' && digit <= L'9';
+        if (!decimal && (lower < L'a' || lower > L'f')) {
+            return false;
+        }
+        *key = *key << 4 | static_cast<DWORD>(decimal ? digit - L'0' : lower - L'a' + 10);
+    }
+    return true;
 }
 
-void VersionInfo::ReadTranslations(const Node& block) {
-    Node entry;
-    for (size_t at = block.children; ReadNode(at, block.end, &entry); at = Align(entry.end)) {
-        if (entry.name != L"Translation") {
+VersionInfo::Range VersionInfo::TableOf(DWORD key) const {
+    Range found;
+    DWORD lowest = ~DWORD{0};
+    Node table;
+    for (size_t at = tables_.begin; ReadNode(at, tables_.end, &table); at = Align(table.end)) {
+        DWORD own = 0;
+        if (!TableKey(table, &own)) {
             continue;
         }
-        for (size_t number = entry.value; number + sizeof(DWORD) <= entry.valueEnd;
-             number += sizeof(DWORD)) {
-            translations_.push_back(NumberAt(number));
+        const Range range = {table.children, table.end};
+        if (own == key) {
+            return range;
+        }
+        if (own <= lowest) {
+            lowest = own;
+            found = range;
         }
     }
+    return found;
+}
+
+std::vector<DWORD> VersionInfo::Translations() const {
+    std::vector<DWORD> found;
+    Node entry;
+    for (size_t at = variables_.begin; ReadNode(at, variables_.end, &entry);
+         at = Align(entry.end)) {
+        for (size_t number = entry.value;
+             IsNamed(entry, L"Translation") && number + sizeof(DWORD) <= entry.valueEnd;
+             number += sizeof(DWORD)) {
+            found.push_back(NumberAt(number));
+        }
+    }
+    return found;
 }
 
 std::optional<std::wstring> VersionInfo::GetVersionString(const wchar_t* key,
                                                           LANGID language) const {
-    auto table = tables_.find(static_cast<DWORD>(language) << 16 | wideCharacters);
-    if (table == tables_.end()) {
-        table = tables_.begin();
-    }
-    if (table == tables_.end()) {
-        return std::nullopt;
-    }
-    Node text;
-    const Range& range = table->second;
-    for (size_t at = range.begin; ReadNode(at, range.end, &text); at = Align(text.end)) {
-        if (text.name == key) {
-            return TextAt(text.value, text.valueEnd);
+    const Range table = TableOf(static_cast<DWORD>(language) << 16 | wideCharacters);
+    Node entry;
+    for (size_t at = table.begin; ReadNode(at, table.end, &entry); at = Align(entry.end)) {
+        if (!IsNamed(entry, key)) {
+            continue;
         }
+        std::wstring value;
+        for (size_t from = entry.value;
+             entry.valueEnd - from >= sizeof(wchar_t) && HalfAt(from) != 0;
+             from += sizeof(wchar_t)) {
+            value += static_cast<wchar_t>(HalfAt(from));
+        }
+        return value;
     }
     return std::nullopt;
 }

@@ -1,7 +1,6 @@
 // The texts of a module's version block.
 #pragma once
 
-#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -25,27 +24,29 @@ class VersionInfo {
 
     // The languages and code pages that the block says it is translated into: the language in the
     // low half of each.
-    const std::vector<DWORD>& Translations() const { return translations_; }
+    std::vector<DWORD> Translations() const;
 
  private:
-    // Where a table's strings stand in the block.
+    // Nodes behind one another, as offsets in the block.
     struct Range {
-        size_t begin;
-        size_t end;
+        size_t begin = 0;
+        size_t end = 0;
     };
     struct Node;
 
     bool ReadNode(size_t at, size_t limit, Node* node) const;
-    std::wstring TextAt(size_t begin, size_t end) const;
-    void ReadTables(const Node& block);
-    void ReadTranslations(const Node& block);
+    bool IsNamed(const Node& node, const wchar_t* name) const;
+    // The table of that key; else the one with the lowest key.
+    Range TableOf(DWORD key) const;
+    bool TableKey(const Node& table, DWORD* key) const;
+    WORD HalfAt(size_t at) const;
     DWORD NumberAt(size_t at) const;
 
     const uint8_t* bytes_ = nullptr;
-    size_t size_ = 0;
-    // By language in the upper half and code page in the lower one.
-    std::map<DWORD, Range> tables_;
-    std::vector<DWORD> translations_;
+    // The tables of texts, each named by its language and code page.
+    Range tables_;
+    // What the block says of itself as a whole.
+    Range variables_;
 };
 
 }  // namespace app
