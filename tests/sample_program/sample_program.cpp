@@ -5,6 +5,7 @@
 //   stubborn   stays open
 //   slow       takes a second to close
 //   dialogs    has an owned window, which owns another, which owns a third
+//   cursor     has a second window as the shell's pointer has one
 //   hung       answers nothing once its window is open
 //
 // A third argument names a file that it keeps open to itself.
@@ -62,6 +63,10 @@ int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, wchar_t*, int) {
         for (const wchar_t* title : {L"First", L"Second", L"Third"}) {
             window = Open(instance, title, window, 100);
         }
+    }
+    if (manners == L"cursor") {
+        CreateWindowExW(0, L"STATIC", L"CURSORwindow", WS_POPUP | WS_VISIBLE, 0, 0, 20, 20, nullptr,
+                        nullptr, instance, nullptr);
     }
     if (manners == L"hung") {
         Sleep(60000);

@@ -118,6 +118,15 @@ TEST_F(ApplicationsList, ShowsWindowsOfTheShellWhenTheyAreWanted) {
     EXPECT_EQ(Samples(), (Titles{L"Sample 1"}));
 }
 
+TEST_F(ApplicationsList, LeavesOutTheShellsPointer) {
+    const SampleProgram shell(L"cursor", L"");
+    const SampleProgram program(L"polite", L"CursorWindow");
+    ASSERT_TRUE(WaitFor([] { return FindWindowW(L"Static", L"CURSORwindow") != nullptr; }));
+    Open();
+    EXPECT_TRUE(Lists(L"CursorWindow"));
+    EXPECT_FALSE(Lists(L"CURSORwindow"));
+}
+
 TEST_F(ApplicationsList, DoesNotWaitForAProgramThatHangs) {
     const SampleProgram hung(L"hung", L"Sample hung");
     const SampleProgram program(L"polite", L"Sample 1");
