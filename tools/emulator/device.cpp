@@ -1,0 +1,4 @@
+#include "device.h"
+namespace emulator {
+void Device::Read(const std::string&) {}
+}  // namespace emulator
