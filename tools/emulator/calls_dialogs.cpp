@@ -5,6 +5,7 @@
 #include "call.h"
 #include "machine.h"
 #include "messages.h"
+#include "shell_strip.h"
 #include "stop.h"
 #include "window_procedures.h"
 
@@ -29,6 +30,9 @@ INT_PTR WINAPI RunDialogProcedure(HWND window, UINT message, WPARAM wParam, LPAR
     }
     if (IsDesktopMessage(message)) {
         return FALSE;
+    }
+    if (message == WM_SETTEXT || message == WM_ACTIVATE) {
+        RefreshShellStrip();
     }
     const IncomingMessage incoming(message, wParam, lParam);
     return static_cast<int>(

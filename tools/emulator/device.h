@@ -1,6 +1,7 @@
 // The described device: what a handheld has that this machine has not. Read from a text file.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -16,7 +17,8 @@ struct Device {
         Address size = 0;
         unsigned uses = 1;
     };
-    struct HeapBlock {
+    // Blocks of a process's heap that are alike.
+    struct HeapBlocks {
         Address size = 0;
         unsigned count = 1;
         bool free = false;
@@ -30,14 +32,14 @@ struct Device {
         Address slot = 0;
         Address pages = 0;
         std::vector<Module> modules;
-        std::vector<HeapBlock> heap;
+        std::vector<HeapBlocks> heap;
     };
     struct Card {
         std::string folder;
         std::uint64_t size = 0;
         std::uint64_t free = 0;
-        std::string maker;
-        std::string product;
+        // What the storage manager calls the store, and its profile.
+        std::string store;
         std::string profile;
     };
     struct Battery {
@@ -69,6 +71,9 @@ struct Device {
 
     // Reads a description; stops the run when it is wrong, naming the line.
     void Read(const std::string& path);
+
+ private:
+    void ReadLine(const std::string& file, unsigned number, const std::string& text);
 };
 
 }  // namespace emulator

@@ -8,6 +8,7 @@
 #include "call.h"
 #include "host.h"
 #include "machine.h"
+#include "shell_strip.h"
 #include "stop.h"
 
 namespace emulator {
@@ -51,6 +52,7 @@ Options ReadOptions() {
     } else if (!processor.empty() && processor != "ti925t") {
         Stop("there is no processor %s", processor.c_str());
     }
+    TheMachine().counts.tellsSteps = !FromEnvironment("VANTOR_HANDHELD_STEPS").empty();
     read.coveredCalls = !FromEnvironment("VANTOR_HANDHELD_CALLS").empty();
     read.functions =
         static_cast<unsigned>(std::atoi(FromEnvironment("VANTOR_HANDHELD_FUNCTIONS").c_str()));
@@ -109,6 +111,7 @@ unsigned RunProgram() {
     machine.engine.SetStack(stack, machine.device.stackSize);
     machine.engine.CountCode(machine.image.CodeStart(), machine.image.CodeSize());
     MakeKernelPage(machine.engine);
+    MakeShellStrip();
     const Text arguments = Arguments();
     machine.commandLine =
         machine.heap.Allocate(2 * static_cast<Address>(arguments.size() + 1), true, 0);

@@ -214,7 +214,10 @@ bool IsDesktopMessage(UINT message) {
 }
 
 LPARAM OutgoingParameter(UINT message, Address parameter) {
-    if (const IncomingMessage* incoming = IncomingMessage::Find(message, parameter)) {
+    // Texts are alike everywhere; the copy is as good as the original.
+    const bool text = message == WM_GETTEXT || message == WM_SETTEXT;
+    const IncomingMessage* incoming = IncomingMessage::Find(message, parameter);
+    if (incoming && !text) {
         return incoming->Original();
     }
     // Pointers of the program are low; anything else is a number with its sign.

@@ -17,13 +17,12 @@ class IncomingMessage {
     IncomingMessage& operator=(const IncomingMessage&) = delete;
 
     Address Parameter() const { return parameter_; }
-    // The pointer that the system gave for what the program hands back to it; null for others.
-    // What the program has written goes with it.
+    // The message under way whose parameter the program hands back to the system; null for others.
     static const IncomingMessage* Find(UINT message, Address parameter);
     LPARAM Original() const { return original_; }
-    void CopyBack() const;
 
  private:
+    void CopyBack() const;
     Address Keep(const void* bytes, Address size);
     Address KeepText(const WCHAR* text);
 

@@ -5,6 +5,7 @@
 #include "call.h"
 #include "machine.h"
 #include "messages.h"
+#include "shell_strip.h"
 #include "stop.h"
 
 namespace emulator {
@@ -78,11 +79,17 @@ std::uint64_t UnregisterAClass(Call& call) {
     return Result(UnregisterClassW(call.String(0), GetModuleHandleW(nullptr)));
 }
 
+// A PC gives every top-level window a caption that does not say it is a popup; here the shell shows
+// the captions of windows that have none.
+DWORD StyleFor(DWORD style) {
+    return (style & (WS_CHILD | WS_CAPTION)) == 0 ? style | WS_POPUP : style;
+}
+
 std::uint64_t CreateAWindow(Call& call) {
-    return Result(CreateWindowExW(call.Word(0), call.String(1), call.String(2), call.Word(3),
-                                  call.Signed(4), call.Signed(5), call.Signed(6), call.Signed(7),
-                                  call.HandleAt<HWND>(8), call.HandleAt<HMENU>(9),
-                                  GetModuleHandleW(nullptr), PointerTo(call.Word(11))));
+    return Result(CreateWindowExW(
+        call.Word(0), call.String(1), call.String(2), StyleFor(call.Word(3)), call.Signed(4),
+        call.Signed(5), call.Signed(6), call.Signed(7), call.HandleAt<HWND>(8),
+        call.HandleAt<HMENU>(9), GetModuleHandleW(nullptr), PointerTo(call.Word(11))));
 }
 
 std::uint64_t DefaultAnswer(Call& call) {
@@ -280,6 +287,9 @@ LRESULT WINAPI RunWindowProcedure(HWND window, UINT message, WPARAM wParam, LPAR
             WindowProcedures().erase(window);
         }
         return result;
+    }
+    if (message == WM_SETTEXT || message == WM_ACTIVATE) {
+        RefreshShellStrip();
     }
     const IncomingMessage incoming(message, wParam, lParam);
     const Address result =
