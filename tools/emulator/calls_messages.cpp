@@ -25,8 +25,7 @@ std::uint64_t NextMessage(Call& call) {
     Counts& counts = TheMachine().counts;
     BOOL result;
     do {
-        if (!PeekMessageW(&message, call.HandleAt<HWND>(1), call.Word(2), call.Word(3),
-                          PM_NOREMOVE)) {
+        if (GetQueueStatus(QS_ALLINPUT) >> 16 == 0) {
             counts.Idle();
         }
         result = GetMessageW(&message, call.HandleAt<HWND>(1), call.Word(2), call.Word(3));

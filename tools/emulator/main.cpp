@@ -140,27 +140,46 @@ void EndRun(unsigned exitCode) {
     std::abort();
 }
 
+namespace {
+
+void WriteStop(std::FILE* file, const char* format, va_list arguments) {
+    const Machine& machine = TheMachine();
+    const Symbols& symbols = machine.symbols;
+    std::fputs("the handheld program: ", file);
+    std::vfprintf(file, format, arguments);
+    std::fprintf(file, "\n  at %s\n  called from %s\n",
+                 symbols.Name(machine.engine.ProgramCounter()).c_str(),
+                 symbols.Name(machine.engine.Caller()).c_str());
+    for (const Address caller : machine.engine.CallersOnStack(12)) {
+        std::fprintf(file, "  below %s\n", symbols.Name(caller).c_str());
+    }
+    std::fflush(file);
+}
+
+}  // namespace
+
 void Stop(const char* format, ...) {
     static bool stopping = false;
-    std::fflush(stdout);
     va_list arguments;
     va_start(arguments, format);
-    std::fputs("vantor on a handheld: ", stderr);
-    std::vfprintf(stderr, format, arguments);
-    va_end(arguments);
-    std::fputc('\n', stderr);
-    if (!stopping) {
-        stopping = true;
-        const Machine& machine = TheMachine();
-        std::fprintf(stderr, "  at %s\n",
-                     machine.symbols.Name(machine.engine.ProgramCounter()).c_str());
-        std::fprintf(stderr, "  called from %s\n",
-                     machine.symbols.Name(machine.engine.Caller()).c_str());
-        for (const Address caller : machine.engine.CallersOnStack(12)) {
-            std::fprintf(stderr, "  below %s\n", machine.symbols.Name(caller).c_str());
+    if (stopping) {
+        std::vfprintf(stderr, format, arguments);
+        std::abort();
+    }
+    stopping = true;
+    std::fflush(stdout);
+    // Who starts the program from within the device does not see its standard error.
+    if (const char* log = std::getenv("VANTOR_HANDHELD_LOG")) {
+        if (std::FILE* file = std::fopen(log, "a")) {
+            va_list again;
+            va_copy(again, arguments);
+            WriteStop(file, format, again);
+            va_end(again);
+            std::fclose(file);
         }
     }
-    std::fflush(stderr);
+    WriteStop(stderr, format, arguments);
+    va_end(arguments);
     TerminateProcess(GetCurrentProcess(), stoppedExitCode);
     std::abort();
 }
