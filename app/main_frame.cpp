@@ -80,6 +80,8 @@ void MainFrame::OnCreate() {
     slideBar_.LoadBar(viewsMenu);
     closer_.emplace();
     closer_->SpareWindow(Handle());
+    hiddenApps_.LoadHiddenApps();
+    closer_->SetHiddenApps(&hiddenApps_);
     CreateViews();
     for (const std::unique_ptr<views::View>& view : views_) {
         view->Layout(dc);
@@ -141,6 +143,12 @@ void MainFrame::ArrangeView(const RECT& area) {
 
 LRESULT MainFrame::NotifyView(const NMHDR& notification) {
     return open_ ? Current().Notify(notification) : 0;
+}
+
+void MainFrame::TimerOfView(UINT_PTR timer) {
+    if (open_) {
+        ui::RunAction(Handle(), ui::actionFailed, [&] { Current().Timer(timer); });
+    }
 }
 
 void MainFrame::SwitchTo(ViewIndex view, const ViewArgument& argument) {
@@ -333,6 +341,11 @@ LRESULT MainFrame::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
         case WM_DISPLAYCHANGE:
             if (open_) {
                 FollowVisibleArea();
+            }
+            break;
+        case WM_DEVICECHANGE:
+            if (open_) {
+                ui::RunAction(Handle(), ui::actionFailed, [&] { Current().DeviceChanged(wParam); });
             }
             break;
         case WM_INITMENUPOPUP:

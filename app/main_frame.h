@@ -10,6 +10,7 @@
 #include "ui/slide_bar.h"
 #include "ui/window.h"
 #include "views/app_closer.h"
+#include "views/apps/hidden_app_list.h"
 #include "views/view.h"
 
 namespace app {
@@ -49,6 +50,7 @@ class MainFrame final : public ui::Window, public views::Frame, private PaneOwne
     void CreateViews();
     void ArrangeView(const RECT& area) override;
     LRESULT NotifyView(const NMHDR& notification) override;
+    void TimerOfView(UINT_PTR timer) override;
     views::View& Current() const { return *views_[static_cast<size_t>(current_)]; }
     void ShowView(views::ViewIndex view, const views::ViewArgument& argument);
     void Arrange();
@@ -69,6 +71,7 @@ class MainFrame final : public ui::Window, public views::Frame, private PaneOwne
     ui::CommandBar bar_;
     // Switches views where the screen has room for it.
     ui::SlideBar slideBar_;
+    views::HiddenAppList hiddenApps_;
     std::optional<views::AppCloser> closer_;
     DWORD flags_ = 0;
     int bandHeight_ = 0;

@@ -11,6 +11,9 @@ LRESULT ViewPane::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
             return 0;
         case WM_NOTIFY:
             return owner_.NotifyView(*reinterpret_cast<const NMHDR*>(lParam));
+        case WM_TIMER:
+            owner_.TimerOfView(wParam);
+            return 0;
         case WM_PAINT:
             ui::PaintWindow(Handle(), [](HDC dc, const RECT& client) {
                 ui::FillWithSystemColor(dc, client, COLOR_WINDOW);

@@ -10,4 +10,9 @@ namespace platform {
 // that cannot be found out, with the thread's last error.
 bool CompareFiles(const wchar_t* first, const wchar_t* second, bool* same);
 
+// Renames a file, which takes the place of the destination if there is one (MoveFileExW; a handheld
+// deletes the destination first). Both are on one volume. False on failure, with the thread's last
+// error.
+bool MoveOver(const wchar_t* source, const wchar_t* destination);
+
 }  // namespace platform

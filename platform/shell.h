@@ -16,7 +16,13 @@ static_assert(sizeof(SHELLEXECUTEINFOW) == 60);
 // on failure, with the thread's last error.
 bool OpenFile(const wchar_t* path, const wchar_t* argument);
 
+enum class MissingFolder { Leave, Create };
+
 // One of the system's folders by its CSIDL (SHGetSpecialFolderPath). Empty when there is none.
-std::wstring SpecialFolder(HWND owner, int folder);
+std::wstring SpecialFolder(HWND owner, int folder, MissingFolder missing = MissingFolder::Leave);
+
+// The window of the shell's desktop, whose process is the shell (FindWindowW; GetShellWindow on a
+// PC, else GetDesktopWindow). Null when there is none.
+HWND ShellDesktopWindow();
 
 }  // namespace platform

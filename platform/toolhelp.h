@@ -1,4 +1,4 @@
-// Looking at the processes of the device.
+// Looking at the processes of the device: snapshots of processes, modules and heaps.
 #pragma once
 
 #include "platform/windows.h"
@@ -9,5 +9,110 @@ namespace platform {
 // Thread32Next); 0 when there is no such thread. False when the threads cannot be listed, with the
 // thread's last error.
 bool ProcessOfThread(DWORD thread, DWORD* process);
+
+struct ProcessEntry {
+    DWORD processId = 0;
+    DWORD threadCount = 0;
+    // Where the process's memory begins: its slot; on a PC, which has none, the place of its
+    // executable, 0 when the system does not tell it.
+    ULONG_PTR base = 0;
+    wchar_t name[MAX_PATH] = {};
+};
+
+struct ModuleEntry {
+    // Tells a process's modules apart; on a PC the module's handle.
+    ULONG_PTR id = 0;
+    ULONG_PTR base = 0;
+    // Bytes.
+    DWORD size = 0;
+    wchar_t name[MAX_PATH] = {};
+    // Empty when the snapshot does not tell it.
+    wchar_t path[MAX_PATH] = {};
+};
+
+// A list of processes, modules or heaps as it was at one moment (CreateToolhelp32Snapshot). Its
+// walks end with false and the thread's last error.
+class Snapshot {
+ public:
+    enum class Kind { Processes, Modules, Heaps };
+
+    // False, with the thread's last error, when it could not be taken.
+    Snapshot(Kind kind, DWORD processId);
+    ~Snapshot();
+    Snapshot(const Snapshot&) = delete;
+    Snapshot& operator=(const Snapshot&) = delete;
+    explicit operator bool() const { return handle_ != INVALID_HANDLE_VALUE; }
+
+    // The entries of a snapshot of their kind (Process32First, Process32Next and their like).
+    bool First(ProcessEntry* entry) const;
+    bool Next(ProcessEntry* entry) const;
+    bool First(ModuleEntry* entry) const;
+    bool Next(ModuleEntry* entry) const;
+
+    HANDLE Handle() const { return handle_; }
+
+ private:
+    HANDLE handle_;
+};
+
+// Goes through the heaps of a process and through the blocks of each (Heap32ListFirst, Heap32First
+// and their like). Every function ends with false and the thread's last error, which is
+// ERROR_NO_MORE_FILES at the end of a walk.
+class HeapWalk {
+ public:
+    virtual bool FirstHeap() = 0;
+    virtual bool NextHeap() = 0;
+    // The blocks of the current heap and their sizes in bytes.
+    virtual bool FirstBlock(uint64_t* size) = 0;
+    virtual bool NextBlock(uint64_t* size) = 0;
+
+ protected:
+    ~HeapWalk() = default;
+};
+
+// The heaps of a snapshot. A PC gives no list of another process's heaps: there the process has one
+// heap of one block, its private committed memory (GetProcessMemoryInfo).
+class SnapshotHeaps final : public HeapWalk {
+ public:
+    SnapshotHeaps(const Snapshot& snapshot, DWORD processId);
+    bool FirstHeap() override;
+    bool NextHeap() override;
+    bool FirstBlock(uint64_t* size) override;
+    bool NextBlock(uint64_t* size) override;
+
+ private:
+    HANDLE snapshot_;
+    DWORD processId_;
+    DWORD heapId_ = 0;
+};
+
+// A part of the memory that a process can see.
+struct MemoryRegion {
+    // MEM_COMMIT, MEM_RESERVE, MEM_FREE.
+    DWORD state = 0;
+    // Bytes, from the region's beginning.
+    SIZE_T size = 0;
+};
+
+// The memory of a process: its slot of 32 MB (VirtualQuery); on a PC its whole address space
+// (VirtualQueryEx).
+class ProcessMemory {
+ public:
+    explicit ProcessMemory(const ProcessEntry& process);
+    ~ProcessMemory();
+    ProcessMemory(const ProcessMemory&) = delete;
+    ProcessMemory& operator=(const ProcessMemory&) = delete;
+
+    // Where the memory begins, and where it ends.
+    ULONG_PTR Base() const { return base_; }
+    ULONG_PTR End() const { return end_; }
+    // The region around an address; false when the platform tells nothing of it.
+    bool Query(ULONG_PTR address, MemoryRegion* region) const;
+
+ private:
+    ULONG_PTR base_;
+    ULONG_PTR end_;
+    HANDLE process_ = nullptr;
+};
 
 }  // namespace platform

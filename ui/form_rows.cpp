@@ -87,7 +87,8 @@ SIZE MarkedRowSize(HDC dc, const std::wstring& label) {
 }  // namespace
 
 FormRows HeadingRow::Overflow(HDC dc, SIZE room) {
-    if (!icons_ || icon_ < 0 || !ImageList_GetIconSize(icons_, &iconWidth_, &iconHeight_)) {
+    if (!image_ &&
+        (!icons_ || icon_ < 0 || !ImageList_GetIconSize(icons_, &iconWidth_, &iconHeight_))) {
         iconWidth_ = iconHeight_ = 0;
     }
     const int line = LineHeight(dc);
@@ -108,9 +109,12 @@ int HeadingRow::TextLeft() const {
 
 void HeadingRow::Draw(HDC dc, const RECT& area, bool) {
     const int line = LineHeight(dc);
-    if (iconWidth_ > 0) {
-        ImageList_Draw(icons_, icon_, dc, area.left + iconWidth_ / 4,
-                       area.top + (Height(area) - iconHeight_) / 2, ILD_NORMAL);
+    const int iconLeft = area.left + iconWidth_ / 4;
+    const int iconTop = area.top + (Height(area) - iconHeight_) / 2;
+    if (image_) {
+        DrawIconEx(dc, iconLeft, iconTop, image_, iconWidth_, iconHeight_, 0, nullptr, DI_NORMAL);
+    } else if (iconWidth_ > 0) {
+        ImageList_Draw(icons_, icon_, dc, iconLeft, iconTop, ILD_NORMAL);
     }
     RECT text = area;
     text.left += TextLeft();

@@ -9,12 +9,18 @@
 
 namespace ui {
 
-// An icon of an image list and a text behind it, which wraps. Without an image list the text stands
-// alone.
+// An icon and a text behind it, which wraps. Without an icon the text stands alone.
 class HeadingRow final : public FormRow {
  public:
+    // An icon of an image list, both borrowed; null for none.
     HeadingRow(std::wstring text, HIMAGELIST icons, int icon)
         : text_(std::move(text)), icons_(icons), icon_(icon) {}
+    // An icon by itself, borrowed, drawn in a size of pixels; null for none.
+    HeadingRow(std::wstring text, HICON image, SIZE size)
+        : text_(std::move(text)),
+          image_(image),
+          iconWidth_(image ? size.cx : 0),
+          iconHeight_(image ? size.cy : 0) {}
     SIZE Measure(HDC dc, SIZE room) override;
     void Draw(HDC dc, const RECT& area, bool selected) override;
     FormRows Overflow(HDC dc, SIZE room) override;
@@ -24,8 +30,9 @@ class HeadingRow final : public FormRow {
     int TextLeft() const;
 
     std::wstring text_;
-    HIMAGELIST icons_;
-    int icon_;
+    HIMAGELIST icons_ = nullptr;
+    int icon_ = -1;
+    HICON image_ = nullptr;
     int iconWidth_ = 0;
     int iconHeight_ = 0;
     // The lines that this row shows itself.

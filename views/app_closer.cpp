@@ -1,16 +1,22 @@
 #include "views/app_closer.h"
 
+#include <algorithm>
 #include <exception>
 #include <string_view>
 
 #include "faults/fault.h"
 #include "platform/handles.h"
+#include "platform/shell.h"
 #include "platform/toolhelp.h"
 
 namespace views {
 
 namespace {
 
+// A window that hangs must not hang its observer; its text counts as empty. Milliseconds.
+constexpr UINT longestAnswer = 1000;
+// Characters; what claims to be longer is not believed.
+constexpr DWORD_PTR longestText = 0xFFFF;
 constexpr DWORD exitTimeout = 3000;
 constexpr DWORD pollPeriod = 300;
 constexpr int mostPolls = 10;
@@ -29,22 +35,29 @@ struct AppCloser::Pass {
     std::exception_ptr fault;
 };
 
-std::wstring WindowTitle(HWND window) {
-    const LRESULT length = SendMessageW(window, WM_GETTEXTLENGTH, 0, 0);
-    if (length <= 0) {
+std::wstring UntrimmedTitle(HWND window) {
+    // Only the first question may go unanswered: the second lends its memory.
+    DWORD_PTR length = 0;
+    if (!SendMessageTimeoutW(window, WM_GETTEXTLENGTH, 0, 0, SMTO_NORMAL, longestAnswer, &length) ||
+        length == 0 || length > longestText) {
         return std::wstring();
     }
-    std::wstring title(static_cast<size_t>(length) + 1, L'\0');
+    std::wstring title(length + 1, L'\0');
     const LRESULT copied =
         SendMessageW(window, WM_GETTEXT, title.size(), reinterpret_cast<LPARAM>(title.data()));
-    title.resize(copied > 0 && copied < length ? static_cast<size_t>(copied)
-                                               : static_cast<size_t>(length));
+    title.resize(
+        std::min(static_cast<size_t>(length), static_cast<size_t>(std::max<LRESULT>(copied, 0))));
+    return title;
+}
+
+std::wstring WindowTitle(HWND window) {
+    std::wstring title = UntrimmedTitle(window);
     title.erase(title.find_last_not_of(L' ') + 1);
     title.erase(0, title.find_first_not_of(L' '));
     return title;
 }
 
-AppCloser::AppCloser() : desktop_(FindWindowW(L"DesktopExplorerWindow", L"Desktop")) {
+AppCloser::AppCloser() : desktop_(platform::ShellDesktopWindow()) {
     if (desktop_) {
         shellProcess_ = ProcessIdOfWindow(desktop_);
     }
@@ -70,8 +83,14 @@ bool AppCloser::IsCursorWindow(HWND window, const std::wstring& title) {
 }
 
 bool AppCloser::IsClosableApp(HWND window, const std::wstring& title) const {
-    return !title.empty() && !(hidden_ && hidden_->IsHidden(window)) &&
-           !IsCursorWindow(window, title) && ProcessIdOfWindow(window) != shellProcess_;
+    return !title.empty() && !IsHidden(window) && !IsCursorWindow(window, title) &&
+           ProcessIdOfWindow(window) != shellProcess_;
+}
+
+void AppCloser::HideApp(HWND window) {
+    if (hidden_) {
+        hidden_->HideApp(window);
+    }
 }
 
 void AppCloser::WaitForAppExit(HWND window, DWORD processId) {

@@ -12,23 +12,30 @@ namespace views {
 class HiddenApps {
  public:
     virtual bool IsHidden(HWND window) const = 0;
+    // Hides a window's application from now on. Throws a fault when it cannot be recorded.
+    virtual void HideApp(HWND window) = 0;
 
  protected:
     ~HiddenApps() = default;
 };
 
-// A window's text without blanks at its ends (WM_GETTEXT); empty when it has none.
+// A window's text (WM_GETTEXT); empty when it has none or does not answer within a second.
+std::wstring UntrimmedTitle(HWND window);
+
+// A window's text without blanks at its ends.
 std::wstring WindowTitle(HWND window);
 
 class AppCloser {
  public:
-    // Looks for the shell's desktop window, whose process is never closed (FindWindowW).
+    // Looks for the shell's desktop window, whose process is never closed.
     AppCloser();
 
     // The window that CloseAllApps never closes: the program's own.
     void SpareWindow(HWND window) { spared_ = window; }
     // Borrowed; without one nothing is hidden.
-    void SetHiddenApps(const HiddenApps* hidden) { hidden_ = hidden; }
+    void SetHiddenApps(HiddenApps* hidden) { hidden_ = hidden; }
+    bool IsHidden(HWND window) const { return hidden_ && hidden_->IsHidden(window); }
+    void HideApp(HWND window);
 
     // The process that a window belongs to, 0 when it cannot be found (GetWindowThreadProcessId,
     // else the list of threads). Throws W32Fault when the threads cannot be listed.
@@ -54,7 +61,7 @@ class AppCloser {
     HWND desktop_;
     DWORD shellProcess_ = 0;
     HWND spared_ = nullptr;
-    const HiddenApps* hidden_ = nullptr;
+    HiddenApps* hidden_ = nullptr;
 };
 
 }  // namespace views

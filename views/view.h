@@ -67,6 +67,10 @@ class View {
     virtual void Focus() = 0;
     // Rows have been marked or unmarked in multi-selection.
     virtual void MarksChanged() = 0;
+    // A volume came or went (the event of WM_DEVICECHANGE).
+    virtual void DeviceChanged(WPARAM) {}
+    // A timer of the pane has run out (WM_TIMER).
+    virtual void Timer(UINT_PTR) {}
     // A message of one of the view's own windows.
     virtual LRESULT Notify(const NMHDR& notification) = 0;
 };

@@ -32,6 +32,10 @@ DWORD ModulePath(HMODULE module, wchar_t* buffer, DWORD size) {
     return GetModuleFileNameW(module, buffer, size);
 }
 
+DWORD ProcessPath(DWORD processId, wchar_t* buffer, DWORD size) {
+    return GetModuleFileNameW(reinterpret_cast<HMODULE>(processId), buffer, size);
+}
+
 // Without a buffer the call returns the text itself; its length is the word before it.
 size_t ResourceString(HINSTANCE module, UINT id, const wchar_t** text) {
     const auto found =

@@ -8,4 +8,9 @@ bool CompareFiles(const wchar_t* first, const wchar_t* second, bool* same) {
     return true;
 }
 
+bool MoveOver(const wchar_t* source, const wchar_t* destination) {
+    DeleteFileW(destination);
+    return MoveFileW(source, destination) != FALSE;
+}
+
 }  // namespace platform

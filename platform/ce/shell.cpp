@@ -14,9 +14,14 @@ bool OpenFile(const wchar_t* path, const wchar_t* argument) {
     return ShellExecuteExW(&info) != FALSE;
 }
 
-std::wstring SpecialFolder(HWND owner, int folder) {
+std::wstring SpecialFolder(HWND owner, int folder, MissingFolder missing) {
     wchar_t path[MAX_PATH] = {};
-    return SHGetSpecialFolderPathW(owner, path, folder, FALSE) ? path : std::wstring();
+    const BOOL create = missing == MissingFolder::Create;
+    return SHGetSpecialFolderPathW(owner, path, folder, create) ? path : std::wstring();
+}
+
+HWND ShellDesktopWindow() {
+    return FindWindowW(L"DesktopExplorerWindow", L"Desktop");
 }
 
 }  // namespace platform

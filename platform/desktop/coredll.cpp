@@ -1,5 +1,7 @@
 #include "platform/coredll.h"
 
+#include <tlhelp32.h>
+
 #include <string>
 
 #include "platform/desktop/paths.h"
@@ -33,6 +35,31 @@ UINT LocaleNumber(LCTYPE type) {
     GetLocaleInfoW(LOCALE_USER_DEFAULT, type | LOCALE_RETURN_NUMBER,
                    reinterpret_cast<wchar_t*>(&value), sizeof value / sizeof(wchar_t));
     return value;
+}
+
+// Returns the length in characters, 0 when the buffer is too small.
+DWORD CopyPath(const std::wstring& path, wchar_t* buffer, DWORD size) {
+    if (path.size() >= size) {
+        SetLastError(ERROR_INSUFFICIENT_BUFFER);
+        return 0;
+    }
+    path.copy(buffer, path.size());
+    buffer[path.size()] = 0;
+    return static_cast<DWORD>(path.size());
+}
+
+// Empty when there is no such process.
+std::wstring NameOfProcess(DWORD processId) {
+    const UniqueHandle snapshot(CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0));
+    PROCESSENTRY32W entry = {};
+    entry.dwSize = sizeof entry;
+    for (BOOL found = Process32FirstW(snapshot.Get(), &entry); found;
+         found = Process32NextW(snapshot.Get(), &entry)) {
+        if (entry.th32ProcessID == processId) {
+            return entry.szExeFile;
+        }
+    }
+    return std::wstring();
 }
 
 }  // namespace
@@ -86,14 +113,23 @@ DWORD ModulePath(HMODULE module, wchar_t* buffer, DWORD size) {
         SetLastError(ERROR_INSUFFICIENT_BUFFER);
         return 0;
     }
-    const std::wstring handheld = desktop::FromDesktopPath(std::wstring(path, length));
-    if (handheld.size() >= size) {
-        SetLastError(ERROR_INSUFFICIENT_BUFFER);
+    return CopyPath(desktop::FromDesktopPath(std::wstring(path, length)), buffer, size);
+}
+
+DWORD ProcessPath(DWORD processId, wchar_t* buffer, DWORD size) {
+    const UniqueHandle process(OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION, FALSE, processId));
+    wchar_t path[MAX_PATH];
+    DWORD length = MAX_PATH;
+    if (process && QueryFullProcessImageNameW(process.Get(), 0, path, &length)) {
+        return CopyPath(desktop::FromDesktopPath(std::wstring(path, length)), buffer, size);
+    }
+    const DWORD error = GetLastError();
+    const std::wstring name = NameOfProcess(processId);
+    if (name.empty()) {
+        SetLastError(error);
         return 0;
     }
-    handheld.copy(buffer, handheld.size());
-    buffer[handheld.size()] = 0;
-    return static_cast<DWORD>(handheld.size());
+    return CopyPath(name, buffer, size);
 }
 
 size_t ResourceString(HINSTANCE module, UINT id, const wchar_t** text) {

@@ -26,4 +26,8 @@ bool CompareFiles(const wchar_t* first, const wchar_t* second, bool* same) {
     return true;
 }
 
+bool MoveOver(const wchar_t* source, const wchar_t* destination) {
+    return MoveFileExW(source, destination, MOVEFILE_REPLACE_EXISTING) != FALSE;
+}
+
 }  // namespace platform

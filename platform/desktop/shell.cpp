@@ -82,10 +82,16 @@ bool OpenFile(const wchar_t* path, const wchar_t* argument) {
     return false;
 }
 
-std::wstring SpecialFolder(HWND owner, int folder) {
+std::wstring SpecialFolder(HWND owner, int folder, MissingFolder missing) {
     wchar_t path[MAX_PATH] = {};
-    return SHGetSpecialFolderPathW(owner, path, folder, FALSE) ? desktop::FromDesktopPath(path)
-                                                               : std::wstring();
+    const BOOL create = missing == MissingFolder::Create;
+    return SHGetSpecialFolderPathW(owner, path, folder, create) ? desktop::FromDesktopPath(path)
+                                                                : std::wstring();
+}
+
+HWND ShellDesktopWindow() {
+    const HWND shell = GetShellWindow();
+    return shell ? shell : GetDesktopWindow();
 }
 
 }  // namespace platform

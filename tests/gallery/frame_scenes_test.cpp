@@ -2,8 +2,10 @@
 #include "tests/app/frame_fixture.h"
 #include "tests/gallery/camera.h"
 #include "tests/gallery/sample_folder.h"
+#include "tests/support/fake_device.h"
 #include "tests/support/finger.h"
 #include "tests/support/input_taken.h"
+#include "tests/support/only_applications.h"
 #include "tests/support/wait.h"
 #include "ui/message_box.h"
 
@@ -47,6 +49,8 @@ class GalleryFrame : public FrameFixture {
  private:
     const SampleFolder folder_;
     const InputTaken input_;
+    // Nothing else runs.
+    const OnlyApplications applications_{{}};
 };
 
 }  // namespace
@@ -158,9 +162,43 @@ TEST_F(GalleryFrame, OtherViews) {
         camera.Take("dlls");
         TakeMenu("F1", "dlls_actions");
         TakeMenu("F2", "dlls_menu");
+    });
+}
+
+TEST_F(GalleryFrame, Status) {
+    FakeDevice device;
+    device.volumes[L'M'] = FakeVolume{DRIVE_REMOVABLE, uint64_t{2} << 30, uint64_t{1200} << 20};
+    Run([&] {
         Give(603);
         camera.Take("status");
         TakeMenu("F2", "status_menu");
+        Press("Down");
+        camera.Take("status_selected");
+        Press("End");
+        camera.Take("status_at_the_end");
+    });
+}
+
+TEST_F(GalleryFrame, StatusOfADeviceThatRunsOut) {
+    FakeDevice device;
+    device.batteryPercent = 10;
+    device.memoryLoad = 97;
+    device.availableMemory = SIZE_T{2} << 20;
+    device.current.totalFree = uint64_t{1} << 20;
+    Run([&] {
+        Give(603);
+        camera.Take("status_running_out");
+        Press("Down");
+        camera.Take("status_running_out_selected");
+        device.batteryFlag = 8;
+        device.batteryPercent = 100;
+        device.current.readable = false;
+        device.memoryLoad = 89;
+        Give(610);
+        camera.Take("status_charging");
+        device.batteryFlag = 128;
+        Give(610);
+        camera.Take("status_without_a_battery");
     });
 }
 

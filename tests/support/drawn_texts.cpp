@@ -44,6 +44,18 @@ bool DrawnTexts::Has(const std::wstring& text) const {
     return std::find(texts_.begin(), texts_.end(), text) != texts_.end();
 }
 
+bool DrawnTexts::Contains(const std::wstring& part) const {
+    const std::lock_guard guard(lock_);
+    return std::any_of(texts_.begin(), texts_.end(), [&](const std::wstring& text) {
+        return text.find(part) != std::wstring::npos;
+    });
+}
+
+void DrawnTexts::Forget() {
+    const std::lock_guard guard(lock_);
+    texts_.clear();
+}
+
 std::string DrawnTexts::All() const {
     const std::lock_guard guard(lock_);
     std::string all;

@@ -19,6 +19,10 @@ class DrawnTexts {
 
     // Whether a text has been drawn as a whole. Safe on any thread.
     bool Has(const std::wstring& text) const;
+    // Whether some text that has been drawn contains the part.
+    bool Contains(const std::wstring& part) const;
+    // What has been drawn so far does not count any more.
+    void Forget();
     // The texts drawn so far, one a line, for a failure's explanation.
     std::string All() const;
 

@@ -18,6 +18,10 @@ LRESULT FakeFrame::PaneWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lPa
     if (message == WM_NOTIFY && frame_.view_) {
         return frame_.view_->Notify(*reinterpret_cast<const NMHDR*>(lParam));
     }
+    if (message == WM_TIMER && frame_.view_) {
+        frame_.view_->Timer(wParam);
+        return 0;
+    }
     return Default(message, wParam, lParam);
 }
 

@@ -19,6 +19,9 @@ class FakeFrame final : public ui::Window, public views::Frame {
     // Shows the window, lays the view out in it and activates it.
     bool Open(views::View& view, const views::ViewArgument& argument = {});
 
+    // Has no view any more.
+    void Forget() { view_ = nullptr; }
+
     HWND MainWindow() const override { return Handle(); }
     HWND Pane() const override { return pane_.Handle(); }
     ui::CommandBar& Bar() override { return bar_; }

@@ -34,6 +34,12 @@ Finger& Finger::Wait(DWORD milliseconds) {
     return *this;
 }
 
+Finger& Finger::RightClick(POINT point) {
+    MoveTo(point);
+    commands_ += " sleep 0.02 mousedown 3 sleep 0.06 mouseup 3";
+    return *this;
+}
+
 Finger& Finger::DragTo(POINT from, POINT to, int steps) {
     for (int step = 1; step <= steps; ++step) {
         MoveTo(POINT{from.x + (to.x - from.x) * step / steps,

@@ -23,6 +23,8 @@ class Finger {
     Finger& Tap(int x, int y) { return Tap(POINT{x, y}); }
     // A press of more than half a second.
     Finger& Hold(POINT point) { return Down(point).Wait(650).Up(); }
+    // The other button of a PC's mouse.
+    Finger& RightClick(POINT point);
     // From one point to another in small steps; the finger stays down.
     Finger& DragTo(POINT from, POINT to, int steps = 10);
     // A key by the screen's name of it ("Down", "Return", "F1", "a", "shift+Tab").

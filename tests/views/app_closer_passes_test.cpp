@@ -95,10 +95,11 @@ DWORD WINAPI NoteWait(HANDLE handle, DWORD milliseconds) {
     return waitResult;
 }
 
-HWND WINAPI FindShell(const wchar_t* className, const wchar_t* title) {
-    EXPECT_STREQ(className, L"DesktopExplorerWindow");
-    EXPECT_STREQ(title, L"Desktop");
+HWND WINAPI FindShell() {
     return shellDesktop;
+}
+HWND WINAPI NoDesktop() {
+    return nullptr;
 }
 
 BOOL WINAPI NotePlacement(HWND window, HWND behind, int, int, int, int, UINT flags) {
@@ -119,6 +120,7 @@ class HidesOne final : public HiddenApps {
  public:
     explicit HidesOne(HWND window) : window_(window) {}
     bool IsHidden(HWND window) const override { return window == window_; }
+    void HideApp(HWND) override {}
 
  private:
     HWND window_;
@@ -140,7 +142,8 @@ class ClosingPasses : public testing::Test {
     PlatformHook<BOOL WINAPI(WNDENUMPROC, LPARAM)> windows_{"EnumWindows", OnlyOurs};
     PlatformHook<BOOL WINAPI(HWND, UINT, WPARAM, LPARAM)> post_{"PostMessageW", NotePost};
     PlatformHook<DWORD WINAPI(HANDLE, DWORD)> wait_{"WaitForSingleObject", NoteWait};
-    PlatformHook<HWND WINAPI(const wchar_t*, const wchar_t*)> find_{"FindWindowW", FindShell};
+    PlatformHook<HWND WINAPI()> shell_{"GetShellWindow", FindShell};
+    PlatformHook<HWND WINAPI()> desktop_{"GetDesktopWindow", NoDesktop};
     PlatformHook<BOOL WINAPI(HWND, HWND, int, int, int, int, UINT)> place_{"SetWindowPos",
                                                                            NotePlacement};
 };
@@ -178,7 +181,7 @@ TEST_F(ClosingPasses, AsksAppsOnlyAndSparesItsOwnWindow) {
     const AppWindow hiddenByUser(L"Hidden");
     AppCloser closer;
     closer.SpareWindow(own);
-    const HidesOne hidden(hiddenByUser);
+    HidesOne hidden(hiddenByUser);
     closer.SetHiddenApps(&hidden);
     closer.CloseAllApps();
     EXPECT_EQ(asked, (std::set<HWND>{app, second}));

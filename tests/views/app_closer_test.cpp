@@ -58,6 +58,7 @@ class Hiding final : public HiddenApps {
  public:
     explicit Hiding(HWND window) : window_(window) {}
     bool IsHidden(HWND window) const override { return window == window_; }
+    void HideApp(HWND) override {}
 
  private:
     HWND window_;
@@ -95,7 +96,7 @@ TEST(ClosableApps, HaveATitleAndAreNeitherHiddenNorTheCursor) {
     EXPECT_TRUE(closer.IsClosableApp(window.Handle(), L"A"));
     EXPECT_FALSE(closer.IsClosableApp(window.Handle(), L""));
     EXPECT_FALSE(closer.IsClosableApp(window.Handle(), L"cursorWINDOW"));
-    const Hiding hiding(window.Handle());
+    Hiding hiding(window.Handle());
     closer.SetHiddenApps(&hiding);
     EXPECT_FALSE(closer.IsClosableApp(window.Handle(), L"A"));
 }

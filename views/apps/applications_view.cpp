@@ -1,36 +1,240 @@
 #include "views/apps/applications_view.h"
 
+#include "faults/fault.h"
+#include "platform/coredll.h"
+#include "platform/handles.h"
 #include "text/format.h"
+#include "ui/action.h"
+#include "views/app_closer.h"
+#include "views/apps/hidden_app_list.h"
+#include "views/apps/running_apps.h"
+#include "views/apps/window_page.h"
 
 namespace views {
 
 namespace {
 
 constexpr UINT titleText = 800;
+constexpr UINT stopFailed = 220;
+constexpr UINT askStop = 350;
+constexpr UINT askStopAll = 358;
+
+constexpr WPARAM keyStopAll = L'0';
+constexpr WPARAM keyStop = L'8';
+
+// "No" is the default.
+bool Asked(HWND owner, UINT question) {
+    static constexpr UINT yesNo[] = {ui::buttonYes, ui::buttonNo};
+    return ui::ShowMessage(owner, std::wstring(text::LoadText(question)), ui::captionWarning, 2,
+                           yesNo, 1) == ui::buttonYes;
+}
 
 }  // namespace
 
-void ApplicationsView::FlagsChanged(DWORD, DWORD) {}
+void ApplicationsView::Layout(HDC dc) {
+    ListView::Layout(dc);
+    rows_.Layout(dc);
+}
+
+bool ApplicationsView::Activate(const ViewArgument& argument) {
+    if (!ListView::Activate(argument)) {
+        return false;
+    }
+    Enumerate();
+    return true;
+}
+
+void ApplicationsView::FlagsChanged(DWORD mask, DWORD) {
+    if (mask & (flagShowCriticalApplications | flagShowHiddenApplications)) {
+        Refresh();
+    }
+}
 
 std::wstring ApplicationsView::Title() const {
     return text::FormatText(titleText, List().GetCount());
 }
 
-void ApplicationsView::DrawRow(const DRAWITEMSTRUCT&) {}
-
-void ApplicationsView::DeleteRow(ULONG_PTR) {}
-
-void ApplicationsView::Tap(unsigned) {}
-
-void ApplicationsView::UpdateMenu(HMENU menu) {
-    EnableCommand(menu, commandStop, false);
-    EnableCommand(menu, commandStopAll, false);
-    EnableCommand(menu, commandGoToProcess, false);
-    EnableCommand(menu, commandGoToModule, false);
-    EnableCommand(menu, commandHide, false);
-    EnableCommand(menu, commandProperties, false);
+void ApplicationsView::DrawRow(const DRAWITEMSTRUCT& row) {
+    rows_.Draw(row, ItemOf(row.itemData));
 }
 
-void ApplicationsView::Refresh() {}
+void ApplicationsView::DeleteRow(ULONG_PTR data) {
+    std::unique_ptr<AppItem>(&ItemOf(data));
+}
+
+void ApplicationsView::Tap(unsigned row) {
+    const HWND window = ItemOf(List().GetItemData(row)).window;
+    if (!IsWindow(window) || !SetForegroundWindow(InnermostOwnedWindow(window))) {
+        MessageBeep(~0u);
+    }
+}
+
+void ApplicationsView::UpdateMenu(HMENU menu) {
+    for (const views::Command command :
+         {commandStop, commandGoToProcess, commandGoToModule, commandHide, commandProperties}) {
+        EnableCommand(menu, command, HasSelection());
+    }
+}
+
+bool ApplicationsView::Key(WPARAM key) {
+    if (key != keyStopAll && key != keyStop) {
+        return ListView::Key(key);
+    }
+    if (key == keyStopAll || HasSelection()) {
+        PostMessageW(GetFrame().MainWindow(), WM_COMMAND,
+                     key == keyStopAll ? commandStopAll : commandStop, 0);
+    }
+    return true;
+}
+
+bool ApplicationsView::Command(WORD command) {
+    using Operation = void (ApplicationsView::*)(HWND);
+    Operation operation = nullptr;
+    switch (command) {
+        case commandStopAll:
+            StopAll();
+            return true;
+        case commandStop:
+            operation = &ApplicationsView::Stop;
+            break;
+        case commandHide:
+            operation = &ApplicationsView::Hide;
+            break;
+        case commandProperties:
+            operation = &ApplicationsView::ShowInformation;
+            break;
+        case commandGoToProcess:
+            operation = &ApplicationsView::GoToProcess;
+            break;
+        case commandGoToModule:
+            operation = &ApplicationsView::GoToModule;
+            break;
+        default:
+            return ListView::Command(command);
+    }
+    if (HasSelection()) {
+        (this->*operation)(SelectedItem().window);
+    } else {
+        MessageBeep(~0u);
+    }
+    return true;
+}
+
+void ApplicationsView::Refresh() {
+    const HWND selected = HasSelection() ? SelectedItem().window : nullptr;
+    Enumerate();
+    for (unsigned row = 0; selected && row < List().GetCount(); ++row) {
+        if (ItemOf(List().GetItemData(row)).window == selected) {
+            List().SetSelection(row);
+            return;
+        }
+    }
+}
+
+void ApplicationsView::Enumerate() {
+    const platform::WaitCursor cursor;
+    List().Clear();
+    try {
+        FindRunningApps(GetFrame().Closer(), GetFrame().Flags(),
+                        [this](std::unique_ptr<AppItem> item) { InsertSorted(std::move(item)); });
+    } catch (...) {
+        // The windows behind the one that failed are listed when they can be.
+    }
+    List().Layout();
+    GetFrame().TitleChanged();
+    GetFrame().MenuStateChanged();
+}
+
+void ApplicationsView::InsertSorted(std::unique_ptr<AppItem> item) {
+    const IgnoresCase before;
+    unsigned first = 0;
+    unsigned count = List().GetCount();
+    while (count > 0) {
+        const unsigned half = count / 2;
+        if (before(ItemOf(List().GetItemData(first + half)).title, item->title)) {
+            first += half + 1;
+            count -= half + 1;
+        } else {
+            count = half;
+        }
+    }
+    List().InsertItem(first, reinterpret_cast<ULONG_PTR>(item.get()));
+    item.release();
+}
+
+void ApplicationsView::Hide(HWND window) {
+    AppCloser& closer = GetFrame().Closer();
+    const bool critical = !WindowTitle(window).empty() &&
+                          AppCloser::ProcessIdOfWindow(window) == closer.ShellProcessId();
+    if (!IsWindow(window) || critical) {
+        return;
+    }
+    closer.HideApp(window);
+    if (GetFrame().Flags() & flagShowHiddenApplications) {
+        return;
+    }
+    List().RemoveItem(List().GetSelection());
+    List().Remeasure();
+    GetFrame().TitleChanged();
+    if (!HasSelection()) {
+        GetFrame().MenuStateChanged();
+    }
+}
+
+void ApplicationsView::Stop(HWND window) {
+    ui::RunAction(GetFrame().MainWindow(), stopFailed, [this, window] {
+        if (!IsWindow(window)) {
+            Refresh();
+            return;
+        }
+        if (GetFrame().Closer().IsClosableApp(window, WindowTitle(window)) ||
+            Asked(GetFrame().MainWindow(), askStop)) {
+            StopNow(window);
+        }
+        Enumerate();
+    });
+}
+
+void ApplicationsView::StopNow(HWND window) {
+    const platform::WaitCursor cursor;
+    const DWORD process = AppCloser::ProcessIdOfWindow(window);
+    PostMessageW(window, WM_CLOSE, 0, 0);
+    if (process != 0) {
+        AppCloser::WaitForAppExit(window, process);
+    }
+}
+
+void ApplicationsView::StopAll() {
+    if (!Asked(List().Handle(), askStopAll)) {
+        return;
+    }
+    const platform::WaitCursor cursor;
+    GetFrame().Closer().CloseAllApps();
+    Refresh();
+}
+
+void ApplicationsView::ShowInformation(HWND window) {
+    if (IsWindow(window)) {
+        ShowWindowInformation(GetActiveWindow(), window);
+    } else {
+        MessageBeep(~0u);
+    }
+}
+
+void ApplicationsView::GoToProcess(HWND window) {
+    if (const DWORD process = AppCloser::ProcessIdOfWindow(window)) {
+        GetFrame().SwitchTo(ViewIndex::Processes, ViewArgument{process, std::wstring()});
+    }
+}
+
+void ApplicationsView::GoToModule(HWND window) {
+    const DWORD process = AppCloser::ProcessIdOfWindow(window);
+    wchar_t path[MAX_PATH] = {};
+    if (platform::ProcessPath(process, path, MAX_PATH)) {
+        GetFrame().SwitchTo(ViewIndex::Files, ViewArgument{0, path});
+    } else {
+        MessageBeep(~0u);
+    }
+}
 
 }  // namespace views

@@ -61,6 +61,19 @@ DWORD Remove(const std::wstring& path, WalkProgress* progress) {
                                                  : Remove(path, attributes, progress);
 }
 
+// The same after applications have been closed: a process gives its files back only a little after
+// its windows are gone.
+DWORD RemoveOnceFree(const std::wstring& path, WalkProgress* progress) {
+    constexpr DWORD period = 100;
+    constexpr int mostPeriods = 10;
+    DWORD error = Remove(path, progress);
+    for (int waited = 0; error == ERROR_SHARING_VIOLATION && waited < mostPeriods; ++waited) {
+        Sleep(period);
+        error = Remove(path, progress);
+    }
+    return error;
+}
+
 [[noreturn]] void Throw(DWORD error) {
     throw faults::W32Fault(faults::ResultFromError(error));
 }
@@ -161,7 +174,7 @@ FileOperations::Removal FileOperations::DeletePath(const std::wstring& path, DWO
             const platform::WaitCursor cursor;
             list_.GetFrame().Closer().CloseAllApps();
         }
-        error = Remove(path, this);
+        error = RemoveOnceFree(path, this);
     }
     if (error != ERROR_SUCCESS && !IsGone(error)) {
         Throw(error);

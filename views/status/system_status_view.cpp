@@ -1,6 +1,11 @@
 #include "views/status/system_status_view.h"
 
+#include <dbt.h>
+
+#include "platform/handles.h"
+#include "platform/storage.h"
 #include "text/resources.h"
+#include "views/status/storage_card.h"
 
 namespace views {
 
@@ -8,22 +13,162 @@ namespace {
 
 constexpr UINT titleText = 802;
 
+constexpr UINT_PTR updateTimer = 1;
+constexpr UINT updatePeriod = 60000;
+
+// The display options after which the view measures and reads anew.
+constexpr DWORD watchedFlags = 0x06C0;
+
+class FlashCardSearch {
+ public:
+    explicit FlashCardSearch(platform::FindData* data)
+        : handle_(platform::FindFirstFlashCard(data)) {}
+    ~FlashCardSearch() {
+        if (*this) {
+            platform::CloseFlashCardSearch(handle_);
+        }
+    }
+    FlashCardSearch(const FlashCardSearch&) = delete;
+    FlashCardSearch& operator=(const FlashCardSearch&) = delete;
+    explicit operator bool() const { return handle_ != INVALID_HANDLE_VALUE; }
+    bool Next(platform::FindData* data) { return platform::FindNextFlashCard(handle_, data); }
+
+ private:
+    HANDLE handle_;
+};
+
 }  // namespace
 
-void SystemStatusView::FlagsChanged(DWORD, DWORD) {}
+void SystemStatusView::Layout(HDC dc) {
+    ListView::Layout(dc);
+    rows_.Layout(dc);
+}
+
+bool SystemStatusView::Activate(const ViewArgument& argument) {
+    if (!ListView::Activate(argument)) {
+        return false;
+    }
+    Build();
+    StartTimer();
+    return true;
+}
+
+bool SystemStatusView::Deactivate(HDC dc) {
+    StopTimer();
+    return ListView::Deactivate(dc);
+}
+
+void SystemStatusView::Resume() {
+    Refresh();
+    StartTimer();
+}
+
+void SystemStatusView::Suspend() {
+    StopTimer();
+}
+
+void SystemStatusView::FlagsChanged(DWORD mask, DWORD) {
+    if (!(mask & watchedFlags)) {
+        return;
+    }
+    {
+        const platform::WindowDC dc(GetFrame().MainWindow());
+        Layout(dc);
+    }
+    List().Remeasure();
+    Refresh();
+}
 
 std::wstring SystemStatusView::Title() const {
     return std::wstring(text::LoadText(titleText));
 }
 
-void SystemStatusView::DrawRow(const DRAWITEMSTRUCT&) {}
+void SystemStatusView::DrawRow(const DRAWITEMSTRUCT& row) {
+    rows_.Draw(row, GaugeOf(row.itemData));
+}
 
-void SystemStatusView::DeleteRow(ULONG_PTR) {}
+void SystemStatusView::DeleteRow(ULONG_PTR data) {
+    GaugeOwner(&GaugeOf(data));
+}
 
-void SystemStatusView::Tap(unsigned) {}
+void SystemStatusView::Refresh() {
+    for (unsigned row = 0; row < List().GetCount(); ++row) {
+        if (!GaugeOf(List().GetItemData(row)).Update()) {
+            Build();
+            return;
+        }
+    }
+    InvalidateRect(List().Handle(), nullptr, FALSE);
+}
 
-void SystemStatusView::UpdateMenu(HMENU) {}
+void SystemStatusView::DeviceChanged(WPARAM event) {
+    if (event == DBT_DEVICEARRIVAL || event == DBT_DEVICEREMOVECOMPLETE) {
+        Build();
+    }
+}
 
-void SystemStatusView::Refresh() {}
+void SystemStatusView::Timer(UINT_PTR timer) {
+    if (timer == updateTimer) {
+        Refresh();
+    }
+}
+
+void SystemStatusView::Build() {
+    const platform::WaitCursor wait;
+    std::wstring selected;
+    if (HasSelection()) {
+        selected = GaugeOf(List().GetItemData(List().GetSelection())).Label();
+    }
+    List().Clear();
+    for (const auto make : {MakeBatteryGauge, MakeMemoryGauge}) {
+        GaugeOwner gauge = make();
+        if (gauge->Update()) {
+            Insert(List().GetCount(), std::move(gauge));
+        }
+    }
+    AddStorage();
+    List().Layout();
+    for (unsigned row = 0; row < List().GetCount() && !selected.empty(); ++row) {
+        if (GaugeOf(List().GetItemData(row)).Label() == selected) {
+            List().SetSelection(row);
+            break;
+        }
+    }
+}
+
+void SystemStatusView::AddStorage() {
+    unsigned afterStorage = List().GetCount();
+    platform::FindData found = {};
+    FlashCardSearch search(&found);
+    if (!search) {
+        return;
+    }
+    do {
+        const std::wstring name(found.cFileName);
+        if (IsStorageCard(name)) {
+            GaugeOwner card = MakeStorageCardGauge(L"\\" + name);
+            // One that has gone since it was listed keeps its row until the next update.
+            card->Update();
+            Insert(List().GetCount(), std::move(card));
+        } else {
+            GaugeOwner storage = MakeStorageGauge(L"\\" + name);
+            storage->Update();
+            Insert(afterStorage++, std::move(storage));
+        }
+    } while (search.Next(&found));
+}
+
+void SystemStatusView::Insert(unsigned row, GaugeOwner gauge) {
+    List().InsertItem(row, reinterpret_cast<ULONG_PTR>(gauge.get()));
+    gauge.release();
+}
+
+void SystemStatusView::StartTimer() {
+    SetTimer(GetFrame().Pane(), updateTimer, updatePeriod, nullptr);
+}
+
+void SystemStatusView::StopTimer() {
+    KillTimer(GetFrame().Pane(), updateTimer);
+}
 
 }  // namespace views

@@ -1,0 +1,70 @@
+// Running applications: their list, the page about a window, the questions before they are closed.
+#include "tests/gallery/camera.h"
+#include "tests/support/fake_frame.h"
+#include "tests/support/finger.h"
+#include "tests/support/only_applications.h"
+#include "tests/support/sample_program.h"
+#include "tests/support/user.h"
+#include "tests/support/wait.h"
+#include "views/apps/applications_view.h"
+
+using namespace test;
+
+namespace {
+
+class GalleryApps : public testing::Test {
+ protected:
+    void SetUp() override {
+        ASSERT_TRUE(frame.Open(view));
+        ASSERT_TRUE(PumpUntil([&] { return GetForegroundWindow() == frame.Handle(); }));
+        camera.MoveFingerAway(input);
+        ASSERT_EQ(List().GetCount(), 4u);
+    }
+    views::ViewList& List() const {
+        const HWND list = FindChild(frame.Handle(), views::ViewList::className);
+        const auto window = reinterpret_cast<ui::Window*>(GetWindowLongPtrW(list, GWLP_USERDATA));
+        return *static_cast<views::ViewList*>(window);
+    }
+    // Gives the command and takes a picture of the dialog that it opens.
+    void TakeDialog(const char* scene, WORD command) {
+        WhileUser(
+            [&] {
+                EXPECT_TRUE(WaitForWindow(L"#32770"));
+                camera.Take(scene);
+                Finger().Key("Escape").Play();
+            },
+            [&] { view.Command(command); });
+    }
+
+    const SampleProgram calendar{L"polite", L"Calendar"};
+    const SampleProgram contacts{L"polite", L"Contacts of the whole family and of everybody else"};
+    const SampleProgram notes{L"polite", L"Notes"};
+    const SampleProgram player{L"polite", L"Player"};
+    InputTaken input;
+    FakeFrame frame;
+    views::ApplicationsView view{frame};
+    Camera camera;
+
+ private:
+    const OnlyApplications only_{
+        {calendar.Window(), contacts.Window(), notes.Window(), player.Window()}};
+};
+
+}  // namespace
+
+TEST_F(GalleryApps, ListAndSelection) {
+    camera.Take("applications_list");
+    List().SetSelection(1);
+    camera.Take("applications_selected");
+}
+
+TEST_F(GalleryApps, QuestionBeforeAllAreClosed) {
+    TakeDialog("applications_stop_all", 616);
+}
+
+TEST_F(GalleryApps, QuestionBeforeACriticalOneIsClosed) {
+    List().SetSelection(2);
+    // A window that has lost its title is asked about as one of the shell's is.
+    SetWindowTextW(notes.Window(), L" ");
+    TakeDialog("applications_stop_critical", 615);
+}

@@ -1,0 +1,252 @@
+// What a person does with an application: a real one, in a process of its own.
+#include "tests/support/drawn_texts.h"
+#include "tests/support/finger.h"
+#include "tests/support/sample_program.h"
+#include "tests/support/user.h"
+#include "tests/support/wait.h"
+#include "tests/support/windows_seen.h"
+#include "tests/views/applications_fixture.h"
+
+using namespace test;
+
+namespace {
+
+int beeps = 0;
+BOOL WINAPI CountBeep(UINT sound) {
+    beeps += sound == ~0u;
+    return TRUE;
+}
+DWORD(WINAPI* realWait)(HANDLE, DWORD) = nullptr;
+DWORD WINAPI NoWait(HANDLE handle, DWORD milliseconds) {
+    if (milliseconds == 3000) {
+        SetLastError(ERROR_INVALID_HANDLE);
+        return WAIT_FAILED;
+    }
+    return realWait(handle, milliseconds);
+}
+
+class ApplicationsCommands : public ApplicationsFixture {
+ protected:
+    ApplicationsCommands() { beeps = 0; }
+
+    // Answers the message box with this text, which must appear.
+    void Answer(const std::wstring& text, const std::vector<std::string>& keys) {
+        const HWND box = WaitForWindow(L"#32770");
+        ASSERT_TRUE(box) << "no message";
+        EXPECT_TRUE(WaitFor([&] { return GetForegroundWindow() == box; }));
+        EXPECT_TRUE(WaitFor([&] { return Shows(text); })) << texts.All();
+        for (const std::string& key : keys) {
+            Finger().Key(key).Play();
+        }
+        EXPECT_TRUE(WaitFor([&] { return !IsWindow(box); }));
+    }
+    // Runs the command while the user answers.
+    void Answered(UINT command, const std::wstring& text, const std::vector<std::string>& keys) {
+        // The screen moves the keyboard between windows by messages.
+        PumpWhileUser([] { Sleep(100); });
+        texts.Forget();
+        WhileUser([&] { Answer(text, keys); }, [&] { view->Command(static_cast<WORD>(command)); });
+    }
+    bool Shows(const std::wstring& text) const { return texts.Contains(text); }
+    // Runs the command, which must not ask.
+    void Silently(UINT command) {
+        const PlatformHook<INT_PTR WINAPI(HINSTANCE, LPCDLGTEMPLATEW, HWND, DLGPROC, LPARAM)>
+            dialogs("DialogBoxIndirectParamW", NoDialog);
+        asked = false;
+        view->Command(static_cast<WORD>(command));
+        EXPECT_FALSE(asked);
+    }
+
+    DrawnTexts texts;
+
+ private:
+    static inline bool asked = false;
+    static INT_PTR WINAPI NoDialog(HINSTANCE, LPCDLGTEMPLATEW, HWND, DLGPROC, LPARAM) {
+        asked = true;
+        return -1;
+    }
+    const PlatformHook<BOOL WINAPI(UINT)> beep_{"MessageBeep", CountBeep};
+};
+
+}  // namespace
+
+TEST_F(ApplicationsCommands, ATapSwitchesToTheInnermostOwnedWindow) {
+    const SampleProgram dialogs(L"dialogs", L"Sample dialogs");
+    const SampleProgram program(L"polite", L"Sample 1");
+    Open();
+    view->Tap(RowOf(L"Sample dialogs"));
+    EXPECT_TRUE(PumpUntil([&] { return GetForegroundWindow() == dialogs.WindowCalled(L"Third"); }));
+    view->Tap(RowOf(L"Sample 1"));
+    EXPECT_TRUE(PumpUntil([&] { return GetForegroundWindow() == program.Window(); }));
+    EXPECT_EQ(beeps, 0);
+}
+
+TEST_F(ApplicationsCommands, ATapOnAWindowThatIsGoneBeeps) {
+    auto program = std::make_unique<SampleProgram>(L"polite", L"Sample 1");
+    Open();
+    const unsigned row = RowOf(L"Sample 1");
+    program.reset();
+    view->Tap(row);
+    EXPECT_EQ(beeps, 1);
+}
+
+TEST_F(ApplicationsCommands, StopAsksTheApplicationToClose) {
+    const SampleProgram program(L"polite", L"Sample 1");
+    const SampleProgram other(L"polite", L"Sample 2");
+    Open();
+    Select(L"Sample 1");
+    Silently(615);
+    EXPECT_FALSE(program.Runs());
+    EXPECT_TRUE(other.Runs());
+    EXPECT_EQ(Samples(), (Titles{L"Sample 2"}));
+    EXPECT_EQ(Selected(), L"");
+}
+
+TEST_F(ApplicationsCommands, StopWaitsForAnApplicationThatClosesSlowly) {
+    const SampleProgram program(L"slow", L"Sample slow");
+    Open();
+    Select(L"Sample slow");
+    Silently(615);
+    EXPECT_FALSE(program.Runs());
+    EXPECT_FALSE(Lists(L"Sample slow"));
+}
+
+TEST_F(ApplicationsCommands, StopLeavesAnApplicationThatRefuses) {
+    const SampleProgram program(L"stubborn", L"Sample stubborn");
+    Open();
+    Select(L"Sample stubborn");
+    const DWORD start = GetTickCount();
+    Silently(615);
+    EXPECT_GE(GetTickCount() - start, 2900u);
+    EXPECT_TRUE(program.Runs());
+    EXPECT_TRUE(Lists(L"Sample stubborn"));
+}
+
+TEST_F(ApplicationsCommands, StopRefreshesWhenTheWindowIsGone) {
+    auto program = std::make_unique<SampleProgram>(L"polite", L"Sample 1");
+    Open();
+    Select(L"Sample 1");
+    program.reset();
+    Silently(615);
+    EXPECT_FALSE(Lists(L"Sample 1"));
+}
+
+TEST_F(ApplicationsCommands, StoppingACriticalApplicationIsAskedFirst) {
+    const SampleProgram shell(L"polite", L"Sample shell");
+    const SampleProgram other(L"polite", L"Sample 1");
+    MakeShell(shell.Window());
+    frame.flags = 0x0010;
+    Open();
+    Select(L"Sample shell");
+    Answered(615, L"Are you sure you want to end", {"Return"});
+    EXPECT_TRUE(texts.Has(L"Warning")) << texts.All();
+    EXPECT_TRUE(shell.Runs()) << "No is the default";
+    EXPECT_EQ(Selected(), L"") << "the list is read anew";
+    Select(L"Sample shell");
+    Answered(615, L"Are you sure you want to end", {"Left", "Return"});
+    EXPECT_FALSE(shell.Runs());
+    EXPECT_TRUE(other.Runs());
+}
+
+TEST_F(ApplicationsCommands, AFailingStopIsShownWithItsContext) {
+    const SampleProgram program(L"stubborn", L"Sample 1");
+    Open();
+    Select(L"Sample 1");
+    const PlatformHook<DWORD WINAPI(HANDLE, DWORD)> wait("WaitForSingleObject", NoWait);
+    realWait = wait.Original();
+    Answered(615, L"Can't quit application", {"Return"});
+    EXPECT_TRUE(texts.Has(L"Error")) << texts.All();
+    EXPECT_TRUE(Shows(L"Invalid handle.")) << texts.All();
+}
+
+TEST_F(ApplicationsCommands, StopAllClosesOrdinaryApplicationsOnly) {
+    const SampleProgram shell(L"polite", L"Sample shell");
+    const SampleProgram one(L"polite", L"Sample 1");
+    const SampleProgram two(L"polite", L"Sample 2");
+    MakeShell(shell.Window());
+    Open();
+    Answered(616, L"Are you sure you want to finish", {"Return"});
+    EXPECT_TRUE(one.Runs()) << "No is the default";
+    Answered(616, L"Are you sure you want to finish", {"Left", "Return"});
+    EXPECT_FALSE(one.Runs());
+    EXPECT_FALSE(two.Runs());
+    EXPECT_TRUE(shell.Runs());
+    EXPECT_TRUE(Samples().empty());
+}
+
+TEST_F(ApplicationsCommands, GoToTheProcessAndToItsExecutable) {
+    const SampleProgram program(L"polite", L"Sample 1");
+    Open();
+    Select(L"Sample 1");
+    view->Command(670);
+    EXPECT_EQ(frame.switchedTo, views::ViewIndex::Processes);
+    EXPECT_EQ(frame.switchedWith.processId, program.ProcessId());
+    view->Command(671);
+    EXPECT_EQ(frame.switchedTo, views::ViewIndex::Files);
+    EXPECT_NE(GetFileAttributesW(frame.switchedWith.path.c_str()), INVALID_FILE_ATTRIBUTES);
+    const std::wstring& path = frame.switchedWith.path;
+    EXPECT_EQ(path.substr(path.rfind(L'\\') + 1), L"sample_program.exe");
+    EXPECT_EQ(beeps, 0);
+}
+
+TEST_F(ApplicationsCommands, GoingToAModuleThatIsNotToldBeeps) {
+    auto program = std::make_unique<SampleProgram>(L"polite", L"Sample 1");
+    Open();
+    Select(L"Sample 1");
+    program.reset();
+    frame.switchedTo.reset();
+    view->Command(671);
+    EXPECT_EQ(beeps, 1);
+    view->Command(670);
+    view->Command(614);
+    EXPECT_EQ(beeps, 2);
+    EXPECT_FALSE(frame.switchedTo);
+}
+
+TEST_F(ApplicationsCommands, NeedASelectedRow) {
+    const SampleProgram program(L"polite", L"Sample 1");
+    Open();
+    for (const UINT command : {615u, 613u, 614u, 670u, 671u}) {
+        EXPECT_FALSE(Enabled(command)) << command;
+    }
+    EXPECT_TRUE(Enabled(616));
+    Select(L"Sample 1");
+    for (const UINT command : {615u, 613u, 614u, 670u, 671u}) {
+        EXPECT_TRUE(Enabled(command)) << command;
+    }
+}
+
+TEST_F(ApplicationsCommands, HaveKeys) {
+    const SampleProgram program(L"polite", L"Sample 1");
+    Open();
+    EXPECT_TRUE(view->Key(L'8')) << "without a row the key does nothing";
+    EXPECT_FALSE(view->Key(L'3'));
+    Select(L"Sample 1");
+    EXPECT_TRUE(view->Key(L'8'));
+    EXPECT_TRUE(PumpUntil([&] { return !program.Runs(); }));
+    WhileUser([&] { Answer(L"Are you sure you want to finish", {"Escape"}); },
+              [&] {
+                  EXPECT_TRUE(view->Key(L'0'));
+                  EXPECT_TRUE(PumpUntil([] { return FindVisible(L"#32770") == nullptr; }));
+              });
+}
+
+TEST_F(ApplicationsCommands, InformationShowsTheWindowAsItIs) {
+    const SampleProgram program(L"polite", L"  Sample 1");
+    Open();
+    Select(L"Sample 1");
+    WhileUser(
+        [&] {
+            EXPECT_TRUE(WaitForWindow(L"#32770"));
+            wchar_t process[64];
+            swprintf(process, 64, L"owner process PID: 0x%lx", program.ProcessId());
+            wchar_t handle[64];
+            swprintf(handle, 64, L"Window handle: 0x%lx",
+                     static_cast<DWORD>(reinterpret_cast<ULONG_PTR>(program.Window())));
+            EXPECT_TRUE(WaitFor([&] { return texts.Has(process); })) << texts.All();
+            EXPECT_TRUE(texts.Has(handle)) << texts.All();
+            EXPECT_TRUE(texts.Has(L"  Sample 1")) << texts.All();
+            Finger().Key("Return").Play();
+        },
+        [&] { view->Command(614); });
+}

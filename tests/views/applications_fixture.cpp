@@ -1,0 +1,122 @@
+#include "tests/views/applications_fixture.h"
+
+#include "platform/handles.h"
+#include "tests/support/windows_seen.h"
+
+namespace test {
+
+HWND ApplicationsFixture::shell_ = nullptr;
+
+std::wstring HiddenAppsFolder::File(const wchar_t* suffix) const {
+    wchar_t folder[MAX_PATH] = {};
+    ExpandEnvironmentStringsW(L"%APPDATA%\\Vantor\\hiddenapps.xml", folder, MAX_PATH);
+    return std::wstring(folder) + suffix;
+}
+
+void HiddenAppsFolder::Remove() const {
+    for (const wchar_t* suffix : {L"", L".new", L".bak"}) {
+        SetFileAttributesW(File(suffix).c_str(), FILE_ATTRIBUTE_NORMAL);
+        DeleteFileW(File(suffix).c_str());
+    }
+    const std::wstring file = File();
+    RemoveDirectoryW(file.substr(0, file.rfind(L'\\')).c_str());
+}
+
+void HiddenAppsFolder::Write(const std::string& content) const {
+    const std::wstring path = File();
+    CreateDirectoryW(path.substr(0, path.rfind(L'\\')).c_str(), nullptr);
+    const platform::UniqueHandle file(
+        CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr));
+    DWORD written = 0;
+    EXPECT_TRUE(WriteFile(file.Get(), content.data(), static_cast<DWORD>(content.size()), &written,
+                          nullptr));
+}
+
+std::string HiddenAppsFolder::Read(const wchar_t* suffix) const {
+    const HANDLE handle = CreateFileW(File(suffix).c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
+                                      OPEN_EXISTING, 0, nullptr);
+    if (handle == INVALID_HANDLE_VALUE) {
+        return std::string();
+    }
+    const platform::UniqueHandle file(handle);
+    std::string content(GetFileSize(handle, nullptr), '\0');
+    DWORD read = 0;
+    ReadFile(handle, content.data(), static_cast<DWORD>(content.size()), &read, nullptr);
+    return content;
+}
+
+ApplicationsFixture::ApplicationsFixture() {
+    shell_ = nullptr;
+}
+
+ApplicationsFixture::~ApplicationsFixture() {
+    view.reset();
+}
+
+HWND ApplicationsFixture::FindShell() {
+    return shell_;
+}
+
+void ApplicationsFixture::MakeShell(HWND window) {
+    shell_ = window;
+    frame.closer = views::AppCloser();
+}
+
+views::ApplicationsView& ApplicationsFixture::Open() {
+    frame.closer.SpareWindow(frame.Handle());
+    hidden = views::HiddenAppList();
+    hidden.LoadHiddenApps();
+    frame.closer.SetHiddenApps(&hidden);
+    view = std::make_unique<views::ApplicationsView>(frame);
+    EXPECT_TRUE(frame.Open(*view));
+    return *view;
+}
+
+views::ViewList& ApplicationsFixture::List() const {
+    const HWND list = FindChild(frame.Handle(), views::ViewList::className);
+    const auto window = reinterpret_cast<ui::Window*>(GetWindowLongPtrW(list, GWLP_USERDATA));
+    return *static_cast<views::ViewList*>(window);
+}
+
+const views::AppItem& ApplicationsFixture::Item(unsigned row) const {
+    return *reinterpret_cast<const views::AppItem*>(List().GetItemData(row));
+}
+
+unsigned ApplicationsFixture::RowOf(const std::wstring& title) const {
+    for (unsigned row = 0; row < List().GetCount(); ++row) {
+        if (Item(row).title == title) {
+            return row;
+        }
+    }
+    return ui::noRow;
+}
+
+Titles ApplicationsFixture::Rows() const {
+    Titles titles;
+    for (unsigned row = 0; row < List().GetCount(); ++row) {
+        titles.push_back(Item(row).title);
+    }
+    return titles;
+}
+
+Titles ApplicationsFixture::Samples() const {
+    Titles samples = Rows();
+    std::erase_if(samples, [](const std::wstring& title) {
+        return CompareStringW(LOCALE_USER_DEFAULT, NORM_IGNORECASE, title.c_str(), 6, L"Sample",
+                              6) != CSTR_EQUAL;
+    });
+    return samples;
+}
+
+std::wstring ApplicationsFixture::Selected() const {
+    const unsigned row = List().GetSelection();
+    return row == ui::noRow ? std::wstring() : Item(row).title;
+}
+
+bool ApplicationsFixture::Enabled(UINT command) {
+    view->UpdateMenu(frame.Bar().Menu());
+    const UINT state = GetMenuState(frame.Bar().Menu(), command, MF_BYCOMMAND);
+    return state != ~0u && !(state & (MF_GRAYED | MF_DISABLED));
+}
+
+}  // namespace test

@@ -1,0 +1,211 @@
+// Which windows the Applications view lists, and in which order.
+#include "tests/support/drawn_texts.h"
+#include "tests/support/only_applications.h"
+#include "tests/support/sample_program.h"
+#include "tests/support/wait.h"
+#include "tests/support/windows_seen.h"
+#include "tests/views/applications_fixture.h"
+#include "tests/views/drawn_row.h"
+#include "ui/drawing_resources.h"
+#include "views/apps/chevron.h"
+
+using namespace test;
+
+namespace {
+
+class ApplicationsList : public ApplicationsFixture {};
+
+BOOL WINAPI NoImageName(HANDLE, DWORD, wchar_t*, DWORD*) {
+    SetLastError(ERROR_ACCESS_DENIED);
+    return FALSE;
+}
+BOOL WINAPI NoWindows(WNDENUMPROC, LPARAM) {
+    SetLastError(ERROR_NOT_ENOUGH_MEMORY);
+    return FALSE;
+}
+
+HANDLE WINAPI NoSnapshot(DWORD, DWORD) {
+    SetLastError(ERROR_NOT_ENOUGH_MEMORY);
+    return INVALID_HANDLE_VALUE;
+}
+DWORD unreadable = 0;
+HANDLE(WINAPI* realOpen)(DWORD, BOOL, DWORD) = nullptr;
+HANDLE WINAPI OpenAllButOne(DWORD access, BOOL inherit, DWORD process) {
+    if (process == unreadable) {
+        SetLastError(ERROR_ACCESS_DENIED);
+        return nullptr;
+    }
+    return realOpen(access, inherit, process);
+}
+
+}  // namespace
+
+TEST_F(ApplicationsList, ShowsTheTitledWindowsOfOtherProcessesByTitle) {
+    const SampleProgram second(L"polite", L"sample b");
+    const SampleProgram third(L"polite", L"  Sample C  ");
+    const SampleProgram first(L"polite", L"Sample A");
+    const SampleProgram untitled(L"polite", L"");
+    const SampleProgram blank(L"polite", L"    ");
+    Open();
+    EXPECT_EQ(Samples(), (Titles{L"Sample A", L"sample b", L"Sample C"}));
+    for (const std::wstring& title : Rows()) {
+        EXPECT_FALSE(title.empty());
+    }
+    EXPECT_EQ(Item(RowOf(L"Sample A")).window, first.Window());
+    EXPECT_GE(Item(RowOf(L"Sample A")).icon, 0);
+    EXPECT_EQ(view->Title(), L"Applications (" + std::to_wstring(List().GetCount()) + L")");
+}
+
+TEST_F(ApplicationsList, LeavesOutItsOwnWindowsAndOwnedOnes) {
+    SetWindowTextW(frame.Handle(), L"Sample own");
+    const SampleProgram dialogs(L"dialogs", L"Sample dialogs");
+    Open();
+    EXPECT_EQ(Samples(), (Titles{L"Sample dialogs"}));
+    EXPECT_FALSE(Lists(L"First"));
+}
+
+TEST_F(ApplicationsList, PutsTheLaterOfTwoEqualTitlesFirst) {
+    const SampleProgram one(L"polite", L"Sample same");
+    const SampleProgram other(L"polite", L"SAMPLE SAME");
+    const OnlyApplications only({one.Window(), other.Window()});
+    Open();
+    EXPECT_EQ(Rows(), (Titles{L"SAMPLE SAME", L"Sample same"}));
+}
+
+TEST_F(ApplicationsList, EndsSilentlyAtAWindowWhoseExecutableIsNotTold) {
+    const SampleProgram one(L"polite", L"Sample 1");
+    const SampleProgram broken(L"polite", L"Sample 2");
+    const SampleProgram three(L"polite", L"Sample 3");
+    const OnlyApplications only({one.Window(), broken.Window(), three.Window()});
+    const PlatformHook<HANDLE WINAPI(DWORD, BOOL, DWORD)> open("OpenProcess", OpenAllButOne);
+    const PlatformHook<HANDLE WINAPI(DWORD, DWORD)> names("CreateToolhelp32Snapshot", NoSnapshot);
+    realOpen = open.Original();
+    unreadable = broken.ProcessId();
+    Open();
+    EXPECT_EQ(Rows(), (Titles{L"Sample 1"}));
+    EXPECT_FALSE(FindVisible(L"#32770"));
+    unreadable = 0;
+    view->Refresh();
+    EXPECT_EQ(Rows(), (Titles{L"Sample 1", L"Sample 2", L"Sample 3"}));
+}
+
+TEST_F(ApplicationsList, IsEmptyWithoutAMessageWhenThereIsNoEnumeration) {
+    const PlatformHook<BOOL WINAPI(WNDENUMPROC, LPARAM)> windows("EnumWindows", NoWindows);
+    Open();
+    EXPECT_EQ(List().GetCount(), 0u);
+    EXPECT_FALSE(Enabled(615));
+}
+
+TEST_F(ApplicationsList, NamesAProcessThatDoesNotTellItsPath) {
+    const SampleProgram program(L"polite", L"Sample 1");
+    const PlatformHook<BOOL WINAPI(HANDLE, DWORD, wchar_t*, DWORD*)> name(
+        "QueryFullProcessImageNameW", NoImageName);
+    Open();
+    EXPECT_TRUE(Lists(L"Sample 1"));
+}
+
+TEST_F(ApplicationsList, ShowsWindowsOfTheShellWhenTheyAreWanted) {
+    const SampleProgram shell(L"polite", L"Sample shell");
+    const SampleProgram program(L"polite", L"Sample 1");
+    MakeShell(shell.Window());
+    Open();
+    EXPECT_EQ(Samples(), (Titles{L"Sample 1"}));
+    frame.flags = 0x0010;
+    view->FlagsChanged(0x0010, 0x0010);
+    EXPECT_EQ(Samples(), (Titles{L"Sample 1", L"Sample shell"}));
+    frame.flags = 0;
+    view->FlagsChanged(0x0020, 0x0020);
+    EXPECT_EQ(Samples(), (Titles{L"Sample 1"}));
+}
+
+TEST_F(ApplicationsList, DoesNotWaitForAProgramThatHangs) {
+    const SampleProgram hung(L"hung", L"Sample hung");
+    const SampleProgram program(L"polite", L"Sample 1");
+    const DWORD start = GetTickCount();
+    Open();
+    EXPECT_TRUE(Lists(L"Sample 1"));
+    EXPECT_LT(GetTickCount() - start, 8000u);
+}
+
+TEST_F(ApplicationsList, KeepsTheSelectedWindowOverARefresh) {
+    const SampleProgram one(L"polite", L"Sample 1");
+    const SampleProgram two(L"polite", L"Sample 2");
+    Open();
+    Select(L"Sample 2");
+    const SampleProgram before(L"polite", L"Sample 0");
+    view->Command(610);
+    EXPECT_EQ(Samples(), (Titles{L"Sample 0", L"Sample 1", L"Sample 2"}));
+    EXPECT_EQ(Selected(), L"Sample 2");
+    SetWindowTextW(two.Window(), L"Sample 9");
+    view->Resume();
+    EXPECT_EQ(Selected(), L"Sample 9");
+    view->Deactivate(nullptr);
+    EXPECT_EQ(view->Title(), L"Applications (0)");
+}
+
+TEST_F(ApplicationsList, RowsFollowTheFontAndTheIcons) {
+    Open();
+    const platform::WindowDC dc(frame.Handle());
+    const int text = ui::TextHeight(dc, ui::Fonts().Base());
+    const int icon = GetSystemMetrics(SM_CXICON);
+    EXPECT_EQ(view->RowHeight(0), std::max(text + (text + 3) / 4 * 2, icon + icon / 4));
+}
+
+TEST_F(ApplicationsList, ASelectedRowHasAnArrowAtItsEnd) {
+    const SampleProgram program(L"polite",
+                                L"Sample with a title that is much too long for the row");
+    Open();
+    const ULONG_PTR data =
+        List().GetItemData(RowOf(L"Sample with a title that is much too long for the row"));
+    const SIZE size = {240, view->RowHeight(data)};
+    const DrawnRow plain(*view, data, size);
+    const DrawnRow selected(*view, data, size, true);
+    ASSERT_EQ(plain.Texts().size(), 1u);
+    ASSERT_EQ(selected.Texts().size(), 1u);
+    const int width = (size.cy - size.cy / 2) | 1;
+    EXPECT_EQ(selected.Texts()[0].area.right, plain.Texts()[0].area.right - width);
+    EXPECT_EQ(plain.Texts()[0].color, GetSysColor(COLOR_WINDOWTEXT));
+    EXPECT_EQ(selected.Texts()[0].color, GetSysColor(COLOR_HIGHLIGHTTEXT));
+    const int icon = GetSystemMetrics(SM_CXICON);
+    EXPECT_EQ(plain.Texts()[0].area.left, icon * 3 / 2);
+    EXPECT_EQ(plain.Icons().size(), 1u);
+    // The arrow's tip is half highlight, half text colour, at the right end of its area.
+    const COLORREF highlight = GetSysColor(COLOR_HIGHLIGHT);
+    const int tip = selected.Texts()[0].area.right + width - 1;
+    EXPECT_NE(selected.At(tip, size.cy / 2), highlight);
+    EXPECT_EQ(selected.At(tip, size.cy / 2 - 1), highlight);
+    EXPECT_EQ(selected.At(tip + 1, size.cy / 2), highlight);
+}
+
+TEST(Chevron, IsDrawnPixelByPixel) {
+    const platform::WindowDC screen(nullptr);
+    ui::BlendSurface surface(screen, 11, 20);
+    ASSERT_TRUE(surface);
+    ui::FillWithColor(surface.DC(), RECT{0, 0, 11, 20}, RGB(0, 0, 0));
+    GdiFlush();
+    // Half of the height: 10; arm 5, thickness 2.
+    views::BlendChevron(surface, 11, 20, RGB(255, 255, 255));
+    GdiFlush();
+    int marked = 0;
+    for (int y = 0; y < 20; ++y) {
+        for (int x = 0; x < 11; ++x) {
+            marked += GetPixel(surface.DC(), x, y) != RGB(0, 0, 0);
+        }
+    }
+    EXPECT_EQ(marked, 2 * (1 + 2 * 4));
+    EXPECT_EQ(GetPixel(surface.DC(), 10, 10), RGB(128, 128, 128));
+    EXPECT_EQ(GetPixel(surface.DC(), 9, 10), RGB(128, 128, 128));
+    EXPECT_EQ(GetPixel(surface.DC(), 6, 6), RGB(128, 128, 128));
+    EXPECT_EQ(GetPixel(surface.DC(), 6, 14), RGB(128, 128, 128));
+    EXPECT_EQ(GetPixel(surface.DC(), 5, 5), RGB(0, 0, 0));
+}
+
+TEST(Chevron, NeedsRoom) {
+    const platform::WindowDC screen(nullptr);
+    ui::BlendSurface surface(screen, 6, 20);
+    ui::FillWithColor(surface.DC(), RECT{0, 0, 6, 20}, RGB(0, 0, 0));
+    GdiFlush();
+    views::BlendChevron(surface, 6, 20, RGB(255, 255, 255));
+    GdiFlush();
+    EXPECT_EQ(GetPixel(surface.DC(), 5, 10), RGB(0, 0, 0));
+}

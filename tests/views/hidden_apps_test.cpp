@@ -1,0 +1,208 @@
+// Applications that are hidden, and the file that says which.
+#include <objbase.h>
+
+#include "faults/fault.h"
+#include "tests/support/sample_program.h"
+#include "tests/views/applications_fixture.h"
+
+using namespace test;
+
+namespace {
+
+class HiddenApplications : public ApplicationsFixture {
+ protected:
+    static std::string Narrow(const std::wstring& text) {
+        return std::string(text.begin(), text.end());
+    }
+    // A file of the given entries.
+    void WriteEntries(const std::string& entries) const {
+        hiddenApps.Write("<hide>" + entries + "</hide>");
+    }
+    static unsigned CountOf(const std::string& text, const std::string& part) {
+        unsigned count = 0;
+        for (size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) {
+            ++count;
+        }
+        return count;
+    }
+    HRESULT CodeOfHiding(HWND window) {
+        try {
+            hidden.HideApp(window);
+        } catch (const faults::ErrorMessage::IFaultBase& fault) {
+            return fault.Code();
+        }
+        return S_OK;
+    }
+};
+
+HRESULT WINAPI UnknownProgram(const wchar_t*, CLSID*) {
+    return CO_E_CLASSSTRING;
+}
+HRESULT WINAPI NoPrograms(const wchar_t*, CLSID*) {
+    return REGDB_E_READREGDB;
+}
+BOOL WINAPI NoMove(const wchar_t*, const wchar_t*, DWORD) {
+    SetLastError(ERROR_DISK_FULL);
+    return FALSE;
+}
+BOOL WINAPI NoFolder(HWND, wchar_t*, int, BOOL) {
+    return FALSE;
+}
+
+}  // namespace
+
+TEST_F(HiddenApplications, AreNoneWithoutAFile) {
+    const SampleProgram program(L"polite", L"Sample 1");
+    Open();
+    EXPECT_FALSE(hidden.IsHidden(program.Window()));
+    EXPECT_TRUE(Lists(L"Sample 1"));
+}
+
+TEST_F(HiddenApplications, HidingMakesTheFolderAndAFileWithOneEntry) {
+    const SampleProgram program(L"polite", L"Sample 1");
+    Open();
+    Select(L"Sample 1");
+    view->Command(613);
+    EXPECT_FALSE(Lists(L"Sample 1"));
+    const std::string file = hiddenApps.Read();
+    EXPECT_EQ(CountOf(file, "<hide>"), 1u) << file;
+    EXPECT_EQ(CountOf(file, "<application"), 1u) << file;
+    EXPECT_EQ(CountOf(file, "sample_program.exe\""), 1u) << file;
+    EXPECT_TRUE(hiddenApps.Read(L".new").empty());
+}
+
+TEST_F(HiddenApplications, OfAnEmptyListComeBackUntilTheNextStart) {
+    const SampleProgram program(L"polite", L"Sample 1");
+    Open();
+    Select(L"Sample 1");
+    view->Command(613);
+    view->Refresh();
+    EXPECT_TRUE(Lists(L"Sample 1"));
+    Select(L"Sample 1");
+    view->Command(613);
+    EXPECT_EQ(CountOf(hiddenApps.Read(), "<application"), 2u);
+    Open();
+    EXPECT_FALSE(Lists(L"Sample 1"));
+    frame.flags = 0x0020;
+    view->FlagsChanged(0x0020, 0x0020);
+    EXPECT_TRUE(Lists(L"Sample 1"));
+    Select(L"Sample 1");
+    view->Command(613);
+    EXPECT_TRUE(Lists(L"Sample 1")) << "hidden ones are shown";
+    EXPECT_EQ(CountOf(hiddenApps.Read(), "<application"), 2u) << "it stands there already";
+}
+
+TEST_F(HiddenApplications, AreKnownByTheirNameInAnyCaseAndFolder) {
+    const SampleProgram program(L"polite", L"Sample 1");
+    WriteEntries("<application name=\"SAMPLE_program.EXE\"/>");
+    Open();
+    EXPECT_TRUE(hidden.IsHidden(program.Window()));
+    EXPECT_FALSE(Lists(L"Sample 1"));
+}
+
+TEST_F(HiddenApplications, AnEntryWithAPathIsNoName) {
+    const SampleProgram program(L"polite", L"Sample 1");
+    WriteEntries("<application path=\"\\elsewhere.exe\" name=\"sample_program.exe\"/>");
+    Open();
+    EXPECT_TRUE(Lists(L"Sample 1"));
+    WriteEntries("<application path=\"\" name=\"sample_program.exe\"/>");
+    Open();
+    EXPECT_FALSE(Lists(L"Sample 1"));
+    WriteEntries("<program name=\"sample_program.exe\"/><application/>");
+    Open();
+    EXPECT_TRUE(Lists(L"Sample 1"));
+}
+
+TEST_F(HiddenApplications, WhatElseTheFileHoldsIsKept) {
+    const SampleProgram program(L"polite", L"Sample 1");
+    WriteEntries("<!-- mine --><note colour=\"red\">text</note><application name=\"other.exe\"/>");
+    Open();
+    Select(L"Sample 1");
+    view->Command(613);
+    const std::string file = hiddenApps.Read();
+    EXPECT_EQ(CountOf(file, "<!-- mine -->"), 1u) << file;
+    EXPECT_EQ(CountOf(file, "<note colour=\"red\">text</note>"), 1u) << file;
+    EXPECT_EQ(CountOf(file, "other.exe"), 1u) << file;
+    EXPECT_EQ(CountOf(file, "sample_program.exe"), 1u) << file;
+    view->Refresh();
+    EXPECT_FALSE(Lists(L"Sample 1")) << "the list was not empty at its start";
+}
+
+TEST_F(HiddenApplications, AFileThatCannotBeReadIsKeptBesideTheNewOne) {
+    const SampleProgram program(L"polite", L"Sample 1");
+    const std::string broken = "<hide><application name=\"other.exe\"></hide>";
+    hiddenApps.Write(broken);
+    Open();
+    EXPECT_TRUE(Lists(L"Sample 1"));
+    EXPECT_EQ(CodeOfHiding(program.Window()), S_OK);
+    EXPECT_EQ(hiddenApps.Read(L".bak"), broken);
+    EXPECT_EQ(CountOf(hiddenApps.Read(), "sample_program.exe"), 1u);
+}
+
+TEST_F(HiddenApplications, AnotherProgramsFileIsLeftAlone) {
+    const SampleProgram program(L"polite", L"Sample 1");
+    const std::string foreign = "<settings><application name=\"sample_program.exe\"/></settings>";
+    hiddenApps.Write(foreign);
+    Open();
+    EXPECT_TRUE(Lists(L"Sample 1"));
+    EXPECT_EQ(CodeOfHiding(program.Window()), faults::ResultFromError(ERROR_INVALID_DATA));
+    EXPECT_EQ(hiddenApps.Read(), foreign);
+}
+
+TEST_F(HiddenApplications, AFileThatCannotBeReplacedStaysWhole) {
+    const SampleProgram program(L"polite", L"Sample 1");
+    WriteEntries("<application name=\"other.exe\"/>");
+    const std::string before = hiddenApps.Read();
+    Open();
+    {
+        const PlatformHook<BOOL WINAPI(const wchar_t*, const wchar_t*, DWORD)> move("MoveFileExW",
+                                                                                    NoMove);
+        EXPECT_EQ(CodeOfHiding(program.Window()), faults::ResultFromError(ERROR_DISK_FULL));
+    }
+    EXPECT_EQ(hiddenApps.Read(), before);
+    EXPECT_TRUE(hiddenApps.Read(L".new").empty());
+    EXPECT_FALSE(hidden.IsHidden(program.Window())) << "what failed has not happened";
+    EXPECT_EQ(CodeOfHiding(program.Window()), S_OK);
+}
+
+TEST_F(HiddenApplications, NeedNoPlaceToBeEmpty) {
+    const SampleProgram program(L"polite", L"Sample 1");
+    const PlatformHook<BOOL WINAPI(HWND, wchar_t*, int, BOOL)> folder("SHGetSpecialFolderPathW",
+                                                                      NoFolder);
+    Open();
+    EXPECT_TRUE(Lists(L"Sample 1"));
+    EXPECT_EQ(CodeOfHiding(program.Window()), S_OK);
+    EXPECT_TRUE(hiddenApps.Read().empty());
+}
+
+TEST_F(HiddenApplications, AreReadByThePlainDocumentWhereTheOtherIsUnknown) {
+    const SampleProgram program(L"polite", L"Sample 1");
+    WriteEntries("<application name=\"sample_program.exe\"/>");
+    {
+        const PlatformHook<HRESULT WINAPI(const wchar_t*, CLSID*)> unknown("CLSIDFromProgID",
+                                                                           UnknownProgram);
+        Open();
+        EXPECT_FALSE(Lists(L"Sample 1"));
+    }
+    const PlatformHook<HRESULT WINAPI(const wchar_t*, CLSID*)> none("CLSIDFromProgID", NoPrograms);
+    EXPECT_THROW(hidden.LoadHiddenApps(), faults::COMFault);
+}
+
+TEST_F(HiddenApplications, AreNotClosedWithTheOthers) {
+    const SampleProgram program(L"polite", L"Sample 1");
+    WriteEntries("<application name=\"sample_program.exe\"/>");
+    Open();
+    frame.closer.CloseAllApps();
+    EXPECT_TRUE(program.Runs());
+}
+
+TEST_F(HiddenApplications, ATitledWindowOfTheShellCannotBeHidden) {
+    const SampleProgram shell(L"polite", L"Sample shell");
+    MakeShell(shell.Window());
+    frame.flags = 0x0010;
+    Open();
+    Select(L"Sample shell");
+    view->Command(613);
+    EXPECT_TRUE(Lists(L"Sample shell"));
+    EXPECT_TRUE(hiddenApps.Read().empty());
+}

@@ -1,0 +1,35 @@
+// How running applications look in their list.
+#pragma once
+
+#include <string>
+
+#include "platform/windows.h"
+
+namespace views {
+
+// One running application.
+struct AppItem {
+    std::wstring title;
+    // Index into the system's image lists, -1 for none.
+    int32_t icon;
+    // The application's top-level window.
+    HWND window;
+};
+
+class AppRows {
+ public:
+    // Measures the font and the system's large icons. Sizes are pixels.
+    void Layout(HDC dc);
+    int Height() const { return height_; }
+    void Draw(const DRAWITEMSTRUCT& row, const AppItem& item) const;
+
+ private:
+    // The system's large icons, borrowed.
+    HIMAGELIST icons_ = nullptr;
+    int iconWidth_ = 0;
+    int iconHeight_ = 0;
+    int textHeight_ = 0;
+    int height_ = 0;
+};
+
+}  // namespace views

@@ -1,0 +1,256 @@
+#include "views/apps/hidden_app_list.h"
+
+#include <msxml.h>
+#include <shlobj.h>
+
+#include "faults/fault.h"
+#include "platform/coredll.h"
+#include "platform/files.h"
+#include "platform/handles.h"
+#include "platform/shell.h"
+#include "platform/xml.h"
+#include "text/resources.h"
+
+namespace views {
+
+namespace {
+
+constexpr UINT programTitle = 100;
+constexpr wchar_t fileName[] = L"\\hiddenapps.xml";
+// What is being written, until it takes the file's place.
+constexpr wchar_t newSuffix[] = L".new";
+// A copy of a file that could not be read and was replaced.
+constexpr wchar_t backupSuffix[] = L".bak";
+
+constexpr wchar_t documentProgram[] = L"Msxml2.FreeThreadedDOMDocument";
+constexpr CLSID plainDocument = {
+    0x2933BF90, 0x7B36, 0x11D2, {0xB2, 0x0E, 0x00, 0xC0, 0x4F, 0x98, 0x3E, 0x60}};
+constexpr IID documentInterface = {
+    0x2933BF81, 0x7B36, 0x11D2, {0xB2, 0x0E, 0x00, 0xC0, 0x4F, 0x98, 0x3E, 0x60}};
+constexpr IID elementInterface = {
+    0x2933BF86, 0x7B36, 0x11D2, {0xB2, 0x0E, 0x00, 0xC0, 0x4F, 0x98, 0x3E, 0x60}};
+
+using Document = platform::ComPointer<IXMLDOMDocument>;
+using Element = platform::ComPointer<IXMLDOMElement>;
+using Node = platform::ComPointer<IXMLDOMNode>;
+
+HRESULT Succeed(HRESULT result) {
+    if (FAILED(result)) {
+        throw faults::COMFault(result);
+    }
+    return result;
+}
+
+// A text for a COM call. Throws std::bad_alloc.
+class ComText {
+ public:
+    explicit ComText(const wchar_t* text) : text_(SysAllocString(text)) {
+        if (!text_) {
+            throw std::bad_alloc();
+        }
+    }
+    operator BSTR() const { return text_.Get(); }
+
+ private:
+    platform::UniqueText text_;
+};
+
+// A variant that a COM call fills in (VariantInit, VariantClear).
+class ComVariant {
+ public:
+    ComVariant() { VariantInit(&variant_); }
+    ~ComVariant() { VariantClear(&variant_); }
+    ComVariant(const ComVariant&) = delete;
+    ComVariant& operator=(const ComVariant&) = delete;
+    VARIANT* Receive() { return &variant_; }
+    // Empty when it holds no text.
+    std::wstring Text() const {
+        return variant_.vt == VT_BSTR && variant_.bstrVal
+                   ? std::wstring(variant_.bstrVal, SysStringLen(variant_.bstrVal))
+                   : std::wstring();
+    }
+
+ private:
+    VARIANT variant_;
+};
+
+Document CreateDocument() {
+    Document document;
+    CLSID program;
+    HRESULT result = CLSIDFromProgID(documentProgram, &program);
+    if (result == CO_E_CLASSSTRING) {
+        program = plainDocument;
+    } else {
+        Succeed(result);
+    }
+    Succeed(CoCreateInstance(program, nullptr, CLSCTX_ALL, documentInterface,
+                             reinterpret_cast<void**>(document.Receive())));
+    if (!document) {
+        throw faults::COMFault(E_UNEXPECTED);
+    }
+    return document;
+}
+
+// What a file held when it was opened: nothing that can be read leaves an empty document.
+struct OpenedFile {
+    Document document;
+    bool readable;
+};
+
+OpenedFile OpenFile(const std::wstring& path) {
+    OpenedFile file = {CreateDocument(), false};
+    Succeed(file.document->put_async(VARIANT_FALSE));
+    file.readable = platform::LoadXmlFile(file.document.Get(), path.c_str()) == S_OK;
+    return file;
+}
+
+std::wstring AttributeOf(const Element& element, const wchar_t* name) {
+    ComVariant value;
+    Succeed(element->getAttribute(ComText(name), value.Receive()));
+    return value.Text();
+}
+
+// The element that holds the entries; a document without any element gets one.
+Node RootOf(const Document& document) {
+    const ComText name(L"hide");
+    Node root;
+    if (Succeed(document->selectSingleNode(name, root.Receive())) == S_OK && root) {
+        return root;
+    }
+    Element other;
+    if (document->get_documentElement(other.Receive()) == S_OK && other) {
+        // Some other program's file: a document has one outermost element.
+        throw faults::W32Fault(faults::ResultFromError(ERROR_INVALID_DATA));
+    }
+    Element element;
+    Succeed(document->createElement(name, element.Receive()));
+    Succeed(document->appendChild(element.Get(), root.Receive()));
+    return root;
+}
+
+void AppendEntry(const Document& document, const std::wstring& path) {
+    const Node root = RootOf(document);
+    Element entry;
+    Succeed(document->createElement(ComText(L"application"), entry.Receive()));
+    const ComText text(path.c_str());
+    VARIANT value = {};
+    value.vt = VT_BSTR;
+    value.bstrVal = text;
+    Succeed(entry->setAttribute(ComText(L"path"), value));
+    Node appended;
+    Succeed(root->appendChild(entry.Get(), appended.Receive()));
+}
+
+// Replaces the file only when its new contents are on the volume as a whole.
+void SaveOver(const Document& document, const std::wstring& path) {
+    const std::wstring next = path + newSuffix;
+    const HRESULT saved = platform::SaveXmlFile(document.Get(), next.c_str());
+    if (FAILED(saved) || !platform::MoveOver(next.c_str(), path.c_str())) {
+        const DWORD error = GetLastError();
+        DeleteFileW(next.c_str());
+        Succeed(saved);
+        throw faults::W32Fault(faults::ResultFromError(error));
+    }
+}
+
+void WriteEntry(const std::wstring& path) {
+    const HiddenAppsFile place = HiddenAppsFilePath(true);
+    if (!place.ok) {
+        return;
+    }
+    const OpenedFile file = OpenFile(place.path);
+    AppendEntry(file.document, path);
+    if (!file.readable && GetFileAttributesW(place.path.c_str()) != INVALID_FILE_ATTRIBUTES &&
+        !CopyFileW(place.path.c_str(), (place.path + backupSuffix).c_str(), FALSE)) {
+        throw faults::W32Fault();
+    }
+    SaveOver(file.document, place.path);
+}
+
+std::wstring PathOfProcess(DWORD process) {
+    wchar_t path[MAX_PATH] = {};
+    return std::wstring(path, platform::ProcessPath(process, path, MAX_PATH));
+}
+
+}  // namespace
+
+bool IgnoresCase::operator()(const std::wstring& first, const std::wstring& second) const {
+    return CompareStringW(LOCALE_USER_DEFAULT, NORM_IGNORECASE, first.c_str(),
+                          static_cast<int>(first.size()), second.c_str(),
+                          static_cast<int>(second.size())) == CSTR_LESS_THAN;
+}
+
+HiddenAppsFile HiddenAppsFilePath(bool create) {
+    std::wstring folder = platform::SpecialFolder(
+        nullptr, CSIDL_APPDATA,
+        create ? platform::MissingFolder::Create : platform::MissingFolder::Leave);
+    if (folder.empty()) {
+        return HiddenAppsFile();
+    }
+    folder += L'\\';
+    folder += text::LoadText(programTitle);
+    if (GetFileAttributesW(folder.c_str()) == INVALID_FILE_ATTRIBUTES) {
+        if (!create) {
+            return HiddenAppsFile();
+        }
+        if (!CreateDirectoryW(folder.c_str(), nullptr)) {
+            throw faults::W32Fault();
+        }
+    }
+    return HiddenAppsFile{true, folder + fileName};
+}
+
+void HiddenAppList::LoadHiddenApps() {
+    const HiddenAppsFile place = HiddenAppsFilePath(false);
+    if (!place.ok) {
+        return;
+    }
+    const OpenedFile file = OpenFile(place.path);
+    platform::ComPointer<IXMLDOMNodeList> entries;
+    Succeed(file.document->selectNodes(ComText(L"hide/application"), entries.Receive()));
+    Node node;
+    while (entries && Succeed(entries->nextNode(node.Receive())) != S_FALSE && node) {
+        Element entry;
+        Succeed(node->QueryInterface(elementInterface, reinterpret_cast<void**>(entry.Receive())));
+        if (std::wstring path = AttributeOf(entry, L"path"); !path.empty()) {
+            paths_.insert(std::move(path));
+        } else if (std::wstring name = AttributeOf(entry, L"name"); !name.empty()) {
+            names_.insert(std::move(name));
+        }
+    }
+    empty_ = paths_.empty() && names_.empty();
+}
+
+bool HiddenAppList::Matches(const std::wstring& path) const {
+    // Without a backslash the whole is the name.
+    return paths_.contains(path) ||
+           (!names_.empty() && names_.contains(path.substr(path.rfind(L'\\') + 1)));
+}
+
+bool HiddenAppList::IsHidden(HWND window) const {
+    if (empty_) {
+        return false;
+    }
+    const DWORD process = AppCloser::ProcessIdOfWindow(window);
+    const std::wstring path = process ? PathOfProcess(process) : std::wstring();
+    return !path.empty() && Matches(path);
+}
+
+void HiddenAppList::HideApp(HWND window) {
+    const DWORD process = AppCloser::ProcessIdOfWindow(window);
+    if (process == 0) {
+        return;
+    }
+    std::wstring path = PathOfProcess(process);
+    if (path.empty()) {
+        throw faults::W32Fault();
+    }
+    if (!empty_ && Matches(path)) {
+        return;
+    }
+    WriteEntry(path);
+    // Whether the list is empty stays as it was found at the start.
+    paths_.insert(std::move(path));
+}
+
+}  // namespace views

@@ -1,0 +1,46 @@
+// The applications that the user does not want to see, kept in an XML file of which other parts
+// may have been written by hand.
+#pragma once
+
+#include <set>
+#include <string>
+
+#include "views/app_closer.h"
+
+namespace views {
+
+// The order of the locale without regard to case (CompareStringW).
+struct IgnoresCase {
+    bool operator()(const std::wstring& first, const std::wstring& second) const;
+};
+
+class HiddenAppList final : public HiddenApps {
+ public:
+    // Reads the file, if there is one (IXMLDOMDocument; COM must be initialised). Throws COMFault.
+    void LoadHiddenApps();
+
+    // Whether the window's executable is listed, with its full path or its name alone. Once a list
+    // was empty at its start, nothing is hidden until the program starts again.
+    bool IsHidden(HWND window) const override;
+    // Adds the window's executable and writes the file; nothing for a window without a process.
+    // Throws W32Fault or COMFault; the file is then as it was.
+    void HideApp(HWND window) override;
+
+ private:
+    bool Matches(const std::wstring& path) const;
+
+    bool empty_ = true;
+    std::set<std::wstring, IgnoresCase> paths_;
+    std::set<std::wstring, IgnoresCase> names_;
+};
+
+struct HiddenAppsFile {
+    bool ok = false;
+    std::wstring path;
+};
+
+// Where the file is (SHGetSpecialFolderPath, CSIDL_APPDATA): not ok when its folder is not there
+// and is not to be created. Throws W32Fault when it cannot be created.
+HiddenAppsFile HiddenAppsFilePath(bool create);
+
+}  // namespace views

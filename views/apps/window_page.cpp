@@ -1,0 +1,85 @@
+#include "views/apps/window_page.h"
+
+#include "text/format.h"
+#include "ui/form_rows.h"
+#include "ui/page.h"
+#include "views/app_closer.h"
+
+namespace views {
+
+namespace {
+
+constexpr UINT textCaption = 960;
+constexpr UINT textHandle = 961;
+constexpr UINT textProcess = 962;
+
+struct WindowIcon {
+    // Borrowed from the window; null for none.
+    HICON icon = nullptr;
+    SIZE size = {};
+};
+
+HICON AskIcon(HWND window, WPARAM kind) {
+    constexpr UINT longestAnswer = 1000;
+    DWORD_PTR icon = 0;
+    return SendMessageTimeoutW(window, WM_GETICON, kind, 0, SMTO_NORMAL, longestAnswer, &icon)
+               ? reinterpret_cast<HICON>(icon)
+               : nullptr;
+}
+
+HICON ClassIcon(HWND window) {
+    return reinterpret_cast<HICON>(GetClassLongPtrW(window, GCLP_HICON));
+}
+
+WindowIcon IconOfWindow(HWND window) {
+    const SIZE large = {GetSystemMetrics(SM_CXICON), GetSystemMetrics(SM_CYICON)};
+    const SIZE small = {GetSystemMetrics(SM_CXSMICON), GetSystemMetrics(SM_CYSMICON)};
+    if (const HICON icon = AskIcon(window, ICON_BIG)) {
+        return WindowIcon{icon, large};
+    }
+    if (const HICON icon = ClassIcon(window)) {
+        return WindowIcon{icon, large};
+    }
+    if (const HICON icon = AskIcon(window, ICON_SMALL)) {
+        return WindowIcon{icon, small};
+    }
+    return WindowIcon{ClassIcon(window), small};
+}
+
+class WindowPage final : public ui::Page {
+ public:
+    explicit WindowPage(HWND window)
+        : Page(textCaption, ui::barDone),
+          title_(UntrimmedTitle(window)),
+          icon_(IconOfWindow(window)),
+          handle_(text::FormatText(textHandle, Number(window))),
+          process_(text::FormatText(textProcess, AppCloser::ProcessIdOfWindow(window))) {}
+
+ protected:
+    void Fill(ui::FormList& list) override {
+        list.AddRow(std::make_unique<ui::HeadingRow>(title_, icon_.icon, icon_.size));
+        list.AddRow(std::make_unique<ui::SeparatorRow>());
+        list.AddRow(std::make_unique<ui::ValueRow>(std::wstring(), handle_));
+        list.AddRow(std::make_unique<ui::ValueRow>(std::wstring(), process_));
+    }
+
+ private:
+    // Handles of windows have 32 bits on every system.
+    static DWORD Number(HWND window) {
+        return static_cast<DWORD>(reinterpret_cast<ULONG_PTR>(window));
+    }
+
+    std::wstring title_;
+    WindowIcon icon_;
+    std::wstring handle_;
+    std::wstring process_;
+};
+
+}  // namespace
+
+void ShowWindowInformation(HWND owner, HWND window) {
+    WindowPage page(window);
+    ui::RunDialog(owner, page);
+}
+
+}  // namespace views

@@ -1,0 +1,90 @@
+#include "views/processes/image_rows.h"
+
+#include <algorithm>
+
+#include "platform/coredll.h"
+#include "text/format.h"
+#include "ui/clipped_text.h"
+#include "ui/drawing_resources.h"
+#include "ui/theme.h"
+#include "ui/window.h"
+
+namespace views {
+
+std::wstring FormatAddress(ULONG_PTR address) {
+    if constexpr (sizeof address == sizeof(DWORD)) {
+        return text::Format(L"%1!x!", static_cast<DWORD>(address));
+    } else {
+        return text::Format(L"%1!I64x!", static_cast<int64_t>(address));
+    }
+}
+
+void ImageRows::Layout(HDC dc) {
+    textHeight_ = ui::TextHeight(dc, ui::Fonts().Base());
+    smallTextHeight_ = ui::TextHeight(dc, ui::Fonts().Small());
+    SHFILEINFOW info = {};
+    icons_ =
+        reinterpret_cast<HIMAGELIST>(platform::FileInfo(nullptr, 0, &info, SHGFI_SYSICONINDEX));
+    if (!icons_ || !ImageList_GetIconSize(icons_, &iconWidth_, &iconHeight_)) {
+        iconWidth_ = iconHeight_ = 0;
+    }
+}
+
+int ImageRows::Height(const ImageLines& lines) const {
+    int height = textHeight_ + (textHeight_ + 3) / 4 * 2;
+    height += lines.path ? smallTextHeight_ : 0;
+    height += lines.base || lines.size ? smallTextHeight_ : 0;
+    return std::max(height, iconHeight_ + iconHeight_ / 4);
+}
+
+void ImageRows::Draw(const DRAWITEMSTRUCT& row, const ImageItem& item, const std::wstring& name,
+                     const ImageLines& lines) const {
+    const HDC dc = row.hDC;
+    const RECT& area = row.rcItem;
+    const int margin = (textHeight_ + 5) / 6;
+    const bool selected = (row.itemState & ODS_SELECTED) != 0;
+    if (selected) {
+        ui::FillWithSystemColor(dc, area, COLOR_HIGHLIGHT);
+    } else {
+        ui::DrawRowRule(dc, area);
+    }
+    const int iconTop = ui::Height(area) - 2 * margin > iconHeight_
+                            ? area.top + margin
+                            : (area.top + area.bottom - iconHeight_) / 2;
+    RECT text = {area.left + margin, area.top + margin, area.right - margin,
+                 area.bottom - 2 * margin};
+    if (icons_ && item.icon >= 0 &&
+        ImageList_Draw(icons_, item.icon, dc, text.left, iconTop, ILD_NORMAL)) {
+        text.left += iconWidth_ + margin;
+    }
+    SetBkMode(dc, TRANSPARENT);
+    SetTextColor(dc, GetSysColor(selected ? COLOR_HIGHLIGHTTEXT : COLOR_WINDOWTEXT));
+    text.bottom = DrawLines(dc, text, item, lines);
+    const platform::Selected font(dc, ui::Fonts().Base());
+    ui::DrawClippedLine(dc, text, name);
+}
+
+int ImageRows::DrawLines(HDC dc, RECT area, const ImageItem& item, const ImageLines& lines) const {
+    const platform::Selected font(dc, ui::Fonts().Small());
+    if (lines.path && !item.path.empty()) {
+        area.top = area.bottom - smallTextHeight_;
+        ui::DrawPathText(dc, area, item.path);
+        area.bottom = area.top;
+    }
+    if (!lines.base && !lines.size) {
+        return area.bottom;
+    }
+    area.top = area.bottom - smallTextHeight_;
+    RECT base = area;
+    if (lines.size) {
+        const std::wstring size = text::FormatSize(item.size);
+        ui::DrawClippedText(dc, area, size, ui::TextAlignment::Right);
+        base.right -= ui::TextWidth(dc, size) + smallTextHeight_ / 2;
+    }
+    if (lines.base) {
+        ui::DrawClippedText(dc, base, FormatAddress(item.base));
+    }
+    return area.top;
+}
+
+}  // namespace views

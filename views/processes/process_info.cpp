@@ -1,0 +1,130 @@
+#include "views/processes/process_info.h"
+
+#include <algorithm>
+
+#include "faults/fault.h"
+#include "platform/coredll.h"
+#include "platform/handles.h"
+#include "text/format.h"
+#include "text/resources.h"
+#include "ui/clipped_text.h"
+#include "ui/drawing_resources.h"
+#include "ui/form_rows.h"
+#include "ui/page.h"
+#include "views/processes/image_rows.h"
+
+namespace views {
+
+namespace {
+
+enum InfoText : UINT {
+    textCaption = 950,
+    textProcessId = 951,
+    textThreads = 952,
+    textLoadAddress = 953,
+    textVirtualMemory = 954,
+    textCommitted = 955,
+    textReserved = 956,
+    textHeaps = 957,
+};
+
+// The process's entry, else the last one of the list.
+platform::ProcessEntry FindProcess(DWORD processId) {
+    const platform::Snapshot processes(platform::Snapshot::Kind::Processes, processId);
+    if (!processes) {
+        throw faults::W32Fault();
+    }
+    platform::ProcessEntry entry;
+    for (bool found = processes.First(&entry); found; found = processes.Next(&entry)) {
+        if (entry.processId == processId) {
+            return entry;
+        }
+    }
+    if (GetLastError() != ERROR_NO_MORE_FILES) {
+        throw faults::W32Fault();
+    }
+    return entry;
+}
+
+uint64_t HeapBytesOf(DWORD processId) {
+    const platform::Snapshot snapshot(platform::Snapshot::Kind::Heaps, processId);
+    if (!snapshot) {
+        throw faults::W32Fault();
+    }
+    platform::SnapshotHeaps heaps(snapshot, processId);
+    return SumHeaps(heaps);
+}
+
+class InfoPage final : public ui::Page {
+ public:
+    explicit InfoPage(const ProcessInfo& info) : Page(textCaption, ui::barDone), info_(info) {}
+
+ protected:
+    void Fill(ui::FormList& list) override {
+        list.AddRow(std::make_unique<ui::HeadingRow>(info_.entry.name + info_.fileName, info_.icons,
+                                                     info_.icon));
+        list.AddRow(std::make_unique<ui::SeparatorRow>());
+        const RegionTotals& regions = info_.regions;
+        const Line lines[] = {
+            {Label(textProcessId), FormatAddress(info_.entry.processId)},
+            {Label(textThreads),
+             text::FormatInteger(static_cast<int64_t>(info_.entry.threadCount))},
+            {Label(textLoadAddress), FormatAddress(info_.entry.base)},
+            {Label(textVirtualMemory),
+             text::FormatSize(regions.committedBytes + regions.reservedBytes)},
+            {text::FormatText(textCommitted, regions.committedCount),
+             text::FormatSize(regions.committedBytes)},
+            {text::FormatText(textReserved, regions.reservedCount),
+             text::FormatSize(regions.reservedBytes)},
+            {Label(textHeaps), text::FormatSize(info_.heapBytes)},
+        };
+        int labelWidth = 0;
+        {
+            const platform::WindowDC dc(Handle());
+            const platform::Selected font(dc, ui::Fonts().Base());
+            for (const Line& line : lines) {
+                labelWidth = std::max(labelWidth, ui::TextWidth(dc, line.label));
+            }
+        }
+        for (const Line& line : lines) {
+            list.AddRow(std::make_unique<ui::ValueRow>(line.label, line.value, labelWidth));
+        }
+    }
+
+ private:
+    struct Line {
+        std::wstring label;
+        std::wstring value;
+    };
+
+    static std::wstring Label(UINT text) { return std::wstring(text::LoadText(text)); }
+
+    const ProcessInfo& info_;
+};
+
+}  // namespace
+
+ProcessInfo GatherProcessInfo(DWORD processId) {
+    ProcessInfo info;
+    info.entry = FindProcess(processId);
+    wchar_t path[MAX_PATH] = {};
+    if (platform::ProcessPath(info.entry.processId, path, MAX_PATH)) {
+        std::copy(std::begin(path), std::end(path), info.entry.name);
+        info.fileName = std::wstring_view(path).rfind(L'\\') + 1;
+    }
+    info.regions = WalkVirtualMemory(info.entry);
+    info.heapBytes = HeapBytesOf(processId);
+    SHFILEINFOW file = {};
+    info.icons = reinterpret_cast<HIMAGELIST>(
+        platform::FileInfo(info.entry.name, 0, &file, SHGFI_SYSICONINDEX));
+    info.icon = info.icons ? file.iIcon : -1;
+    return info;
+}
+
+void ShowProcessInfo(HWND owner, DWORD processId) {
+    const ProcessInfo info = GatherProcessInfo(processId);
+    InfoPage page(info);
+    ui::RunDialog(owner, page);
+}
+
+}  // namespace views

@@ -1,0 +1,96 @@
+#include "views/status/gauges.h"
+
+#include "platform/storage.h"
+#include "text/resources.h"
+
+namespace views {
+
+namespace {
+
+constexpr UINT batteryLabel = 1007;
+constexpr UINT memoryLabel = 1008;
+constexpr UINT storageLabel = 1009;
+
+class BatteryGauge final : public Gauge {
+ public:
+    BatteryGauge() : Gauge(std::wstring(text::LoadText(batteryLabel))) {}
+
+    bool Update() override {
+        platform::BatteryStatus status;
+        Show(ReadingOfBattery(platform::ReadBattery(&status) ? &status : nullptr));
+        return true;
+    }
+    COLORREF BarColor() const override { return BatteryBarColor(Reading().percent); }
+};
+
+class MemoryGauge final : public Gauge {
+ public:
+    MemoryGauge() : Gauge(std::wstring(text::LoadText(memoryLabel))) {}
+
+    bool Update() override {
+        MEMORYSTATUS status = {};
+        status.dwLength = sizeof status;
+        GlobalMemoryStatus(&status);
+        Show(ReadingOfMemory(status.dwTotalPhys, status.dwAvailPhys, status.dwMemoryLoad));
+        return true;
+    }
+};
+
+class StorageGauge : public Gauge {
+ public:
+    explicit StorageGauge(std::wstring folder)
+        : StorageGauge(std::wstring(text::LoadText(storageLabel)), std::move(folder),
+                       GaugeIcon::Storage) {}
+
+    bool Update() override {
+        uint64_t total = 0;
+        uint64_t totalFree = 0;
+        Show(platform::StorageSpace(folder_.c_str(), &total, &totalFree)
+                 ? ReadingOfStorage(icon_, total, totalFree)
+                 : UnknownReading(icon_));
+        return true;
+    }
+
+ protected:
+    StorageGauge(std::wstring label, std::wstring folder, GaugeIcon icon)
+        : Gauge(std::move(label)), folder_(std::move(folder)), icon_(icon) {}
+    const std::wstring& Folder() const { return folder_; }
+
+ private:
+    std::wstring folder_;
+    GaugeIcon icon_;
+};
+
+class StorageCardGauge final : public StorageGauge {
+ public:
+    explicit StorageCardGauge(std::wstring folder)
+        : StorageGauge(folder.substr(1), folder, GaugeIcon::StorageCard) {}
+
+    bool Update() override {
+        if (!platform::StorageExists(Folder().c_str())) {
+            Show(UnknownReading(GaugeIcon::StorageCard));
+            return false;
+        }
+        return StorageGauge::Update();
+    }
+};
+
+}  // namespace
+
+GaugeOwner MakeBatteryGauge() {
+    return std::make_unique<BatteryGauge>();
+}
+
+GaugeOwner MakeMemoryGauge() {
+    return std::make_unique<MemoryGauge>();
+}
+
+GaugeOwner MakeStorageGauge(std::wstring folder) {
+    return std::make_unique<StorageGauge>(std::move(folder));
+}
+
+GaugeOwner MakeStorageCardGauge(std::wstring folder) {
+    return std::make_unique<StorageCardGauge>(std::move(folder));
+}
+
+}  // namespace views

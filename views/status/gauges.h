@@ -1,0 +1,39 @@
+// The gauges of the System Status view: each reads one resource of the device.
+#pragma once
+
+#include <memory>
+
+#include "views/status/gauge_rules.h"
+
+namespace views {
+
+class Gauge {
+ public:
+    virtual ~Gauge() = default;
+
+    // Reads the values anew; false when the resource is gone. What cannot be read is shown as
+    // unknown.
+    virtual bool Update() = 0;
+    virtual COLORREF BarColor() const { return UsageBarColor(reading_.percent); }
+
+    const std::wstring& Label() const { return label_; }
+    const GaugeReading& Reading() const { return reading_; }
+
+ protected:
+    explicit Gauge(std::wstring label) : label_(std::move(label)) {}
+    void Show(GaugeReading reading) { reading_ = std::move(reading); }
+
+ private:
+    std::wstring label_;
+    GaugeReading reading_;
+};
+
+using GaugeOwner = std::unique_ptr<Gauge>;
+
+GaugeOwner MakeBatteryGauge();
+GaugeOwner MakeMemoryGauge();
+// Of a folder, with its leading backslash.
+GaugeOwner MakeStorageGauge(std::wstring folder);
+GaugeOwner MakeStorageCardGauge(std::wstring folder);
+
+}  // namespace views
