@@ -6,32 +6,37 @@
 #include "call.h"
 #include "machine.h"
 #include "paths.h"
+#include "processes.h"
+#include "searches.h"
 #include "stop.h"
 
 namespace emulator {
 
 namespace {
 
-struct DeviceFound {
-    DWORD dwFileAttributes;
-    FILETIME ftCreationTime;
-    FILETIME ftLastAccessTime;
-    FILETIME ftLastWriteTime;
-    DWORD nFileSizeHigh;
-    DWORD nFileSizeLow;
-    DWORD dwOID;
-    WCHAR cFileName[MAX_PATH];
-};
-static_assert(sizeof(DeviceFound) == 560);
-
 // Searches under way, by the handle that the program has.
 struct Search {
-    HANDLE handle;
-    bool inRoot;
+    // Null for a search for cards.
+    HANDLE handle = nullptr;
+    bool inRoot = false;
+    size_t nextCard = 0;
 };
 std::map<Address, Search>& Searches() {
     static std::map<Address, Search> searches;
     return searches;
+}
+
+Address Remember(const Search& search) {
+    static Address next = 0x0F000000;
+    next += 4;
+    Searches()[next] = search;
+    return next;
+}
+
+// Stores that were opened as files.
+std::map<Address, const Device::Card*>& Stores() {
+    static std::map<Address, const Device::Card*> stores;
+    return stores;
 }
 
 bool IsDotEntry(const WCHAR* name) {
@@ -89,11 +94,8 @@ std::uint64_t FindFirst(Call& call) {
         SetLastError(ERROR_NO_MORE_FILES);
         return Result(INVALID_HANDLE_VALUE);
     }
-    static Address next = 0x0F000000;
-    next += 4;
-    Searches()[next] = {search, IsInRoot(pattern)};
     Show(found, IsInRoot(pattern), shown);
-    return next;
+    return Remember({search, IsInRoot(pattern), 0});
 }
 
 const Search& SearchOf(const Call& call) {
@@ -116,7 +118,8 @@ std::uint64_t FindNext(Call& call) {
 }
 
 std::uint64_t CloseSearch(Call& call) {
-    const BOOL result = FindClose(SearchOf(call).handle);
+    const HANDLE handle = SearchOf(call).handle;
+    const BOOL result = handle ? FindClose(handle) : TRUE;
     Searches().erase(call.Word(0));
     return Result(result);
 }
@@ -151,8 +154,29 @@ std::uint64_t MoreAttributes(Call& call) {
 }
 
 std::uint64_t OpenAFile(Call& call) {
+    const Text storeFolder = u"\\StoreMgr\\";
+    const Text path = call.String(0);
+    if (path.compare(0, storeFolder.size(), storeFolder) == 0) {
+        static Address next = 0x0A000000;
+        for (const Device::Card& card : TheMachine().device.cards) {
+            if (Widen(card.store) == path.substr(storeFolder.size())) {
+                next += 4;
+                Stores()[next] = &card;
+                return next;
+            }
+        }
+        SetLastError(ERROR_FILE_NOT_FOUND);
+        return Result(INVALID_HANDLE_VALUE);
+    }
     return Result(CreateFileW(call.String(0), call.Word(1), call.Word(2), nullptr, call.Word(4),
                               call.Word(5), nullptr));
+}
+
+std::uint64_t CloseAHandle(Call& call) {
+    if (Stores().erase(call.Word(0)) != 0 || IsDescribedHandle(call.Word(0))) {
+        return TRUE;
+    }
+    return Result(CloseHandle(call.HandleAt(0)));
 }
 
 std::uint64_t ReadBytes(Call& call) {
@@ -205,6 +229,7 @@ const Services services = {
     {"GetFileAttributesExW", MoreAttributes},
     {"SetFileAttributesW", Direct<SetFileAttributesW>},
     {"CreateFileW", OpenAFile},
+    {"CloseHandle", CloseAHandle},
     {"ReadFile", ReadBytes},
     {"WriteFile", WriteBytes},
     {"GetFileSize", Direct<GetFileSize>},
@@ -222,5 +247,19 @@ const Services services = {
 };
 
 }  // namespace
+
+Address StartCardSearch() {
+    return Remember({nullptr, false, 1});
+}
+
+size_t* CardSearch(Address handle) {
+    const auto found = Searches().find(handle);
+    return found == Searches().end() || found->second.handle ? nullptr : &found->second.nextCard;
+}
+
+const Device::Card* CardOfStore(Address handle) {
+    const auto found = Stores().find(handle);
+    return found == Stores().end() ? nullptr : found->second;
+}
 
 }  // namespace emulator

@@ -5,6 +5,7 @@
 #include "call.h"
 #include "machine.h"
 #include "modules.h"
+#include "processes.h"
 #include "stop.h"
 
 namespace emulator {
@@ -36,10 +37,31 @@ std::uint64_t MakeMutex(Call& call) {
 
 std::uint64_t WaitForOne(Call& call) {
     TheMachine().counts.Idle();
+    if (IsDescribedHandle(call.Word(0))) {
+        const bool ended = ExitCodeOfDescribed(call.Word(0)) != STILL_ACTIVE;
+        return ended ? WAIT_OBJECT_0 : static_cast<Address>(WAIT_TIMEOUT);
+    }
     return Result(WaitForSingleObject(call.KernelHandle(0), call.Word(1)));
 }
 
+// Windows CE looks at no rights: every process may do everything to every other.
+std::uint64_t OpenAProcess(Call& call) {
+    const Address described = OpenDescribed(call.Word(2));
+    return described ? described : Result(OpenProcess(PROCESS_ALL_ACCESS, FALSE, call.Word(2)));
+}
+
+std::uint64_t ExitCode(Call& call) {
+    if (IsDescribedHandle(call.Word(0))) {
+        *call.Out<Address>(1) = ExitCodeOfDescribed(call.Word(0));
+        return TRUE;
+    }
+    return Result(GetExitCodeProcess(call.KernelHandle(0), call.Out<DWORD>(1)));
+}
+
 std::uint64_t End(Call& call) {
+    if (IsDescribedHandle(call.Word(0))) {
+        return EndDescribed(call.Word(0), call.Word(1));
+    }
     if (call.KernelHandle(0) == GetCurrentProcess()) {
         EndRun(call.Word(1));
     }
@@ -152,9 +174,8 @@ const Services services = {
     {"GetCommandLineW", CommandLine},
     {"TerminateProcess", End},
     {"CreateProcessW", StartProcess},
-    {"OpenProcess", Direct<OpenProcess>},
-    {"GetExitCodeProcess", Direct<GetExitCodeProcess>},
-    {"CloseHandle", Direct<CloseHandle>},
+    {"OpenProcess", OpenAProcess},
+    {"GetExitCodeProcess", ExitCode},
     {"CreateEventW", MakeEvent},
     {"OpenEventW", Direct<OpenEventW>},
     {"EventModify", ChangeEvent},

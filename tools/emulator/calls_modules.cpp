@@ -7,6 +7,7 @@
 #include "machine.h"
 #include "modules.h"
 #include "paths.h"
+#include "processes.h"
 #include "stop.h"
 
 namespace emulator {
@@ -140,7 +141,7 @@ std::uint64_t ModuleFile(Call& call) {
         path = DevicePath(own);
     } else if (const auto found = Libraries().find(call.Word(0)); found != Libraries().end()) {
         path = found->second->path;
-    } else if (!ProcessPath(call.Word(0), &path)) {
+    } else if (!PathOfModuleNumber(call.Word(0), &path) && !ProcessPath(call.Word(0), &path)) {
         SetLastError(ERROR_INVALID_HANDLE);
         return 0;
     }

@@ -111,6 +111,9 @@ unsigned RunProgram() {
     machine.engine.SetStack(stack, machine.device.stackSize);
     machine.engine.CountCode(machine.image.CodeStart(), machine.image.CodeSize());
     MakeKernelPage(machine.engine);
+    for (const Device::Card& card : machine.device.cards) {
+        CreateDirectoryW((u"\\" + Widen(card.folder)).c_str(), nullptr);
+    }
     MakeShellStrip();
     const Text arguments = Arguments();
     machine.commandLine =

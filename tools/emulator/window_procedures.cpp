@@ -214,6 +214,16 @@ std::uint64_t ProcessOfWindow(Call& call) {
     return Result(GetWindowThreadProcessId(call.HandleAt<HWND>(0), call.Out<DWORD>(1)));
 }
 
+// Handles in a class are longer here.
+std::uint64_t ClassWord(Call& call) {
+    const int index = call.Signed(1);
+    if (index == GCLP_HICON || index == GCLP_HICONSM || index == GCLP_HCURSOR ||
+        index == GCLP_HBRBACKGROUND) {
+        return Result(GetClassLongPtrW(call.HandleAt<HWND>(0), index));
+    }
+    return Result(GetClassLongW(call.HandleAt<HWND>(0), index));
+}
+
 std::uint64_t PointIsIn(Call& call) {
     const POINT point = {call.Signed(1), call.Signed(2)};
     return Result(PtInRect(call.In<RECT>(0), point));
@@ -272,6 +282,16 @@ const Services services = {
     {"GetWindowThreadProcessId", ProcessOfWindow},
     {"MonitorFromWindow", MonitorOf},
     {"PtInRect", PointIsIn},
+    {"InflateRect", Direct<InflateRect>},
+    {"OffsetRect", Direct<OffsetRect>},
+    {"IntersectRect", Direct<IntersectRect>},
+    {"UnionRect", Direct<UnionRect>},
+    {"EqualRect", Direct<EqualRect>},
+    {"IsRectEmpty", Direct<IsRectEmpty>},
+    {"SetRect", Direct<SetRect>},
+    {"SetRectEmpty", Direct<SetRectEmpty>},
+    {"CopyRect", Direct<CopyRect>},
+    {"GetClassLongW", ClassWord},
 };
 
 }  // namespace
