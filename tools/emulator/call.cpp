@@ -32,6 +32,8 @@ struct Trap {
     std::string name;
     Server server = nullptr;
     WNDPROC procedure = nullptr;
+    // A function of an object, which no library exports.
+    bool method = false;
     unsigned long calls = 0;
 };
 
@@ -102,12 +104,13 @@ std::uint64_t ServeCall(Engine& engine, unsigned index) {
     const std::string name = traps[index].name;
     const Server server = traps[index].server;
     const WNDPROC procedure = traps[index].procedure;
+    const bool method = traps[index].method;
     ++traps[index].calls;
     Call call(engine, name.c_str());
     if (procedure) {
         return RunProcedure(call, procedure);
     }
-    if (Exports().count(name) == 0) {
+    if (!method && Exports().count(name) == 0) {
         Stop("the program called %s, which the device does not export", name.c_str());
     }
     if (!server) {
@@ -136,6 +139,16 @@ Address TrapForExport(const std::string& library, const std::string& name) {
     trap.server = found == Table().end() ? nullptr : found->second;
     traps.push_back(trap);
     return Engine::TrapAddress(static_cast<unsigned>(traps.size() - 1));
+}
+
+Address TrapForMethod(const std::string& name) {
+    Trap trap;
+    trap.name = name;
+    const auto found = Table().find(name);
+    trap.server = found == Table().end() ? nullptr : found->second;
+    trap.method = true;
+    Traps().push_back(trap);
+    return Engine::TrapAddress(static_cast<unsigned>(Traps().size() - 1));
 }
 
 Address TrapForProcedure(WNDPROC procedure) {
@@ -168,7 +181,7 @@ void PrintServedCalls() {
 void PrintCoveredCalls() {
     std::vector<const Trap*> covered;
     for (const Trap& trap : Traps()) {
-        if (!trap.procedure) {
+        if (!trap.procedure && !trap.method) {
             covered.push_back(&trap);
         }
     }

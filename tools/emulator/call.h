@@ -82,6 +82,8 @@ class Services {
 std::uint64_t ServeCall(Engine& engine, unsigned index);
 // Whether the device exports a call, and the trap for it; 0 if not.
 Address TrapForExport(const std::string& library, const std::string& name);
+// The trap for a function of an object, "IUnknown#2".
+Address TrapForMethod(const std::string& name);
 // Reads which functions the device's libraries export.
 void ReadExports(const std::string& path);
 void PrintServedCalls();

@@ -215,11 +215,14 @@ Description* Sized(const Call& call, unsigned index) {
     return shown;
 }
 
-bool ShowStore(size_t index, DeviceStore* shown) {
-    if (index >= Cards().size()) {
+bool ShowStore(size_t* next, DeviceStore* shown) {
+    while (*next < Cards().size() && Cards()[*next].store.empty()) {
+        ++*next;
+    }
+    if (*next >= Cards().size()) {
         return false;
     }
-    const Device::Card& card = Cards()[index];
+    const Device::Card& card = Cards()[(*next)++];
     *shown = {};
     shown->cbSize = sizeof *shown;
     CopyText(shown->szDeviceName, card.store);
@@ -234,12 +237,13 @@ bool ShowStore(size_t index, DeviceStore* shown) {
 }
 
 std::uint64_t FirstStore(Call& call) {
-    return ShowStore(0, Sized<DeviceStore>(call, 0)) ? StartWalk(Walk::stores, 1)
-                                                     : NoMore(Result(INVALID_HANDLE_VALUE));
+    size_t next = 0;
+    return ShowStore(&next, Sized<DeviceStore>(call, 0)) ? StartWalk(Walk::stores, next)
+                                                         : NoMore(Result(INVALID_HANDLE_VALUE));
 }
 
 std::uint64_t NextStore(Call& call) {
-    return ShowStore(WalkOf(call)++, Sized<DeviceStore>(call, 1)) ? TRUE : NoMore(FALSE);
+    return ShowStore(&WalkOf(call), Sized<DeviceStore>(call, 1)) ? TRUE : NoMore(FALSE);
 }
 
 std::uint64_t CloseWalk(Call& call) {

@@ -9,6 +9,7 @@
 #include "images.h"
 #include "machine.h"
 #include "paths.h"
+#include "processes.h"
 #include "shortcuts.h"
 #include "stop.h"
 
@@ -60,9 +61,12 @@ std::uint64_t FileInformation(Call& call) {
     }
     const Text path = call.Word(0) ? DrivePath(call.String(0)) : Text();
     SHFILEINFOW information = {};
+    // Programs in the device's memory of its own are no files here.
+    const bool missing = GetFileAttributesW(path.c_str()) == INVALID_FILE_ATTRIBUTES;
+    const bool byName = call.Word(0) == 0 || (missing && IsDescribedProgram(DevicePath(path)));
     const DWORD_PTR result =
         SHGetFileInfoW(path.c_str(), call.Word(1), &information, sizeof information,
-                       call.Word(0) ? flags : flags | SHGFI_USEFILEATTRIBUTES);
+                       byName ? flags | SHGFI_USEFILEATTRIBUTES : flags);
     shown->hIcon = static_cast<Address>(Result(information.hIcon));
     shown->iIcon = information.iIcon;
     shown->dwAttributes = information.dwAttributes;

@@ -131,8 +131,8 @@ void Device::ReadLine(const std::string& file, unsigned number, const std::strin
         card.folder = line.Take("folder");
         card.size = line.TakeNumber<std::uint64_t>("kilobytes") * kilobyte;
         card.free = line.TakeNumber<std::uint64_t>("free") * kilobyte;
-        card.store = line.Take("store");
-        card.profile = line.Take("profile");
+        card.store = line.Take("store", "");
+        card.profile = line.Take("profile", "");
         cards.push_back(card);
     } else if (kind == "process") {
         Process process;

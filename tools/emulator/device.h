@@ -38,7 +38,8 @@ struct Device {
         std::string folder;
         std::uint64_t size = 0;
         std::uint64_t free = 0;
-        // What the storage manager calls the store, and its profile.
+        // What the storage manager calls the store, and its profile; empty for memory of the device
+        // itself, which the storage manager does not know.
         std::string store;
         std::string profile;
     };

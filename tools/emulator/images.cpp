@@ -1,7 +1,11 @@
 #include "images.h"
 
-#include <initguid.h>
 #include <objbase.h>
+#include <ocidl.h>
+#include <propidl.h>
+// Wine's library of identifiers lacks those of this header.
+#include <initguid.h>
+// Behind what makes its identifiers.
 #include <wincodec.h>
 
 namespace emulator {
@@ -48,7 +52,7 @@ HBITMAP DecodePicture(void* bytes, DWORD size) {
     UINT height = 0;
     // Wine has no way from a palette to 24 bits a pixel but over 32.
     if (FAILED(CoCreateInstance(CLSID_WICImagingFactory, nullptr, CLSCTX_INPROC_SERVER,
-                                IID_IWICImagingFactory,
+                                __uuidof(IWICImagingFactory),
                                 reinterpret_cast<void**>(factory.Receive()))) ||
         FAILED(factory->CreateStream(stream.Receive())) ||
         FAILED(stream->InitializeFromMemory(static_cast<BYTE*>(bytes), size)) ||

@@ -100,6 +100,13 @@ const Device::Process* FindRunning(const std::vector<Device::Process>& processes
     return found == processes.end() ? nullptr : &*found;
 }
 
+bool IsDescribedProgram(const Text& path) {
+    const std::vector<Device::Process>& described = TheMachine().device.processes;
+    return std::any_of(described.begin(), described.end(), [&](const Device::Process& process) {
+        return lstrcmpiW(Widen(process.path).c_str(), path.c_str()) == 0;
+    });
+}
+
 Address OpenDescribed(Address id) {
     const std::vector<Device::Process>& described = TheMachine().device.processes;
     for (size_t i = 0; i < described.size(); ++i) {

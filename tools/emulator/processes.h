@@ -15,6 +15,9 @@ std::vector<Device::Process> RunningProcesses();
 // Null when there is none with this id.
 const Device::Process* FindRunning(const std::vector<Device::Process>& processes, Address id);
 
+// Whether the description has a process of this path.
+bool IsDescribedProgram(const Text& path);
+
 // The handle of a described process, which lives only as long as nobody ends it; 0 for others.
 Address OpenDescribed(Address id);
 bool IsDescribedHandle(Address handle);
