@@ -5,7 +5,8 @@
 namespace emulator {
 
 Text DevicePath(const Text& path) {
-    return path.size() > 1 && path[1] == u':' ? path.substr(2) : path;
+    const bool onDevice = path.size() > 1 && path[1] == u':' && (path[0] | 0x20) == u'c';
+    return onDevice ? path.substr(2) : path;
 }
 
 Text DrivePath(const Text& path) {

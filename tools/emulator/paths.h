@@ -8,7 +8,7 @@
 
 namespace emulator {
 
-// A path of this process without the drive's letter.
+// A path of this process without the letter of the device's drive; others keep theirs.
 Text DevicePath(const Text& path);
 // A path of the device with the drive's letter, for calls that need one.
 Text DrivePath(const Text& path);
