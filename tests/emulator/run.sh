@@ -54,5 +54,52 @@ Expect free-what-the-system-has 99 'LocalFree: the block .* belongs to the syste
 Expect read-nothing 99 'a read of 4 bytes at 00000020: nothing is there' 'ReadNothing'
 Expect leave-section-twice 99 'LeaveCriticalSection: the critical section at .* was not entered'
 
+# Wherever it is loaded and whatever processor it has, the program is the same.
+for processor in sa1110 ti925t arm926; do
+    VANTOR_HANDHELD_PROCESSOR=$processor VANTOR_HANDHELD_BASE=0x2a540000 Expect none 7
+    VANTOR_HANDHELD_PROCESSOR=$processor VANTOR_HANDHELD_BASE=0x2a540000 Expect read-unaligned 99 'ReadUnaligned'
+done
+
+# What the emulator has to serve: everything that the executable imports.
+VANTOR_HANDHELD_CHECK=1 timeout 60 "$root/tools/device/in_device" --handheld "$root/tests/devices/small.txt" \
+    'C:\Program Files\Vantor\vantor.exe' || { echo "FAILED: system calls are missing" >&2; failures=$((failures + 1)); }
+
+# A mistake in a description is found.
+for line in 'screen width=240 height=320 dots=96' 'screen width=a height=320 dots=96 caption=0' 'card' 'printer paper=A4' \
+    'module name=a.dll base=1 size=1' 'stack kilobytes=64 colour=red' 'process name="a'; do
+    echo "$line" >"$folder/device.txt"
+    result=0
+    timeout 60 "$root/tools/device/in_device" --handheld "$folder/device.txt" \
+        'C:\Program Files\Vantor\vantor.exe' >"$folder/said.txt" 2>&1 || result=$?
+    [[ $result == 99 ]] && grep -q 'device.txt:1: ' "$folder/said.txt" || {
+        echo "FAILED: \"$line\" was taken for a description" >&2
+        failures=$((failures + 1))
+    }
+done
+
+# The program itself on every described device: it shows as many processes as there are, itself among them.
+for device in small large tall; do
+    timeout 60 "$root/tools/device/in_device" --handheld "$root/tests/devices/$device.txt" \
+        'C:\Program Files\Vantor\vantor.exe' >"$folder/said.txt" 2>&1 &
+    program=$!
+    described=$(grep -c '^process ' "$root/tests/devices/$device.txt")
+    shown=
+    for ((attempt = 0; attempt < 100; ++attempt)); do
+        xdotool search --onlyvisible --name '^\\$' >/dev/null 2>&1 && xdotool key 3 || true
+        shown=$(xdotool search --onlyvisible --name '^Processes' getwindowname 2>/dev/null || true)
+        [[ -z $shown ]] || break
+        sleep 0.1
+    done
+    [[ $shown == "Processes ($((described + 1)))" ]] || {
+        echo "FAILED: on the device $device the caption is \"$shown\"" >&2
+        cat "$folder/said.txt" >&2
+        failures=$((failures + 1))
+    }
+    xdotool key F2 sleep 0.5 key Up Return
+    wait $program || { echo "FAILED: on the device $device the program ended with $?" >&2; failures=$((failures + 1)); }
+done
+
+# Cards that the test device does not have otherwise.
+rmdir "$VANTOR_DEVICE/drive_c/CF Card" "$VANTOR_DEVICE/drive_c/Flash Disk" 2>/dev/null || true
 ((failures == 0)) || exit 1
 echo "all passed"

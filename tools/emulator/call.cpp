@@ -172,10 +172,16 @@ WNDPROC ProcedureOfTrap(Address address) {
     return address >= first && index < traps.size() ? traps[index].procedure : nullptr;
 }
 
-void PrintServedCalls() {
-    for (const auto& [name, server] : Table()) {
-        std::printf("%s\n", name.c_str());
+bool PrintMissingCalls() {
+    FillTraps();
+    bool complete = true;
+    for (const Trap& trap : Traps()) {
+        if (!trap.server || Exports().count(trap.name) == 0) {
+            std::printf("%s is not %s\n", trap.name.c_str(), trap.server ? "exported" : "served");
+            complete = false;
+        }
     }
+    return complete;
 }
 
 void PrintCoveredCalls() {

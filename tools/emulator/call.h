@@ -86,7 +86,8 @@ Address TrapForExport(const std::string& library, const std::string& name);
 Address TrapForMethod(const std::string& name);
 // Reads which functions the device's libraries export.
 void ReadExports(const std::string& path);
-void PrintServedCalls();
+// Names the calls that the program imports and nobody serves; false when there are any.
+bool PrintMissingCalls();
 void PrintCoveredCalls();
 
 // The trap whose call runs a procedure of this process, and back; both give 0 or null for others.

@@ -37,15 +37,24 @@ Address Heap::Take(Address extent) {
         top_ += extent;
         return block;
     }
-    // Only now what was freed is used again, the oldest first.
+    // Only now what was freed is used again, the oldest first; what is left of a block is one
+    // itself.
     for (auto candidate = freedOrder_.begin(); candidate != freedOrder_.end(); ++candidate) {
-        const auto block = freed_.find(*candidate);
-        if (block->second.extent == extent) {
-            const Address address = block->first;
-            freed_.erase(block);
-            freedOrder_.erase(candidate);
-            return address;
+        const auto found = freed_.find(*candidate);
+        const Address address = found->first;
+        Block block = found->second;
+        if (block.extent != extent && block.extent < extent + 2 * gap) {
+            continue;
         }
+        freed_.erase(found);
+        freedOrder_.erase(candidate);
+        if (block.extent != extent) {
+            block.extent -= extent;
+            block.size = 0;
+            freed_[address + extent] = block;
+            freedOrder_.push_back(address + extent);
+        }
+        return address;
     }
     return 0;
 }

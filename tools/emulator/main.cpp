@@ -26,6 +26,7 @@ struct Options {
     Address base = 0;
     Processor processor = Processor::Ti925t;
     bool coveredCalls = false;
+    bool missingCalls = false;
     unsigned functions = 0;
 };
 
@@ -54,6 +55,7 @@ Options ReadOptions() {
     }
     TheMachine().counts.tellsSteps = !FromEnvironment("VANTOR_HANDHELD_STEPS").empty();
     read.coveredCalls = !FromEnvironment("VANTOR_HANDHELD_CALLS").empty();
+    read.missingCalls = !FromEnvironment("VANTOR_HANDHELD_CHECK").empty();
     read.functions =
         static_cast<unsigned>(std::atoi(FromEnvironment("VANTOR_HANDHELD_FUNCTIONS").c_str()));
     return read;
@@ -102,6 +104,9 @@ unsigned RunProgram() {
     }
     ReadExports(options.exports);
     machine.image.LoadProgram(options.executable, options.base);
+    if (options.missingCalls) {
+        return PrintMissingCalls() ? 0 : 1;
+    }
     machine.symbols.Place(machine.image.PreferredBase(), machine.image.Base(),
                           machine.image.Size());
     ReadSymbols(options.executable);
