@@ -60,6 +60,18 @@ for processor in sa1110 ti925t arm926; do
     VANTOR_HANDHELD_PROCESSOR=$processor VANTOR_HANDHELD_BASE=0x2a540000 Expect read-unaligned 99 'ReadUnaligned'
 done
 
+# Counts are the same in every run, wherever the program stands.
+CountInstructions() {
+    VANTOR_HANDHELD_FUNCTIONS=1 Expect use-sixty-kilobytes 7 'instructions in all'
+    grep 'instructions in all' "$folder/said.txt"
+}
+first=$(CountInstructions)
+second=$(VANTOR_HANDHELD_BASE=0x2a540000 CountInstructions)
+[[ -n $first && $first == "$second" ]] || {
+    echo "FAILED: one run took $first, another $second" >&2
+    failures=$((failures + 1))
+}
+
 # What the emulator has to serve: everything that the executable imports.
 VANTOR_HANDHELD_CHECK=1 timeout 60 "$root/tools/device/in_device" --handheld "$root/tests/devices/small.txt" \
     'C:\Program Files\Vantor\vantor.exe' || { echo "FAILED: system calls are missing" >&2; failures=$((failures + 1)); }
