@@ -112,6 +112,6 @@ for device in small large tall; do
 done
 
 # Cards that the test device does not have otherwise.
-rmdir "$VANTOR_DEVICE/drive_c/CF Card" "$VANTOR_DEVICE/drive_c/Flash Disk" 2>/dev/null || true
+rmdir "$VANTOR_DEVICE/drive_c/Storage Card2" "$VANTOR_DEVICE/drive_c/Persistent Store" 2>/dev/null || true
 ((failures == 0)) || exit 1
 echo "all passed"

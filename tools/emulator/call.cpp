@@ -122,25 +122,6 @@ std::uint64_t ServeCall(Engine& engine, unsigned index) {
     return result;
 }
 
-Address TrapForExport(const std::string& library, const std::string& name) {
-    const std::string key = KeyOf(library, name);
-    if (Exports().count(key) == 0) {
-        return 0;
-    }
-    std::vector<Trap>& traps = Traps();
-    for (size_t i = 0; i < traps.size(); ++i) {
-        if (traps[i].name == key) {
-            return Engine::TrapAddress(static_cast<unsigned>(i));
-        }
-    }
-    Trap trap;
-    trap.name = key;
-    const auto found = Table().find(key);
-    trap.server = found == Table().end() ? nullptr : found->second;
-    traps.push_back(trap);
-    return Engine::TrapAddress(static_cast<unsigned>(traps.size() - 1));
-}
-
 Address TrapForMethod(const std::string& name) {
     Trap trap;
     trap.name = name;

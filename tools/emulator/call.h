@@ -80,8 +80,6 @@ class Services {
 
 // Serves the program's import of this number. The upper word of the result is r1's.
 std::uint64_t ServeCall(Engine& engine, unsigned index);
-// Whether the device exports a call, and the trap for it; 0 if not.
-Address TrapForExport(const std::string& library, const std::string& name);
 // The trap for a function of an object, "IUnknown#2".
 Address TrapForMethod(const std::string& name);
 // Reads which functions the device's libraries export.

@@ -193,10 +193,6 @@ std::uint64_t MonitorArea(Call& call) {
     return Result(result);
 }
 
-std::uint64_t Metric(Call& call) {
-    return Result(GetSystemMetrics(call.Signed(0)));
-}
-
 const Services services = {
     {"GetDC", Direct<GetDC>},
     {"GetWindowDC", Direct<GetWindowDC>},
@@ -258,7 +254,7 @@ const Services services = {
     {"GetTextColor", Direct<GetTextColor>},
     {"GetSysColor", Direct<GetSysColor>},
     {"GetSysColorBrush", Direct<GetSysColorBrush>},
-    {"GetSystemMetrics", Metric},
+    {"GetSystemMetrics", Direct<GetSystemMetrics>},
     {"GetMonitorInfo", MonitorArea},
 };
 

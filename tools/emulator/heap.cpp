@@ -73,7 +73,6 @@ Address Heap::Allocate(Address size, bool zeroed, Address owner) {
     std::memset(PointerTo(block), zeroed ? 0 : fresh, size);
     liveBytes_ += size;
     mostBytes_ = std::max(mostBytes_, liveBytes_);
-    ++allocations_;
     return block;
 }
 

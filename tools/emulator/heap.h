@@ -37,7 +37,6 @@ class Heap {
     Address LiveBytes() const { return liveBytes_; }
     size_t LiveBlocks() const { return live_.size(); }
     Address MostBytes() const { return mostBytes_; }
-    unsigned long Allocations() const { return allocations_; }
 
  private:
     struct Block {
@@ -55,7 +54,6 @@ class Heap {
     Address top_ = 0;
     Address liveBytes_ = 0;
     Address mostBytes_ = 0;
-    unsigned long allocations_ = 0;
     std::vector<std::uint8_t> bits_;
     std::map<Address, Block> live_;
     // Freed and not used again, the oldest first.

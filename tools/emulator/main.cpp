@@ -138,7 +138,10 @@ Machine& TheMachine() {
 
 void EndRun(unsigned exitCode) {
     if (options.functions != 0) {
+        const Heap& heap = TheMachine().heap;
         TheMachine().counts.PrintFunctions(options.functions);
+        std::printf("%12u bytes of the heap are still taken, in %zu blocks; at most it was %u\n",
+                    heap.LiveBytes(), heap.LiveBlocks(), heap.MostBytes());
     }
     if (options.coveredCalls) {
         PrintCoveredCalls();

@@ -86,10 +86,6 @@ std::string Symbols::NameAt(int index) const {
     return index < 0 ? "?" : Demangle(symbols_[static_cast<size_t>(index)].name.c_str());
 }
 
-std::string Symbols::Function(Address address) const {
-    return NameAt(Index(address));
-}
-
 std::string Symbols::Name(Address address) const {
     if (address == 0) {
         return "the system";

@@ -17,8 +17,6 @@ class Symbols {
 
     // "Function+0x12 (rva 0x345)"; the address alone outside the image; "the system" for 0.
     std::string Name(Address address) const;
-    // The function alone.
-    std::string Function(Address address) const;
     // The index of the function at an address of the image, for counting; -1 for none.
     int Index(Address address) const;
     std::string NameAt(int index) const;

@@ -206,10 +206,6 @@ std::uint64_t FinishPainting(Call& call) {
     return Result(result);
 }
 
-std::uint64_t MonitorOf(Call& call) {
-    return Result(MonitorFromWindow(call.HandleAt<HWND>(0), call.Word(1)));
-}
-
 std::uint64_t ProcessOfWindow(Call& call) {
     return Result(GetWindowThreadProcessId(call.HandleAt<HWND>(0), call.Out<DWORD>(1)));
 }
@@ -280,7 +276,7 @@ const Services services = {
     {"IsWindowEnabled", Direct<IsWindowEnabled>},
     {"IsChild", Direct<IsChild>},
     {"GetWindowThreadProcessId", ProcessOfWindow},
-    {"MonitorFromWindow", MonitorOf},
+    {"MonitorFromWindow", Direct<MonitorFromWindow>},
     {"PtInRect", PointIsIn},
     {"InflateRect", Direct<InflateRect>},
     {"OffsetRect", Direct<OffsetRect>},
