@@ -196,8 +196,12 @@ std::uint64_t MakeFolder(Call& call) {
 const Device::Card* CardOf(const WCHAR* path) {
     for (const Device::Card& card : TheMachine().device.cards) {
         const Text folder = u"\\" + Widen(card.folder);
-        const Text start = Text(path).substr(0, folder.size());
-        if (lstrcmpiW(start.c_str(), folder.c_str()) == 0) {
+        const Text whole = path;
+        if (whole.size() < folder.size()) {
+            continue;
+        }
+        const bool within = whole.size() == folder.size() || whole[folder.size()] == u'\\';
+        if (within && lstrcmpiW(whole.substr(0, folder.size()).c_str(), folder.c_str()) == 0) {
             return &card;
         }
     }
