@@ -2,7 +2,12 @@
 
 #include <algorithm>
 
+#include "app/about_box.h"
+#include "app/language_menu.h"
+#include "app/module.h"
+#include "app/run.h"
 #include "app/settings.h"
+#include "app/settings_page.h"
 #include "app/view_choice.h"
 #include "faults/fault.h"
 #include "platform/aygshell.h"
@@ -11,6 +16,8 @@
 #include "ui/action.h"
 #include "ui/drawing_resources.h"
 #include "ui/held_fault.h"
+#include "ui/menu_items.h"
+#include "ui/message_box.h"
 #include "ui/paint.h"
 #include "ui/screen_metrics.h"
 #include "views/apps/applications_view.h"
@@ -28,6 +35,8 @@ using views::ViewIndex;
 namespace {
 
 constexpr UINT programTitle = 100;
+constexpr UINT questionRestart = 998;
+constexpr UINT captionLanguageChanged = 999;
 
 // The menu of the slide bar: the views.
 constexpr UINT viewsMenu = 502;
@@ -201,9 +210,65 @@ void MainFrame::UpdateMenu() {
             views::CheckCommand(slideBar_.Menu(), entry.command, entry.view == current_);
         }
     }
-    views::EnableCommand(menu, views::commandSettings, false);
-    views::EnableCommand(menu, views::commandAbout, false);
     Current().UpdateMenu(menu);
+}
+
+// Follows the languages each time that the menu opens: packs may have come or gone.
+void MainFrame::UpdateLanguages(HMENU menu) {
+    const HMENU languages = FindLanguageMenu(menu);
+    if (!languages) {
+        return;
+    }
+    size_t count = 0;
+    try {
+        count = FillLanguageMenu(languages);
+    } catch (const faults::Fault&) {
+        // The settings dialog tells why the languages cannot be listed.
+        languageMenu_ = nullptr;
+        return;
+    }
+    languageMenu_ = languages;
+    ui::MenuItem item;
+    for (UINT position = 0; ui::ReadMenuItem(menu, position, &item); ++position) {
+        if (item.submenu == languages) {
+            EnableMenuItem(menu, position,
+                           static_cast<UINT>(MF_BYPOSITION | (count > 1 ? MF_ENABLED : MF_GRAYED)));
+        }
+    }
+}
+
+void MainFrame::ChooseLanguage(WORD command) {
+    const HMENU menu = FindLanguageMenu(bar_.Menu());
+    const std::optional<LANGID> language =
+        menu && menu == languageMenu_ ? LanguageOfCommand(menu, command) : std::optional<LANGID>();
+    if (!language) {
+        return;
+    }
+    WriteNumber(settingLanguage, *language);
+    if (*language == 0 || *language == text::Language()) {
+        return;
+    }
+    if (MessageBoxW(Handle(), std::wstring(text::LoadText(questionRestart)).c_str(),
+                    std::wstring(text::LoadText(captionLanguageChanged)).c_str(),
+                    MB_YESNO | MB_ICONQUESTION) == IDYES) {
+        RequestRestart();
+    }
+}
+
+void MainFrame::ChangeSettings() {
+    if (!ShowSettings(Handle())) {
+        return;
+    }
+    constexpr UINT buttons[] = {ui::buttonYes, ui::buttonNo};
+    if (ui::ShowMessage(Handle(), std::wstring(text::LoadText(questionRestart)),
+                        captionLanguageChanged, 2, buttons, 0) == ui::buttonYes) {
+        RequestRestart();
+    }
+}
+
+void MainFrame::RequestRestart() {
+    TheModule().SetExitHook(Restart);
+    PostMessageW(Handle(), WM_CLOSE, 0, 0);
 }
 
 bool MainFrame::SwitchCommand(WORD command) {
@@ -232,6 +297,13 @@ void MainFrame::OnCommand(WORD command) {
     ui::RunAction(Handle(), ui::actionFailed, [&] {
         if (const DWORD mask = views::FlagOfCommand(command)) {
             FlipFlag(mask);
+        } else if (command >= views::commandFirstLanguage &&
+                   command <= views::commandLastLanguage) {
+            ChooseLanguage(command);
+        } else if (command == views::commandSettings) {
+            ChangeSettings();
+        } else if (command == views::commandAbout) {
+            ShowAbout(Handle());
         } else if (!Current().Command(command)) {
             SwitchCommand(command);
         }
@@ -350,6 +422,7 @@ LRESULT MainFrame::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
             break;
         case WM_INITMENUPOPUP:
             UpdateMenu();
+            UpdateLanguages(reinterpret_cast<HMENU>(wParam));
             return 0;
         case WM_COMMAND:
             OnCommand(LOWORD(wParam));

@@ -62,6 +62,12 @@ class MainFrame final : public ui::Window, public views::Frame, private PaneOwne
     bool SwitchCommand(WORD command);
     void FlipFlag(DWORD mask);
     void UpdateMenu();
+    // Fills the languages in where `menu` holds them.
+    void UpdateLanguages(HMENU menu);
+    void ChooseLanguage(WORD command);
+    void ChangeSettings();
+    // Closes the frame; the program starts again when its window is gone.
+    void RequestRestart();
     bool OnHotKey(LPARAM key);
     void OnDestroy();
 
@@ -74,6 +80,8 @@ class MainFrame final : public ui::Window, public views::Frame, private PaneOwne
     views::HiddenAppList hiddenApps_;
     std::optional<views::AppCloser> closer_;
     DWORD flags_ = 0;
+    // The filled language menu of the bar's menu; null while that one is as loaded.
+    HMENU languageMenu_ = nullptr;
     int bandHeight_ = 0;
     // Whether creation has succeeded; only then is anything saved.
     bool open_ = false;

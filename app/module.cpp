@@ -57,18 +57,29 @@ void Module::Shutdown() {
 
 void Module::AddMessageLoop(MessageLoop* loop) {
     const Lock lock(lock_);
-    (*loops_)[GetCurrentThreadId()] = loop;
+    ForgetLoop();
+    loops_->push_back(LoopOfThread{GetCurrentThreadId(), loop});
 }
 
 void Module::RemoveMessageLoop() {
     const Lock lock(lock_);
-    loops_->erase(GetCurrentThreadId());
+    ForgetLoop();
+}
+
+void Module::ForgetLoop() {
+    std::erase_if(*loops_, [thread = GetCurrentThreadId()](const LoopOfThread& entry) {
+        return entry.thread == thread;
+    });
 }
 
 MessageLoop* Module::CurrentLoop() {
     const Lock lock(lock_);
-    const auto found = loops_->find(GetCurrentThreadId());
-    return found == loops_->end() ? nullptr : found->second;
+    for (const LoopOfThread& entry : *loops_) {
+        if (entry.thread == GetCurrentThreadId()) {
+            return entry.loop;
+        }
+    }
+    return nullptr;
 }
 
 Module& TheModule() {

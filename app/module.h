@@ -2,7 +2,6 @@
 #pragma once
 
 #include <functional>
-#include <map>
 #include <memory>
 #include <vector>
 
@@ -53,7 +52,15 @@ class Module {
     }
 
  private:
-    using LoopTable = std::map<DWORD, MessageLoop*>;
+    struct LoopOfThread {
+        DWORD thread;
+        MessageLoop* loop;
+    };
+    // Of the threads that have a loop, which are few.
+    using LoopTable = std::vector<LoopOfThread>;
+
+    // Without a lock.
+    void ForgetLoop();
 
     bool initialized_ = false;
     CRITICAL_SECTION lock_;

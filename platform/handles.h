@@ -44,6 +44,7 @@ using UniqueBitmap = Unique<HBITMAP, DeleteObject>;
 using UniqueBrush = Unique<HBRUSH, DeleteObject>;
 using UniqueFont = Unique<HFONT, DeleteObject>;
 using UniqueHandle = Unique<HANDLE, CloseHandle>;
+using UniqueIcon = Unique<HICON, DestroyIcon>;
 using UniqueKey = Unique<HKEY, RegCloseKey>;
 using UniqueMemoryDC = Unique<HDC, DeleteDC>;
 using UniqueMenu = Unique<HMENU, DestroyMenu>;

@@ -70,7 +70,7 @@ std::wstring FormatInserts(std::wstring_view pattern, std::initializer_list<Inse
 }
 
 std::wstring FormatTextInserts(UINT id, std::initializer_list<Insert> inserts) {
-    return FormatInserts(LoadText(id), inserts);
+    return FormatInserts(LoadPattern(id), inserts);
 }
 
 std::wstring FormatInteger(int64_t value) {

@@ -94,7 +94,7 @@ std::optional<uint32_t> StripHeight(HINSTANCE module, UINT id) {
     for (DWORD index = heightOffset; index < heightOffset + 4; ++index) {
         height = height << 8 | bytes[index];
     }
-    return height;
+    return height != 0 ? std::optional(height) : std::nullopt;
 }
 
 UINT ChooseStrip(HINSTANCE module, StripFamily family, unsigned iconSize) {

@@ -2,12 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include "app/settings.h"
 #include "faults/fault.h"
-#include "platform/handles.h"
-#include "tests/support/platform_hook.h"
-#include "tests/support/resource_module.h"
-#include "tests/support/world.h"
+#include "tests/app/language_fixture.h"
 #include "text/resources.h"
 
 using namespace test;
@@ -16,73 +12,11 @@ using app::LoadLanguage;
 
 namespace {
 
-constexpr LANGID german = 0x0407;
-constexpr LANGID french = 0x040C;
-constexpr UINT okText = 131;
-
-std::wstring programPath;
-
-DWORD WINAPI TellProgramPath(HMODULE, wchar_t* buffer, DWORD size) {
-    if (programPath.empty()) {
-        SetLastError(ERROR_NOT_ENOUGH_MEMORY);
-        return 0;
-    }
-    programPath.copy(buffer, size);
-    buffer[programPath.size()] = 0;
-    return static_cast<DWORD>(programPath.size());
-}
-
-std::vector<HMODULE> freed;
-BOOL(WINAPI* freeLibrary)(HMODULE) = nullptr;
-
-BOOL WINAPI NoteFreed(HMODULE module) {
-    freed.push_back(module);
-    return freeLibrary(module);
-}
-
 LCID WINAPI GermanUser() {
     return 0x00010407;
 }
 
-// A program in a folder of its own, whose packs stand beside it.
-class LanguagePacks : public testing::Test {
- protected:
-    LanguagePacks() {
-        programPath = L"C:" + folder.Path() + L"\\vantor.exe";
-        freed.clear();
-        freeLibrary = freeHook.Original();
-    }
-    ~LanguagePacks() override {
-        const HMODULE pack = text::ResourceModule();
-        text::SetProgramModule(text::ProgramModule());
-        if (pack != text::ProgramModule()) {
-            FreeLibrary(pack);
-        }
-    }
-
-    void MakePack(const std::wstring& name, LANGID language, const std::wstring& ok) {
-        ResourceModule(language).Text(okText, ok).Write(folder.Path() + L"\\" + name);
-    }
-    static void SetOverride(const wchar_t* name, DWORD type, const void* data, size_t size) {
-        platform::UniqueKey key;
-        ASSERT_EQ(RegCreateKeyExW(HKEY_LOCAL_MACHINE, app::languagePacksKey, 0, nullptr, 0,
-                                  KEY_ALL_ACCESS, nullptr, key.Receive(), nullptr),
-                  ERROR_SUCCESS);
-        ASSERT_EQ(RegSetValueExW(key.Get(), name, 0, type, static_cast<const BYTE*>(data),
-                                 static_cast<DWORD>(size)),
-                  ERROR_SUCCESS);
-    }
-    static void SetOverride(const std::wstring& path, DWORD type = REG_SZ) {
-        SetOverride(L"vantor.exe.0407.ui", type, path.c_str(), (path.size() + 1) * 2);
-    }
-    static std::wstring Ok() { return std::wstring(text::LoadText(okText)); }
-
-    const CleanSettings settings;
-    const TemporaryFolder folder;
-    const PlatformHook<DWORD(HMODULE, wchar_t*, DWORD)> pathHook{"GetModuleFileNameW",
-                                                                 TellProgramPath};
-    const PlatformHook<BOOL(HMODULE)> freeHook{"FreeLibrary", NoteFreed};
-};
+class LanguagePacks : public LanguageFixture {};
 
 }  // namespace
 
@@ -106,7 +40,7 @@ TEST_F(LanguagePacks, AreFoundBesideTheProgram) {
     EXPECT_TRUE(LoadLanguage(german));
     EXPECT_EQ(Ok(), L"Gut");
     EXPECT_EQ(text::Language(), german);
-    EXPECT_TRUE(freed.empty());
+    EXPECT_TRUE(Freed().empty());
 }
 
 TEST_F(LanguagePacks, ThatAreMissingChangeNothing) {
@@ -131,7 +65,7 @@ TEST_F(LanguagePacks, InUseStayWhenAnotherIsMissing) {
     EXPECT_FALSE(LoadLanguage(french));
     EXPECT_EQ(Ok(), L"Gut");
     EXPECT_EQ(text::Language(), german);
-    EXPECT_TRUE(freed.empty());
+    EXPECT_TRUE(Freed().empty());
 }
 
 TEST_F(LanguagePacks, InUseAreNotLoadedAgain) {
@@ -149,7 +83,7 @@ TEST_F(LanguagePacks, AreFreedWhenAnotherTakesTheirPlace) {
     const HMODULE pack = text::ResourceModule();
     EXPECT_TRUE(LoadLanguage(french));
     EXPECT_EQ(Ok(), L"Bien");
-    EXPECT_EQ(freed, std::vector<HMODULE>{pack});
+    EXPECT_EQ(Freed(), std::vector<HMODULE>{pack});
 }
 
 TEST_F(LanguagePacks, NamedByTheRegistryGoFirst) {
@@ -205,7 +139,7 @@ TEST_F(LanguagePacks, NamedForAnotherLanguageAreNotTaken) {
 }
 
 TEST_F(LanguagePacks, OfAProgramWithoutAPathAreAFault) {
-    programPath.clear();
+    LoseProgramPath();
     EXPECT_THROW(LoadLanguage(german), faults::W32Fault);
     EXPECT_TRUE(LoadLanguage(0x0409));
     try {

@@ -12,6 +12,7 @@
 #include "platform/coredll.h"
 #include "platform/desktop/paths.h"
 #include "tests/support/fake_frame.h"
+#include "tests/support/fake_processes.h"
 #include "tests/support/windows_seen.h"
 #include "tests/support/world.h"
 #include "text/resources.h"
@@ -19,6 +20,7 @@
 #include "views/display_flags.h"
 #include "views/files/file_transfer.h"
 #include "views/files/files_view.h"
+#include "views/processes/processes_view.h"
 #include "views/view_list.h"
 
 namespace {
@@ -219,6 +221,42 @@ void MeasureCopying() {
         [&] { CopyBare(source, next()); }, 11);
 }
 
+// 500 processes, against the same questions to the platform without a list.
+void MeasureProcesses() {
+    test::FakeProcesses device;
+    for (DWORD number = 0; number < 500; ++number) {
+        device.processes.push_back(test::FakeProcess{4 * (number + 1), L"explorer.exe",
+                                                     L"C:\\windows\\explorer.exe",
+                                                     (number * 7919ull % 500 + 1) << 20});
+    }
+    test::FakeFrame frame;
+    views::ProcessesView view(frame);
+    frame.Open(view);
+    const auto bareWalk = [] {
+        const platform::UniqueHandle snapshot(CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0));
+        PROCESSENTRY32W entry = {};
+        entry.dwSize = sizeof entry;
+        for (BOOL found = Process32FirstW(snapshot.Get(), &entry); found;
+             found = Process32NextW(snapshot.Get(), &entry)) {
+            HMODULE module = nullptr;
+            DWORD needed = 0;
+            const platform::UniqueHandle memory(OpenProcess(
+                PROCESS_QUERY_INFORMATION | PROCESS_VM_READ, FALSE, entry.th32ProcessID));
+            EnumProcessModules(memory.Get(), &module, sizeof module, &needed);
+            const platform::UniqueHandle process(
+                OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION, FALSE, entry.th32ProcessID));
+            wchar_t path[MAX_PATH];
+            DWORD length = MAX_PATH;
+            QueryFullProcessImageNameW(process.Get(), 0, path, &length);
+            SHFILEINFOW info;
+            SHGetFileInfoW(path, 0, &info, sizeof info, SHGFI_SYSICONINDEX | SHGFI_SMALLICON);
+        }
+    };
+    std::printf("500 processes: ");
+    Compare(
+        "refreshing the list", "the view", [&] { view.Refresh(); }, "bare walk", bareWalk, 11);
+}
+
 }  // namespace
 
 int main(int count, char** arguments) {
@@ -228,6 +266,7 @@ int main(int count, char** arguments) {
     MeasureDrag();
     MeasurePainting();
     MeasureCopying();
+    MeasureProcesses();
     MeasureListing(1000, 7);
     if (count > 1 && std::strcmp(arguments[1], "--large") == 0) {
         MeasureListing(10000, 1);

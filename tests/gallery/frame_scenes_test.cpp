@@ -3,6 +3,7 @@
 #include "tests/gallery/camera.h"
 #include "tests/gallery/sample_folder.h"
 #include "tests/support/fake_device.h"
+#include "tests/support/fake_processes.h"
 #include "tests/support/finger.h"
 #include "tests/support/input_taken.h"
 #include "tests/support/only_applications.h"
@@ -148,21 +149,99 @@ TEST_F(GalleryFrame, FilesUnderAFinger) {
     });
 }
 
-TEST_F(GalleryFrame, OtherViews) {
+TEST_F(GalleryFrame, Applications) {
     Run([&] {
         Give(601);
         camera.Take("applications");
         TakeMenu("F1", "applications_actions");
         TakeMenu("F2", "applications_menu");
+    });
+}
+
+namespace {
+
+// The processes and modules of a handheld.
+void FillSlots(FakeProcesses& device) {
+    const wchar_t* const names[] = {L"nk.exe",       L"filesys.exe", L"gwes.exe",    L"device.exe",
+                                    L"services.exe", L"shell32.exe", L"calendar.exe"};
+    DWORD number = 1;
+    for (const wchar_t* name : names) {
+        device.processes.push_back(FakeProcess{
+            0x8C0A0000 + number * 0x1F42,
+            name,
+            std::wstring(L"C:\\windows\\explorer.exe"),
+            number * 0x2000000,
+            number + 2,
+            {{MEM_FREE, 0x10000}, {MEM_COMMIT, number * 0x34000}, {MEM_RESERVE, 0x160000}},
+            0x12400});
+        ++number;
+    }
+    device.modules = {{L"calendar.exe", L"C:\\windows\\explorer.exe", 0x0E010000, 0x34000},
+                      {L"coredll.dll", L"C:\\windows\\system32\\kernel32.dll", 0x03F60000, 0xA2000},
+                      {L"a library with a name that is long.dll",
+                       L"C:\\Program Files\\Calendar of the family\\Libraries\\Long names\\a.dll",
+                       0x02110000, 0x1000}};
+}
+
+}  // namespace
+
+TEST_F(GalleryFrame, Processes) {
+    FakeProcesses device;
+    FillSlots(device);
+    Run([&] {
         Give(602);
         camera.Take("processes");
-        TakeMenu("F1", "processes_actions");
         TakeMenu("F2", "processes_menu");
+        Press("Down");
+        Press("Down");
+        camera.Take("processes_selected");
+        TakeMenu("F1", "processes_actions");
+        PostMessageW(frame.Handle(), WM_COMMAND, 615, 0);
+        EXPECT_TRUE(WaitForWindow(L"#32770"));
+        camera.Take("processes_kill");
+        Press("Escape");
+        EXPECT_TRUE(WaitFor([] { return !FindVisible(L"#32770"); }));
+        PostMessageW(frame.Handle(), WM_COMMAND, 614, 0);
+        EXPECT_TRUE(WaitForWindow(L"#32770"));
+        camera.Take("process_information");
+        Press("Escape");
+        EXPECT_TRUE(WaitFor([] { return !FindVisible(L"#32770"); }));
+    });
+}
+
+TEST_F(GalleryFrame, ProcessesWithDetails) {
+    FakeProcesses device;
+    FillSlots(device);
+    Run(
+        [&] {
+            Give(602);
+            Press("Down");
+            camera.Take("processes_details");
+        },
+        0x11C0);
+}
+
+TEST_F(GalleryFrame, Dlls) {
+    FakeProcesses device;
+    FillSlots(device);
+    Run([&] {
         Give(620);
         camera.Take("dlls");
         TakeMenu("F1", "dlls_actions");
         TakeMenu("F2", "dlls_menu");
     });
+}
+
+TEST_F(GalleryFrame, DllsWithDetails) {
+    FakeProcesses device;
+    FillSlots(device);
+    Run(
+        [&] {
+            Give(620);
+            Press("Down");
+            camera.Take("dlls_details");
+        },
+        0x3040);
 }
 
 TEST_F(GalleryFrame, Status) {
@@ -240,5 +319,19 @@ TEST_F(GalleryFrame, Properties) {
         takeProperties("files_properties_of_a_long_name");
         Press("Down");
         takeProperties("files_properties");
+    });
+}
+
+TEST_F(GalleryFrame, SettingsAndAbout) {
+    Run([&] {
+        for (const auto& [command, scene] : {std::pair(680u, "settings"), {57664u, "about"}}) {
+            PostMessageW(frame.Handle(), WM_COMMAND, command, 0);
+            const HWND page = WaitForWindow(L"#32770");
+            ASSERT_TRUE(page);
+            EXPECT_TRUE(WaitFor([&] { return GetForegroundWindow() == page; }));
+            camera.Take(scene);
+            Press("Escape");
+            EXPECT_TRUE(WaitFor([] { return !FindVisible(L"#32770"); }));
+        }
     });
 }

@@ -125,6 +125,33 @@ std::uint64_t LoadPointer(Call& call) {
     return Result(LoadCursorW(nullptr, call.String(1)));
 }
 
+// An icon of the module, in the size that fits best.
+std::uint64_t LoadPicture(Call& call) {
+    if (call.Word(2) != IMAGE_ICON || call.Word(5) != 0) {
+        Stop("LoadImageW: only icons of modules are served");
+    }
+    ResourceName type;
+    type.number = 14;
+    const Image& image = RequireImage(call, 0);
+    const Address group = image.FindPiece(type, ResourceName::FromPointer(call.Word(1)));
+    ResourceName one;
+    one.number = group ? static_cast<Address>(LookupIconIdFromDirectoryEx(
+                             PointerTo<BYTE>(image.ResourceAt(group).address), TRUE, call.Signed(3),
+                             call.Signed(4), LR_DEFAULTCOLOR))
+                       : 0;
+    type.number = 3;
+    const Address icon = group ? image.FindPiece(type, one) : 0;
+    if (!icon) {
+        SetLastError(ERROR_RESOURCE_NAME_NOT_FOUND);
+        return 0;
+    }
+    const Resource piece = image.ResourceAt(icon);
+    constexpr DWORD version = 0x00030000;
+    return Result(CreateIconFromResourceEx(PointerTo<BYTE>(piece.address), piece.size, TRUE,
+                                           version, call.Signed(3), call.Signed(4),
+                                           LR_DEFAULTCOLOR));
+}
+
 std::uint64_t ModuleHandle(Call& call) {
     if (call.Word(0) == 0) {
         return TheMachine().image.Base();
@@ -161,6 +188,7 @@ const Services services = {
     {"FindResourceW", FindPiece},       {"LoadResource", LoadPiece},
     {"SizeofResource", SizeOfPiece},    {"LoadStringW", LoadText},
     {"LoadMenuW", LoadMenuTemplate},    {"LoadCursorW", LoadPointer},
+    {"LoadImageW", LoadPicture},
 };
 
 }  // namespace

@@ -20,6 +20,8 @@ SUBSYSTEM_WINDOWS_CE = 9
 VERSION = (4, 20)
 # Executable, 32 bit, little endian, line numbers and local symbols stripped.
 CHARACTERISTICS = 0x010E
+# The further mark of a library.
+LIBRARY = 0x2000
 DATA_DIRECTORIES = 16
 OPTIONAL_HEADER = 96 + 8 * DATA_DIRECTORIES
 DOS_HEADER = 0x80
@@ -213,8 +215,8 @@ def image_checksum(data):
     return total + len(data)
 
 
-def write_image(base, entry_rva, sections, directories, stack_reserve):
-    """The bytes of the executable. `directories` is {index: (rva, size)}."""
+def write_image(base, entry_rva, sections, directories, stack_reserve, marks=0):
+    """The bytes of the executable. `directories` is {index: (rva, size)}; `marks` are further characteristics."""
     header_size = align(DOS_HEADER + 24 + OPTIONAL_HEADER + 40 * len(sections), FILE_UNIT)
     headers = bytearray()
     body = bytearray()
@@ -235,8 +237,8 @@ def write_image(base, entry_rva, sections, directories, stack_reserve):
     struct.pack_into("<13H", dos, 0, 0x5A4D, 0x90, 3, 0, 4, 0, 0xFFFF, 0, 0xB8, 0, 0, 0, 0x40)
     struct.pack_into("<I", dos, 0x3C, DOS_HEADER)
     file_header = struct.pack("<4sHHIIIHH", b"PE\0\0", MACHINE_ARM, len(sections), 0, 0, 0, OPTIONAL_HEADER,
-                              CHARACTERISTICS)
-    optional = struct.pack("<HBBIIIIII", 0x10B, 2, 40, code_size, data_size, 0, entry_rva, starts[".text"],
+                              CHARACTERISTICS | marks)
+    optional = struct.pack("<HBBIIIIII", 0x10B, 2, 40, code_size, data_size, 0, entry_rva, starts.get(".text", 0),
                            starts.get(".rdata", 0))
     optional += struct.pack("<IIIHHHHHHI", base, PAGE, FILE_UNIT, *VERSION, 0, 0, *VERSION, 0)
     optional += struct.pack("<IIIHHIIIIII", align(sections[-1].end, PAGE), header_size, 0, SUBSYSTEM_WINDOWS_CE, 0,

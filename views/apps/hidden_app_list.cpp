@@ -3,6 +3,8 @@
 #include <msxml.h>
 #include <shlobj.h>
 
+#include <algorithm>
+
 #include "faults/fault.h"
 #include "platform/coredll.h"
 #include "platform/files.h"
@@ -180,6 +182,17 @@ bool IgnoresCase::operator()(const std::wstring& first, const std::wstring& seco
                           static_cast<int>(second.size())) == CSTR_LESS_THAN;
 }
 
+bool TextSet::Contains(const std::wstring& text) const {
+    return std::binary_search(texts_.begin(), texts_.end(), text, IgnoresCase());
+}
+
+void TextSet::Insert(std::wstring text) {
+    const auto place = std::lower_bound(texts_.begin(), texts_.end(), text, IgnoresCase());
+    if (place == texts_.end() || IgnoresCase()(text, *place)) {
+        texts_.insert(place, std::move(text));
+    }
+}
+
 HiddenAppsFile HiddenAppsFilePath(bool create) {
     std::wstring folder = platform::SpecialFolder(
         nullptr, CSIDL_APPDATA,
@@ -213,18 +226,18 @@ void HiddenAppList::LoadHiddenApps() {
         Element entry;
         Succeed(node->QueryInterface(elementInterface, reinterpret_cast<void**>(entry.Receive())));
         if (std::wstring path = AttributeOf(entry, L"path"); !path.empty()) {
-            paths_.insert(std::move(path));
+            paths_.Insert(std::move(path));
         } else if (std::wstring name = AttributeOf(entry, L"name"); !name.empty()) {
-            names_.insert(std::move(name));
+            names_.Insert(std::move(name));
         }
     }
-    empty_ = paths_.empty() && names_.empty();
+    empty_ = paths_.Empty() && names_.Empty();
 }
 
 bool HiddenAppList::Matches(const std::wstring& path) const {
     // Without a backslash the whole is the name.
-    return paths_.contains(path) ||
-           (!names_.empty() && names_.contains(path.substr(path.rfind(L'\\') + 1)));
+    return paths_.Contains(path) ||
+           (!names_.Empty() && names_.Contains(path.substr(path.rfind(L'\\') + 1)));
 }
 
 bool HiddenAppList::IsHidden(HWND window) const {
@@ -250,7 +263,7 @@ void HiddenAppList::HideApp(HWND window) {
     }
     WriteEntry(path);
     // Whether the list is empty stays as it was found at the start.
-    paths_.insert(std::move(path));
+    paths_.Insert(std::move(path));
 }
 
 }  // namespace views

@@ -2,8 +2,8 @@
 // may have been written by hand.
 #pragma once
 
-#include <set>
 #include <string>
+#include <vector>
 
 #include "views/app_closer.h"
 
@@ -12,6 +12,17 @@ namespace views {
 // The order of the locale without regard to case (CompareStringW).
 struct IgnoresCase {
     bool operator()(const std::wstring& first, const std::wstring& second) const;
+};
+
+// An ordered set of texts that differ in more than the case of their letters.
+class TextSet {
+ public:
+    bool Empty() const { return texts_.empty(); }
+    bool Contains(const std::wstring& text) const;
+    void Insert(std::wstring text);
+
+ private:
+    std::vector<std::wstring> texts_;
 };
 
 class HiddenAppList final : public HiddenApps {
@@ -30,8 +41,8 @@ class HiddenAppList final : public HiddenApps {
     bool Matches(const std::wstring& path) const;
 
     bool empty_ = true;
-    std::set<std::wstring, IgnoresCase> paths_;
-    std::set<std::wstring, IgnoresCase> names_;
+    TextSet paths_;
+    TextSet names_;
 };
 
 struct HiddenAppsFile {

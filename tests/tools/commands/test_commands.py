@@ -132,6 +132,9 @@ class OptionTest(CommandTest):
             (["--device", "a.txt"], "--device describes a device for --handheld"),
             (["--handheld", "--screen", "480x640"], "--screen is not for --handheld"),
             (["--handheld", "--device", "no such.txt"], "there is no description"),
+            (["--language"], "--language needs a value"),
+            (["--language", "german"], "there is no language german"),
+            (["--language", "0413"], "there is no language 0413"),
         ):
             self.assert_one_sentence(self.run_command(self.repository / "run", *words), sentence)
             self.assertFalse((self.folder / "started").exists())
@@ -295,6 +298,16 @@ class ProgramTest(unittest.TestCase):
             self.assertEqual(self.in_device(self.program, "exit", "0").returncode, 0)
             self.assertEqual((self.device / PROGRAM_FOLDER / "vantor.exe").read_bytes(), content)
 
+    def test_the_language_packs_stand_beside_the_installed_product(self):
+        pack = self.product.with_name("vantor.exe.0407.ui")
+        self.product.write_bytes(b"product")
+        for content in (b"alt", b"neu"):
+            time.sleep(0.02)
+            pack.write_bytes(content)
+            self.assertEqual(self.in_device(self.program, "exit", "0").returncode, 0)
+            self.assertEqual((self.device / PROGRAM_FOLDER / pack.name).read_bytes(), content)
+        pack.unlink()
+
 
 class DeviceTest(CommandTest):
     @classmethod
@@ -445,7 +458,7 @@ class WholeCommandTest(DeviceTest):
         self.assertIn("There is no display", result.stdout)
         for screen in ("240x320", "480x640", "800x480"):
             text = (self.folder / f"here we go/visited_{screen}.txt").read_text()
-            self.assertEqual(text, f"{screen} a word\n")
+            self.assertEqual(text, f"{screen} 0409 a word\n")
         self.assert_nothing_runs()
 
     def test_run_takes_the_tour_when_the_display_cannot_be_opened(self):

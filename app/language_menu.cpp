@@ -1,0 +1,67 @@
+#include "app/language_menu.h"
+
+#include "app/language.h"
+#include "platform/coredll.h"
+#include "text/resources.h"
+#include "ui/menu_items.h"
+#include "views/commands.h"
+
+namespace app {
+
+namespace {
+
+constexpr UINT languageLimit = views::commandLastLanguage - views::commandFirstLanguage + 1;
+
+bool IsLanguageCommand(UINT command) {
+    return command >= views::commandFirstLanguage && command <= views::commandLastLanguage;
+}
+
+}  // namespace
+
+HMENU FindLanguageMenu(HMENU menu) {
+    const UINT count = ui::MenuItemCount(menu);
+    for (UINT position = 0; position < count; ++position) {
+        ui::MenuItem item;
+        if (!ui::ReadMenuItem(menu, position, &item)) {
+            continue;
+        }
+        if (!item.submenu && IsLanguageCommand(item.id)) {
+            return menu;
+        }
+        if (const HMENU found = item.submenu ? FindLanguageMenu(item.submenu) : nullptr) {
+            return found;
+        }
+    }
+    return nullptr;
+}
+
+size_t FillLanguageMenu(HMENU languageMenu) {
+    std::vector<LanguageChoice> choices = ListLanguages();
+    if (choices.size() > languageLimit) {
+        choices.resize(languageLimit);
+    }
+    while (DeleteMenu(languageMenu, 0, MF_BYPOSITION)) {
+    }
+    UINT position = 0;
+    for (const LanguageChoice& choice : choices) {
+        const UINT checked = choice.language == text::Language() ? MF_CHECKED : MF_UNCHECKED;
+        AppendMenuW(languageMenu, MF_STRING | checked, views::commandFirstLanguage + position,
+                    choice.name.c_str());
+        ui::SetMenuImage(languageMenu, position, choice.language);
+        ++position;
+    }
+    return choices.size();
+}
+
+std::optional<LANGID> LanguageOfCommand(HMENU languageMenu, WORD command) {
+    const UINT count = ui::MenuItemCount(languageMenu);
+    for (UINT position = 0; position < count; ++position) {
+        ui::MenuItem item;
+        if (ui::ReadMenuItem(languageMenu, position, &item) && item.id == command) {
+            return static_cast<LANGID>(LOWORD(item.image));
+        }
+    }
+    return std::nullopt;
+}
+
+}  // namespace app

@@ -1,0 +1,172 @@
+#include "app/pack_check.h"
+
+#include <memory>
+#include <new>
+
+#include "platform/handles.h"
+
+namespace app {
+
+namespace {
+
+constexpr DWORD largestPack = 4 * 1024 * 1024;
+
+// The most folders and data entries together; a pack has some fifty.
+constexpr unsigned entryLimit = 4096;
+
+constexpr size_t sectionHeaderSize = 40;
+constexpr size_t folderHeaderSize = 16;
+constexpr size_t folderEntrySize = 8;
+constexpr size_t dataEntrySize = 16;
+constexpr uint32_t subfolder = 0x80000000;
+constexpr uint32_t stringTable = 6;
+constexpr unsigned textsInBlock = 16;
+// Type, name, language.
+constexpr unsigned folderFloors = 3;
+
+class ModuleReader {
+ public:
+    ModuleReader(const uint8_t* bytes, size_t size) : bytes_(bytes), size_(size) {}
+
+    bool IsWhole() {
+        uint32_t header = 0;
+        if (!Has(0, 64) || Half(0) != IMAGE_DOS_SIGNATURE) {
+            return false;
+        }
+        header = Word(0x3C);
+        if (!Has(header, 24) || Word(header) != IMAGE_NT_SIGNATURE) {
+            return false;
+        }
+        const size_t sectionCount = Half(header + 6);
+        const size_t optional = header + size_t{24};
+        const size_t optionalSize = Half(header + 20);
+        sections_ = optional + optionalSize;
+        sectionCount_ = sectionCount;
+        if (optionalSize < 2 || !Has(optional, optionalSize) ||
+            !Has(sections_, sectionCount * sectionHeaderSize)) {
+            return false;
+        }
+        for (size_t index = 0; index < sectionCount; ++index) {
+            const size_t section = sections_ + index * sectionHeaderSize;
+            if (Word(section + 16) != 0 && !Has(Word(section + 20), Word(section + 16))) {
+                return false;
+            }
+        }
+        // The list of directories begins where the image's own words end.
+        const size_t directories = Half(optional) == IMAGE_NT_OPTIONAL_HDR64_MAGIC ? 112 : 96;
+        const size_t resources = directories + 8 * IMAGE_DIRECTORY_ENTRY_RESOURCE;
+        if (optionalSize < resources + 8 || Word(optional + resources) == 0) {
+            return false;
+        }
+        root_ = OffsetOf(Word(optional + resources), folderHeaderSize);
+        return root_ != 0 && FolderIsWhole(0, 1, 0);
+    }
+
+ private:
+    bool Has(size_t offset, size_t length) const {
+        return offset <= size_ && length <= size_ - offset;
+    }
+    uint16_t Half(size_t offset) const {
+        return static_cast<uint16_t>(bytes_[offset] | bytes_[offset + 1] << 8);
+    }
+    uint32_t Word(size_t offset) const {
+        return Half(offset) | static_cast<uint32_t>(Half(offset + 2)) << 16;
+    }
+    // Where bytes of the loaded image stand in the file; 0 when they do not.
+    size_t OffsetOf(uint32_t address, size_t length) const {
+        for (size_t index = 0; index < sectionCount_; ++index) {
+            const size_t section = sections_ + index * sectionHeaderSize;
+            const uint32_t start = Word(section + 12);
+            const uint32_t stored = Word(section + 16);
+            if (address >= start && address - start <= stored &&
+                length <= stored - (address - start)) {
+                return size_t{Word(section + 20)} + (address - start);
+            }
+        }
+        return 0;
+    }
+    // `folder` counts from the root; `type` is that of the resources in it, below the first floor.
+    bool FolderIsWhole(uint32_t folder, unsigned floor, uint32_t type) {
+        const size_t at = root_ + folder;
+        if (floor > folderFloors || !Has(at, folderHeaderSize)) {
+            return false;
+        }
+        const size_t count = size_t{Half(at + 12)} + Half(at + 14);
+        if (!Has(at + folderHeaderSize, count * folderEntrySize)) {
+            return false;
+        }
+        for (size_t index = 0; index < count; ++index) {
+            if (++entries_ > entryLimit) {
+                return false;
+            }
+            const size_t entry = at + folderHeaderSize + index * folderEntrySize;
+            const uint32_t kind = floor == 1 ? Word(entry) : type;
+            if (!NameIsWhole(Word(entry)) || !TargetIsWhole(Word(entry + 4), floor, kind)) {
+                return false;
+            }
+        }
+        return true;
+    }
+    bool NameIsWhole(uint32_t name) const {
+        if (!(name & subfolder)) {
+            return true;
+        }
+        const size_t at = root_ + (name & ~subfolder);
+        return Has(at, 2) && Has(at + 2, size_t{2} * Half(at));
+    }
+    bool TargetIsWhole(uint32_t target, unsigned floor, uint32_t type) {
+        if (target & subfolder) {
+            return FolderIsWhole(target & ~subfolder, floor + 1, type);
+        }
+        const size_t at = root_ + target;
+        if (!Has(at, dataEntrySize)) {
+            return false;
+        }
+        const uint32_t length = Word(at + 4);
+        const size_t data = OffsetOf(Word(at), length);
+        return data != 0 && (type != stringTable || TextsAreWhole(data, length));
+    }
+    // The platform takes the lengths in a block of texts for true.
+    bool TextsAreWhole(size_t at, size_t length) const {
+        const size_t end = at + length;
+        for (unsigned text = 0; text < textsInBlock; ++text) {
+            if (end - at < 2 || end - at - 2 < size_t{2} * Half(at)) {
+                return false;
+            }
+            at += 2 + size_t{2} * Half(at);
+        }
+        return true;
+    }
+
+    const uint8_t* bytes_;
+    size_t size_;
+    size_t sections_ = 0;
+    size_t sectionCount_ = 0;
+    size_t root_ = 0;
+    unsigned entries_ = 0;
+};
+
+}  // namespace
+
+bool IsWholeModule(const uint8_t* bytes, size_t size) {
+    return ModuleReader(bytes, size).IsWhole();
+}
+
+bool IsDamagedPack(const wchar_t* path) {
+    const HANDLE opened = CreateFileW(path, GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
+                                      FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (opened == INVALID_HANDLE_VALUE) {
+        return false;
+    }
+    const platform::UniqueHandle file(opened);
+    const DWORD size = GetFileSize(opened, nullptr);
+    if (size == 0 || size > largestPack) {
+        return true;
+    }
+    const std::unique_ptr<uint8_t[]> bytes(new (std::nothrow) uint8_t[size]);
+    DWORD read = 0;
+    return !bytes || !ReadFile(opened, bytes.get(), size, &read, nullptr) || read != size ||
+           !IsWholeModule(bytes.get(), size);
+}
+
+}  // namespace app

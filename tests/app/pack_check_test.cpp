@@ -1,0 +1,183 @@
+#include "app/pack_check.h"
+
+#include "app/language.h"
+#include "platform/handles.h"
+#include "tests/app/language_fixture.h"
+#include "text/format.h"
+#include "text/resources.h"
+#include "ui/drawing_resources.h"
+
+using namespace test;
+using app::LoadLanguage;
+
+namespace {
+
+class HostilePacks : public LanguageFixture {
+ protected:
+    std::wstring PackPath() const { return folder.Path() + L"\\vantor.exe.0407.ui"; }
+    std::vector<BYTE> Read(const std::wstring& path) const {
+        const platform::UniqueHandle file(CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ,
+                                                      nullptr, OPEN_EXISTING, 0, nullptr));
+        std::vector<BYTE> bytes(GetFileSize(file.Get(), nullptr));
+        DWORD read = 0;
+        EXPECT_TRUE(
+            ReadFile(file.Get(), bytes.data(), static_cast<DWORD>(bytes.size()), &read, nullptr));
+        return bytes;
+    }
+    void WritePack(const std::vector<BYTE>& bytes) const {
+        folder.MakeFile(
+            L"vantor.exe.0407.ui",
+            std::string_view(reinterpret_cast<const char*>(bytes.data()), bytes.size()));
+    }
+    // A pack with some of everything.
+    std::vector<BYTE> SoundPack() {
+        ResourceModule(german)
+            .Text(okText, L"Gut")
+            .Text(142, L"Fehler")
+            .Text(1013, L"%2 von %1 frei")
+            .Raw(16, 1, VersionBlock(L"040704B0", {{L"Translated", L"Wir"}}))
+            .Picture(1000, std::vector<BYTE>(64))
+            .Write(PackPath());
+        return Read(PackPath());
+    }
+    // What the program asks of a pack at its start and later; it must survive each.
+    static void UsePack() {
+        for (UINT id = 100; id < 1100; ++id) {
+            text::LoadText(id);
+            text::LoadPattern(id);
+        }
+        for (const UINT menu : {120u, 500u, 502u, 506u, 511u}) {
+            DestroyMenu(text::LoadMenuResource(menu));
+        }
+        ui::StripModule(ui::mainStrips);
+    }
+};
+
+}  // namespace
+
+TEST_F(HostilePacks, ThatAreWholeAreTaken) {
+    const std::vector<BYTE> bytes = SoundPack();
+    EXPECT_TRUE(app::IsWholeModule(bytes.data(), bytes.size()));
+    EXPECT_TRUE(LoadLanguage(german));
+    EXPECT_EQ(Ok(), L"Gut");
+}
+
+TEST_F(HostilePacks, CutOffAnywhereLeaveEnglish) {
+    const std::vector<BYTE> bytes = SoundPack();
+    for (size_t size = 0; size < bytes.size(); size += size < 0x600 ? 7 : 41) {
+        EXPECT_FALSE(app::IsWholeModule(bytes.data(), size)) << size;
+    }
+    WritePack({bytes.begin(), bytes.begin() + 0x500});
+    EXPECT_FALSE(LoadLanguage(german));
+    EXPECT_EQ(Ok(), L"Ok");
+    EXPECT_EQ(text::Language(), text::programLanguage);
+}
+
+// Each word of the resource section in turn becomes an extreme one.
+TEST_F(HostilePacks, WithAnyWordChangedAreSurvived) {
+    const std::vector<BYTE> sound = SoundPack();
+    for (size_t at = 0x400; at + 3 < sound.size() && at < 0x900; at += 4) {
+        for (const DWORD lie : {0u, 0x80000000u, 0x7FFFFFF0u, 0xFFFFFFFFu, 0x0001FFFFu}) {
+            std::vector<BYTE> bytes = sound;
+            for (size_t byte = 0; byte < 4; ++byte) {
+                bytes[at + byte] = static_cast<BYTE>(lie >> 8 * byte & 0xFF);
+            }
+            WritePack(bytes);
+            if (LoadLanguage(german)) {
+                UsePack();
+                const HMODULE pack = text::ResourceModule();
+                text::SetProgramModule(text::ProgramModule());
+                FreeLibrary(pack);
+            }
+            ASSERT_TRUE(DeleteFileW(PackPath().c_str()));
+        }
+    }
+    EXPECT_EQ(Ok(), L"Ok");
+}
+
+TEST_F(HostilePacks, ThatAreAnotherProgramLeaveEnglishWhereItHasNoText) {
+    wchar_t notepad[MAX_PATH];
+    ASSERT_TRUE(GetSystemDirectoryW(notepad, MAX_PATH));
+    ASSERT_TRUE(
+        CopyFileW((std::wstring(notepad) + L"\\notepad.exe").c_str(), PackPath().c_str(), FALSE));
+    LoadLanguage(german);
+    UsePack();
+    EXPECT_EQ(text::LoadText(998).substr(0, 15), L"Language option");
+}
+
+TEST_F(HostilePacks, WithOtherInsertsLeaveThePatternEnglish) {
+    ResourceModule(german)
+        .Text(800, L"Anwendungen (%1)")
+        .Text(801, L"Prozesse (%2!i!)")
+        .Text(803, L"DLLs (%1!*.*s!)")
+        .Text(810, L"%2 [%1!x!]")
+        .Text(152, L"Nichts%n%1!")
+        .Text(1011, L"%1!i")
+        .Write(PackPath());
+    ASSERT_TRUE(LoadLanguage(german));
+    EXPECT_EQ(text::FormatText(800, 7), L"Applications (7)");
+    EXPECT_EQ(text::FormatText(801, 7), L"Processes (7)");
+    EXPECT_EQ(text::FormatText(803, 7), L"Dlls (7)");
+    EXPECT_EQ(text::FormatText(810, 31, L"x"), L"x [1f]");
+    EXPECT_EQ(text::FormatText(1011, 57), L"57%");
+    EXPECT_EQ(text::FormatText(152, L"x").substr(0, 10), L"The action");
+}
+
+TEST_F(HostilePacks, WithAMenuOfTenThousandItemsLeaveTheMenuEnglish) {
+    std::vector<BYTE> menu(4);
+    for (int item = 0; item < 10000; ++item) {
+        const BYTE last = item == 9999 ? 0x80 : 0;
+        menu.insert(menu.end(), {last, 0, 77, 0, 'D', 0, 'a', 0, 0, 0});
+    }
+    ResourceModule(german).Raw(4, 500, menu).Write(PackPath());
+    ASSERT_TRUE(LoadLanguage(german));
+    const platform::UniqueMenu loaded(text::LoadMenuResource(500));
+    EXPECT_EQ(GetMenuItemCount(loaded.Get()), 2);
+}
+
+TEST_F(HostilePacks, WithAMenuWithoutAnEndLeaveTheMenuEnglish) {
+    const std::vector<std::vector<BYTE>> menus = {
+        {},
+        {0, 0, 0, 0},
+        {0, 0, 0, 0, 0x80, 0, 77, 0, 'D', 0},
+        {0, 0, 0, 0, 0, 0, 77, 0, 'D', 0, 0, 0},
+        {0, 0, 0xFF, 0xFF, 0x80, 0, 77, 0, 'D', 0, 0, 0},
+        {1, 0, 4, 0, 0, 0, 0, 0, 0x80, 0, 77, 0, 'D', 0, 0, 0},
+        // A popup that ends behind the resource.
+        {0, 0, 0, 0, 0x90, 0, 'D', 0, 0, 0},
+    };
+    for (const std::vector<BYTE>& menu : menus) {
+        EXPECT_FALSE(text::IsSoundMenu(menu.data(), menu.size()));
+    }
+    std::vector<BYTE> deep(4);
+    for (int floor = 0; floor < 1000; ++floor) {
+        deep.insert(deep.end(), {0x90, 0, 'D', 0, 0, 0});
+    }
+    deep.insert(deep.end(), {0x80, 0, 77, 0, 'D', 0, 0, 0});
+    EXPECT_FALSE(text::IsSoundMenu(deep.data(), deep.size()));
+    ResourceModule(german).Raw(4, 500, deep).Raw(4, 502, menus[2]).Write(PackPath());
+    ASSERT_TRUE(LoadLanguage(german));
+    EXPECT_EQ(GetMenuItemCount(platform::UniqueMenu(text::LoadMenuResource(500)).Get()), 2);
+    EXPECT_EQ(GetMenuItemCount(platform::UniqueMenu(text::LoadMenuResource(502)).Get()), 4);
+}
+
+TEST_F(HostilePacks, WithPicturesOfNoSizeLeaveTheProgramsPictures) {
+    // A picture as it begins, with a height of 0.
+    const std::vector<BYTE> flat(64);
+    ResourceModule(german).Picture(1000, flat).Picture(1005, flat).Write(PackPath());
+    ASSERT_TRUE(LoadLanguage(german));
+    EXPECT_EQ(ui::StripModule(ui::mainStrips), text::ProgramModule());
+    EXPECT_EQ(ui::StripModule(ui::statusStrips), text::ProgramModule());
+}
+
+TEST_F(HostilePacks, AsLargeAsNoPackAreNotRead) {
+    {
+        const platform::UniqueHandle file(
+            CreateFileW(PackPath().c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr));
+        SetFilePointer(file.Get(), 64 * 1024 * 1024, nullptr, FILE_BEGIN);
+        ASSERT_TRUE(SetEndOfFile(file.Get()));
+    }
+    EXPECT_TRUE(app::IsDamagedPack(PackPath().c_str()));
+    EXPECT_FALSE(LoadLanguage(german));
+    EXPECT_EQ(Ok(), L"Ok");
+}

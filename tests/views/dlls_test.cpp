@@ -1,0 +1,130 @@
+// The modules of a process: of a device of chosen ones, and of a real process.
+#include "views/processes/dlls_view.h"
+
+#include "tests/support/fake_processes.h"
+#include "tests/support/sample_program.h"
+#include "tests/views/drawn_row.h"
+#include "tests/views/processes_fixture.h"
+
+using namespace test;
+
+namespace {
+
+constexpr DWORD pathFlag = 0x0040;
+constexpr DWORD baseFlag = 0x1000;
+constexpr DWORD sizeFlag = 0x2000;
+
+class Dlls : public ImagesFixture<views::DllsView> {
+ protected:
+    Dlls() { beeps = 0; }
+};
+
+class FakeDeviceDlls : public Dlls {
+ protected:
+    FakeDeviceDlls() {
+        device.modules = {{L"b.dll", L"C:\\windows\\b.dll", 0x20000, 0x3000},
+                          {L"a.dll", L"C:\\windows\\a.dll", 0x10000, 0x1000},
+                          {L"explorer.exe", L"C:\\windows\\explorer.exe", 0x30000, 1536}};
+    }
+    FakeProcesses device;
+};
+
+}  // namespace
+
+TEST_F(FakeDeviceDlls, AreSortedByTheirPlaceInMemory) {
+    Open(views::ViewArgument{77, L""});
+    EXPECT_EQ(device.snapshotProcess, 77u);
+    EXPECT_EQ(Rows(), (Titles{L"a.dll", L"b.dll", L"explorer.exe"}));
+    EXPECT_EQ(view.Title(), L"Dlls (3)");
+    device.modules.push_back({L"c.dll", L"C:\\c.dll", 0x10000, 0});
+    view.Command(610);
+    EXPECT_EQ(Rows(), (Titles{L"c.dll", L"a.dll", L"b.dll", L"explorer.exe"}));
+}
+
+TEST_F(FakeDeviceDlls, KeepTheSelectedModuleOverARefresh) {
+    Open(views::ViewArgument{77, L""});
+    Select(L"b.dll");
+    device.modules.insert(device.modules.begin(), {L"0.dll", L"", 0x1000, 0});
+    view.Resume();
+    EXPECT_EQ(Selected(), L"b.dll");
+    EXPECT_EQ(device.snapshotProcess, 77u);
+}
+
+TEST_F(FakeDeviceDlls, AreReadAnewForTheOptionsTheyShow) {
+    Open();
+    for (const DWORD flag : {pathFlag, baseFlag, sizeFlag}) {
+        device.snapshotFlags.clear();
+        SetFlags(flag, flag);
+        EXPECT_FALSE(device.snapshotFlags.empty()) << flag;
+    }
+    device.snapshotFlags.clear();
+    SetFlags(0, 0x0080);
+    SetFlags(0, 0x0100);
+    EXPECT_TRUE(device.snapshotFlags.empty());
+}
+
+TEST_F(FakeDeviceDlls, ShowWhatTheOptionsAskFor) {
+    frame.flags = pathFlag | baseFlag | sizeFlag | 0x0080;
+    Open();
+    const SIZE size = {400, view.RowHeight(0)};
+    const DrawnRow row(view, List().GetItemData(2), size);
+    ASSERT_EQ(row.Texts().size(), 4u);
+    EXPECT_EQ(row.Texts()[0].text, L"\\windows\\explorer.exe");
+    EXPECT_EQ(row.Texts()[1].text, L"1.50 KB");
+    EXPECT_EQ(row.Texts()[2].text, L"30000");
+    EXPECT_EQ(row.Texts()[3].text, L"explorer.exe");
+}
+
+TEST_F(FakeDeviceDlls, EndSilentlyWhateverErrorTheWalkLeaves) {
+    for (const DWORD error : {0ul, 2ul, 5ul, 6ul, 18ul, 299ul}) {
+        device.endError = error;
+        Open();
+        EXPECT_EQ(List().GetCount(), 3u) << error;
+        EXPECT_FALSE(FindVisible(L"#32770")) << error;
+    }
+}
+
+TEST_F(FakeDeviceDlls, ThatCannotBeListedAreAMessage) {
+    device.snapshotError = ERROR_INVALID_PARAMETER;
+    Answered([&] { Open(); }, L"Can't enumerate dlls", {"Return"});
+    EXPECT_EQ(List().GetCount(), 0u);
+}
+
+TEST_F(FakeDeviceDlls, WithoutAPathAskForIt) {
+    const auto own = reinterpret_cast<ULONG_PTR>(GetModuleHandleW(nullptr));
+    device.modules = {{L"gone.dll", L"", 0x10000, 0}, {L"views_tests.exe", L"", own, 0}};
+    Open();
+    Select(L"views_tests.exe");
+    EXPECT_NE(Item(1).path.find(L"views_tests.exe"), std::wstring::npos);
+    Select(L"gone.dll");
+    EXPECT_EQ(Item(0).path, L"");
+    EXPECT_EQ(Item(0).icon, -1);
+    view.Command(614);
+    view.Command(671);
+    EXPECT_EQ(beeps, 2);
+    EXPECT_FALSE(frame.switchedTo);
+}
+
+TEST_F(FakeDeviceDlls, GoToTheirFileAndShowItsProperties) {
+    Open();
+    EXPECT_FALSE(Enabled(614));
+    EXPECT_FALSE(Enabled(671));
+    Select(L"explorer.exe");
+    EXPECT_TRUE(Enabled(614));
+    view.Command(671);
+    EXPECT_EQ(frame.switchedTo, views::ViewIndex::Files);
+    EXPECT_EQ(frame.switchedWith.path, L"\\windows\\explorer.exe");
+    Answered([&] { view.Command(614); }, L"Location:", {"Return"});
+    EXPECT_EQ(beeps, 0);
+}
+
+TEST_F(Dlls, AreThoseOfARealProcess) {
+    const SampleProgram sample(L"polite", L"Sample 1");
+    Open(views::ViewArgument{sample.ProcessId(), L""});
+    const Titles rows = Rows();
+    EXPECT_NE(std::find(rows.begin(), rows.end(), L"sample_program.exe"), rows.end());
+    EXPECT_NE(std::find(rows.begin(), rows.end(), L"ntdll.dll"), rows.end());
+    for (unsigned row = 0; row < List().GetCount(); ++row) {
+        EXPECT_FALSE(Item(row).path.empty());
+    }
+}

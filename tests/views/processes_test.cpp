@@ -1,0 +1,336 @@
+// The list of processes, their end and the page about one: on a device of chosen processes, and on
+// the real one.
+#include "views/processes/processes_view.h"
+
+#include "tests/support/fake_processes.h"
+#include "tests/support/heaps.h"
+#include "tests/support/sample_program.h"
+#include "tests/support/world.h"
+#include "tests/views/drawn_row.h"
+#include "tests/views/processes_fixture.h"
+#include "ui/drawing_resources.h"
+
+using namespace test;
+
+namespace {
+
+constexpr DWORD pathFlag = 0x0040;
+constexpr DWORD idFlag = 0x0080;
+constexpr DWORD memoryFlag = 0x0100;
+constexpr DWORD baseFlag = 0x1000;
+
+class Processes : public ImagesFixture<views::ProcessesView> {
+ protected:
+    Processes() { beeps = 0; }
+};
+
+// A device of 64 slots.
+class FakeDeviceProcesses : public Processes {
+ protected:
+    FakeDeviceProcesses() {
+        for (DWORD number = 0; number < 64; ++number) {
+            // The slots are handed out in no order.
+            const DWORD slot = (number * 37 + 5) % 64;
+            device.processes.push_back(FakeProcess{
+                0x1000 + number, L"process" + std::to_wstring(slot) + L".exe",
+                L"C:\\windows\\process" + std::to_wstring(slot) + L".exe", slot * 0x2000000ull});
+        }
+    }
+    FakeProcess& Named(const std::wstring& name) {
+        for (FakeProcess& process : device.processes) {
+            if (process.name == name) {
+                return process;
+            }
+        }
+        throw std::out_of_range("no such process");
+    }
+
+    FakeProcesses device;
+};
+
+}  // namespace
+
+TEST_F(FakeDeviceProcesses, AreSortedByTheirPlaceInMemory) {
+    Open();
+    ASSERT_EQ(List().GetCount(), 64u);
+    for (unsigned row = 0; row < 64; ++row) {
+        EXPECT_EQ(Item(row).name, L"process" + std::to_wstring(row) + L".exe");
+        EXPECT_EQ(Item(row).path, L"\\windows\\" + Item(row).name);
+    }
+    EXPECT_EQ(view.Title(), L"Processes (64)");
+    EXPECT_EQ(Selected(), L"");
+    EXPECT_EQ(device.memoryWalks, 0u);
+}
+
+TEST_F(FakeDeviceProcesses, OfOneBaseStandTheLaterFirst) {
+    device.processes = {{1, L"a.exe", L"C:\\a.exe", 0x20000},
+                        {2, L"b.exe", L"C:\\b.exe", 0x10000},
+                        {3, L"c.exe", L"C:\\c.exe", 0x20000}};
+    Open();
+    EXPECT_EQ(Rows(), (Titles{L"b.exe", L"c.exe", L"a.exe"}));
+}
+
+TEST_F(FakeDeviceProcesses, AreShownFromAnotherViewWithOneSelected) {
+    Open(views::ViewArgument{Named(L"process7.exe").id, L""});
+    EXPECT_EQ(Selected(), L"process7.exe");
+    device.processes.push_back({9, L"new.exe", L"C:\\new.exe", 0});
+    view.Command(610);
+    EXPECT_EQ(Selected(), L"process7.exe");
+    EXPECT_EQ(List().GetCount(), 65u);
+    std::erase_if(device.processes,
+                  [](const FakeProcess& process) { return process.name == L"process7.exe"; });
+    view.Resume();
+    EXPECT_EQ(Selected(), L"");
+}
+
+TEST_F(FakeDeviceProcesses, AreReadAnewForTheOptionsTheyShow) {
+    Open();
+    for (const DWORD flag : {pathFlag, idFlag, memoryFlag, baseFlag, 0x0200ul, 0x0400ul}) {
+        device.snapshotFlags.clear();
+        SetFlags(flag, flag);
+        EXPECT_FALSE(device.snapshotFlags.empty()) << flag;
+    }
+    device.snapshotFlags.clear();
+    SetFlags(0, 0x0001);
+    SetFlags(0, 0x2000);
+    EXPECT_TRUE(device.snapshotFlags.empty());
+}
+
+TEST_F(FakeDeviceProcesses, TellTheirMemoryWhenItIsWanted) {
+    Named(L"process3.exe").regions = {{MEM_FREE, 0x10000},
+                                      {MEM_COMMIT, 0x3000},
+                                      {MEM_RESERVE, 0x5000},
+                                      {MEM_COMMIT, 0x1000},
+                                      {0x40000, 0x7000}};
+    Open();
+    EXPECT_EQ(Item(3).size, 0u);
+    SetFlags(memoryFlag, memoryFlag);
+    EXPECT_EQ(Item(3).size, 0x9000u);
+    EXPECT_EQ(Item(4).size, 0u);
+}
+
+TEST_F(FakeDeviceProcesses, EndSilentlyWhateverErrorTheWalkLeaves) {
+    for (const DWORD error : {0ul, 2ul, 5ul, 6ul, 8ul, 18ul, 24ul, 87ul, 1450ul}) {
+        device.endError = error;
+        Open();
+        EXPECT_EQ(List().GetCount(), 64u) << error;
+        EXPECT_FALSE(FindVisible(L"#32770")) << error;
+    }
+}
+
+TEST_F(FakeDeviceProcesses, WithoutAPathEndTheListWithAMessage) {
+    device.processes = {{1, L"a.exe", L"C:\\a.exe", 0x10000},
+                        {2, L"", L"", 0x20000},
+                        {3, L"c.exe", L"C:\\c.exe", 0x30000}};
+    Answered([&] { Open(); }, L"Can't enumerate process", {"Return"});
+    EXPECT_EQ(Rows(), (Titles{L"a.exe"}));
+}
+
+TEST_F(FakeDeviceProcesses, ThatCannotBeListedAreAMessage) {
+    Open();
+    device.snapshotError = ERROR_NOT_ENOUGH_MEMORY;
+    Answered([&] { view.Command(610); }, L"Can't enumerate process", {"Return"});
+    EXPECT_EQ(List().GetCount(), 0u);
+}
+
+TEST_F(FakeDeviceProcesses, OnAPCWithoutAPathHaveTheirName) {
+    device.processes = {{4, L"System", L"", 0}};
+    Open();
+    EXPECT_EQ(Rows(), (Titles{L"System"}));
+    EXPECT_EQ(Item(0).path, L"System");
+}
+
+TEST_F(FakeDeviceProcesses, HaveRowsAsHighAsTheirLines) {
+    Open();
+    const platform::WindowDC dc(frame.Handle());
+    const int text = ui::TextHeight(dc, ui::Fonts().Base());
+    const int small = ui::TextHeight(dc, ui::Fonts().Small());
+    const int icon = GetSystemMetrics(SM_CYICON) + GetSystemMetrics(SM_CYICON) / 4;
+    const int one = text + (text + 3) / 4 * 2;
+    const auto height = [&](DWORD flags) {
+        frame.flags = flags;
+        return view.RowHeight(0);
+    };
+    EXPECT_EQ(height(0), std::max(one, icon));
+    EXPECT_EQ(height(idFlag), std::max(one, icon));
+    EXPECT_EQ(height(pathFlag), std::max(one + small, icon));
+    EXPECT_EQ(height(memoryFlag | baseFlag), std::max(one + small, icon));
+    EXPECT_EQ(height(pathFlag | baseFlag), std::max(one + 2 * small, icon));
+}
+
+TEST_F(FakeDeviceProcesses, ShowWhatTheOptionsAskFor) {
+    Named(L"process5.exe").regions = {{MEM_COMMIT, 3 << 20}};
+    Named(L"process5.exe").path = L"C:\\windows\\explorer.exe";
+    frame.flags = pathFlag | idFlag | memoryFlag | baseFlag;
+    Open();
+    const SIZE size = {400, view.RowHeight(0)};
+    const DrawnRow row(view, List().GetItemData(5), size);
+    ASSERT_EQ(row.Texts().size(), 4u);
+    const platform::WindowDC dc(frame.Handle());
+    const int text = ui::TextHeight(dc, ui::Fonts().Base());
+    const int small = ui::TextHeight(dc, ui::Fonts().Small());
+    const int margin = (text + 5) / 6;
+    const DrawnText& path = row.Texts()[0];
+    EXPECT_EQ(path.text, L"\\windows\\explorer.exe");
+    EXPECT_EQ(path.y, size.cy - 2 * margin - small);
+    const DrawnText& memory = row.Texts()[1];
+    EXPECT_EQ(memory.text, L"3.00 MB");
+    EXPECT_EQ(memory.x + memory.size.cx, size.cx - margin);
+    EXPECT_EQ(memory.y, path.y - small);
+    const DrawnText& base = row.Texts()[2];
+    EXPECT_EQ(base.text, L"a000000");
+    EXPECT_EQ(base.y, memory.y);
+    const DrawnText& name = row.Texts()[3];
+    wchar_t expected[64];
+    swprintf(expected, 64, L"[%lx] process5.exe", Named(L"process5.exe").id);
+    EXPECT_EQ(name.text, expected);
+    EXPECT_EQ(name.y, margin + (base.y - margin - name.size.cy) / 2);
+    EXPECT_EQ(name.area.left, margin + GetSystemMetrics(SM_CXICON) + margin);
+    const DrawnRow selected(view, List().GetItemData(5), size, true);
+    EXPECT_EQ(selected.Texts()[3].color, GetSysColor(COLOR_HIGHLIGHTTEXT));
+    EXPECT_EQ(selected.At(size.cx - 1, 1), GetSysColor(COLOR_HIGHLIGHT));
+}
+
+TEST_F(FakeDeviceProcesses, NeedASelectedRowForTheirCommands) {
+    Open();
+    for (const UINT command : {615u, 620u, 614u, 671u}) {
+        EXPECT_FALSE(Enabled(command)) << command;
+    }
+    EXPECT_FALSE(view.Command(620)) << "left to the frame";
+    List().SetSelection(3);
+    for (const UINT command : {615u, 620u, 614u, 671u}) {
+        EXPECT_TRUE(Enabled(command)) << command;
+    }
+    view.Command(620);
+    EXPECT_EQ(frame.switchedTo, views::ViewIndex::Dlls);
+    EXPECT_EQ(frame.switchedWith.processId, Named(L"process3.exe").id);
+}
+
+TEST_F(FakeDeviceProcesses, GoToTheirModuleOnlyWhereThereIsOne) {
+    device.processes = {{1, L"explorer.exe", L"C:\\windows\\explorer.exe", 0x10000},
+                        {2, L"gone.exe", L"C:\\windows\\gone.exe", 0x20000}};
+    Open();
+    Select(L"gone.exe");
+    view.Command(671);
+    EXPECT_EQ(beeps, 1);
+    EXPECT_FALSE(frame.switchedTo);
+    Select(L"explorer.exe");
+    view.Command(671);
+    EXPECT_EQ(frame.switchedTo, views::ViewIndex::Files);
+    EXPECT_EQ(frame.switchedWith.path, L"\\windows\\explorer.exe");
+    EXPECT_EQ(beeps, 1);
+}
+
+TEST_F(FakeDeviceProcesses, ThatIgnoreTheirEndAreStillThere) {
+    Open();
+    Select(L"process9.exe");
+    device.waitResult = WAIT_TIMEOUT;
+    Answered([&] { view.Command(615); }, L"Are you sure you want to end selected process?",
+             {"Left", "Return"});
+    EXPECT_EQ(device.terminated, Named(L"process9.exe").id);
+    EXPECT_EQ(device.exitCode, 0x80004004u);
+    EXPECT_EQ(List().GetCount(), 64u);
+    EXPECT_EQ(Selected(), L"");
+    EXPECT_FALSE(FindVisible(L"#32770"));
+}
+
+TEST_F(FakeDeviceProcesses, AreNotEndedWithoutYes) {
+    Open();
+    Select(L"process9.exe");
+    Answered([&] { view.Command(615); }, L"Are you sure", {"Return"});
+    EXPECT_EQ(device.terminated, 0u);
+    EXPECT_EQ(Selected(), L"process9.exe");
+}
+
+TEST_F(FakeDeviceProcesses, TellTheirMemoryAndHeapsOnAPage) {
+    FakeProcess& process = Named(L"process2.exe");
+    process.threads = 12;
+    process.regions = {
+        {MEM_FREE, 0x10000}, {MEM_COMMIT, 0x3000}, {MEM_RESERVE, 0x100000}, {MEM_COMMIT, 0x1000}};
+    process.privateBytes = 0x2800;
+    Open();
+    Select(L"process2.exe");
+    PumpWhileUser([] { Sleep(100); });
+    texts.Forget();
+    WhileUser(
+        [&] {
+            EXPECT_TRUE(WaitForWindow(L"#32770"));
+            EXPECT_TRUE(WaitFor([&] { return texts.Has(L"10.00 KB"); })) << texts.All();
+            for (const wchar_t* text :
+                 {L"Process Information", L"process2.exe", L"Process id:", L"Threads number:",
+                  L"12", L"Load address:", L"4000000", L"Virtul memory:", L"1.02 MB",
+                  L"commited (2):", L"16.00 KB", L"reserved (1):", L"1.00 MB", L"Heaps:"}) {
+                EXPECT_TRUE(texts.Has(text)) << std::string(text, text + wcslen(text)) << "\n"
+                                             << texts.All();
+            }
+            Finger().Key("Return").Play();
+        },
+        [&] { view.Command(614); });
+}
+
+TEST_F(Processes, HaveTheRealOnesWithThisOneAmongThem) {
+    const SampleProgram sample(L"polite", L"Sample 1");
+    Open(views::ViewArgument{sample.ProcessId(), L""});
+    EXPECT_EQ(Selected(), L"sample_program.exe");
+    EXPECT_NE(Item(List().GetSelection()).base, 0u);
+    frame.flags = memoryFlag;
+    view.Refresh();
+    EXPECT_GT(Item(List().GetSelection()).size, 1u << 20);
+}
+
+TEST_F(Processes, AreEndedWithTheirExitCode) {
+    const SampleProgram sample(L"stubborn", L"Sample 1");
+    Open(views::ViewArgument{sample.ProcessId(), L""});
+    Answered([&] { view.Command(615); }, L"Are you sure you want to end selected process?",
+             {"Left", "Return"});
+    EXPECT_TRUE(WaitFor([&] { return !sample.Runs(); }));
+    DWORD code = 0;
+    EXPECT_TRUE(GetExitCodeProcess(sample.Process(), &code));
+    EXPECT_EQ(code, 0x80004004u);
+    EXPECT_EQ(Selected(), L"");
+    EXPECT_EQ(frame.titleChanges > 0, true);
+}
+
+TEST_F(FakeDeviceProcesses, ThatCannotBeOpenedStayWithAMessage) {
+    Open();
+    Select(L"process9.exe");
+    device.openError = ERROR_ACCESS_DENIED;
+    PumpWhileUser([] { Sleep(100); });
+    WhileUser(
+        [&] {
+            Answer(L"Are you sure you want to end selected process?", {"Left", "Return"});
+            Answer(L"Can't terminate process", {"Return"});
+        },
+        [&] { view.Command(615); });
+    EXPECT_EQ(device.terminated, 0u);
+    EXPECT_EQ(Selected(), L"process9.exe");
+}
+
+TEST_F(FakeDeviceProcesses, WhoseWaitFailsAreAMessage) {
+    Open();
+    Select(L"process9.exe");
+    device.waitResult = WAIT_FAILED;
+    PumpWhileUser([] { Sleep(100); });
+    WhileUser(
+        [&] {
+            Answer(L"Are you sure you want to end selected process?", {"Left", "Return"});
+            Answer(L"Can't terminate process", {"Return"});
+        },
+        [&] { view.Command(615); });
+    EXPECT_NE(device.terminated, 0u);
+}
+
+TEST_F(Processes, GiveBackAllTheyTake) {
+    Open();
+    frame.flags = memoryFlag;
+    view.Refresh();
+    view.Refresh();
+    texts.Forget();
+    const Held before = CountHeld();
+    const size_t bytes = BytesOnAllHeaps();
+    for (int round = 0; round < 100; ++round) {
+        view.Refresh();
+    }
+    EXPECT_EQ(CountHeld(), before);
+    EXPECT_LE(BytesOnAllHeaps(), bytes);
+}
