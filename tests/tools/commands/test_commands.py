@@ -114,7 +114,7 @@ class OptionTest(CommandTest):
             self.fake(name, f"touch '{self.folder}/started'; exit 1\n")
 
     def test_help_explains_and_does_nothing(self):
-        for command, words in (("run", ["--screen", "--fresh", "--tour", "--into"]), ("test", ["-R", "ctest"])):
+        for command, words in (("run", ["--screen", "--handheld", "--device", "--fresh", "--tour", "--into"]), ("test", ["-R", "ctest"])):
             result = self.run_command(self.repository / command, "--help")
             self.assertEqual(result.returncode, 0)
             for word in words:
@@ -128,6 +128,10 @@ class OptionTest(CommandTest):
             (["--screen"], "--screen needs a value"),
             (["--screen", "large"], "a screen size looks like 480x640, not large"),
             (["--screen", "0x640"], "a screen size looks like 480x640, not 0x640"),
+            (["--device"], "--device needs a value"),
+            (["--device", "a.txt"], "--device describes a device for --handheld"),
+            (["--handheld", "--screen", "480x640"], "--screen is not for --handheld"),
+            (["--handheld", "--device", "no such.txt"], "there is no description"),
             (["--language"], "--language needs a value"),
             (["--language", "german"], "there is no language german"),
             (["--language", "0413"], "there is no language 0413"),

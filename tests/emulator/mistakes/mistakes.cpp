@@ -1,0 +1,144 @@
+// One function for each mistake that the emulator must not let pass.
+#include <windows.h>
+
+#include <cstdint>
+#include <string_view>
+
+namespace {
+
+volatile unsigned sink;
+
+void ReadUnaligned() {
+    auto* bytes = static_cast<char*>(LocalAlloc(LMEM_FIXED, 16));
+    sink = *reinterpret_cast<volatile unsigned*>(bytes + 2);
+}
+
+void WriteUnaligned() {
+    auto* bytes = static_cast<char*>(LocalAlloc(LMEM_FIXED, 16));
+    *reinterpret_cast<volatile std::uint16_t*>(bytes + 3) = 1;
+}
+
+void WriteCode() {
+    *reinterpret_cast<volatile unsigned*>(&WriteUnaligned) = 0;
+}
+
+void UseFreedBlock() {
+    auto* block = static_cast<volatile unsigned*>(LocalAlloc(LMEM_FIXED, 40));
+    LocalFree(const_cast<unsigned*>(block));
+    sink = block[1];
+}
+
+void FreeTwice() {
+    void* block = LocalAlloc(LMEM_FIXED, 40);
+    LocalFree(block);
+    LocalFree(block);
+}
+
+void ReadBehindBlock() {
+    auto* block = static_cast<volatile char*>(LocalAlloc(LMEM_FIXED, 13));
+    sink = static_cast<unsigned char>(block[13]);
+}
+
+void PassShortBuffer() {
+    RECT* rectangle = static_cast<RECT*>(LocalAlloc(LMEM_FIXED, 12));
+    GetClientRect(GetDesktopWindow(), rectangle);
+}
+
+void PassUnendedText() {
+    auto* text = static_cast<wchar_t*>(LocalAlloc(LMEM_FIXED, 8));
+    for (int i = 0; i < 4; ++i) {
+        text[i] = L'x';
+    }
+    GetFileAttributesW(text);
+}
+
+// Not a tail call, whatever the compiler thinks of it.
+unsigned __attribute__((noinline)) Deeper(unsigned level) {
+    volatile char filler[1024];
+    filler[level % sizeof filler] = 1;
+    return level == 0 ? 0 : Deeper(level - 1) + static_cast<unsigned>(filler[1]);
+}
+
+void UseSixtyKilobytes() {
+    sink = Deeper(50);
+}
+
+void UseSeventyKilobytes() {
+    sink = Deeper(70);
+}
+
+void DestroyRegister() {
+    EnumWindows(
+        [](HWND, LPARAM) -> BOOL {
+            asm volatile("mov r8, #5");
+            return FALSE;
+        },
+        0);
+}
+
+void RunHeap() {
+    auto* code = static_cast<unsigned*>(LocalAlloc(LMEM_FIXED, 16));
+    reinterpret_cast<void (*)()>(code)();
+}
+
+void CallWhatTheDeviceLacks() {
+    MessageBeep(0);
+}
+
+void CallWhatIsNotServed() {
+    keybd_event(0, 0, 0, 0);
+}
+
+void FreeWhatTheSystemHas() {
+    LocalFree(const_cast<wchar_t*>(GetCommandLineW()));
+}
+
+void ReadNothing() {
+    sink = *reinterpret_cast<volatile unsigned*>(0x20);
+}
+
+void LeaveSectionTwice() {
+    CRITICAL_SECTION section;
+    InitializeCriticalSection(&section);
+    EnterCriticalSection(&section);
+    LeaveCriticalSection(&section);
+    LeaveCriticalSection(&section);
+}
+
+struct Mistake {
+    const wchar_t* name;
+    void (*function)();
+};
+
+constexpr Mistake mistakes[] = {
+    {L"none", [] {}},
+    {L"read-unaligned", ReadUnaligned},
+    {L"write-unaligned", WriteUnaligned},
+    {L"write-code", WriteCode},
+    {L"use-freed-block", UseFreedBlock},
+    {L"free-twice", FreeTwice},
+    {L"read-behind-block", ReadBehindBlock},
+    {L"pass-short-buffer", PassShortBuffer},
+    {L"pass-unended-text", PassUnendedText},
+    {L"use-sixty-kilobytes", UseSixtyKilobytes},
+    {L"use-seventy-kilobytes", UseSeventyKilobytes},
+    {L"destroy-register", DestroyRegister},
+    {L"run-heap", RunHeap},
+    {L"call-what-the-device-lacks", CallWhatTheDeviceLacks},
+    {L"call-what-is-not-served", CallWhatIsNotServed},
+    {L"free-what-the-system-has", FreeWhatTheSystemHas},
+    {L"read-nothing", ReadNothing},
+    {L"leave-section-twice", LeaveSectionTwice},
+};
+
+}  // namespace
+
+int WINAPI wWinMain(HINSTANCE, HINSTANCE, wchar_t* commandLine, int) {
+    for (const Mistake& mistake : mistakes) {
+        if (std::wstring_view(commandLine) == mistake.name) {
+            mistake.function();
+            return 7;
+        }
+    }
+    return 8;
+}

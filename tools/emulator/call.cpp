@@ -1,0 +1,227 @@
+#include "call.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+#include <fstream>
+#include <map>
+#include <set>
+#include <sstream>
+#include <vector>
+
+#include "engine.h"
+#include "machine.h"
+#include "stop.h"
+
+namespace emulator {
+
+namespace {
+
+std::map<std::string, Server>& Table() {
+    static std::map<std::string, Server> table;
+    return table;
+}
+
+std::set<std::string>& Exports() {
+    static std::set<std::string> exports;
+    return exports;
+}
+
+// What stands behind a trap: a function that the program imports, or a procedure of this process.
+struct Trap {
+    std::string name;
+    Server server = nullptr;
+    WNDPROC procedure = nullptr;
+    // A function of an object, which no library exports.
+    bool method = false;
+    unsigned long calls = 0;
+};
+
+std::vector<Trap>& Traps() {
+    static std::vector<Trap> traps;
+    return traps;
+}
+
+DWORD lastError = 0;
+
+std::string KeyOf(const std::string& library, const std::string& name) {
+    const bool number = name[0] == '#';
+    return library == "coredll" && !number ? name : library + (number ? name : "!" + name);
+}
+
+void FillTraps() {
+    std::vector<Trap>& traps = Traps();
+    for (const Import& import : TheMachine().image.Imports()) {
+        Trap trap;
+        trap.name = KeyOf(import.library, import.name);
+        const auto found = Table().find(trap.name);
+        trap.server = found == Table().end() ? nullptr : found->second;
+        traps.push_back(trap);
+    }
+}
+
+std::uint64_t RunProcedure(Call& call, WNDPROC procedure) {
+    return Result(CallWindowProcW(procedure, call.HandleAt<HWND>(0), call.Word(1), call.Word(2),
+                                  call.Signed(3)));
+}
+
+}  // namespace
+
+Services::Services(std::initializer_list<Service> services) {
+    for (const Service& service : services) {
+        Table()[service.name] = service.server;
+    }
+}
+
+void ReadExports(const std::string& path) {
+    std::ifstream file(path);
+    if (!file) {
+        Stop("the list of the device's exports %s cannot be read", path.c_str());
+    }
+    for (std::string line; std::getline(file, line);) {
+        // Numbers are written with the same sign as remarks, but directly before a digit.
+        std::istringstream words(line);
+        std::string library;
+        std::string function;
+        std::string exported;
+        if (!(words >> library >> function) || library[0] == '#') {
+            continue;
+        }
+        words >> exported;
+        const bool other = !exported.empty() && exported != "#";
+        Exports().insert(KeyOf(library, other ? exported : function));
+    }
+}
+
+std::uint64_t ServeCall(Engine& engine, unsigned index) {
+    std::vector<Trap>& traps = Traps();
+    if (traps.empty()) {
+        FillTraps();
+    }
+    if (index >= traps.size()) {
+        Stop("the program called nothing, at trap %u", index);
+    }
+    const std::string name = traps[index].name;
+    const Server server = traps[index].server;
+    const WNDPROC procedure = traps[index].procedure;
+    const bool method = traps[index].method;
+    ++traps[index].calls;
+    Call call(engine, name.c_str());
+    if (procedure) {
+        return RunProcedure(call, procedure);
+    }
+    if (!method && Exports().count(name) == 0) {
+        Stop("the program called %s, which the device does not export", name.c_str());
+    }
+    if (!server) {
+        Stop("the program called %s, which this emulator does not serve", name.c_str());
+    }
+    SetLastError(lastError);
+    const std::uint64_t result = server(call);
+    lastError = GetLastError();
+    return result;
+}
+
+Address TrapForMethod(const std::string& name) {
+    Trap trap;
+    trap.name = name;
+    const auto found = Table().find(name);
+    trap.server = found == Table().end() ? nullptr : found->second;
+    trap.method = true;
+    Traps().push_back(trap);
+    return Engine::TrapAddress(static_cast<unsigned>(Traps().size() - 1));
+}
+
+Address TrapForProcedure(WNDPROC procedure) {
+    std::vector<Trap>& traps = Traps();
+    for (size_t i = 0; i < traps.size(); ++i) {
+        if (traps[i].procedure == procedure) {
+            return Engine::TrapAddress(static_cast<unsigned>(i));
+        }
+    }
+    Trap trap;
+    trap.name = "a window procedure of the system";
+    trap.procedure = procedure;
+    traps.push_back(trap);
+    return Engine::TrapAddress(static_cast<unsigned>(traps.size() - 1));
+}
+
+WNDPROC ProcedureOfTrap(Address address) {
+    std::vector<Trap>& traps = Traps();
+    const Address first = Engine::TrapAddress(0);
+    const Address index = (address - first) / 8;
+    return address >= first && index < traps.size() ? traps[index].procedure : nullptr;
+}
+
+bool PrintMissingCalls() {
+    FillTraps();
+    bool complete = true;
+    for (const Trap& trap : Traps()) {
+        if (!trap.server || Exports().count(trap.name) == 0) {
+            std::printf("%s is not %s\n", trap.name.c_str(), trap.server ? "exported" : "served");
+            complete = false;
+        }
+    }
+    return complete;
+}
+
+void PrintCoveredCalls() {
+    std::vector<const Trap*> covered;
+    for (const Trap& trap : Traps()) {
+        if (!trap.procedure && !trap.method) {
+            covered.push_back(&trap);
+        }
+    }
+    std::sort(covered.begin(), covered.end(),
+              [](const Trap* left, const Trap* right) { return left->name < right->name; });
+    size_t called = 0;
+    for (const Trap* trap : covered) {
+        std::printf("%10lu %s\n", trap->calls, trap->name.c_str());
+        called += trap->calls != 0;
+    }
+    std::printf("%zu of the %zu system calls that the program imports were made\n", called,
+                covered.size());
+}
+
+Address Call::Word(unsigned index) const {
+    if (index < 4) {
+        return engine_.Register(UC_ARM_REG_R0 + static_cast<int>(index));
+    }
+    return PointerTo<Address>(engine_.StackPointer())[index - 4];
+}
+
+Address Call::Caller() const {
+    return engine_.Caller();
+}
+
+void* Call::Bytes(unsigned index, Address size, Access access) const {
+    const Address address = Word(index);
+    if (address == 0) {
+        return nullptr;
+    }
+    TheMachine().memory.Require(address, size, access, name_);
+    return PointerTo(address);
+}
+
+const WCHAR* Call::String(unsigned index) const {
+    const Address address = Word(index);
+    if (address >= 0x10000) {
+        TheMachine().memory.RequireText(address, name_);
+    }
+    return PointerTo<WCHAR>(address);
+}
+
+HANDLE Call::KernelHandle(unsigned index) const {
+    constexpr Address currentThread = 0x41;
+    constexpr Address currentProcess = 0x42;
+    switch (Word(index)) {
+        case currentThread:
+            return GetCurrentThread();
+        case currentProcess:
+            return GetCurrentProcess();
+        default:
+            return HandleAt(index);
+    }
+}
+
+}  // namespace emulator

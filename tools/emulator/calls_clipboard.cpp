@@ -1,0 +1,82 @@
+// The clipboard. What stands on it is the system's: the program may look at it while the clipboard
+// is open, and gives away what it puts there.
+#include <cstring>
+#include <map>
+#include <vector>
+
+#include "call.h"
+#include "machine.h"
+#include "stop.h"
+
+namespace emulator {
+
+namespace {
+
+// Copies that the program was shown, until the clipboard is closed.
+std::vector<Address>& Shown() {
+    static std::vector<Address> shown;
+    return shown;
+}
+bool isOpen = false;
+
+std::uint64_t OpenIt(Call& call) {
+    isOpen = OpenClipboard(call.HandleAt<HWND>(0)) != FALSE;
+    return isOpen;
+}
+
+std::uint64_t CloseIt(Call&) {
+    for (const Address block : Shown()) {
+        TheMachine().heap.Free(block, 0, "CloseClipboard");
+    }
+    Shown().clear();
+    isOpen = false;
+    return Result(CloseClipboard());
+}
+
+std::uint64_t PutData(Call& call) {
+    Heap& heap = TheMachine().heap;
+    const Address block = call.Word(1);
+    const Address size = heap.SizeOf(block, call.Name());
+    const HGLOBAL memory = GlobalAlloc(GMEM_MOVEABLE, size);
+    std::memcpy(GlobalLock(memory), PointerTo(block), size);
+    GlobalUnlock(memory);
+    if (!SetClipboardData(call.Word(0), memory)) {
+        const DWORD error = GetLastError();
+        GlobalFree(memory);
+        SetLastError(error);
+        return 0;
+    }
+    heap.GiveToSystem(block);
+    Shown().push_back(block);
+    return block;
+}
+
+std::uint64_t GetData(Call& call) {
+    const HANDLE memory = GetClipboardData(call.Word(0));
+    if (!memory) {
+        return 0;
+    }
+    const auto size = static_cast<Address>(GlobalSize(memory));
+    const Address copy = TheMachine().heap.Allocate(size, false, 0);
+    std::memcpy(PointerTo(copy), GlobalLock(memory), size);
+    GlobalUnlock(memory);
+    Shown().push_back(copy);
+    return copy;
+}
+
+const Services services = {
+    {"OpenClipboard", OpenIt},
+    {"CloseClipboard", CloseIt},
+    {"EmptyClipboard", Direct<EmptyClipboard>},
+    {"SetClipboardData", PutData},
+    {"GetClipboardData", GetData},
+    {"IsClipboardFormatAvailable", Direct<IsClipboardFormatAvailable>},
+    {"RegisterClipboardFormatW", Direct<RegisterClipboardFormatW>},
+    {"EnumClipboardFormats", Direct<EnumClipboardFormats>},
+    {"CountClipboardFormats", Direct<CountClipboardFormats>},
+    {"GetClipboardOwner", Direct<GetClipboardOwner>},
+};
+
+}  // namespace
+
+}  // namespace emulator

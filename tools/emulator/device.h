@@ -1,0 +1,80 @@
+// The described device: what a handheld has that this machine has not. Read from a text file.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "address.h"
+
+namespace emulator {
+
+struct Device {
+    struct Module {
+        std::string name;
+        std::string path;
+        Address base = 0;
+        Address size = 0;
+        unsigned uses = 1;
+    };
+    // Blocks of a process's heap that are alike.
+    struct HeapBlocks {
+        Address size = 0;
+        unsigned count = 1;
+        bool free = false;
+    };
+    struct Process {
+        std::string name;
+        std::string path;
+        Address id = 0;
+        unsigned threads = 1;
+        // The slot of 32 MB that the process has, and the pages used in it.
+        Address slot = 0;
+        Address pages = 0;
+        std::vector<Module> modules;
+        std::vector<HeapBlocks> heap;
+    };
+    struct Card {
+        std::string folder;
+        std::uint64_t size = 0;
+        std::uint64_t free = 0;
+        // What the storage manager calls the store, and its profile; empty for memory of the device
+        // itself, which the storage manager does not know.
+        std::string store;
+        std::string profile;
+    };
+    struct Battery {
+        bool present = true;
+        bool online = false;
+        unsigned percent = 100;
+        unsigned backupPercent = 100;
+        unsigned minutesLeft = 0;
+        unsigned millivolts = 0;
+        int milliamperes = 0;
+        int temperature = 0;
+        std::string chemistry = "LION";
+    };
+
+    int width = 240;
+    int height = 320;
+    int dotsPerInch = 96;
+    // The height of the shell's caption strip at the top, in pixels.
+    int caption = 0;
+    Address stackSize = 64 * 1024;
+    // Bytes: all memory that programs share, what of it others use, the object store's share.
+    Address memory = 32u << 20;
+    Address memoryUsed = 0;
+    Address store = 0;
+    Address storeFree = 0;
+    std::vector<Process> processes;
+    std::vector<Card> cards;
+    Battery battery;
+
+    // Reads a description; stops the run when it is wrong, naming the line.
+    void Read(const std::string& path);
+
+ private:
+    void ReadLine(const std::string& file, unsigned number, const std::string& text);
+};
+
+}  // namespace emulator
