@@ -1,6 +1,12 @@
 #include "ui/page.h"
 
+#include <algorithm>
+
+#include "platform/handles.h"
 #include "text/resources.h"
+#include "ui/clipped_text.h"
+#include "ui/drawing_resources.h"
+#include "ui/form_rows.h"
 
 namespace ui {
 
@@ -12,6 +18,20 @@ bool Page::OpenContents() {
     }
     Fill(list_);
     return true;
+}
+
+void Page::AddValues(const std::vector<LabelledValue>& lines) {
+    int labelWidth = 0;
+    {
+        const platform::WindowDC dc(Handle());
+        const platform::Selected font(dc, Fonts().Base());
+        for (const LabelledValue& line : lines) {
+            labelWidth = std::max(labelWidth, TextWidth(dc, line.label));
+        }
+    }
+    for (const LabelledValue& line : lines) {
+        list_.AddRow(std::make_unique<ValueRow>(line.label, line.value, labelWidth));
+    }
 }
 
 void Page::ArrangeContents(const RECT& area) {

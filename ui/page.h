@@ -1,6 +1,9 @@
 // A full-screen dialog that is a form list.
 #pragma once
 
+#include <string>
+#include <vector>
+
 #include "ui/form_list.h"
 #include "ui/full_screen_dialog.h"
 
@@ -11,6 +14,12 @@ inline constexpr UINT barDoneCancel = 120;
 inline constexpr UINT barDone = 121;
 inline constexpr UINT barCancel = 122;
 
+// A line of a page: what it is about, and what there is to say.
+struct LabelledValue {
+    std::wstring label;
+    std::wstring value;
+};
+
 class Page : public FullScreenDialog {
  protected:
     // `caption` is a string resource, `bar` a menu resource.
@@ -20,6 +29,8 @@ class Page : public FullScreenDialog {
     virtual void Fill(FormList& list) = 0;
 
     FormList& List() { return list_; }
+    // Adds a row for each line; the values stand in a column behind the widest label.
+    void AddValues(const std::vector<LabelledValue>& lines);
 
     bool OpenContents() override;
     void ArrangeContents(const RECT& area) override;

@@ -45,6 +45,8 @@ class GalleryFrame : public FrameFixture {
         EXPECT_TRUE(WaitFor([] { return !FindVisible(popupClass); }));
     }
 
+    const std::wstring& SamplePath() const { return folder_.Path(); }
+
     Camera camera;
 
  private:
@@ -146,6 +148,23 @@ TEST_F(GalleryFrame, FilesUnderAFinger) {
         camera.TakeAsItIs("files_dragged", list);
         finger = Finger().Up();
         Play(finger);
+    });
+}
+
+TEST_F(GalleryFrame, OpenFile) {
+    Run([&] {
+        CleanSettings::SetText(L"SelectAppPath", SamplePath());
+        CleanSettings::SetNumber(L"SelectAppFlags", 0x800000);
+        Press("End");
+        PostMessageW(frame.Handle(), WM_COMMAND, 619, 0);
+        EXPECT_TRUE(WaitForWindow(L"#32770"));
+        camera.Take("open_file");
+        Press("Down");
+        Press("Down");
+        camera.Take("open_file_selected");
+        TakeMenu("F2", "open_file_menu");
+        Press("Escape");
+        EXPECT_TRUE(WaitFor([] { return !FindVisible(L"#32770"); }));
     });
 }
 

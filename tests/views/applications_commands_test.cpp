@@ -239,12 +239,14 @@ TEST_F(ApplicationsCommands, InformationShowsTheWindowAsItIs) {
         [&] {
             EXPECT_TRUE(WaitForWindow(L"#32770"));
             wchar_t process[64];
-            swprintf(process, 64, L"owner process PID: 0x%lx", program.ProcessId());
+            swprintf(process, 64, L"0x%lx", program.ProcessId());
             wchar_t handle[64];
-            swprintf(handle, 64, L"Window handle: 0x%lx",
+            swprintf(handle, 64, L"0x%lx",
                      static_cast<DWORD>(reinterpret_cast<ULONG_PTR>(program.Window())));
             EXPECT_TRUE(WaitFor([&] { return texts.Has(process); })) << texts.All();
             EXPECT_TRUE(texts.Has(handle)) << texts.All();
+            EXPECT_TRUE(texts.Has(L"Window handle:")) << texts.All();
+            EXPECT_TRUE(texts.Has(L"owner process PID:")) << texts.All();
             EXPECT_TRUE(texts.Has(L"  Sample 1")) << texts.All();
             Finger().Key("Return").Play();
         },

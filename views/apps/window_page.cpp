@@ -1,5 +1,7 @@
 #include "views/apps/window_page.h"
 
+#include <algorithm>
+
 #include "text/format.h"
 #include "ui/form_rows.h"
 #include "ui/page.h"
@@ -59,11 +61,15 @@ class WindowPage final : public ui::Page {
     void Fill(ui::FormList& list) override {
         list.AddRow(std::make_unique<ui::HeadingRow>(title_, icon_.icon, icon_.size));
         list.AddRow(std::make_unique<ui::SeparatorRow>());
-        list.AddRow(std::make_unique<ui::ValueRow>(std::wstring(), handle_));
-        list.AddRow(std::make_unique<ui::ValueRow>(std::wstring(), process_));
+        AddValues({Split(handle_), Split(process_)});
     }
 
  private:
+    // A text that ends with its number, to look as the values of other pages do.
+    static ui::LabelledValue Split(const std::wstring& text) {
+        const size_t blank = std::min(text.rfind(L' '), text.size());
+        return {text.substr(0, blank), text.substr(std::min(blank + 1, text.size()))};
+    }
     // Handles of windows have 32 bits on every system.
     static DWORD Number(HWND window) {
         return static_cast<DWORD>(reinterpret_cast<ULONG_PTR>(window));

@@ -7,8 +7,6 @@
 #include "platform/handles.h"
 #include "text/format.h"
 #include "text/resources.h"
-#include "ui/clipped_text.h"
-#include "ui/drawing_resources.h"
 #include "ui/form_rows.h"
 #include "ui/page.h"
 #include "views/processes/image_rows.h"
@@ -65,7 +63,7 @@ class InfoPage final : public ui::Page {
                                                      info_.icon));
         list.AddRow(std::make_unique<ui::SeparatorRow>());
         const RegionTotals& regions = info_.regions;
-        const Line lines[] = {
+        AddValues({
             {Label(textProcessId), FormatAddress(info_.entry.processId)},
             {Label(textThreads),
              text::FormatInteger(static_cast<int64_t>(info_.entry.threadCount))},
@@ -77,26 +75,10 @@ class InfoPage final : public ui::Page {
             {text::FormatText(textReserved, regions.reservedCount),
              text::FormatSize(regions.reservedBytes)},
             {Label(textHeaps), text::FormatSize(info_.heapBytes)},
-        };
-        int labelWidth = 0;
-        {
-            const platform::WindowDC dc(Handle());
-            const platform::Selected font(dc, ui::Fonts().Base());
-            for (const Line& line : lines) {
-                labelWidth = std::max(labelWidth, ui::TextWidth(dc, line.label));
-            }
-        }
-        for (const Line& line : lines) {
-            list.AddRow(std::make_unique<ui::ValueRow>(line.label, line.value, labelWidth));
-        }
+        });
     }
 
  private:
-    struct Line {
-        std::wstring label;
-        std::wstring value;
-    };
-
     static std::wstring Label(UINT text) { return std::wstring(text::LoadText(text)); }
 
     const ProcessInfo& info_;
