@@ -71,10 +71,14 @@ class HeapWalk {
 };
 
 // The heaps of a snapshot. A PC gives no list of another process's heaps: there the process has one
-// heap of one block, its private committed memory (GetProcessMemoryInfo).
+// heap, whose blocks are the regions committed to it alone (VirtualQueryEx), and an ended process
+// none.
 class SnapshotHeaps final : public HeapWalk {
  public:
     SnapshotHeaps(const Snapshot& snapshot, DWORD processId);
+    ~SnapshotHeaps();
+    SnapshotHeaps(const SnapshotHeaps&) = delete;
+    SnapshotHeaps& operator=(const SnapshotHeaps&) = delete;
     bool FirstHeap() override;
     bool NextHeap() override;
     bool FirstBlock(uint64_t* size) override;
@@ -84,7 +88,15 @@ class SnapshotHeaps final : public HeapWalk {
     HANDLE snapshot_;
     DWORD processId_;
     DWORD heapId_ = 0;
+    // A PC's process, null before it is opened, and where the walk through its regions goes on.
+    HANDLE process_ = nullptr;
+    ULONG_PTR address_ = 0;
 };
+
+// The path of a module's file as a handheld writes it, asked of the module itself
+// (GetModuleFileNameW with its identifier; GetModuleFileNameExW on a PC). Returns the length in
+// characters, 0 on failure.
+DWORD PathOfModule(DWORD processId, const ModuleEntry& entry, wchar_t* buffer, DWORD size);
 
 // A part of the memory that a process can see.
 struct MemoryRegion {

@@ -195,6 +195,8 @@ bool Snapshot::Next(ModuleEntry* entry) const {
 SnapshotHeaps::SnapshotHeaps(const Snapshot& snapshot, DWORD processId)
     : snapshot_(snapshot.Handle()), processId_(processId) {}
 
+SnapshotHeaps::~SnapshotHeaps() {}
+
 bool SnapshotHeaps::FirstHeap() {
     HeapList32 list = {};
     list.dwSize = sizeof list;
@@ -235,6 +237,10 @@ bool SnapshotHeaps::NextBlock(uint64_t* size) {
     }
     *size = block.dwBlockSize;
     return true;
+}
+
+DWORD PathOfModule(DWORD, const ModuleEntry& entry, wchar_t* buffer, DWORD size) {
+    return GetModuleFileNameW(reinterpret_cast<HMODULE>(entry.id), buffer, size);
 }
 
 ProcessMemory::ProcessMemory(const ProcessEntry& process)

@@ -110,8 +110,22 @@ bool Snapshot::Next(ModuleEntry* entry) const {
 SnapshotHeaps::SnapshotHeaps(const Snapshot& snapshot, DWORD processId)
     : snapshot_(snapshot.Handle()), processId_(processId) {}
 
+SnapshotHeaps::~SnapshotHeaps() {
+    if (process_) {
+        CloseHandle(process_);
+    }
+}
+
 bool SnapshotHeaps::FirstHeap() {
-    return true;
+    process_ = OpenProcess(PROCESS_QUERY_INFORMATION, FALSE, processId_);
+    DWORD exitCode = STILL_ACTIVE;
+    const bool ended = process_
+                           ? GetExitCodeProcess(process_, &exitCode) && exitCode != STILL_ACTIVE
+                           : GetLastError() == ERROR_INVALID_PARAMETER;
+    if (ended) {
+        SetLastError(ERROR_NO_MORE_FILES);
+    }
+    return process_ && !ended;
 }
 
 bool SnapshotHeaps::NextHeap() {
@@ -120,19 +134,47 @@ bool SnapshotHeaps::NextHeap() {
 }
 
 bool SnapshotHeaps::FirstBlock(uint64_t* size) {
-    const UniqueHandle process(
-        OpenProcess(PROCESS_QUERY_INFORMATION | PROCESS_VM_READ, FALSE, processId_));
-    PROCESS_MEMORY_COUNTERS counters = {};
-    if (!process || !GetProcessMemoryInfo(process.Get(), &counters, sizeof counters)) {
-        return false;
-    }
-    *size = counters.PagefileUsage;
-    return true;
+    address_ = 0;
+    return NextBlock(size);
 }
 
-bool SnapshotHeaps::NextBlock(uint64_t*) {
-    SetLastError(ERROR_NO_MORE_FILES);
+bool SnapshotHeaps::NextBlock(uint64_t* size) {
+    MEMORY_BASIC_INFORMATION region = {};
+    while (VirtualQueryEx(process_, reinterpret_cast<const void*>(address_), &region,
+                          sizeof region) != 0) {
+        const ULONG_PTR next = address_ + region.RegionSize;
+        if (next <= address_) {
+            SetLastError(ERROR_NO_MORE_FILES);
+            return false;
+        }
+        address_ = next;
+        if (region.State == MEM_COMMIT && region.Type == MEM_PRIVATE) {
+            *size = region.RegionSize;
+            return true;
+        }
+    }
+    // Behind the last region no query is valid.
+    if (GetLastError() == ERROR_INVALID_PARAMETER) {
+        SetLastError(ERROR_NO_MORE_FILES);
+    }
     return false;
+}
+
+DWORD PathOfModule(DWORD processId, const ModuleEntry& entry, wchar_t* buffer, DWORD size) {
+    const UniqueHandle process(
+        OpenProcess(PROCESS_QUERY_INFORMATION | PROCESS_VM_READ, FALSE, processId));
+    wchar_t path[MAX_PATH] = {};
+    if (!process ||
+        !GetModuleFileNameExW(process.Get(), reinterpret_cast<HMODULE>(entry.id), path, MAX_PATH)) {
+        return 0;
+    }
+    const std::wstring found = desktop::FromDesktopPath(path);
+    if (found.size() >= size) {
+        SetLastError(ERROR_INSUFFICIENT_BUFFER);
+        return 0;
+    }
+    std::copy_n(found.c_str(), found.size() + 1, buffer);
+    return static_cast<DWORD>(found.size());
 }
 
 ProcessMemory::ProcessMemory(const ProcessEntry& process)

@@ -185,14 +185,14 @@ void FillSlots(FakeProcesses& device) {
                                     L"services.exe", L"shell32.exe", L"calendar.exe"};
     DWORD number = 1;
     for (const wchar_t* name : names) {
-        device.processes.push_back(FakeProcess{
-            0x8C0A0000 + number * 0x1F42,
-            name,
-            std::wstring(L"C:\\windows\\explorer.exe"),
-            number * 0x2000000,
-            number + 2,
-            {{MEM_FREE, 0x10000}, {MEM_COMMIT, number * 0x34000}, {MEM_RESERVE, 0x160000}},
-            0x12400});
+        device.processes.push_back(FakeProcess{0x8C0A0000 + number * 0x1F42,
+                                               name,
+                                               std::wstring(L"C:\\windows\\explorer.exe"),
+                                               number * 0x2000000,
+                                               number + 2,
+                                               {{MEM_FREE, 0x10000},
+                                                {MEM_COMMIT, number * 0x34000, MEM_PRIVATE},
+                                                {MEM_RESERVE, 0x160000}}});
         ++number;
     }
     device.modules = {{L"calendar.exe", L"C:\\windows\\explorer.exe", 0x0E010000, 0x34000},

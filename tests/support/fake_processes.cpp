@@ -79,8 +79,8 @@ HANDLE WINAPI FakeProcesses::Open(DWORD, BOOL, DWORD process) {
         SetLastError(device->openError);
         return nullptr;
     }
-    const HANDLE handle =
-        device->open_.Original()(PROCESS_QUERY_INFORMATION, FALSE, GetCurrentProcessId());
+    const HANDLE handle = device->open_.Original()(PROCESS_QUERY_INFORMATION | PROCESS_VM_READ,
+                                                   FALSE, GetCurrentProcessId());
     device->handles_[handle] = process;
     return handle;
 }
@@ -128,22 +128,14 @@ SIZE_T WINAPI FakeProcesses::Query(HANDLE handle, const void* address,
             *information = {};
             information->BaseAddress = reinterpret_cast<void*>(begin);
             information->State = region.state;
+            information->Type = region.type;
             information->RegionSize = region.size;
             return sizeof *information;
         }
         begin += region.size;
     }
+    SetLastError(ERROR_INVALID_PARAMETER);
     return 0;
-}
-
-BOOL WINAPI FakeProcesses::MemoryInfo(HANDLE handle, PROCESS_MEMORY_COUNTERS* counters, DWORD) {
-    const FakeProcess* process = device->ProcessOf(handle);
-    if (!process) {
-        SetLastError(ERROR_ACCESS_DENIED);
-        return FALSE;
-    }
-    counters->PagefileUsage = process->privateBytes;
-    return TRUE;
 }
 
 BOOL WINAPI FakeProcesses::Terminate(HANDLE handle, UINT code) {

@@ -15,6 +15,7 @@ namespace test {
 struct FakeRegion {
     DWORD state;
     SIZE_T size;
+    DWORD type = MEM_IMAGE;
 };
 
 struct FakeProcess {
@@ -26,7 +27,6 @@ struct FakeProcess {
     DWORD threads = 1;
     // From address 0 on.
     std::vector<FakeRegion> regions = {};
-    SIZE_T privateBytes = 0;
 };
 
 struct FakeModule {
@@ -71,7 +71,6 @@ class FakeProcesses {
     static BOOL WINAPI Modules(HANDLE process, HMODULE* modules, DWORD size, DWORD* needed);
     static SIZE_T WINAPI Query(HANDLE process, const void* address,
                                MEMORY_BASIC_INFORMATION* information, SIZE_T size);
-    static BOOL WINAPI MemoryInfo(HANDLE process, PROCESS_MEMORY_COUNTERS* counters, DWORD size);
     static BOOL WINAPI Terminate(HANDLE process, UINT code);
     static DWORD WINAPI Wait(HANDLE handle, DWORD milliseconds);
 
@@ -95,8 +94,6 @@ class FakeProcesses {
                                                                         Modules};
     PlatformHook<SIZE_T WINAPI(HANDLE, const void*, MEMORY_BASIC_INFORMATION*, SIZE_T)> query_{
         "VirtualQueryEx", Query};
-    PlatformHook<BOOL WINAPI(HANDLE, PROCESS_MEMORY_COUNTERS*, DWORD)> memory_{
-        "K32GetProcessMemoryInfo", MemoryInfo};
     PlatformHook<BOOL WINAPI(HANDLE, UINT)> terminate_{"TerminateProcess", Terminate};
     PlatformHook<DWORD WINAPI(HANDLE, DWORD)> wait_{"WaitForSingleObject", Wait};
 };

@@ -245,9 +245,10 @@ TEST_F(FakeDeviceProcesses, AreNotEndedWithoutYes) {
 TEST_F(FakeDeviceProcesses, TellTheirMemoryAndHeapsOnAPage) {
     FakeProcess& process = Named(L"process2.exe");
     process.threads = 12;
-    process.regions = {
-        {MEM_FREE, 0x10000}, {MEM_COMMIT, 0x3000}, {MEM_RESERVE, 0x100000}, {MEM_COMMIT, 0x1000}};
-    process.privateBytes = 0x2800;
+    process.regions = {{MEM_FREE, 0x10000},
+                       {MEM_COMMIT, 0x3000},
+                       {MEM_RESERVE, 0x100000},
+                       {MEM_COMMIT, 0x1000, MEM_PRIVATE}};
     Open();
     Select(L"process2.exe");
     PumpWhileUser([] { Sleep(100); });
@@ -255,7 +256,7 @@ TEST_F(FakeDeviceProcesses, TellTheirMemoryAndHeapsOnAPage) {
     WhileUser(
         [&] {
             EXPECT_TRUE(WaitForWindow(L"#32770"));
-            EXPECT_TRUE(WaitFor([&] { return texts.Has(L"10.00 KB"); })) << texts.All();
+            EXPECT_TRUE(WaitFor([&] { return texts.Has(L"4.00 KB"); })) << texts.All();
             for (const wchar_t* text :
                  {L"Process Information", L"process2.exe", L"Process id:", L"Threads number:",
                   L"12", L"Load address:", L"4000000", L"Virtul memory:", L"1.02 MB",

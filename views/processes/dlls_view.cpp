@@ -1,7 +1,6 @@
 #include "views/processes/dlls_view.h"
 
 #include "faults/fault.h"
-#include "platform/coredll.h"
 #include "text/format.h"
 #include "ui/action.h"
 #include "views/processes/image_list_filler.h"
@@ -18,18 +17,17 @@ constexpr UINT enumerationFailed = 245;
 constexpr DWORD watchedFlags = 0x3040;
 
 // A module that the snapshot lists without a path may tell it itself.
-std::wstring PathOf(const platform::ModuleEntry& entry) {
+std::wstring PathOf(DWORD processId, const platform::ModuleEntry& entry) {
     if (entry.path[0]) {
         return entry.path;
     }
     wchar_t path[MAX_PATH] = {};
-    return std::wstring(path,
-                        platform::ModulePath(reinterpret_cast<HMODULE>(entry.id), path, MAX_PATH));
+    return std::wstring(path, platform::PathOfModule(processId, entry, path, MAX_PATH));
 }
 
-std::unique_ptr<ImageItem> MakeItem(const platform::ModuleEntry& entry) {
+std::unique_ptr<ImageItem> MakeItem(DWORD processId, const platform::ModuleEntry& entry) {
     auto item = std::make_unique<ImageItem>();
-    item->path = PathOf(entry);
+    item->path = PathOf(processId, entry);
     item->icon = IconOfFile(item->path);
     item->name = entry.name;
     item->base = entry.base;
@@ -52,6 +50,13 @@ bool DllsView::Activate(const ViewArgument& argument) {
     }
     RefreshAndSelect(0);
     return true;
+}
+
+void DllsView::Resume() {
+    // The message about a refresh that failed activates the window when it closes.
+    if (!refreshing_) {
+        Refresh();
+    }
 }
 
 void DllsView::FlagsChanged(DWORD mask, DWORD) {
@@ -106,6 +111,7 @@ void DllsView::Refresh() {
 }
 
 void DllsView::RefreshAndSelect(ULONG_PTR module) {
+    const Raised refreshing(refreshing_);
     ui::RunAction(GetFrame().MainWindow(), enumerationFailed,
                   [this, module] { Enumerate(module); });
 }
@@ -118,7 +124,7 @@ void DllsView::Enumerate(ULONG_PTR selected) {
     }
     platform::ModuleEntry entry;
     for (bool found = modules.First(&entry); found; found = modules.Next(&entry)) {
-        filler.Insert(MakeItem(entry));
+        filler.Insert(MakeItem(processId_, entry));
     }
     // However the walk ended, what it has found is the list.
 }

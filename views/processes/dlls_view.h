@@ -15,7 +15,7 @@ class DllsView final : public ListView {
     void Layout(HDC dc) override;
     // Shows the modules of the argument's process.
     bool Activate(const ViewArgument& argument) override;
-    void Resume() override { Refresh(); }
+    void Resume() override;
     void FlagsChanged(DWORD mask, DWORD value) override;
     std::wstring Title() const override;
     void DrawRow(const DRAWITEMSTRUCT& row) override;
@@ -37,6 +37,8 @@ class DllsView final : public ListView {
 
     DWORD processId_ = 0;
     ImageRows rows_;
+    // Whether rows are being read, or what failed there is being told.
+    bool refreshing_ = false;
 };
 
 }  // namespace views

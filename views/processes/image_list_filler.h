@@ -28,6 +28,19 @@ class ImageListFiller {
     unsigned selectedRow_ = ui::noRow;
 };
 
+// Sets a flag for as long as it lives.
+class Raised {
+ public:
+    explicit Raised(bool& flag) : flag_(flag), before_(std::exchange(flag, true)) {}
+    ~Raised() { flag_ = before_; }
+    Raised(const Raised&) = delete;
+    Raised& operator=(const Raised&) = delete;
+
+ private:
+    bool& flag_;
+    const bool before_;
+};
+
 // Shows an item's file in Files; beeps when there is none (GetFileAttributesW).
 void GoToImage(Frame& frame, const ImageItem& item);
 

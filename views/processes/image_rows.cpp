@@ -59,7 +59,8 @@ void ImageRows::Draw(const DRAWITEMSTRUCT& row, const ImageItem& item, const std
     }
     SetBkMode(dc, TRANSPARENT);
     SetTextColor(dc, GetSysColor(selected ? COLOR_HIGHLIGHTTEXT : COLOR_WINDOWTEXT));
-    text.bottom = DrawLines(dc, text, item, lines);
+    // The letters may reach into the line below, but are not cut.
+    text.bottom = std::max<int>(DrawLines(dc, text, item, lines), text.top + textHeight_);
     const platform::Selected font(dc, ui::Fonts().Base());
     ui::DrawClippedLine(dc, text, name);
 }

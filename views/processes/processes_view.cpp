@@ -23,6 +23,8 @@ constexpr UINT askKill = 351;
 
 // What a process that has been ended leaves as its exit code (E_ABORT).
 constexpr UINT killedExitCode = 0x80004004;
+// PROCESS_ALL_ACCESS as handhelds and PCs of all ages know it.
+constexpr DWORD allAccess = 0x1F0FFF;
 // Milliseconds.
 constexpr DWORD killTimeout = 3000;
 
@@ -42,6 +44,13 @@ bool ProcessesView::Activate(const ViewArgument& argument) {
     }
     RefreshAndSelect(argument.processId);
     return true;
+}
+
+void ProcessesView::Resume() {
+    // The message about a refresh that failed activates the window when it closes.
+    if (!refreshing_) {
+        Refresh();
+    }
 }
 
 void ProcessesView::FlagsChanged(DWORD mask, DWORD) {
@@ -116,6 +125,7 @@ void ProcessesView::Refresh() {
 }
 
 void ProcessesView::RefreshAndSelect(ULONG_PTR processId) {
+    const Raised refreshing(refreshing_);
     ui::RunAction(GetFrame().MainWindow(), enumerationFailed,
                   [this, processId] { Enumerate(processId); });
 }
@@ -162,7 +172,7 @@ void ProcessesView::Kill(DWORD processId) {
 
 void ProcessesView::EndProcess(DWORD processId) {
     const platform::WaitCursor cursor;
-    const HANDLE handle = OpenProcess(PROCESS_ALL_ACCESS, FALSE, processId);
+    const HANDLE handle = OpenProcess(allAccess, FALSE, processId);
     if (!handle || handle == INVALID_HANDLE_VALUE) {
         throw faults::W32Fault();
     }

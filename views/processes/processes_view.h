@@ -15,7 +15,7 @@ class ProcessesView final : public ListView {
     void Layout(HDC dc) override;
     // Selects the process of the argument's id.
     bool Activate(const ViewArgument& argument) override;
-    void Resume() override { Refresh(); }
+    void Resume() override;
     void FlagsChanged(DWORD mask, DWORD value) override;
     std::wstring Title() const override;
     void DrawRow(const DRAWITEMSTRUCT& row) override;
@@ -43,6 +43,8 @@ class ProcessesView final : public ListView {
     void EndProcess(DWORD processId);
 
     ImageRows rows_;
+    // Whether rows are being read, or what failed there is being told.
+    bool refreshing_ = false;
 };
 
 }  // namespace views
