@@ -14,7 +14,7 @@ void ViewList::SetMarking(bool marking) {
 }
 
 unsigned ViewList::MarkedCount() const {
-    return static_cast<unsigned>(std::count(marks_.begin(), marks_.end(), true));
+    return static_cast<unsigned>(std::count(marks_.begin(), marks_.end(), 1));
 }
 
 void ViewList::ToggleMark(unsigned row) {
@@ -24,7 +24,7 @@ void ViewList::ToggleMark(unsigned row) {
     if (marks_.size() <= row) {
         marks_.resize(row + 1);
     }
-    marks_[row] = !marks_[row];
+    marks_[row] ^= 1;
     InvalidateRow(row);
     view_.MarksChanged();
 }
@@ -36,7 +36,7 @@ void ViewList::Clear() {
 
 void ViewList::InsertItem(unsigned index, ULONG_PTR data) {
     if (index < marks_.size()) {
-        marks_.insert(marks_.begin() + static_cast<ptrdiff_t>(index), false);
+        marks_.insert(marks_.begin() + static_cast<ptrdiff_t>(index), uint8_t{0});
     }
     TouchList::InsertItem(index, data);
 }

@@ -25,7 +25,7 @@ class ViewList final : public ui::TouchList<ViewList> {
     // shows a box at its right end. Starts and ends without marks.
     void SetMarking(bool marking);
     bool Marking() const { return marking_; }
-    bool Marked(unsigned row) const { return row < marks_.size() && marks_[row]; }
+    bool Marked(unsigned row) const { return row < marks_.size() && marks_[row] != 0; }
     unsigned MarkedCount() const;
     void ToggleMark(unsigned row);
 
@@ -52,8 +52,8 @@ class ViewList final : public ui::TouchList<ViewList> {
  private:
     View& view_;
     bool marking_ = false;
-    // One for each row; shorter when the last rows have no mark.
-    std::vector<bool> marks_;
+    // 1 for each marked row; shorter when the last rows have no mark.
+    std::vector<uint8_t> marks_;
 };
 
 }  // namespace views

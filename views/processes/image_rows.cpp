@@ -67,7 +67,8 @@ void ImageRows::Draw(const DRAWITEMSTRUCT& row, const ImageItem& item, const std
 
 int ImageRows::DrawLines(HDC dc, RECT area, const ImageItem& item, const ImageLines& lines) const {
     const platform::Selected font(dc, ui::Fonts().Small());
-    if (lines.path && !item.path.empty()) {
+    if (lines.path) {
+        // Blank without a path.
         area.top = area.bottom - smallTextHeight_;
         ui::DrawPathText(dc, area, item.path);
         area.bottom = area.top;

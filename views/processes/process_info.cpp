@@ -7,8 +7,11 @@
 #include "platform/handles.h"
 #include "text/format.h"
 #include "text/resources.h"
+#include "ui/clipped_text.h"
+#include "ui/drawing_resources.h"
 #include "ui/form_rows.h"
 #include "ui/page.h"
+#include "ui/window.h"
 #include "views/processes/image_rows.h"
 
 namespace views {
@@ -53,14 +56,52 @@ uint64_t HeapBytesOf(DWORD processId) {
     return SumHeaps(heaps);
 }
 
+// The icon and the name of the executable in one line.
+class ExecutableRow final : public ui::FormRow {
+ public:
+    ExecutableRow(std::wstring name, HIMAGELIST icons, int icon)
+        : name_(std::move(name)), icons_(icons), icon_(icon) {
+        if (!icons_ || icon_ < 0 || !ImageList_GetIconSize(icons_, &iconWidth_, &iconHeight_)) {
+            icons_ = nullptr;
+            iconWidth_ = iconHeight_ = 0;
+        }
+    }
+    SIZE Measure(HDC dc, SIZE room) override {
+        const int line = ui::TextHeight(dc, ui::Fonts().Base());
+        return SIZE{room.cx, std::max(iconHeight_ + iconHeight_ / 4, line + 2 * ((line + 2) / 3))};
+    }
+    void Draw(HDC dc, const RECT& area, bool) override {
+        const int margin = (ui::Height(area) + 5) / 6;
+        RECT name = area;
+        if (icons_ && ImageList_Draw(icons_, icon_, dc, area.left + iconWidth_ / 4,
+                                     area.top + (ui::Height(area) - iconHeight_) / 2, ILD_NORMAL)) {
+            name.left += margin + iconWidth_ + iconWidth_ / 4;
+        } else {
+            name.left += 2 * margin;
+        }
+        name.top += margin;
+        name.bottom -= margin;
+        SetBkMode(dc, TRANSPARENT);
+        SetTextColor(dc, GetSysColor(COLOR_WINDOWTEXT));
+        ui::DrawClippedLine(dc, name, name_);
+    }
+
+ private:
+    std::wstring name_;
+    HIMAGELIST icons_;
+    int icon_;
+    int iconWidth_ = 0;
+    int iconHeight_ = 0;
+};
+
 class InfoPage final : public ui::Page {
  public:
     explicit InfoPage(const ProcessInfo& info) : Page(textCaption, ui::barDone), info_(info) {}
 
  protected:
     void Fill(ui::FormList& list) override {
-        list.AddRow(std::make_unique<ui::HeadingRow>(info_.entry.name + info_.fileName, info_.icons,
-                                                     info_.icon));
+        list.AddRow(std::make_unique<ExecutableRow>(info_.entry.name + info_.fileName, info_.icons,
+                                                    info_.icon));
         list.AddRow(std::make_unique<ui::SeparatorRow>());
         const RegionTotals& regions = info_.regions;
         AddValues({
