@@ -43,7 +43,7 @@ def processes_with(text):
 def copy_commands(repository):
     """Copies the commands, and the template of the device: the same tools would make the same, but slowly."""
     repository.mkdir()
-    for name in ("run", "test"):
+    for name in ("run", "test", "package"):
         shutil.copy(REPOSITORY / name, repository)
     for name in (".ci", "tools/prepare", "tools/device"):
         shutil.copytree(REPOSITORY / name, repository / name)
@@ -114,11 +114,20 @@ class OptionTest(CommandTest):
             self.fake(name, f"touch '{self.folder}/started'; exit 1\n")
 
     def test_help_explains_and_does_nothing(self):
-        for command, words in (("run", ["--screen", "--handheld", "--device", "--fresh", "--tour", "--into"]), ("test", ["-R", "ctest"])):
+        for command, words in (
+            ("run", ["--screen", "--handheld", "--device", "--fresh", "--tour", "--into"]),
+            ("test", ["-R", "ctest"]),
+            ("package", ["vantor.cab", "vantor.zip", "--into"]),
+        ):
             result = self.run_command(self.repository / command, "--help")
             self.assertEqual(result.returncode, 0)
             for word in words:
                 self.assertIn(word, result.stdout)
+            self.assertFalse((self.folder / "started").exists())
+
+    def test_package_refuses_what_it_does_not_know(self):
+        for words, sentence in ((["--cab"], "unknown option --cab"), (["--into"], "--into needs a value")):
+            self.assert_one_sentence(self.run_command(self.repository / "package", *words), sentence)
             self.assertFalse((self.folder / "started").exists())
 
     def test_run_refuses_what_it_does_not_know(self):
