@@ -121,7 +121,7 @@ DWORD ProcessPath(DWORD processId, wchar_t* buffer, DWORD size) {
     wchar_t path[MAX_PATH];
     DWORD length = MAX_PATH;
     if (process && QueryFullProcessImageNameW(process.Get(), 0, path, &length)) {
-        return CopyPath(desktop::FromDesktopPath(std::wstring(path, length)), buffer, size);
+        return CopyPath(desktop::FromImagePath(std::wstring(path, length)), buffer, size);
     }
     const DWORD error = GetLastError();
     const std::wstring name = NameOfProcess(processId);

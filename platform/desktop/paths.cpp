@@ -1,5 +1,7 @@
 #include "platform/desktop/paths.h"
 
+#include <utility>
+
 #include "platform/windows.h"
 
 namespace platform::desktop {
@@ -22,6 +24,13 @@ bool SameDrive(const std::wstring& path, const std::wstring& drive) {
                CSTR_EQUAL;
 }
 
+std::wstring WithoutCurrentDrive(std::wstring path) {
+    if (SameDrive(path, CurrentDrive())) {
+        path.erase(0, 2);
+    }
+    return path;
+}
+
 }  // namespace
 
 std::wstring FromDesktopPath(const std::wstring& path) {
@@ -36,10 +45,12 @@ std::wstring FromDesktopPath(const std::wstring& path) {
             expanded = longPath;
         }
     }
-    if (SameDrive(expanded, CurrentDrive())) {
-        expanded.erase(0, 2);
-    }
-    return expanded;
+    return WithoutCurrentDrive(std::move(expanded));
+}
+
+std::wstring FromImagePath(const std::wstring& path) {
+    return path.find(L'~') == std::wstring::npos ? WithoutCurrentDrive(path)
+                                                 : FromDesktopPath(path);
 }
 
 std::wstring ToDesktopPath(const std::wstring& path) {

@@ -10,6 +10,10 @@ namespace platform::desktop {
 // without the letter of the current drive.
 std::wstring FromDesktopPath(const std::wstring& path);
 
+// The same for the file of a running program or module, which the system knows well: it is asked
+// about short names only where there is one.
+std::wstring FromImagePath(const std::wstring& path);
+
 // A handheld's path as the system and other programs expect it: with a drive's letter.
 std::wstring ToDesktopPath(const std::wstring& path);
 

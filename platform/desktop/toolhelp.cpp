@@ -56,7 +56,7 @@ bool Walk(HANDLE snapshot, BOOL(WINAPI* step)(HANDLE, MODULEENTRY32W*), ModuleEn
     entry->size = found.modBaseSize;
     CopyText(entry->name, found.szModule);
     CopyText(entry->path,
-             found.szExePath[0] ? desktop::FromDesktopPath(found.szExePath) : std::wstring());
+             found.szExePath[0] ? desktop::FromImagePath(found.szExePath) : std::wstring());
     return true;
 }
 

@@ -129,3 +129,14 @@ TEST(ModulePath, ThatIsUnknownFailsWithTheLastError) {
     EXPECT_EQ(platform::ModulePath(nullptr, buffer, MAX_PATH), 0u);
     EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_INVALID_HANDLE));
 }
+
+TEST(ImagePaths, AreExpandedWhereTheyHaveShortNames) {
+    const test::TemporaryFolder folder;
+    const std::wstring file = folder.MakeFile(L"a program with a long name.exe");
+    const std::wstring full = L"C:" + file;
+    EXPECT_EQ(platform::desktop::FromImagePath(full), file);
+    wchar_t shortPath[MAX_PATH] = {};
+    ASSERT_NE(GetShortPathNameW(full.c_str(), shortPath, MAX_PATH), 0u);
+    EXPECT_EQ(platform::desktop::FromImagePath(shortPath), file);
+    EXPECT_EQ(platform::desktop::FromImagePath(L"D:\\a.exe"), L"D:\\a.exe");
+}
