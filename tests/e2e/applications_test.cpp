@@ -38,14 +38,6 @@ class ApplicationsProgram : public FilesProgram {
         ASSERT_TRUE(Finger().Hold(RowPoint(0)).Play());
         ASSERT_TRUE(ShowsSelected(0));
     }
-    // Answers the message box with the keys and waits until it is gone.
-    void Answer(Finger keys) {
-        const HWND box = WaitForWindow(L"#32770", true);
-        ASSERT_TRUE(box);
-        ASSERT_TRUE(WaitFor([&] { return GetForegroundWindow() == box; }));
-        ASSERT_TRUE(keys.Play());
-        ASSERT_TRUE(WaitFor([&] { return !IsWindow(box); }));
-    }
 
     static constexpr int none = -1;
 };

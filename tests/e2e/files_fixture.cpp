@@ -1,5 +1,10 @@
 #include "tests/e2e/files_fixture.h"
 
+#include <algorithm>
+#include <optional>
+#include <utility>
+
+#include "platform/handles.h"
 #include "ui/window.h"
 
 namespace test {
@@ -36,6 +41,48 @@ bool HasFrame(const Picture& picture) {
     return picture.Height() > 0;
 }
 
+// Where a command of a menu stands: which button of the bar, and which entry of its popup.
+struct CommandPlace {
+    int button = 0;
+    int buttons = 0;
+    // None for a button that is the command itself.
+    std::optional<int> entry;
+    int entries = 0;
+};
+
+// Looks for a command in a popup; separators are not shown.
+bool FindEntry(HMENU popup, UINT command, CommandPlace* place) {
+    place->entry.reset();
+    place->entries = 0;
+    for (int position = 0; position < GetMenuItemCount(popup); ++position) {
+        const UINT id = GetMenuItemID(popup, position);
+        if (id == command) {
+            place->entry = place->entries;
+        }
+        place->entries += id != 0;
+    }
+    return place->entry.has_value();
+}
+
+std::optional<CommandPlace> FindCommand(UINT resource, UINT command) {
+    const platform::UniqueMenu menu(
+        LoadMenuW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(resource)));
+    CommandPlace place;
+    const int count = GetMenuItemCount(menu.Get());
+    // A button that is alone has half of the bar.
+    place.buttons = std::max(count, 2);
+    for (; place.button < count; ++place.button) {
+        const HMENU popup = GetSubMenu(menu.Get(), place.button);
+        if (!popup && GetMenuItemID(menu.Get(), place.button) == command) {
+            return place;
+        }
+        if (FindEntry(popup, command, &place)) {
+            return place;
+        }
+    }
+    return std::nullopt;
+}
+
 }  // namespace
 
 void FilesProgram::Start(DWORD flags) {
@@ -54,8 +101,25 @@ void FilesProgram::StartAt(const std::wstring& path, DWORD flags) {
     }));
 }
 
+void FilesProgram::StartWith(const std::wstring& words, const std::wstring& caption,
+                             const std::optional<FailingCall>& failing) {
+    program_ = std::make_unique<Program>(words, failing);
+    ASSERT_TRUE(program_->WaitForMainWindow());
+    ASSERT_TRUE(ShowsCaption(caption));
+    // The main window has the keyboard, or a message that it shows at once.
+    ASSERT_TRUE(WaitFor([&] {
+        DWORD process = 0;
+        GetWindowThreadProcessId(GetForegroundWindow(), &process);
+        return process == program_->ProcessId();
+    }));
+}
+
 bool FilesProgram::Shows(const std::wstring& path) const {
     return WaitFor([&] { return TextOf(Window()) == path && TextOf(PathBar()) == path; });
+}
+
+bool FilesProgram::ShowsCaption(const std::wstring& start, DWORD milliseconds) const {
+    return WaitFor([&] { return TextOf(Window()).starts_with(start); }, milliseconds);
 }
 
 int FilesProgram::RowHeight(int row) const {
@@ -95,6 +159,68 @@ void FilesProgram::Choose(int button, int entry) const {
     ASSERT_TRUE(popup);
     ASSERT_TRUE(Finger().Tap(EntryPoint(popup, entry)).Play());
     ASSERT_TRUE(WaitFor([] { return !FindVisible(L"kx::PopupMenu", true); }));
+}
+
+void FilesProgram::ChooseCommand(UINT menu, UINT command, HWND window) const {
+    const std::optional<CommandPlace> place = FindCommand(menu, command);
+    ASSERT_TRUE(place) << "menu " << menu << " has no command " << command;
+    const HWND barWindow = window ? FindChild(window, L"kx::CmdBar") : Bar();
+    ASSERT_TRUE(barWindow);
+    const RECT bar = ScreenRectangleOf(barWindow);
+    const int x = bar.left + ui::Width(bar) * (1 + 2 * place->button) / (2 * place->buttons);
+    ASSERT_TRUE(Finger().Tap(x, (bar.top + bar.bottom) / 2).Play());
+    if (!place->entry) {
+        return;
+    }
+    const HWND popup = Popup();
+    ASSERT_TRUE(popup);
+    const POINT point = EntryPoint(popup, *place->entry);
+    const RECT rows = ScreenRectangleOf(popup);
+    Finger choice;
+    if (PtInRect(&rows, point)) {
+        choice.Tap(point);
+    } else {
+        // Behind the popup's end: keys are quicker than a drag.
+        choice.Key("End");
+        for (int entry = place->entries - 1; entry > *place->entry; --entry) {
+            choice.Key("Up");
+        }
+        choice.Wait(60).Key("Return");
+    }
+    ASSERT_TRUE(choice.Play());
+    ASSERT_TRUE(WaitFor([] { return !FindVisible(L"kx::PopupMenu", true); }));
+}
+
+Picture FilesProgram::StillListPicture() const {
+    Picture picture = ListPicture();
+    EXPECT_TRUE(WaitFor([&] {
+        Sleep(50);
+        const Picture before = std::exchange(picture, ListPicture());
+        return before == picture;
+    }));
+    return picture;
+}
+
+HWND FilesProgram::Dialog(HWND previous) const {
+    HWND dialog = nullptr;
+    const bool found = WaitFor([&] {
+        dialog = FindVisible(L"#32770", true);
+        return dialog && dialog != previous && GetForegroundWindow() == dialog;
+    });
+    return found ? dialog : nullptr;
+}
+
+void FilesProgram::Answer(Finger keys) const {
+    const HWND dialog = Dialog();
+    ASSERT_TRUE(dialog) << "no dialog opens";
+    // A dialog takes the keyboard a moment before it is ready for keys.
+    ASSERT_EQ(SendMessageW(dialog, WM_NULL, 0, 0), 0);
+    ASSERT_TRUE(keys.Play());
+    ASSERT_TRUE(WaitFor([&] { return !IsWindow(dialog); })) << "the dialog stays";
+    ASSERT_TRUE(WaitFor([&] {
+        const HWND front = GetForegroundWindow();
+        return !IsWindow(Window()) || (front && front != dialog && IsWindowEnabled(front));
+    }));
 }
 
 }  // namespace test

@@ -19,6 +19,9 @@ class FilesProgram : public testing::Test {
     // Starts the program in the temporary folder with the given display options.
     void Start(DWORD flags = 0);
     void StartAt(const std::wstring& path, DWORD flags = 0);
+    // Starts the program with these words and waits for a caption that begins so.
+    void StartWith(const std::wstring& words, const std::wstring& caption,
+                   const std::optional<FailingCall>& failing = std::nullopt);
 
     const Program& Running() const { return *program_; }
     HWND Window() const { return Running().MainWindow(); }
@@ -30,6 +33,8 @@ class FilesProgram : public testing::Test {
 
     // Whether the caption comes to show a folder.
     bool Shows(const std::wstring& path) const;
+    // Whether the caption comes to begin like this.
+    bool ShowsCaption(const std::wstring& start, DWORD milliseconds = longestWait) const;
     // A point of a row that has the height of a row of one line.
     POINT RowPoint(int row) const;
     // The height of a row, found by its rule on the screen.
@@ -39,8 +44,18 @@ class FilesProgram : public testing::Test {
     // The colour at the left edge of a row.
     COLORREF EdgeOf(int row) const;
     Picture ListPicture() const { return Picture::OfWindow(List()); }
+    // The same once nothing changes any more.
+    Picture StillListPicture() const;
     // Taps the bar's left (0) or right (1) button and then an entry of its popup.
     void Choose(int button, int entry) const;
+    // Chooses a command of a menu resource with taps on the bar of the main window or of a dialog.
+    void ChooseCommand(UINT menu, UINT command, HWND window = nullptr) const;
+    // The dialog or message box on top once it has the keyboard, another than `previous`; null
+    // after the bound.
+    HWND Dialog(HWND previous = nullptr) const;
+    // Presses the keys in the dialog that opens and waits until it is gone and what lay below it
+    // has the keyboard again.
+    void Answer(Finger keys) const;
     // The point of an entry of a popup, counted from the top.
     static POINT EntryPoint(HWND popup, int entry);
 

@@ -10,32 +10,31 @@ namespace {
 
 class ProcessesProgram : public FilesProgram {
  protected:
-    // Places in the popups, counted from the top.
-    enum ApplicationAction { goToProcess = 4 };
-    enum ProcessAction { kill = 0, loadedDlls = 1, information = 2, goToModule = 3 };
+    enum Menu : UINT { applicationsMenu = 501, processesMenu = 503, dllsMenu = 505 };
+    enum Command : UINT {
+        refresh = 610,
+        information = 614,
+        kill = 615,
+        loadedDlls = 620,
+        goToProcess = 670,
+        goToModule = 671,
+        showImagePath = 691,
+        showProcessId = 692,
+        showVirtualMemory = 693,
+        showBaseAddress = 698,
+        showSize = 699
+    };
 
     // Starts, selects the sample among the applications and goes to its process.
     void StartOnSample() {
         folder.MakeFile(L"a");
         Start();
         Finger().Key("2").Play();
-        ASSERT_TRUE(Shows(L"Applications"));
+        ASSERT_TRUE(ShowsCaption(L"Applications"));
         ASSERT_TRUE(Finger().Hold(RowPoint(0)).Play());
         ASSERT_TRUE(ShowsSelected(0));
-        Choose(0, goToProcess);
-        ASSERT_TRUE(Shows(L"Processes"));
-    }
-    // Whether the caption begins like this.
-    bool Shows(const std::wstring& caption) const {
-        return WaitFor([&] { return TextOf(Window()).starts_with(caption); });
-    }
-    // Presses the keys in the dialog that opens and waits until it is gone.
-    void Answer(Finger keys) {
-        const HWND box = WaitForWindow(L"#32770", true);
-        ASSERT_TRUE(box);
-        ASSERT_TRUE(WaitFor([&] { return GetForegroundWindow() == box; }));
-        ASSERT_TRUE(keys.Play());
-        ASSERT_TRUE(WaitFor([&] { return !IsWindow(box); }));
+        ChooseCommand(applicationsMenu, goToProcess);
+        ASSERT_TRUE(ShowsCaption(L"Processes"));
     }
 
     const SampleProgram sample{L"stubborn", L"! first"};
@@ -45,29 +44,79 @@ class ProcessesProgram : public FilesProgram {
 
 TEST_F(ProcessesProgram, AnApplicationsProcessIsKilled) {
     StartOnSample();
-    Choose(0, kill);
+    ChooseCommand(processesMenu, kill);
     Answer(Finger().Key("Left").Key("Return"));
     EXPECT_TRUE(WaitFor([&] { return !sample.Runs(); }));
     DWORD exitCode = 0;
     EXPECT_TRUE(GetExitCodeProcess(sample.Process(), &exitCode));
     EXPECT_EQ(exitCode, 0x80004004u);
-    EXPECT_TRUE(Shows(L"Processes"));
+    EXPECT_TRUE(ShowsCaption(L"Processes"));
 }
 
 TEST_F(ProcessesProgram, AnApplicationsProcessIsDescribedAndItsModulesAreListed) {
     StartOnSample();
-    Choose(0, information);
+    ChooseCommand(processesMenu, information);
     // The page is left as a person leaves it; the process stays selected behind it.
     Answer(Finger().Key("F1"));
-    Choose(0, loadedDlls);
-    EXPECT_TRUE(Shows(L"Dlls ("));
+    ChooseCommand(processesMenu, loadedDlls);
+    EXPECT_TRUE(ShowsCaption(L"Dlls ("));
     EXPECT_NE(TextOf(Window()), L"Dlls (0)");
     EXPECT_TRUE(sample.Runs());
 }
 
+TEST_F(ProcessesProgram, TheModulesOfAnEndedProcessCannotBeListed) {
+    StartOnSample();
+    ChooseCommand(processesMenu, loadedDlls);
+    ASSERT_TRUE(ShowsCaption(L"Dlls ("));
+    ASSERT_FALSE(ShowsCaption(L"Dlls (0)", 0));
+    TerminateProcess(sample.Process(), 0);
+    ASSERT_TRUE(WaitFor([&] { return !sample.Runs(); }));
+    // The window comes to the front when the popup has gone, which refreshes as the command does,
+    // and both tell.
+    ChooseCommand(dllsMenu, refresh);
+    Answer(Finger().Key("Return"));
+    Answer(Finger().Key("Return"));
+    EXPECT_TRUE(ShowsCaption(L"Dlls (0)"));
+}
+
+TEST_F(ProcessesProgram, TheDisplayOptionsShowAndHideLines) {
+    StartOnSample();
+    const Picture plain = StillListPicture();
+    for (const UINT command : {showImagePath, showProcessId, showVirtualMemory, showBaseAddress}) {
+        ChooseCommand(processesMenu, command);
+        EXPECT_TRUE(WaitFor([&] { return ListPicture() != plain; })) << command;
+        ChooseCommand(processesMenu, command);
+        EXPECT_TRUE(WaitFor([&] { return ListPicture() == plain; })) << command;
+    }
+    ChooseCommand(processesMenu, loadedDlls);
+    ASSERT_TRUE(ShowsCaption(L"Dlls ("));
+    const Picture names = StillListPicture();
+    for (const UINT command : {showImagePath, showBaseAddress, showSize}) {
+        ChooseCommand(dllsMenu, command);
+        EXPECT_TRUE(WaitFor([&] { return ListPicture() != names; })) << command;
+        ChooseCommand(dllsMenu, command);
+        EXPECT_TRUE(WaitFor([&] { return ListPicture() == names; })) << command;
+    }
+}
+
+TEST_F(ProcessesProgram, AModuleHasPropertiesAndAFile) {
+    StartOnSample();
+    ChooseCommand(processesMenu, loadedDlls);
+    ASSERT_TRUE(ShowsCaption(L"Dlls ("));
+    const Picture plain = StillListPicture();
+    ASSERT_TRUE(Finger().Key("End").Play());
+    ASSERT_TRUE(WaitFor([&] { return ListPicture() != plain; }));
+    ChooseCommand(dllsMenu, information);
+    ASSERT_TRUE(Dialog());
+    EXPECT_EQ(TextOf(Dialog()), L"Properties");
+    Answer(Finger().Key("F1"));
+    ChooseCommand(dllsMenu, goToModule);
+    EXPECT_TRUE(WaitFor([&] { return TextOf(Window()).find(L'\\') != std::wstring::npos; }));
+}
+
 TEST_F(ProcessesProgram, GoesToTheExecutableOfAProcess) {
     StartOnSample();
-    Choose(0, goToModule);
+    ChooseCommand(processesMenu, goToModule);
     EXPECT_TRUE(WaitFor([&] { return !TextOf(Window()).starts_with(L"Processes"); }));
     const std::wstring shown = TextOf(Window());
     EXPECT_NE(GetFileAttributesW((shown + L"\\sample_program.exe").c_str()),

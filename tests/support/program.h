@@ -1,6 +1,7 @@
 // The program itself, started as a person would start it and watched from outside.
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "platform/handles.h"
@@ -8,10 +9,28 @@
 
 namespace test {
 
+// Whether the installed program is the handheld executable, on its emulator.
+bool RunsOnHandheld();
+
+// A platform function that the program is to see fail.
+struct FailingCall {
+    // As the program imports it; a handheld and a PC may call different functions.
+    std::string name;
+    // What it returns, and the last error that it leaves.
+    DWORD64 result = 0;
+    DWORD error = ERROR_ACCESS_DENIED;
+    // How often it fails before it works again.
+    unsigned times = 0x7FFFFFFF;
+    // It fails only when this argument (0 or 1) is at least so large.
+    unsigned argument = 0;
+    DWORD atLeast = 0;
+};
+
 class Program {
  public:
     // Starts the installed program with the given arguments. Ends it when the object goes.
-    explicit Program(const std::wstring& arguments = L"");
+    explicit Program(const std::wstring& arguments = L"",
+                     const std::optional<FailingCall>& failing = std::nullopt);
     ~Program();
     Program(const Program&) = delete;
     Program& operator=(const Program&) = delete;

@@ -10,7 +10,9 @@
 #include <vector>
 
 #include "engine.h"
+#include "failing_call.h"
 #include "machine.h"
+#include "reach.h"
 #include "stop.h"
 
 namespace emulator {
@@ -105,8 +107,14 @@ std::uint64_t ServeCall(Engine& engine, unsigned index) {
     const Server server = traps[index].server;
     const WNDPROC procedure = traps[index].procedure;
     const bool method = traps[index].method;
-    ++traps[index].calls;
+    if (++traps[index].calls == 1 && !procedure && !method) {
+        Reached("call", name);
+    }
     Call call(engine, name.c_str());
+    if (const FailingCall* failing = FailingCallOf(call)) {
+        lastError = failing->error;
+        return failing->result;
+    }
     if (procedure) {
         return RunProcedure(call, procedure);
     }

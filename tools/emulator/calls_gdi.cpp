@@ -4,6 +4,7 @@
 
 #include "call.h"
 #include "machine.h"
+#include "reach.h"
 #include "stop.h"
 
 namespace emulator {
@@ -131,8 +132,10 @@ std::uint64_t DrawSomeText(Call& call) {
     if (call.Word(4) & DT_MODIFYSTRING) {
         Stop("DrawTextW: changing the text is not served");
     }
-    return Result(DrawTextW(call.Drawing<HDC>(0), CountedText(call, 1, call.Signed(2)),
-                            call.Signed(2), call.Out<RECT>(3), call.Word(4)));
+    const WCHAR* text = CountedText(call, 1, call.Signed(2));
+    Reached("drawn", Narrow(text, call.Signed(2)));
+    return Result(
+        DrawTextW(call.Drawing<HDC>(0), text, call.Signed(2), call.Out<RECT>(3), call.Word(4)));
 }
 
 std::uint64_t PutText(Call& call) {

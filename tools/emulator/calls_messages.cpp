@@ -2,6 +2,7 @@
 #include "call.h"
 #include "machine.h"
 #include "messages.h"
+#include "reach.h"
 #include "stop.h"
 
 namespace emulator {
@@ -65,6 +66,9 @@ std::uint64_t Dispatch(Call& call) {
 }
 
 std::uint64_t Send(Call& call) {
+    if (call.Word(1) == WM_COMMAND) {
+        Reached("command", std::to_string(call.Word(2) & 0xFFFF));
+    }
     return Result(SendMessageW(call.HandleAt<HWND>(0), call.Word(1), call.Word(2),
                                OutgoingParameter(call.Word(1), call.Word(3))));
 }

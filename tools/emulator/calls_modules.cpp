@@ -8,6 +8,7 @@
 #include "modules.h"
 #include "paths.h"
 #include "processes.h"
+#include "reach.h"
 #include "stop.h"
 
 namespace emulator {
@@ -91,6 +92,7 @@ std::uint64_t SizeOfPiece(Call& call) {
 
 // Without a buffer the call gives the text's address in the image.
 std::uint64_t LoadText(Call& call) {
+    Reached("text", std::to_string(call.Word(1)));
     const Address text = RequireImage(call, 0).FindString(call.Word(1));
     if (call.Word(2) == 0) {
         return text ? text + 2 : 0;
@@ -115,6 +117,7 @@ std::uint64_t LoadMenuTemplate(Call& call) {
         SetLastError(ERROR_RESOURCE_NAME_NOT_FOUND);
         return 0;
     }
+    Reached("menu", std::to_string(call.Word(1)));
     return Result(LoadMenuIndirectW(PointerTo(image.ResourceAt(entry).address)));
 }
 

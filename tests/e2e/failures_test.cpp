@@ -1,0 +1,103 @@
+// What a person is told when the system refuses what the program needs.
+#include <shlobj.h>
+
+#include <cstring>
+
+#include "tests/e2e/files_fixture.h"
+#include "tests/support/sample_program.h"
+
+using namespace test;
+
+namespace {
+
+// INVALID_HANDLE_VALUE and WAIT_FAILED.
+constexpr DWORD64 failed = ~0ull;
+constexpr unsigned always = 0x7FFFFFFF;
+
+class Failures : public FilesProgram {
+ protected:
+    enum Menu : UINT { filesMenu = 500, applicationsMenu = 501, processesMenu = 503 };
+    enum Command : UINT { stopOrKill = 615, goToProcess = 670, paste = 57637 };
+
+    // The caption of the box that opens; the box stays.
+    std::wstring CaptionOfBox(HWND previous = nullptr) const { return TextOf(Dialog(previous)); }
+    void HoldFirstRow() {
+        ASSERT_TRUE(Finger().Hold(RowPoint(0)).Play());
+        ASSERT_TRUE(ShowsSelected(0));
+    }
+};
+
+}  // namespace
+
+TEST_F(Failures, OfTheMainWindowAreToldBeforeTheProgramEnds) {
+    const Program program(L"", FailingCall{"CreateWindowExW", 0, ERROR_NOT_ENOUGH_MEMORY, 1});
+    const HWND box = Dialog();
+    ASSERT_TRUE(box);
+    EXPECT_EQ(TextOf(box), L"Application execution failed.");
+    EXPECT_FALSE(program.MainWindow());
+    ASSERT_TRUE(Finger().Key("Return").Play());
+    EXPECT_EQ(program.WaitForExit(), 0u);
+}
+
+TEST_F(Failures, OfTheSnapshotLeaveAnEmptyListOfProcesses) {
+    StartWith(L"-status", L"System Status", FailingCall{"CreateToolhelp32Snapshot", failed});
+    ASSERT_TRUE(Finger().Key("3").Play());
+    EXPECT_EQ(CaptionOfBox(), L"Error");
+    Answer(Finger().Key("Return"));
+    EXPECT_TRUE(ShowsCaption(L"Processes (0)"));
+    ASSERT_TRUE(Finger().Key("4").Play());
+    EXPECT_TRUE(ShowsCaption(L"System Status"));
+}
+
+TEST_F(Failures, OfOpeningAProcessLeaveItRunning) {
+    const SampleProgram sample(L"polite", L"! sample");
+    StartWith(L"-apps  ", L"Applications (", FailingCall{"OpenProcess"});
+    HoldFirstRow();
+    ChooseCommand(applicationsMenu, goToProcess);
+    ASSERT_TRUE(ShowsCaption(L"Processes ("));
+    ChooseCommand(processesMenu, stopOrKill);
+    const HWND question = Dialog();
+    EXPECT_EQ(TextOf(question), L"Warning");
+    ASSERT_TRUE(Finger().Key("Left").Key("Return").Play());
+    EXPECT_TRUE(WaitFor([&] { return TextOf(FindVisible(L"#32770", true)) == L"Error"; }));
+    Answer(Finger().Key("Return"));
+    EXPECT_TRUE(sample.Runs());
+    EXPECT_TRUE(ShowsCaption(L"Processes ("));
+}
+
+TEST_F(Failures, OfWaitingForAnApplicationAreTold) {
+    const SampleProgram sample(L"stubborn", L"! sample");
+    StartWith(L"-apps  ", L"Applications (", FailingCall{"WaitForSingleObject", failed});
+    HoldFirstRow();
+    ChooseCommand(applicationsMenu, stopOrKill);
+    EXPECT_EQ(CaptionOfBox(), L"Error");
+    Answer(Finger().Key("Return"));
+    EXPECT_TRUE(sample.Runs());
+    EXPECT_TRUE(ShowsCaption(L"Applications ("));
+}
+
+TEST_F(Failures, OfMemoryAreToldAndTheProgramGoesOn) {
+    constexpr DWORD large = 0x200000;
+    const FailingCall noLargeBlocks =
+        RunsOnHandheld() ? FailingCall{"LocalAlloc", 0, ERROR_NOT_ENOUGH_MEMORY, always, 1, large}
+                         : FailingCall{"malloc", 0, ERROR_NOT_ENOUGH_MEMORY, always, 0, large};
+    CleanSettings::SetText(L"path", folder.Path());
+    folder.MakeFile(L"a");
+    StartWith(L"-explorer ", folder.Path(), noLargeBlocks);
+    const HGLOBAL memory = GlobalAlloc(GMEM_MOVEABLE | GMEM_ZEROINIT, large);
+    const DROPFILES header = {sizeof(DROPFILES), {}, FALSE, TRUE};
+    std::memcpy(GlobalLock(memory), &header, sizeof header);
+    GlobalUnlock(memory);
+    ASSERT_TRUE(OpenClipboard(nullptr));
+    EmptyClipboard();
+    EXPECT_TRUE(SetClipboardData(CF_HDROP, memory));
+    CloseClipboard();
+    ChooseCommand(filesMenu, paste);
+    EXPECT_EQ(CaptionOfBox(), L"Error");
+    Answer(Finger().Key("Return"));
+    ASSERT_TRUE(Finger().Key("Left").Play());
+    EXPECT_TRUE(Shows(L"\\Temp"));
+    ASSERT_TRUE(OpenClipboard(nullptr));
+    EmptyClipboard();
+    CloseClipboard();
+}

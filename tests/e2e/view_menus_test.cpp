@@ -1,0 +1,147 @@
+// What every view's menu has: the other views, the settings, the about box, the languages, the end.
+#include "tests/e2e/files_fixture.h"
+#include "tests/support/sample_program.h"
+
+using namespace test;
+
+namespace {
+
+enum ViewMenu : UINT { files = 500, applications = 501, processes = 503, status = 504, dlls = 505 };
+enum Command : UINT {
+    showFiles = 600,
+    showApplications = 601,
+    showProcesses = 602,
+    showStatus = 603,
+    refresh = 610,
+    loadedDlls = 620,
+    goToProcess = 670,
+    changeSettings = 680,
+    about = 57664,
+    quit = 57665
+};
+
+struct ShownView {
+    ViewMenu menu;
+    Command command;
+    const wchar_t* caption;
+};
+constexpr ShownView views[] = {{files, showFiles, L"\\Temp"},
+                               {applications, showApplications, L"Applications ("},
+                               {processes, showProcesses, L"Processes ("},
+                               {status, showStatus, L"System Status"}};
+
+class ViewMenus : public FilesProgram {
+ protected:
+    // Everything of a view's menu that does not depend on the view, up to the program's end.
+    void ExpectCommonCommands(ViewMenu menu, const std::wstring& caption) {
+        ChooseCommand(menu, changeSettings);
+        const HWND settingsPage = Dialog();
+        ASSERT_TRUE(settingsPage);
+        EXPECT_EQ(TextOf(settingsPage), L"Settings");
+        ChooseCommand(120, IDCANCEL, settingsPage);
+        ASSERT_TRUE(WaitFor([&] { return GetForegroundWindow() == Window(); }));
+        EXPECT_FALSE(CleanSettings::Number(L"langid"));
+
+        ChooseCommand(menu, about);
+        const HWND aboutBox = Dialog();
+        ASSERT_TRUE(aboutBox);
+        EXPECT_EQ(TextOf(aboutBox), L"Vantor");
+        ChooseCommand(121, IDOK, aboutBox);
+        ASSERT_TRUE(WaitFor([&] { return GetForegroundWindow() == Window(); }));
+
+        // The languages stand above Settings, About and Exit; English is the second of them.
+        ASSERT_TRUE(Finger().Key("F2").Play());
+        ASSERT_TRUE(Popup());
+        for (const char* key : {"End", "Up", "Up", "Up", "Return", "Home", "Down", "Return"}) {
+            ASSERT_TRUE(Finger().Key(key).Wait(60).Play());
+        }
+        EXPECT_TRUE(WaitFor([] { return CleanSettings::Number(L"langid").has_value(); }));
+        EXPECT_FALSE(FindVisible(L"#32770", true));
+        EXPECT_TRUE(ShowsCaption(caption));
+
+        ChooseCommand(menu, quit);
+        EXPECT_EQ(Running().WaitForExit(), 0u);
+    }
+};
+
+}  // namespace
+
+TEST_F(ViewMenus, LeadFromEveryViewToEveryView) {
+    StartAt(L"\\Temp");
+    for (const ShownView& from : views) {
+        for (const ShownView& to : views) {
+            ChooseCommand(from.menu, to.command);
+            EXPECT_TRUE(ShowsCaption(to.caption)) << from.menu << " to " << to.menu;
+            if (to.menu != from.menu) {
+                ChooseCommand(to.menu, from.command);
+                EXPECT_TRUE(ShowsCaption(from.caption)) << to.menu << " to " << from.menu;
+            }
+        }
+        const ShownView& next = views[(&from - views + 1) % 4];
+        ChooseCommand(from.menu, next.command);
+        ASSERT_TRUE(ShowsCaption(next.caption));
+    }
+}
+
+TEST_F(ViewMenus, LeadFromDllsToEveryView) {
+    StartAt(L"\\Temp");
+    ASSERT_TRUE(Finger().Key("3").Play());
+    for (const ShownView& to : views) {
+        ASSERT_TRUE(ShowsCaption(L"Processes ("));
+        ASSERT_TRUE(Finger().Hold(RowPoint(0)).Play());
+        ASSERT_TRUE(ShowsSelected(0));
+        ChooseCommand(processes, loadedDlls);
+        ASSERT_TRUE(ShowsCaption(L"Dlls ("));
+        ChooseCommand(dlls, to.command);
+        EXPECT_TRUE(ShowsCaption(to.caption)) << to.menu;
+        ASSERT_TRUE(Finger().Key("3").Play());
+    }
+}
+
+TEST_F(ViewMenus, OfFiles) {
+    StartWith(L"-explorer ", L"\\");
+    ExpectCommonCommands(files, L"\\");
+}
+
+TEST_F(ViewMenus, OfApplications) {
+    StartWith(L"-apps  ", L"Applications (");
+    int before = 0;
+    ASSERT_EQ(swscanf(TextOf(Window()).c_str(), L"Applications (%d)", &before), 1);
+    const SampleProgram sample(L"polite", L"! sample");
+    ChooseCommand(applications, refresh);
+    EXPECT_TRUE(ShowsCaption(L"Applications (" + std::to_wstring(before + 1) + L")"));
+    ExpectCommonCommands(applications, L"Applications (");
+}
+
+TEST_F(ViewMenus, OfProcesses) {
+    StartWith(L"-process   ", L"Processes (");
+    const std::wstring before = TextOf(Window());
+    const SampleProgram sample(L"polite", L"! sample");
+    ChooseCommand(processes, refresh);
+    EXPECT_TRUE(WaitFor([&] { return TextOf(Window()) != before; }));
+    ExpectCommonCommands(processes, L"Processes (");
+}
+
+TEST_F(ViewMenus, OfDlls) {
+    const SampleProgram sample(L"polite", L"! sample");
+    StartWith(L"-apps  ", L"Applications (");
+    ASSERT_TRUE(Finger().Hold(RowPoint(0)).Play());
+    ASSERT_TRUE(ShowsSelected(0));
+    ChooseCommand(applications, goToProcess);
+    ASSERT_TRUE(ShowsCaption(L"Processes ("));
+    ChooseCommand(processes, loadedDlls);
+    ASSERT_TRUE(ShowsCaption(L"Dlls ("));
+    ExpectCommonCommands(dlls, L"Dlls (");
+}
+
+TEST_F(ViewMenus, OfSystemStatus) {
+    StartWith(L"-status", L"System Status");
+    // Selected, so that the rows are seen to stay.
+    const Picture plain = StillListPicture();
+    ASSERT_TRUE(Finger().Key("Down").Play());
+    ASSERT_TRUE(WaitFor([&] { return ListPicture() != plain; }));
+    const Picture selected = StillListPicture();
+    ChooseCommand(status, refresh);
+    EXPECT_TRUE(WaitFor([&] { return ListPicture() == selected; }));
+    ExpectCommonCommands(status, L"System Status");
+}
