@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/e2e/files_fixture.h"
+#include "tests/support/hidden_apps_folder.h"
 #include "tests/support/sample_program.h"
 
 using namespace test;
@@ -10,14 +11,16 @@ namespace {
 
 class ApplicationsProgram : public FilesProgram {
  protected:
-    // Places in the popups, counted from the top.
-    enum Action {
-        stop = 0,
-        stopAll = 1,
-        hide = 2,
-        information = 3,
-        goToProcess = 4,
-        goToModule = 5
+    static constexpr UINT menu = 501;
+    enum Command : UINT {
+        hide = 613,
+        information = 614,
+        stop = 615,
+        stopAll = 616,
+        goToProcess = 670,
+        goToModule = 671,
+        showHidden = 696,
+        showCritical = 697
     };
 
     void StartOnApplications() {
@@ -40,6 +43,8 @@ class ApplicationsProgram : public FilesProgram {
     }
 
     static constexpr int none = -1;
+
+    const HiddenAppsFolder hiddenApps;
 };
 
 }  // namespace
@@ -61,7 +66,7 @@ TEST_F(ApplicationsProgram, AHeldApplicationIsStopped) {
     StartOnApplications();
     const int count = Count();
     HoldFirstRow();
-    Choose(0, stop);
+    ChooseCommand(menu, stop);
     EXPECT_TRUE(WaitFor([&] { return !sample.Runs(); }));
     EXPECT_TRUE(Counts(count - 1));
 }
@@ -72,7 +77,7 @@ TEST_F(ApplicationsProgram, StopAllLeavesTheProgramItself) {
     const SampleProgram refuses(L"stubborn", L"! third");
     StartOnApplications();
     const int count = Count();
-    ASSERT_TRUE(Finger().Key("0").Play());
+    ChooseCommand(menu, stopAll);
     Answer(Finger().Key("Left").Key("Return"));
     EXPECT_TRUE(Counts(count - 2));
     EXPECT_FALSE(one.Runs());
@@ -85,14 +90,55 @@ TEST_F(ApplicationsProgram, InformationAndModuleOfAnApplication) {
     const SampleProgram sample(L"polite", L"! first");
     StartOnApplications();
     HoldFirstRow();
-    Choose(0, information);
+    ChooseCommand(menu, information);
     // The page is left as a person leaves it, by its key.
     Answer(Finger().Key("F1"));
     ASSERT_TRUE(WaitFor([&] { return GetForegroundWindow() == Window(); }));
     ASSERT_TRUE(ShowsSelected(0));
-    Choose(0, goToModule);
+    ChooseCommand(menu, goToModule);
     EXPECT_TRUE(WaitFor([&] { return Count() == none; }));
     const std::wstring folder = TextOf(Window());
     EXPECT_NE(GetFileAttributesW((folder + L"\\sample_program.exe").c_str()),
               INVALID_FILE_ATTRIBUTES);
+}
+
+TEST_F(ApplicationsProgram, AHiddenOneIsShownWithTheHiddenOnesOnly) {
+    // A program that starts without hidden applications hides none until its next start.
+    hiddenApps.Write("<hide><application name=\"nothing.exe\"/></hide>");
+    const SampleProgram sample(L"polite", L"! first");
+    StartOnApplications();
+    const int count = Count();
+    HoldFirstRow();
+    ChooseCommand(menu, hide);
+    EXPECT_TRUE(Counts(count - 1));
+    ChooseCommand(menu, showHidden);
+    EXPECT_TRUE(Counts(count));
+    ChooseCommand(menu, showHidden);
+    EXPECT_TRUE(Counts(count - 1));
+}
+
+TEST_F(ApplicationsProgram, StoppingAHiddenOneIsAskedFor) {
+    hiddenApps.Write("<hide><application name=\"sample_program.exe\"/></hide>");
+    const SampleProgram sample(L"polite", L"! first");
+    StartOnApplications();
+    const int count = Count();
+    ChooseCommand(menu, showHidden);
+    ASSERT_TRUE(Counts(count + 1));
+    HoldFirstRow();
+    // "No" has the focus.
+    ChooseCommand(menu, stop);
+    Answer(Finger().Key("Return"));
+    EXPECT_TRUE(sample.Runs());
+    HoldFirstRow();
+    ChooseCommand(menu, stop);
+    Answer(Finger().Key("Left").Key("Return"));
+    EXPECT_TRUE(WaitFor([&] { return !sample.Runs(); }));
+}
+
+TEST_F(ApplicationsProgram, TheChoiceOfCriticalAndHiddenOnesIsKept) {
+    StartOnApplications();
+    ChooseCommand(menu, showCritical);
+    ChooseCommand(menu, showHidden);
+    EXPECT_EQ(Running().Close(), 0u);
+    EXPECT_EQ(CleanSettings::Number(L"flags"), 0x30u);
 }

@@ -17,17 +17,18 @@ from pe_reader import PeFile  # noqa: E402
 MENUS = {
     "Files": 500, "Applications": 501, "Processes": 503, "Dlls": 505, "System Status": 504,
     "Files, rows marked": 506, "slide bar": 502, "Open File": 511,
-    "page with Done and Cancel": 120, "page with Done": 121, "page with Cancel": 122}
+    "page with Done and Cancel": 120, "page with Done": 121}
 # What shows that a dialog was open: its caption among the texts read, its menu, or a text drawn in it.
 DIALOGS = {
     "Properties": ("text", 970), "Process Information": ("text", 950), "Window Information": ("text", 960),
     "Settings": ("text", 147), "Language changed": ("text", 999), "Open File": ("menu", 511),
-    "About": ("drawn", "Version ")}
+    "About": ("drawn", "Copyright")}
 CAPTIONS = {141, 142, 147}
-MESSAGES = (*range(140, 360), 998)
+# No place of the program shows 151.
+MESSAGES = (140, 150, *range(152, 360), 998)
 # Messages whose words are no text of the resources.
 OTHER_MESSAGES = {"Please, specify not empty filename": ("drawn", "Please, specify not empty filename"),
-                  "the system's own question after a failed copy": ("call", "MessageBoxW")}
+                  "can't copy ... skip this item?": ("drawn", "can't copy ")}
 FIRST_LANGUAGE, LAST_LANGUAGE = 36608, 36863
 
 Reached = namedtuple("Reached", "menus commands texts drawn calls")
@@ -107,7 +108,7 @@ def read_desktop(path, first, end, recorder):
                 recorder.menu(int(arguments[1], 16))
             elif name == "LoadStringW":
                 recorder.reached.texts.add(int(arguments[1], 16))
-            elif name == "DrawTextW":
+            elif name in ("DrawTextW", "MessageBoxW"):
                 recorder.reached.drawn.update(re.findall(r'L"(.*)"', found[3]))
             elif name == "SendMessageW" and int(arguments[1], 16) == 0x111:
                 recorder.command(int(arguments[2], 16) & 0xFFFF)
@@ -163,7 +164,7 @@ def main(arguments):
     complete = True
     with open(os.path.join(options.folder, "addresses.txt"), encoding="utf-8") as file:
         first, size = (int(word, 16) for word in file.read().split())
-    with open(os.path.join(options.folder, "imports.txt"), encoding="utf-8") as file:
+    with open(os.path.join(options.folder, "calls.txt"), encoding="utf-8") as file:
         desktop_imports = {line.split(".")[1].strip() for line in file}
     exported = {entry.exported or f"#{entry.ordinal}": entry.function
                 for entry in read_import_list(os.path.join(ROOT, "platform", "ce", "imports.txt"))}

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "tests/support/fake_frame.h"
+#include "tests/support/hidden_apps_folder.h"
 #include "tests/support/platform_hook.h"
 #include "tests/support/world.h"
 #include "views/apps/applications_view.h"
@@ -16,24 +17,6 @@
 namespace test {
 
 using Titles = std::vector<std::wstring>;
-
-// The folder of the hidden applications' file, empty at first and removed at the end.
-class HiddenAppsFolder {
- public:
-    HiddenAppsFolder() { Remove(); }
-    ~HiddenAppsFolder() { Remove(); }
-    HiddenAppsFolder(const HiddenAppsFolder&) = delete;
-    HiddenAppsFolder& operator=(const HiddenAppsFolder&) = delete;
-
-    std::wstring File(const wchar_t* suffix = L"") const;
-    // Creates the folder with a file of this content.
-    void Write(const std::string& content) const;
-    // The content of the file; empty when there is none.
-    std::string Read(const wchar_t* suffix = L"") const;
-
- private:
-    void Remove() const;
-};
 
 class ApplicationsFixture : public testing::Test {
  protected:

@@ -5,6 +5,7 @@
 #include "call.h"
 #include "machine.h"
 #include "messages.h"
+#include "reach.h"
 #include "shell_strip.h"
 #include "stop.h"
 #include "window_procedures.h"
@@ -50,6 +51,12 @@ std::uint64_t RunDialog(Call& call) {
         RunDialogProcedure, static_cast<LPARAM>(call.Word(4)));
     Pending().pop_back();
     return Result(result);
+}
+
+std::uint64_t AskInBox(Call& call) {
+    const WCHAR* text = call.String(1);
+    Reached("drawn", Narrow(text));
+    return Result(MessageBoxW(call.HandleAt<HWND>(0), text, call.String(2), call.Word(3)));
 }
 
 std::uint64_t FinishDialog(Call& call) {
@@ -118,7 +125,7 @@ std::uint64_t SetMenuItem(Call& call) {
 const Services services = {
     {"DialogBoxIndirectParamW", RunDialog},
     {"EndDialog", FinishDialog},
-    {"MessageBoxW", Direct<MessageBoxW>},
+    {"MessageBoxW", AskInBox},
     {"CreateMenu", Direct<CreateMenu>},
     {"CreatePopupMenu", Direct<CreatePopupMenu>},
     {"DestroyMenu", Direct<DestroyMenu>},

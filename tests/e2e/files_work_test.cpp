@@ -1,0 +1,352 @@
+// Files at work: names, properties, copies and what is asked and told about them.
+#include <shlobj.h>
+
+#include <cstring>
+
+#include "platform/desktop/paths.h"
+#include "tests/e2e/files_fixture.h"
+#include "tests/support/sample_program.h"
+#include "ui/window.h"
+
+using namespace test;
+
+namespace {
+
+class FilesWork : public FilesProgram {
+ protected:
+    enum Menu : UINT { editing = 120, page = 121, files = 500, marking = 506, chooser = 511 };
+    enum Command : UINT {
+        filterApplications = 550,
+        filterAllFiles = 551,
+        rename = 611,
+        deleteRows = 612,
+        properties = 614,
+        newFolder = 617,
+        open = 618,
+        openWith = 619,
+        select = 651,
+        showHidden = 687,
+        showSystem = 688,
+        copy = 57634,
+        cut = 57635,
+        paste = 57637,
+        pasteShortcut = 57638
+    };
+
+    ~FilesWork() override {
+        if (OpenClipboard(nullptr)) {
+            EmptyClipboard();
+            CloseClipboard();
+        }
+    }
+    static bool Exists(const std::wstring& path) {
+        return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES;
+    }
+    std::wstring In(const std::wstring& name) const { return folder.Path() + L"\\" + name; }
+    static std::string Content(const std::wstring& path) {
+        const platform::UniqueHandle file(CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ,
+                                                      nullptr, OPEN_EXISTING, 0, nullptr));
+        char bytes[16] = {};
+        DWORD read = 0;
+        ReadFile(file.Get(), bytes, sizeof bytes, &read, nullptr);
+        return std::string(bytes, read);
+    }
+    void HoldRow(int row) {
+        ASSERT_TRUE(Finger().Hold(RowPoint(row)).Play());
+        ASSERT_TRUE(ShowsSelected(row));
+    }
+    // Puts a path on the clipboard as other programs do; `effect` 1 is a copy, 2 a move.
+    static void Put(const std::wstring& path, DWORD effect) {
+        const std::wstring outside = platform::desktop::ToDesktopPath(path);
+        const DROPFILES header = {sizeof(DROPFILES), {}, FALSE, TRUE};
+        const size_t bytes = sizeof header + (outside.size() + 2) * sizeof(wchar_t);
+        const HGLOBAL memory = GlobalAlloc(GMEM_MOVEABLE | GMEM_ZEROINIT, bytes);
+        const auto block = static_cast<char*>(GlobalLock(memory));
+        std::memcpy(block, &header, sizeof header);
+        std::memcpy(block + sizeof header, outside.c_str(), outside.size() * sizeof(wchar_t));
+        GlobalUnlock(memory);
+        PutBlock(memory, effect);
+    }
+    static void PutBlock(HGLOBAL memory, DWORD effect) {
+        const HGLOBAL word = GlobalAlloc(GMEM_MOVEABLE, sizeof effect);
+        std::memcpy(GlobalLock(word), &effect, sizeof effect);
+        GlobalUnlock(word);
+        ASSERT_TRUE(OpenClipboard(nullptr));
+        EmptyClipboard();
+        EXPECT_TRUE(SetClipboardData(CF_HDROP, memory));
+        EXPECT_TRUE(SetClipboardData(RegisterClipboardFormatW(L"Preferred DropEffect"), word));
+        CloseClipboard();
+    }
+    // The caption of the box that opens, which the keys then close.
+    std::wstring CaptionAnswered(Finger keys) {
+        const std::wstring caption = TextOf(Dialog());
+        Answer(keys);
+        return caption;
+    }
+    static Finger Yes() { return Finger().Key("Left").Key("Return"); }
+    static Finger Return() { return Finger().Key("Return"); }
+    // The editor of a name, with the bar for it.
+    bool Edits() const {
+        return WaitFor([&] { return FindChild(List(), L"Edit") || FindChild(List(), L"EDIT"); });
+    }
+};
+
+}  // namespace
+
+TEST_F(FilesWork, ANewFolderGetsTheNameThatIsTyped) {
+    folder.MakeFile(L"file");
+    Start();
+    ChooseCommand(files, newFolder);
+    ASSERT_TRUE(Edits());
+    ASSERT_TRUE(Finger().Key("a").Key("b").Play());
+    ChooseCommand(editing, IDOK);
+    EXPECT_TRUE(WaitFor([&] { return Exists(In(L"ab")); }));
+    EXPECT_TRUE(ShowsSelected(0));
+}
+
+TEST_F(FilesWork, ANewFolderThatIsCancelledIsNotMade) {
+    folder.MakeFile(L"file");
+    Start();
+    const Picture before = StillListPicture();
+    ChooseCommand(files, newFolder);
+    ASSERT_TRUE(Edits());
+    ChooseCommand(editing, IDCANCEL);
+    EXPECT_TRUE(WaitFor([&] { return !FindChild(List(), L"Edit"); }));
+    EXPECT_FALSE(Exists(In(L"New Folder")));
+}
+
+TEST_F(FilesWork, RenamingGivesANewNameAndRefusesWhatCannotBeOne) {
+    const std::wstring file = folder.MakeFile(L"one.txt", "1");
+    folder.MakeFile(L"two.txt", "2");
+    Start();
+    HoldRow(0);
+    ChooseCommand(files, rename);
+    ASSERT_TRUE(Edits());
+    ASSERT_TRUE(Finger().Key("x").Key("Return").Play());
+    EXPECT_TRUE(WaitFor([&] { return Exists(In(L"x.txt")); }));
+    EXPECT_FALSE(Exists(file));
+
+    // The name of the other file.
+    ASSERT_TRUE(ShowsSelected(1));
+    ChooseCommand(files, rename);
+    ASSERT_TRUE(Edits());
+    ASSERT_TRUE(Finger().Key("t").Key("w").Key("o").Key("Return").Play());
+    EXPECT_EQ(CaptionAnswered(Return()), L"Error");
+    EXPECT_EQ(Content(In(L"two.txt")), "2");
+    EXPECT_EQ(Content(In(L"x.txt")), "1");
+
+    // No name at all: asked again.
+    ChooseCommand(files, rename);
+    ASSERT_TRUE(Edits());
+    ASSERT_TRUE(Finger().Key("End").Key("shift+Home").Key("BackSpace").Key("Return").Play());
+    EXPECT_EQ(CaptionAnswered(Return()), L"Error");
+    ASSERT_TRUE(Edits());
+    ASSERT_TRUE(Finger().Key("Escape").Play());
+    EXPECT_TRUE(WaitFor([&] { return !FindChild(List(), L"Edit"); }));
+    EXPECT_TRUE(Exists(In(L"x.txt")));
+}
+
+TEST_F(FilesWork, PropertiesAreShownAndChangeNothing) {
+    const std::wstring file = folder.MakeFile(L"one.txt", "1");
+    SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_READONLY);
+    const DWORD attributes = GetFileAttributesW(file.c_str());
+    Start();
+    HoldRow(0);
+    ChooseCommand(files, properties);
+    const HWND dialog = Dialog();
+    ASSERT_TRUE(dialog);
+    EXPECT_EQ(TextOf(dialog), L"Properties");
+    ASSERT_TRUE(Finger().Key("End").Key("space").Play());
+    ChooseCommand(page, IDOK, dialog);
+    EXPECT_TRUE(WaitFor([&] { return GetForegroundWindow() == Window(); }));
+    EXPECT_EQ(GetFileAttributesW(file.c_str()), attributes);
+    SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_NORMAL);
+}
+
+TEST_F(FilesWork, MarkedRowsAreCopiedCutAndDeletedAfterOneQuestion) {
+    for (const wchar_t* name : {L"a.txt", L"b.txt", L"c.txt"}) {
+        folder.MakeFile(name);
+    }
+    Start();
+    ChooseCommand(files, select);
+    ASSERT_TRUE(ShowsCaption(folder.Path() + L" (0)"));
+    ASSERT_TRUE(Finger().Tap(RowPoint(0)).Wait(100).Tap(RowPoint(1)).Play());
+    ASSERT_TRUE(ShowsCaption(folder.Path() + L" (2)"));
+    ChooseCommand(marking, copy);
+    ASSERT_TRUE(Shows(folder.Path()));
+    ChooseCommand(files, paste);
+    EXPECT_TRUE(
+        WaitFor([&] { return Exists(In(L"a - Copy.txt")) && Exists(In(L"b - Copy.txt")); }));
+
+    ChooseCommand(files, select);
+    ASSERT_TRUE(Finger().Tap(RowPoint(0)).Play());
+    ASSERT_TRUE(ShowsCaption(folder.Path() + L" (1)"));
+    ChooseCommand(marking, cut);
+    ASSERT_TRUE(Shows(folder.Path()));
+    EXPECT_TRUE(WaitFor([] {
+        return IsClipboardFormatAvailable(RegisterClipboardFormatW(L"Preferred DropEffect"));
+    }));
+
+    ChooseCommand(files, select);
+    // Between the files stand their copies.
+    ASSERT_TRUE(Finger().Tap(RowPoint(1)).Wait(100).Tap(RowPoint(3)).Play());
+    ASSERT_TRUE(ShowsCaption(folder.Path() + L" (2)"));
+    ChooseCommand(marking, deleteRows);
+    EXPECT_EQ(CaptionAnswered(Return()), L"Warning");
+    EXPECT_TRUE(WaitFor([&] { return !Exists(In(L"a.txt")) && !Exists(In(L"b.txt")); }));
+    EXPECT_TRUE(Exists(In(L"a - Copy.txt")));
+    EXPECT_TRUE(Exists(In(L"b - Copy.txt")));
+    EXPECT_TRUE(Exists(In(L"c.txt")));
+}
+
+TEST_F(FilesWork, PastingAsksBeforeItOverwritesAndMerges) {
+    const TemporaryFolder other;
+    const std::wstring file = other.MakeFile(L"a.txt", "new");
+    folder.MakeFile(L"a.txt", "old");
+    const std::wstring tree = other.MakeFolder(L"tree");
+    other.MakeFile(L"tree\\leaf", "leaf");
+    folder.MakeFolder(L"tree");
+    Start();
+    Put(file, 1);
+    ChooseCommand(files, paste);
+    // "No" has the focus.
+    EXPECT_EQ(CaptionAnswered(Return()), L"Warning");
+    EXPECT_EQ(Content(In(L"a.txt")), "old");
+    ChooseCommand(files, paste);
+    EXPECT_EQ(CaptionAnswered(Yes()), L"Warning");
+    EXPECT_TRUE(WaitFor([&] { return Content(In(L"a.txt")) == "new"; }));
+    Put(tree, 1);
+    ChooseCommand(files, paste);
+    EXPECT_EQ(CaptionAnswered(Yes()), L"Warning");
+    EXPECT_TRUE(WaitFor([&] { return Content(In(L"tree\\leaf")) == "leaf"; }));
+}
+
+TEST_F(FilesWork, PastingRefusesAnotherKindAFolderIntoItselfAndWhatIsGone) {
+    const TemporaryFolder other;
+    const std::wstring file = other.MakeFile(L"a", "file");
+    const std::wstring inner = other.MakeFolder(L"b");
+    folder.MakeFolder(L"a");
+    folder.MakeFile(L"b", "file");
+    Start();
+    Put(file, 1);
+    ChooseCommand(files, paste);
+    EXPECT_EQ(CaptionAnswered(Return()), L"Warning");
+    EXPECT_NE(GetFileAttributesW(In(L"a").c_str()) & FILE_ATTRIBUTE_DIRECTORY, 0u);
+    Put(inner, 1);
+    ChooseCommand(files, paste);
+    EXPECT_EQ(CaptionAnswered(Return()), L"Warning");
+    EXPECT_EQ(Content(In(L"b")), "file");
+    Put(folder.Path(), 1);
+    ChooseCommand(files, paste);
+    EXPECT_EQ(CaptionAnswered(Return()), L"Error");
+    DeleteFileW(file.c_str());
+    Put(file, 1);
+    ChooseCommand(files, paste);
+    EXPECT_EQ(CaptionAnswered(Return()), L"Error");
+    EXPECT_FALSE(Exists(In(L"a\\a")));
+}
+
+TEST_F(FilesWork, ABlockThatIsNoListOfPathsIsIgnored) {
+    folder.MakeFile(L"a");
+    Start();
+    const HGLOBAL memory = GlobalAlloc(GMEM_MOVEABLE | GMEM_ZEROINIT, sizeof(DROPFILES) + 4);
+    const DROPFILES header = {0x10000, {}, FALSE, TRUE};
+    std::memcpy(GlobalLock(memory), &header, sizeof header);
+    GlobalUnlock(memory);
+    const Picture before = StillListPicture();
+    PutBlock(memory, 1);
+    ChooseCommand(files, paste);
+    EXPECT_TRUE(StillListPicture() == before);
+    EXPECT_FALSE(FindVisible(L"#32770", true));
+}
+
+TEST_F(FilesWork, ACopyThatFailsIsAskedAboutByTheSystem) {
+    const TemporaryFolder other;
+    const std::wstring tree = other.MakeFolder(L"tree");
+    const SampleProgram holder(L"polite", L"Holder", other.MakeFile(L"tree\\a.txt", "a"));
+    folder.MakeFile(L"b");
+    Start();
+    Put(tree, 1);
+    ChooseCommand(files, paste);
+    EXPECT_EQ(CaptionAnswered(Return()), L"Warning");
+    EXPECT_FALSE(Exists(In(L"tree\\a.txt")));
+}
+
+TEST_F(FilesWork, AShortcutIsPastedAndOpensItsTarget) {
+    const std::wstring inner = folder.MakeFolder(L"inner");
+    Start();
+    HoldRow(0);
+    ChooseCommand(files, copy);
+    ChooseCommand(files, pasteShortcut);
+    EXPECT_TRUE(WaitFor([&] { return Exists(In(L"inner.lnk")); }));
+    ASSERT_TRUE(ShowsSelected(1));
+    ChooseCommand(files, open);
+    EXPECT_TRUE(Shows(inner));
+}
+
+TEST_F(FilesWork, AShortcutThatCannotBeMadeIsTold) {
+    folder.MakeFolder(L"inner");
+    folder.MakeFolder(L"inner.lnk");
+    Start();
+    HoldRow(0);
+    ChooseCommand(files, copy);
+    ChooseCommand(files, pasteShortcut);
+    EXPECT_EQ(CaptionAnswered(Return()), L"Error");
+    EXPECT_NE(GetFileAttributesW(In(L"inner.lnk").c_str()) & FILE_ATTRIBUTE_DIRECTORY, 0u);
+}
+
+TEST_F(FilesWork, OpeningAFileThatIsGoneIsTold) {
+    const std::wstring file = folder.MakeFile(L"a.txt");
+    Start();
+    HoldRow(0);
+    DeleteFileW(file.c_str());
+    ChooseCommand(files, open);
+    EXPECT_EQ(CaptionAnswered(Return()), L"Error");
+    EXPECT_TRUE(Shows(folder.Path()));
+}
+
+TEST_F(FilesWork, OpenWithChoosesAProgram) {
+    folder.MakeFile(L"a.txt", "a");
+    folder.MakeFile(L"hidden.exe");
+    SetFileAttributesW(In(L"hidden.exe").c_str(), FILE_ATTRIBUTE_HIDDEN);
+    folder.MakeFile(L"system.exe");
+    SetFileAttributesW(In(L"system.exe").c_str(), FILE_ATTRIBUTE_SYSTEM);
+    CopyFileW(SampleProgram::Path().c_str(), In(L"sample.exe").c_str(), FALSE);
+    CleanSettings::SetText(L"SelectAppPath", folder.Path());
+    constexpr DWORD hiddenAndSystemShown = 3;
+    Start(hiddenAndSystemShown);
+    HoldRow(0);
+    ChooseCommand(files, openWith);
+    const HWND dialog = Dialog();
+    ASSERT_TRUE(dialog);
+    HWND list = nullptr;
+    ASSERT_TRUE(WaitFor([&] { return (list = FindChild(dialog, L"kx::ChooserList")) != nullptr; }));
+    const auto look = [&] { return Picture::OfWindow(list); };
+    const auto changes = [&](UINT command) {
+        Picture before = look();
+        ASSERT_TRUE(WaitFor([&] {
+            Sleep(50);
+            const Picture earlier = std::exchange(before, look());
+            return earlier == before;
+        }));
+        ChooseCommand(chooser, command, dialog);
+        EXPECT_TRUE(WaitFor([&] { return look() != before; })) << command;
+    };
+    changes(filterAllFiles);
+    changes(filterApplications);
+    changes(showHidden);
+    changes(showSystem);
+    ASSERT_TRUE(Finger().Key("Home").Wait(100).Play());
+    ChooseCommand(chooser, properties, dialog);
+    const HWND propertiesPage = Dialog(dialog);
+    EXPECT_EQ(TextOf(propertiesPage), L"Properties");
+    ChooseCommand(page, IDOK, propertiesPage);
+    ASSERT_TRUE(WaitFor([&] { return GetForegroundWindow() == dialog; }));
+    ChooseCommand(chooser, IDOK, dialog);
+    EXPECT_TRUE(WaitFor([&] { return !IsWindow(dialog); }));
+    HWND opened = nullptr;
+    ASSERT_TRUE(WaitFor(
+        [&] { return (opened = FindVisible(L"Vantor Sample Application", true)) != nullptr; }));
+    PostMessageW(opened, WM_CLOSE, 0, 0);
+    EXPECT_TRUE(WaitFor([&] { return !IsWindow(opened); }));
+}
