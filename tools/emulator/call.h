@@ -19,6 +19,9 @@ namespace emulator {
 
 class Engine;
 
+// Set in every number of a system color.
+inline constexpr Address systemColorMark = 0x40000000;
+
 // The call being served.
 class Call {
  public:
