@@ -134,7 +134,7 @@ std::uint64_t StartProcess(Call& call) {
         Address threadId;
     };
     // Windows CE knows neither a start-up description nor a current folder, and wants none.
-    for (const unsigned index : {2u, 3u, 6u, 7u}) {
+    for (const unsigned index : {2u, 3u, 6u, 7u, 8u}) {
         if (call.Word(index) != 0) {
             Stop("CreateProcessW: argument %u must be null on Windows CE", index);
         }
