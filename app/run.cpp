@@ -160,16 +160,9 @@ int Run(Module& module, const wchar_t*, int showCommand) {
 }
 
 void Restart() {
-    std::wstring path = ProgramPath();
-    STARTUPINFOW startup = {};
-    startup.cb = sizeof startup;
-    PROCESS_INFORMATION process = {};
-    if (!CreateProcessW(path.c_str(), nullptr, nullptr, nullptr, FALSE, 0, nullptr, nullptr,
-                        &startup, &process)) {
+    if (!platform::StartProgram(ProgramPath().c_str())) {
         throw faults::W32Fault();
     }
-    CloseHandle(process.hThread);
-    CloseHandle(process.hProcess);
 }
 
 }  // namespace app

@@ -31,8 +31,8 @@ class Clipboard {
 // PC). False on failure, with the thread's last error.
 bool PutOnClipboard(UINT format, const void* bytes, size_t size);
 
-// A copy of the bytes of a format on the open clipboard (GetClipboardData, LocalSize; GlobalSize
-// on a PC). Empty when there are none.
+// A copy of the bytes of a format on the open clipboard (GetClipboardDataAlloc, LocalSize;
+// GetClipboardData, GlobalSize on a PC). Empty when there are none.
 std::vector<uint8_t> BytesOnClipboard(UINT format);
 
 // A path as other programs write it, and back: a PC's has the letter of the drive, and may have

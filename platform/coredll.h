@@ -43,6 +43,10 @@ bool FindNext(HANDLE search, FindData* data);
 // (GetCommandLineW). Owned by the platform.
 const wchar_t* CommandLineArguments();
 
+// Starts a program without arguments (CreateProcessW; a handheld takes no start-up description).
+// False on failure, with the last error.
+bool StartProgram(const wchar_t* path);
+
 // Signals an event (SetEvent; EventModify on a handheld). False on failure, with the last error.
 bool SignalEvent(HANDLE event);
 

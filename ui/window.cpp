@@ -29,9 +29,9 @@ bool Window::Create(const wchar_t* className, const wchar_t* title, DWORD style,
     windowClass.hInstance = text::ProgramModule();
     windowClass.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_WINDOW + 1);
     windowClass.lpszClassName = className;
-    if (!RegisterClassW(&windowClass) && GetLastError() != ERROR_CLASS_ALREADY_EXISTS) {
-        return false;
-    }
+    // Fails for every window of the class but the first, with an error that not every system tells;
+    // without a class no window is created.
+    RegisterClassW(&windowClass);
     const bool placed = bounds.left != CW_USEDEFAULT;
     const HWND created = CreateWindowExW(
         0, className, title, style, bounds.left, placed ? bounds.top : CW_USEDEFAULT,

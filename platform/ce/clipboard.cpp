@@ -2,7 +2,21 @@
 
 #include <cstring>
 
+#include "platform/handles.h"
+
+// A copy in the caller's heap, which the caller frees (LocalFree); null when there is none.
+extern "C" HLOCAL GetClipboardDataAlloc(UINT format);
+
 namespace platform {
+
+namespace {
+
+void FreeMemory(HLOCAL memory) {
+    LocalFree(memory);
+}
+using UniqueMemory = Unique<HLOCAL, FreeMemory>;
+
+}  // namespace
 
 bool PutOnClipboard(UINT format, const void* bytes, size_t size) {
     const HLOCAL memory = LocalAlloc(LMEM_MOVEABLE, size);
@@ -19,10 +33,11 @@ bool PutOnClipboard(UINT format, const void* bytes, size_t size) {
     return true;
 }
 
+// What GetClipboardData shows may lie in another process's heap, where nobody tells its size.
 std::vector<uint8_t> BytesOnClipboard(UINT format) {
-    const HANDLE memory = GetClipboardData(format);
-    const size_t size = memory ? LocalSize(memory) : 0;
-    const auto bytes = static_cast<const uint8_t*>(memory);
+    const UniqueMemory memory(GetClipboardDataAlloc(format));
+    const size_t size = memory ? LocalSize(memory.Get()) : 0;
+    const auto bytes = static_cast<const uint8_t*>(memory.Get());
     return std::vector<uint8_t>(bytes, bytes + size);
 }
 

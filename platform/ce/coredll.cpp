@@ -23,6 +23,17 @@ const wchar_t* CommandLineArguments() {
     return GetCommandLineW();
 }
 
+bool StartProgram(const wchar_t* path) {
+    PROCESS_INFORMATION process = {};
+    if (!CreateProcessW(path, nullptr, nullptr, nullptr, FALSE, 0, nullptr, nullptr, nullptr,
+                        &process)) {
+        return false;
+    }
+    CloseHandle(process.hThread);
+    CloseHandle(process.hProcess);
+    return true;
+}
+
 bool SignalEvent(HANDLE event) {
     constexpr DWORD eventSet = 3;
     return EventModify(event, eventSet) != FALSE;

@@ -3,12 +3,10 @@
 extern "C" {
 HANDLE FindFirstFlashCard(platform::FindData* data);
 BOOL FindNextFlashCard(HANDLE search, platform::FindData* data);
-HANDLE FindFirstStore(platform::StoreInfo* store);
-BOOL FindNextStore(HANDLE search, platform::StoreInfo* store);
-BOOL FindCloseStore(HANDLE search);
-HANDLE FindFirstPartition(HANDLE store, platform::PartitionInfo* partition);
-BOOL FindNextPartition(HANDLE search, platform::PartitionInfo* partition);
-BOOL FindClosePartition(HANDLE search);
+// A search in the storage manager's folder, or through a store's partitions, fills in the storage
+// manager's own descriptions in place of a file's.
+HANDLE CeFindFirstStored(const wchar_t* folder, void* description) asm("FindFirstFileW");
+BOOL CeFindNextStored(HANDLE search, void* description) asm("FindNextFileW");
 }
 
 namespace platform {
@@ -18,6 +16,40 @@ namespace {
 // Some versions of the platform's documents give null, others INVALID_HANDLE_VALUE for a failure.
 HANDLE Checked(HANDLE search) {
     return search ? search : INVALID_HANDLE_VALUE;
+}
+
+// Before Windows CE 6 no library exports the search for partitions: it is the system call at this
+// address on ARM, number 14 of an open file's. Later systems have other addresses.
+constexpr uint32_t findFirstPartitionAddress = 0xF000E3C8;
+constexpr DWORD lastVersionWithAddresses = 5;
+using FindFirstPartitionFunction = HANDLE(HANDLE store, void* description);
+
+bool HasSystemCallAddresses() {
+    OSVERSIONINFOW version = {};
+    version.dwOSVersionInfoSize = sizeof version;
+    return GetVersionExW(&version) && version.dwMajorVersion <= lastVersionWithAddresses;
+}
+
+// A description with the room that a file's takes, which a search may ask for.
+template <typename Description>
+union Described {
+    Description description;
+    FindData file;
+
+    Described() : file{} { description.cbSize = sizeof description; }
+};
+
+HANDLE UnknownToThisSystem() {
+    SetLastError(ERROR_NOT_SUPPORTED);
+    return INVALID_HANDLE_VALUE;
+}
+
+template <typename Description>
+bool FindNextDescription(HANDLE search, Description* description) {
+    Described<Description> found;
+    const bool more = CeFindNextStored(search, &found) != FALSE;
+    *description = found.description;
+    return more;
 }
 
 }  // namespace
@@ -35,35 +67,40 @@ void CloseFlashCardSearch(HANDLE search) {
 }
 
 HANDLE FindFirstStore(StoreInfo* store) {
-    *store = StoreInfo{};
-    store->cbSize = sizeof *store;
-    return Checked(::FindFirstStore(store));
+    if (!HasSystemCallAddresses()) {
+        return UnknownToThisSystem();
+    }
+    Described<StoreInfo> found;
+    const HANDLE search = Checked(CeFindFirstStored(L"\\StoreMgr", &found));
+    *store = found.description;
+    return search;
 }
 
 bool FindNextStore(HANDLE search, StoreInfo* store) {
-    *store = StoreInfo{};
-    store->cbSize = sizeof *store;
-    return ::FindNextStore(search, store) != FALSE;
+    return FindNextDescription(search, store);
 }
 
 void CloseStoreSearch(HANDLE search) {
-    FindCloseStore(search);
+    FindClose(search);
 }
 
 HANDLE FindFirstPartition(HANDLE store, PartitionInfo* partition) {
-    *partition = PartitionInfo{};
-    partition->cbSize = sizeof *partition;
-    return Checked(::FindFirstPartition(store, partition));
+    if (!HasSystemCallAddresses()) {
+        return UnknownToThisSystem();
+    }
+    const auto findFirst = reinterpret_cast<FindFirstPartitionFunction*>(findFirstPartitionAddress);
+    Described<PartitionInfo> found;
+    const HANDLE search = Checked(findFirst(store, &found));
+    *partition = found.description;
+    return search;
 }
 
 bool FindNextPartition(HANDLE search, PartitionInfo* partition) {
-    *partition = PartitionInfo{};
-    partition->cbSize = sizeof *partition;
-    return ::FindNextPartition(search, partition) != FALSE;
+    return FindNextDescription(search, partition);
 }
 
 void ClosePartitionSearch(HANDLE search) {
-    FindClosePartition(search);
+    FindClose(search);
 }
 
 HANDLE OpenStore(const wchar_t* path) {

@@ -99,6 +99,19 @@ const wchar_t* CommandLineArguments() {
     return *rest == L' ' ? rest + 1 : rest;
 }
 
+bool StartProgram(const wchar_t* path) {
+    STARTUPINFOW startup = {};
+    startup.cb = sizeof startup;
+    PROCESS_INFORMATION process = {};
+    if (!CreateProcessW(path, nullptr, nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
+                        &process)) {
+        return false;
+    }
+    CloseHandle(process.hThread);
+    CloseHandle(process.hProcess);
+    return true;
+}
+
 bool SignalEvent(HANDLE event) {
     return SetEvent(event) != FALSE;
 }

@@ -19,7 +19,7 @@ Expect() {
     local mistake=$1 code=$2 result=0 pattern
     shift 2
     VANTOR_HANDHELD_PROGRAM=$folder/mistakes/mistakes.exe VANTOR_HANDHELD_EXPORTS=$folder/exports.txt \
-        timeout 60 "$root/tools/device/in_device" --handheld "$root/tests/devices/small.txt" \
+        timeout 60 "$root/tools/device/in_device" --handheld "$root/tests/devices/${device:-small}.txt" \
         'C:\Program Files\Vantor\vantor.exe' "$mistake" >"$folder/said.txt" 2>&1 || result=$?
     if [[ $result != "$code" ]]; then
         echo "FAILED: \"$mistake\" ended with $result, not $code" >&2
@@ -53,6 +53,8 @@ Expect call-what-is-not-served 99 'called keybd_event, which this emulator does 
 Expect free-what-the-system-has 99 'LocalFree: the block .* belongs to the system'
 Expect read-nothing 99 'a read of 4 bytes at 00000020: nothing is there' 'ReadNothing'
 Expect leave-section-twice 99 'LeaveCriticalSection: the critical section at .* was not entered'
+Expect call-an-address 99 'made the call at f000e3d0, which the device does not have'
+device=large Expect list-partitions 7 'DSK1: holds Storage Card'
 
 # Wherever it is loaded and whatever processor it has, the program is the same.
 for processor in sa1110 ti925t arm926; do

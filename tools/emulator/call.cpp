@@ -67,6 +67,25 @@ std::uint64_t RunProcedure(Call& call, WNDPROC procedure) {
                                   call.Signed(3)));
 }
 
+std::uint64_t Serve(Call& call, Server server) {
+    SetLastError(lastError);
+    const std::uint64_t result = server(call);
+    lastError = GetLastError();
+    return result;
+}
+
+// Some system calls are no library's: programs know their addresses.
+std::uint64_t ServeAddress(Engine& engine, unsigned index) {
+    char name[20];
+    std::snprintf(name, sizeof name, "call at %08x", Engine::TrapAddress(index));
+    const auto found = Table().find(name);
+    if (found == Table().end()) {
+        Stop("the program made the %s, which the device does not have", name);
+    }
+    Call call(engine, name);
+    return Serve(call, found->second);
+}
+
 }  // namespace
 
 Services::Services(std::initializer_list<Service> services) {
@@ -101,7 +120,7 @@ std::uint64_t ServeCall(Engine& engine, unsigned index) {
         FillTraps();
     }
     if (index >= traps.size()) {
-        Stop("the program called nothing, at trap %u", index);
+        return ServeAddress(engine, index);
     }
     const std::string name = traps[index].name;
     const Server server = traps[index].server;
@@ -124,10 +143,7 @@ std::uint64_t ServeCall(Engine& engine, unsigned index) {
     if (!server) {
         Stop("the program called %s, which this emulator does not serve", name.c_str());
     }
-    SetLastError(lastError);
-    const std::uint64_t result = server(call);
-    lastError = GetLastError();
-    return result;
+    return Serve(call, server);
 }
 
 Address TrapForMethod(const std::string& name) {

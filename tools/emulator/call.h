@@ -19,6 +19,9 @@ namespace emulator {
 
 class Engine;
 
+// Set in every number of a system color.
+inline constexpr Address systemColorMark = 0x40000000;
+
 // The call being served.
 class Call {
  public:
@@ -67,7 +70,8 @@ class Call {
 using Server = std::uint64_t (*)(Call&);
 
 struct Service {
-    // "GetParent" for coredll, "aygshell#56" for the others and for numbers.
+    // "GetParent" for coredll, "aygshell#56" for the others and for numbers, "call at f000e3c8" for
+    // a call that is no library's.
     const char* name;
     Server server;
 };

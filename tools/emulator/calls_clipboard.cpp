@@ -12,10 +12,10 @@ namespace emulator {
 
 namespace {
 
-// Copies that the program was shown, until the clipboard is closed.
-std::vector<Address>& Shown() {
-    static std::vector<Address> shown;
-    return shown;
+// Blocks that the program gave away while the clipboard is open; it may still look at them.
+std::vector<Address>& Given() {
+    static std::vector<Address> given;
+    return given;
 }
 bool isOpen = false;
 
@@ -25,10 +25,10 @@ std::uint64_t OpenIt(Call& call) {
 }
 
 std::uint64_t CloseIt(Call&) {
-    for (const Address block : Shown()) {
+    for (const Address block : Given()) {
         TheMachine().heap.Free(block, 0, "CloseClipboard");
     }
-    Shown().clear();
+    Given().clear();
     isOpen = false;
     return Result(CloseClipboard());
 }
@@ -47,20 +47,21 @@ std::uint64_t PutData(Call& call) {
         return 0;
     }
     heap.GiveToSystem(block);
-    Shown().push_back(block);
+    Given().push_back(block);
     return block;
 }
 
-std::uint64_t GetData(Call& call) {
+// A copy that is the program's own. What GetClipboardData shows may lie in another process, so no
+// program here gets to see it.
+std::uint64_t CopyData(Call& call) {
     const HANDLE memory = GetClipboardData(call.Word(0));
     if (!memory) {
         return 0;
     }
     const auto size = static_cast<Address>(GlobalSize(memory));
-    const Address copy = TheMachine().heap.Allocate(size, false, 0);
+    const Address copy = TheMachine().heap.Allocate(size, false, call.Caller());
     std::memcpy(PointerTo(copy), GlobalLock(memory), size);
     GlobalUnlock(memory);
-    Shown().push_back(copy);
     return copy;
 }
 
@@ -69,7 +70,7 @@ const Services services = {
     {"CloseClipboard", CloseIt},
     {"EmptyClipboard", Direct<EmptyClipboard>},
     {"SetClipboardData", PutData},
-    {"GetClipboardData", GetData},
+    {"GetClipboardDataAlloc", CopyData},
     {"IsClipboardFormatAvailable", Direct<IsClipboardFormatAvailable>},
     {"RegisterClipboardFormatW", Direct<RegisterClipboardFormatW>},
     {"EnumClipboardFormats", Direct<EnumClipboardFormats>},

@@ -127,8 +127,8 @@ std::uint64_t Power(Call& call) {
     return TRUE;
 }
 
-// Walks over the cards: folders, stores, partitions. A handle tells the kind and the next card.
-enum class Walk : Address { cards = 0x0B000000, stores = 0x0B100000, partitions = 0x0B200000 };
+// Walks over the cards: stores, partitions. A handle tells the kind and the next card.
+enum class Walk : Address { stores = 0x0B100000, partitions = 0x0B200000 };
 std::map<Address, size_t>& Walks() {
     static std::map<Address, size_t> walks;
     return walks;
@@ -236,22 +236,8 @@ bool ShowStore(size_t* next, DeviceStore* shown) {
     return true;
 }
 
-std::uint64_t FirstStore(Call& call) {
-    size_t next = 0;
-    return ShowStore(&next, Sized<DeviceStore>(call, 0)) ? StartWalk(Walk::stores, next)
-                                                         : NoMore(Result(INVALID_HANDLE_VALUE));
-}
-
-std::uint64_t NextStore(Call& call) {
-    return ShowStore(&WalkOf(call), Sized<DeviceStore>(call, 1)) ? TRUE : NoMore(FALSE);
-}
-
-std::uint64_t CloseWalk(Call& call) {
-    WalkOf(call);
-    Walks().erase(call.Word(0));
-    return TRUE;
-}
-
+// The system call with which a device before Windows CE 6 searches an open store: the program calls
+// its address.
 std::uint64_t FirstPartition(Call& call) {
     auto* shown = Sized<DevicePartition>(call, 1);
     const Device::Card* card = CardOfStore(call.Word(0));
@@ -267,11 +253,6 @@ std::uint64_t FirstPartition(Call& call) {
     shown->snNumSectors = card->size / sectorSize;
     shown->bPartType = 6;
     return StartWalk(Walk::partitions, 1);
-}
-
-std::uint64_t NextPartition(Call& call) {
-    WalkOf(call);
-    return NoMore(FALSE);
 }
 
 bool ShowCard(size_t index, DeviceFound* shown) {
@@ -304,16 +285,36 @@ const Services services = {
     {"GlobalMemoryStatus", MemoryState},
     {"GetSystemPowerStatusEx", Power},
     {"GetSystemPowerStatusEx2", MorePower},
-    {"FindFirstStore", FirstStore},
-    {"FindNextStore", NextStore},
-    {"FindCloseStore", CloseWalk},
-    {"FindFirstPartition", FirstPartition},
-    {"FindNextPartition", NextPartition},
-    {"FindClosePartition", CloseWalk},
+    {"call at f000e3c8", FirstPartition},
     {"note_prj#7", FirstCard},
     {"note_prj#8", NextCard},
 };
 
 }  // namespace
+
+bool IsStorageSearch(Address handle) {
+    return Walks().count(handle) != 0;
+}
+
+std::uint64_t FirstStore(Call& call) {
+    size_t next = 0;
+    return ShowStore(&next, Sized<DeviceStore>(call, 1)) ? StartWalk(Walk::stores, next)
+                                                         : NoMore(Result(INVALID_HANDLE_VALUE));
+}
+
+std::uint64_t NextOfStorage(Call& call) {
+    size_t& next = WalkOf(call);
+    if (call.Word(0) >= static_cast<Address>(Walk::partitions)) {
+        Sized<DevicePartition>(call, 1);
+        return NoMore(FALSE);
+    }
+    return ShowStore(&next, Sized<DeviceStore>(call, 1)) ? TRUE : NoMore(FALSE);
+}
+
+std::uint64_t CloseStorageSearch(Call& call) {
+    WalkOf(call);
+    Walks().erase(call.Word(0));
+    return TRUE;
+}
 
 }  // namespace emulator

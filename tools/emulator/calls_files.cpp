@@ -84,6 +84,9 @@ bool NextEntry(HANDLE search, WIN32_FIND_DATAW* found) {
 std::uint64_t FindFirst(Call& call) {
     const WCHAR* pattern = call.String(0);
     auto* shown = call.Out<DeviceFound>(1);
+    if (lstrcmpiW(pattern, storeManager) == 0) {
+        return FirstStore(call);
+    }
     WIN32_FIND_DATAW found = {};
     const HANDLE search = FindFirstFileW(pattern, &found);
     if (search == INVALID_HANDLE_VALUE) {
@@ -107,6 +110,9 @@ const Search& SearchOf(const Call& call) {
 }
 
 std::uint64_t FindNext(Call& call) {
+    if (IsStorageSearch(call.Word(0))) {
+        return NextOfStorage(call);
+    }
     const Search& search = SearchOf(call);
     auto* shown = call.Out<DeviceFound>(1);
     WIN32_FIND_DATAW found = {};
@@ -118,6 +124,9 @@ std::uint64_t FindNext(Call& call) {
 }
 
 std::uint64_t CloseSearch(Call& call) {
+    if (IsStorageSearch(call.Word(0))) {
+        return CloseStorageSearch(call);
+    }
     const HANDLE handle = SearchOf(call).handle;
     const BOOL result = handle ? FindClose(handle) : TRUE;
     Searches().erase(call.Word(0));
@@ -154,7 +163,7 @@ std::uint64_t MoreAttributes(Call& call) {
 }
 
 std::uint64_t OpenAFile(Call& call) {
-    const Text storeFolder = u"\\StoreMgr\\";
+    const Text storeFolder = Text(storeManager) + u"\\";
     const Text path = call.String(0);
     if (path.compare(0, storeFolder.size(), storeFolder) == 0) {
         static Address next = 0x0A000000;

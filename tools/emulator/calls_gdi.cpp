@@ -196,6 +196,23 @@ std::uint64_t MonitorArea(Call& call) {
     return Result(result);
 }
 
+// The numbers of the system's colours carry a mark on a handheld.
+int ColorNumber(const Call& call) {
+    const Address number = call.Word(0);
+    if (number - systemColorMark >= 29) {
+        Stop("%s: %x is no color of the system", call.Name(), number);
+    }
+    return static_cast<int>(number - systemColorMark);
+}
+
+std::uint64_t SystemColor(Call& call) {
+    return Result(GetSysColor(ColorNumber(call)));
+}
+
+std::uint64_t SystemColorBrush(Call& call) {
+    return Result(GetSysColorBrush(ColorNumber(call)));
+}
+
 const Services services = {
     {"GetDC", Direct<GetDC>},
     {"GetWindowDC", Direct<GetWindowDC>},
@@ -255,8 +272,8 @@ const Services services = {
     {"SetTextAlign", Direct<SetTextAlign>},
     {"GetBkColor", Direct<GetBkColor>},
     {"GetTextColor", Direct<GetTextColor>},
-    {"GetSysColor", Direct<GetSysColor>},
-    {"GetSysColorBrush", Direct<GetSysColorBrush>},
+    {"GetSysColor", SystemColor},
+    {"GetSysColorBrush", SystemColorBrush},
     {"GetSystemMetrics", Direct<GetSystemMetrics>},
     {"GetMonitorInfo", MonitorArea},
 };

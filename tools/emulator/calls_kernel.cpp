@@ -134,7 +134,7 @@ std::uint64_t StartProcess(Call& call) {
         Address threadId;
     };
     // Windows CE knows neither a start-up description nor a current folder, and wants none.
-    for (const unsigned index : {2u, 3u, 6u, 7u}) {
+    for (const unsigned index : {2u, 3u, 6u, 7u, 8u}) {
         if (call.Word(index) != 0) {
             Stop("CreateProcessW: argument %u must be null on Windows CE", index);
         }
@@ -165,7 +165,20 @@ std::uint64_t StartProcess(Call& call) {
     return TRUE;
 }
 
+std::uint64_t Version(Call& call) {
+    constexpr DWORD size = 276;
+    constexpr DWORD windowsCe = 3;
+    auto* shown = static_cast<OSVERSIONINFOW*>(call.Bytes(0, size, Access::Write));
+    static_assert(sizeof *shown == size);
+    if (shown->dwOSVersionInfoSize != size) {
+        Stop("GetVersionExW: the description's size is %u", shown->dwOSVersionInfoSize);
+    }
+    *shown = {size, 4, 20, 0, windowsCe, {}};
+    return TRUE;
+}
+
 const Services services = {
+    {"GetVersionExW", Version},
     {"GetLastError", Direct<GetLastError>},
     {"SetLastError", Direct<SetLastError>},
     {"GetTickCount", Direct<GetTickCount>},

@@ -164,7 +164,7 @@ void Engine::Run(Address function) {
         if ((reached & ~1u) == returnTrap) {
             return;
         }
-        if (reached - trapStart >= trapSize) {
+        if (reached - trapStart >= trapSize || reached % trapStep != 0) {
             Stop("the processor stopped at %08x", reached);
         }
         Serve((reached - trapStart) / trapStep);

@@ -1,6 +1,7 @@
 // Searches for files and cards, which share the call that ends them.
 #pragma once
 
+#include "call.h"
 #include "device.h"
 #include "host.h"
 
@@ -22,6 +23,14 @@ static_assert(sizeof(DeviceFound) == 560);
 // A search for cards whose first was shown; its handle, and the number of the next card.
 Address StartCardSearch();
 size_t* CardSearch(Address handle);
+
+// The storage manager's folder, in which a search for files finds the stores, as a search through
+// an opened store finds its partitions: FindFirstFileW, FindNextFileW and FindClose serve both.
+inline constexpr const WCHAR* storeManager = u"\\StoreMgr";
+bool IsStorageSearch(Address handle);
+std::uint64_t FirstStore(Call& call);
+std::uint64_t NextOfStorage(Call& call);
+std::uint64_t CloseStorageSearch(Call& call);
 // The card behind a store that was opened as a file; null for any other handle.
 const Device::Card* CardOfStore(Address handle);
 

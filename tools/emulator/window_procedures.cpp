@@ -56,6 +56,7 @@ Address ProcedureOf(HWND window) {
 }
 
 std::uint64_t RegisterAClass(Call& call) {
+    constexpr Address lastColorPlusOne = 29;
     const auto* wanted = call.In<DeviceClass>(0);
     TheMachine().memory.RequireText(wanted->lpszClassName, call.Name());
     WNDCLASSW description = {};
@@ -66,7 +67,13 @@ std::uint64_t RegisterAClass(Call& call) {
     description.hInstance = GetModuleHandleW(nullptr);
     description.hIcon = HandleOf<HICON>(wanted->hIcon);
     description.hCursor = HandleOf<HCURSOR>(wanted->hCursor);
-    description.hbrBackground = PointerTo<std::remove_pointer_t<HBRUSH>>(wanted->hbrBackground);
+    // A brush, or the number of one of the system's colors plus one.
+    const Address mark = wanted->hbrBackground & systemColorMark;
+    if (mark == 0 && wanted->hbrBackground != 0 && wanted->hbrBackground <= lastColorPlusOne) {
+        Stop("RegisterClassW: %x is no color of the system", wanted->hbrBackground);
+    }
+    description.hbrBackground =
+        PointerTo<std::remove_pointer_t<HBRUSH>>(wanted->hbrBackground & ~mark);
     description.lpszClassName = PointerTo<WCHAR>(wanted->lpszClassName);
     const ATOM atom = RegisterClassW(&description);
     if (atom != 0) {

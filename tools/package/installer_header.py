@@ -7,6 +7,8 @@ import struct
 MAGIC = b"MSCE"
 HEADER_SIZE = 100
 PROCESSOR_STRONGARM = 2577
+# The latest build, where the system looks for what the program can show: square and turned screens.
+ANY_SCREEN = 0xE0000000
 
 # The installer's own numbers of well-known folders.
 FOLDER_PROGRAM_FILES = "%CE1%"
@@ -65,14 +67,15 @@ class InstallerHeader:
             links += struct.pack("<6H", number, 0, START_MENU_PROGRAMS, target, LINK_TO_FILE, len(path)) + path
 
         # Names first, then the sections; a section without entries has a place all the same.
-        parts = [text(self.name), text(self.provider), b"\0", strings, folders, files, b"", b"", links]
+        parts = [text(self.name), text(self.provider), b"", strings, folders, files, b"", b"", links]
         places = []
         at = HEADER_SIZE
         for part in parts:
             places.append(at)
             at += len(part)
         major, minor = self.minimum_version
-        header = MAGIC + struct.pack("<11I", 0, at, 0, 1, PROCESSOR_STRONGARM, major, minor, 0, 0, 0, 0)
+        header = MAGIC + struct.pack("<11I", 0, at, 0, 1, PROCESSOR_STRONGARM, major, minor, 0, 0, 0,
+                                      ANY_SCREEN)
         header += struct.pack("<6H", len(self._strings), 1, len(self._files), 0, 0, len(self._links))
         header += struct.pack("<6I", *places[3:])
         for place, part in zip(places[:3], parts[:3]):

@@ -44,6 +44,8 @@ def make_cabinet(files, cabinet):
                 header.add_start_menu_link(NAME, number)
         with open(os.path.join(folder, members[0]), "wb") as file:
             file.write(header.encode())
+        # The installer reads the cabinet from its beginning: the control file, then the files from the last number on.
+        members[1:] = reversed(members[1:])
         made = os.path.join(folder, "made.cab")
         # Handhelds before Windows Mobile 5 cannot unpack what is compressed.
         subprocess.run(["gcab", "--create", "--nopath", made, *members], cwd=folder, check=True)

@@ -1,8 +1,11 @@
-// One function for each mistake that the emulator must not let pass.
+// One function for each mistake that the emulator must not let pass, and some that make none.
 #include <windows.h>
 
 #include <cstdint>
+#include <string>
 #include <string_view>
+
+#include "platform/storage.h"
 
 namespace {
 
@@ -105,6 +108,29 @@ void LeaveSectionTwice() {
     LeaveCriticalSection(&section);
 }
 
+void CallAnAddress() {
+    reinterpret_cast<void (*)()>(0xF000E3D0)();
+}
+
+void ListPartitions() {
+    platform::StoreInfo store;
+    const HANDLE stores = platform::FindFirstStore(&store);
+    for (bool found = stores != INVALID_HANDLE_VALUE; found;
+         found = platform::FindNextStore(stores, &store)) {
+        const std::wstring name = store.szDeviceName;
+        const HANDLE opened = platform::OpenStore((L"\\StoreMgr\\" + name).c_str());
+        platform::PartitionInfo partition;
+        const HANDLE partitions = platform::FindFirstPartition(opened, &partition);
+        for (bool more = partitions != INVALID_HANDLE_VALUE; more;
+             more = platform::FindNextPartition(partitions, &partition)) {
+            OutputDebugStringW((name + L" holds " + partition.szVolumeName + L"\n").c_str());
+        }
+        platform::ClosePartitionSearch(partitions);
+        platform::CloseStore(opened);
+    }
+    platform::CloseStoreSearch(stores);
+}
+
 struct Mistake {
     const wchar_t* name;
     void (*function)();
@@ -129,6 +155,8 @@ constexpr Mistake mistakes[] = {
     {L"free-what-the-system-has", FreeWhatTheSystemHas},
     {L"read-nothing", ReadNothing},
     {L"leave-section-twice", LeaveSectionTwice},
+    {L"call-an-address", CallAnAddress},
+    {L"list-partitions", ListPartitions},
 };
 
 }  // namespace

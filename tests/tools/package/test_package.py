@@ -3,6 +3,7 @@
 
 usage: test_package.py BUILD_FOLDER"""
 import os
+import re
 import struct
 import subprocess
 import sys
@@ -28,6 +29,8 @@ class ControlFile:
         self.data = data
         self.magic, self.length, self.processor = data[:4], self.word(8), self.word(20)
         self.minimum = (self.word(24), self.word(28))
+        self.screens = self.word(44)
+        self.unsupported = self.half(94)
         self.name, self.provider = self.named(84), self.named(88)
         counts = [self.half(48 + 2 * index) for index in range(6)]
         offsets = [self.word(60 + 4 * index) for index in range(6)]
@@ -132,6 +135,17 @@ class PackageTest(unittest.TestCase):
         self.assertEqual(control.processor, 2577)
         self.assertEqual(control.minimum, (4, 20))
         self.assertEqual(control.registry, [0, 0])
+        self.assertEqual(control.unsupported, 0)
+
+    def test_the_installer_knows_that_the_program_fits_every_screen(self):
+        self.assertEqual(self.control_file(self.unpack_cabinet()).screens, 0xE0000000)
+
+    def test_the_control_file_comes_first_and_the_files_from_the_last_on(self):
+        listed = subprocess.run(["cabextract", "--list", "--quiet", os.path.join(self.into, "vantor.cab")], check=True,
+                                stdout=subprocess.PIPE, text=True).stdout
+        numbers = re.findall(r"\.(\d{3})$", listed, re.MULTILINE)
+        count = len(NAMES)
+        self.assertEqual([int(number) for number in numbers], [0] + list(range(count, 0, -1)))
 
     def test_the_start_menu_gets_a_link_to_the_program(self):
         control = self.control_file(self.unpack_cabinet())
