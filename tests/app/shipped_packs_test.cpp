@@ -181,8 +181,7 @@ TEST_F(ShippedPacks, TellTheirTranslatorAndTheProgramsVersion) {
     ForEach([&](LANGID language, HMODULE pack) {
         const auto info = app::VersionInfo::Load(pack);
         ASSERT_TRUE(info);
-        EXPECT_NE(info->GetVersionString(L"Translated", language).value_or(L"").find(L"Vantor"),
-                  std::wstring::npos);
+        EXPECT_FALSE(info->GetVersionString(L"Translated", language).value_or(L"").empty());
         EXPECT_FALSE(info->GetVersionString(L"TranslatedInfo", language).value_or(L"").empty());
         EXPECT_EQ(info->GetVersionString(L"ProductVersion", language),
                   own->GetVersionString(L"ProductVersion", 0x0409));

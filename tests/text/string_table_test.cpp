@@ -68,6 +68,7 @@ constexpr ProgramText programTexts[] = {
     {821, L"New Folder %1!i!"},
     {822, L"%1 - Copy"},
     {823, L"%1 - Copy (%2!i!)"},
+    {945, L"Open File"},
     {950, L"Process Information"},
     {951, L"Process id:"},
     {952, L"Threads number:"},

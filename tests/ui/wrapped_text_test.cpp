@@ -16,6 +16,10 @@ class WrappedText : public testing::Test {
     std::vector<std::wstring> Wrap(const std::wstring& text, int width) {
         return ui::WrapText(canvas.DC(), text, width);
     }
+    // Of a text on lines as long as its first `count` characters.
+    std::wstring FirstLine(const std::wstring& text, size_t count) {
+        return Wrap(text, ui::TextWidth(canvas.DC(), text.substr(0, count))).front();
+    }
     Canvas canvas{10, 10};
     const platform::Selected font{canvas.DC(), ui::Fonts().Base()};
 };
@@ -57,6 +61,28 @@ TEST_F(WrappedText, BreaksAWordThatIsTooLong) {
         EXPECT_FALSE(line.empty());
     }
     EXPECT_EQ(Joined(lines), std::wstring(10000, L'w'));
+}
+
+// "Memo wa sakujo dekimasen.", with a blank behind the first word only.
+TEST_F(WrappedText, BreaksBetweenTheCharactersOfAScriptWithoutBlanks) {
+    const std::wstring text = L"memo \u306F\u524A\u9664\u3067\u304D\u307E\u305B\u3093";
+    const int width = ui::TextWidth(canvas.DC(), text.substr(0, 9));
+    EXPECT_EQ(Wrap(text, width), (Lines{text.substr(0, 9), text.substr(9)}));
+    EXPECT_EQ(Wrap(text, width - 1), (Lines{text.substr(0, 8), text.substr(8)}));
+    EXPECT_EQ(FirstLine(L"\u524A\u9664memo\u3067\u304D", 5), L"\u524A\u9664");
+}
+
+TEST_F(WrappedText, StartsNoLineWithAClosingMarkOrASmallLetterAndEndsNoneWithAnOpeningMark) {
+    EXPECT_EQ(FirstLine(L"\u524A\u9664\u3057\u307E\u3059?", 5), L"\u524A\u9664\u3057\u307E");
+    EXPECT_EQ(FirstLine(L"\u524A\u9664\u3057\u307E\u3059\u3002", 5), L"\u524A\u9664\u3057\u307E");
+    EXPECT_EQ(FirstLine(L"\u524A\u9664\u30AD\u30E3\u30C3\u30C1", 3), L"\u524A\u9664");
+    EXPECT_EQ(FirstLine(L"\u524A\u9664\u300C\u306F\u3044\u300D", 3), L"\u524A\u9664");
+}
+
+// As French asks before its question marks.
+TEST_F(WrappedText, KeepsABlankThatMustNotBreak) {
+    const std::wstring text = L"alpha beta\u00A0?";
+    EXPECT_EQ(Wrap(text, ui::TextWidth(canvas.DC(), text) - 1), (Lines{L"alpha", L"beta\u00A0?"}));
 }
 
 TEST_F(WrappedText, KeepsCharactersOfTwoUnitsWhole) {

@@ -1,6 +1,8 @@
+#include "tests/support/resource_module.h"
 #include "tests/support/wait.h"
 #include "tests/support/windows_seen.h"
 #include "tests/views/chooser_fixture.h"
+#include "text/resources.h"
 
 using namespace test;
 using namespace views;
@@ -48,6 +50,17 @@ TEST_F(ChooserStart, ShowsTheProgramFilesFolder) {
     });
     EXPECT_FALSE(CleanSettings::Number(L"SelectAppFlags"));
     EXPECT_FALSE(CleanSettings::Text(L"SelectAppPath"));
+}
+
+TEST_F(ChooserStart, HasItsCaptionInTheLanguageInUse) {
+    const std::wstring path = folder.Path() + L"\\pack.ui";
+    ResourceModule(0x0407).Text(945, L"Datei \u00F6ffnen").Write(path);
+    const platform::UniqueModule pack(
+        LoadLibraryExW(path.c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE));
+    ASSERT_TRUE(pack);
+    text::SetResourceModule(pack.Get(), 0x0407);
+    Look([&] { EXPECT_EQ(TextOf(Dialog()), L"Datei \u00F6ffnen"); });
+    text::SetResourceModule(text::ProgramModule(), text::programLanguage);
 }
 
 TEST_F(ChooserStart, ShowsTheSavedFolder) {

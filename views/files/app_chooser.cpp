@@ -21,6 +21,7 @@ constexpr wchar_t pathSetting[] = L"SelectAppPath";
 constexpr wchar_t flagsSetting[] = L"SelectAppFlags";
 constexpr wchar_t applicationsFilter[] = L"*.exe";
 
+constexpr UINT caption = 945;
 constexpr UINT menuResource = 511;
 constexpr UINT filterApplications = 550;
 constexpr UINT filterAllFiles = 551;
@@ -28,7 +29,7 @@ constexpr UINT filterAllFiles = 551;
 class AppChooser final : public ui::FullScreenDialog {
  public:
     explicit AppChooser(Frame& frame)
-        : FullScreenDialog(L"Open File", menuResource), frame_(frame) {}
+        : FullScreenDialog(std::wstring(text::LoadText(caption)), menuResource), frame_(frame) {}
 
     const std::wstring& Chosen() const { return chosen_; }
 
