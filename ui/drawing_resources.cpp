@@ -5,19 +5,33 @@
 namespace ui {
 
 void DrawingResources::Load() {
+    Free();
     fonts.Load();
-    const unsigned iconSize = GetScreenMetrics().iconSize;
-    const UINT chosen = ChooseStrip(StripModule(mainStrips), mainStrips, iconSize);
-    mainStrip = LoadStrip(chosen);
-    secondStrip = chosen < mainStrips.largest ? LoadStrip(chosen + 1) : ImageStrip();
-    statusStrip = LoadStatusStrip(iconSize);
+    mainStripId_ = ChooseStrip(StripModule(mainStrips), mainStrips, GetScreenMetrics().iconSize);
+    mainStrip = LoadStrip(*mainStripId_);
 }
 
 void DrawingResources::Free() {
     mainStrip = ImageStrip();
-    secondStrip = ImageStrip();
-    statusStrip = ImageStrip();
+    mainStripId_.reset();
+    secondStrip_.reset();
+    statusStrip_.reset();
     fonts.Free();
+}
+
+const ImageStrip& DrawingResources::SecondStrip() {
+    if (!secondStrip_) {
+        const bool larger = mainStripId_ && *mainStripId_ < mainStrips.largest;
+        secondStrip_ = larger ? LoadStrip(*mainStripId_ + 1) : ImageStrip();
+    }
+    return *secondStrip_;
+}
+
+const ImageStrip& DrawingResources::StatusStrip() {
+    if (!statusStrip_) {
+        statusStrip_ = mainStripId_ ? LoadStatusStrip(GetScreenMetrics().iconSize) : ImageStrip();
+    }
+    return *statusStrip_;
 }
 
 DrawingResources& Resources() {

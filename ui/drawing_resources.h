@@ -1,22 +1,32 @@
-// What every control draws with: fonts and image strips, loaded once at start-up.
+// What every control draws with: fonts and image strips, loaded once at start-up or, where many
+// starts never draw them, with the first need.
 #pragma once
+
+#include <optional>
 
 #include "ui/fonts.h"
 #include "ui/images.h"
 
 namespace ui {
 
-struct DrawingResources {
+class DrawingResources {
+ public:
     FontSet fonts;
     ImageStrip mainStrip;
-    // The next larger main strip, where a larger icon is needed; empty with the largest.
-    ImageStrip secondStrip;
-    ImageStrip statusStrip;
 
     // Loads everything anew for this device's screen, freeing what was there.
     void Load();
     // Frees the pictures and fonts.
     void Free();
+    // The next larger main strip, where a larger icon is needed; empty with the largest.
+    const ImageStrip& SecondStrip();
+    const ImageStrip& StatusStrip();
+
+ private:
+    // Nothing before Load and after Free.
+    std::optional<UINT> mainStripId_;
+    std::optional<ImageStrip> secondStrip_;
+    std::optional<ImageStrip> statusStrip_;
 };
 
 // The program's drawing resources.

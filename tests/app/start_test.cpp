@@ -159,7 +159,7 @@ TEST_F(ProgramRun, RegistersTheLoopOfTheMainThreadWhileItRuns) {
 TEST_F(ProgramRun, FreesFontsAndPicturesAtItsEnd) {
     RunAndClose();
     EXPECT_FALSE(ui::Resources().mainStrip);
-    EXPECT_FALSE(ui::Resources().statusStrip);
+    EXPECT_FALSE(ui::Resources().StatusStrip());
 }
 
 TEST_F(ProgramRun, LeavesNothingBehindHoweverOftenItRuns) {
@@ -210,7 +210,7 @@ TEST_F(ProgramInGerman, KeepsItsOwnPicturesWithAPackOfTexts) {
     bool hasStrips = false;
     Run([&] {
         const HWND window = MainWindow();
-        hasStrips = ui::Resources().mainStrip && ui::Resources().statusStrip;
+        hasStrips = ui::Resources().mainStrip && ui::Resources().StatusStrip();
         PostMessageW(window, WM_CLOSE, 0, 0);
     });
     EXPECT_TRUE(hasStrips);

@@ -5,7 +5,6 @@
 #include <cstring>
 #include <vector>
 
-#include "platform/desktop/paths.h"
 #include "tests/e2e/files_fixture.h"
 #include "tests/support/shell_clipboard.h"
 
@@ -25,7 +24,7 @@ class FilesClipboard : public FilesProgram {
         }
     }
     static void Put(const std::wstring& path, DWORD effect) {
-        const std::wstring outside = platform::desktop::ToDesktopPath(path);
+        const std::wstring outside = PathForOthers(path);
         const DROPFILES header = {sizeof(DROPFILES), {}, FALSE, TRUE};
         const size_t bytes = sizeof header + (outside.size() + 2) * sizeof(wchar_t);
         const HGLOBAL memory = GlobalAlloc(GMEM_MOVEABLE | GMEM_ZEROINIT, bytes);
@@ -55,7 +54,7 @@ TEST_F(FilesClipboard, AnotherProgramReadsWhatIsCopiedHere) {
     ASSERT_TRUE(Finger().Hold(RowPoint(0)).Play());
     ASSERT_TRUE(ShowsSelected(0));
     Choose(0, copy);
-    const std::vector<std::wstring> expected = {platform::desktop::ToDesktopPath(file)};
+    const std::vector<std::wstring> expected = {PathForOthers(file)};
     EXPECT_TRUE(WaitFor([&] { return PathsOnClipboard(nullptr) == expected; }));
     EXPECT_FALSE(IsClipboardFormatAvailable(RegisterClipboardFormatW(L"Preferred DropEffect")));
     Choose(0, cut);

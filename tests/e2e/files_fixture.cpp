@@ -4,6 +4,7 @@
 #include <optional>
 #include <utility>
 
+#include "platform/desktop/paths.h"
 #include "platform/handles.h"
 #include "ui/window.h"
 
@@ -84,6 +85,10 @@ std::optional<CommandPlace> FindCommand(UINT resource, UINT command) {
 }
 
 }  // namespace
+
+std::wstring PathForOthers(const std::wstring& path) {
+    return RunsOnHandheld() ? path : platform::desktop::ToDesktopPath(path);
+}
 
 void FilesProgram::Start(DWORD flags) {
     StartAt(folder.Path(), flags);

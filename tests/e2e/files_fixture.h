@@ -14,6 +14,9 @@
 
 namespace test {
 
+// A path as the program leaves it for others: a handheld's has no letter of a drive.
+std::wstring PathForOthers(const std::wstring& path);
+
 class FilesProgram : public testing::Test {
  protected:
     // Starts the program in the temporary folder with the given display options.

@@ -3,7 +3,6 @@
 
 #include <cstring>
 
-#include "platform/desktop/paths.h"
 #include "tests/e2e/files_fixture.h"
 #include "tests/support/sample_program.h"
 #include "ui/window.h"
@@ -57,7 +56,7 @@ class FilesWork : public FilesProgram {
     }
     // Puts a path on the clipboard as other programs do; `effect` 1 is a copy, 2 a move.
     static void Put(const std::wstring& path, DWORD effect) {
-        const std::wstring outside = platform::desktop::ToDesktopPath(path);
+        const std::wstring outside = PathForOthers(path);
         const DROPFILES header = {sizeof(DROPFILES), {}, FALSE, TRUE};
         const size_t bytes = sizeof header + (outside.size() + 2) * sizeof(wchar_t);
         const HGLOBAL memory = GlobalAlloc(GMEM_MOVEABLE | GMEM_ZEROINIT, bytes);
@@ -102,6 +101,16 @@ TEST_F(FilesWork, ANewFolderGetsTheNameThatIsTyped) {
     ChooseCommand(editing, IDOK);
     EXPECT_TRUE(WaitFor([&] { return Exists(In(L"ab")); }));
     EXPECT_TRUE(ShowsSelected(0));
+}
+
+TEST_F(FilesWork, ANewFolderNeedsANameOfItsOwn) {
+    folder.MakeFile(L"a");
+    Start();
+    ChooseCommand(files, newFolder);
+    ASSERT_TRUE(Edits());
+    ASSERT_TRUE(Finger().Key("a").Key("Return").Play());
+    EXPECT_EQ(CaptionAnswered(Return()), L"Error");
+    EXPECT_EQ(GetFileAttributesW(In(L"a").c_str()) & FILE_ATTRIBUTE_DIRECTORY, 0u);
 }
 
 TEST_F(FilesWork, ANewFolderThatIsCancelledIsNotMade) {
@@ -246,6 +255,18 @@ TEST_F(FilesWork, PastingRefusesAnotherKindAFolderIntoItselfAndWhatIsGone) {
     EXPECT_FALSE(Exists(In(L"a\\a")));
 }
 
+TEST_F(FilesWork, WhatIsCutHereIsMovedWhereItIsPasted) {
+    const std::wstring inner = folder.MakeFolder(L"inner");
+    const std::wstring file = folder.MakeFile(L"a.txt", "a");
+    Start();
+    HoldRow(1);
+    ChooseCommand(files, cut);
+    ASSERT_TRUE(Finger().Tap(RowPoint(0)).Play());
+    ASSERT_TRUE(Shows(inner));
+    ChooseCommand(files, paste);
+    EXPECT_TRUE(WaitFor([&] { return Exists(inner + L"\\a.txt") && !Exists(file); }));
+}
+
 TEST_F(FilesWork, ABlockThatIsNoListOfPathsIsIgnored) {
     folder.MakeFile(L"a");
     Start();
@@ -305,13 +326,31 @@ TEST_F(FilesWork, OpeningAFileThatIsGoneIsTold) {
     EXPECT_TRUE(Shows(folder.Path()));
 }
 
-TEST_F(FilesWork, OpenWithChoosesAProgram) {
+TEST_F(FilesWork, OpenWithOpensAFileWithAProgram) {
+    folder.MakeFile(L"a.txt", "a");
+    CopyFileW(SampleProgram::Path().c_str(), In(L"sample.exe").c_str(), FALSE);
+    CleanSettings::SetText(L"SelectAppPath", folder.Path());
+    Start();
+    HoldRow(0);
+    ChooseCommand(files, openWith);
+    const HWND dialog = Dialog();
+    ASSERT_TRUE(dialog);
+    ASSERT_TRUE(Finger().Key("Home").Wait(100).Play());
+    ChooseCommand(chooser, IDOK, dialog);
+    HWND opened = nullptr;
+    ASSERT_TRUE(WaitFor(
+        [&] { return (opened = FindVisible(L"Vantor Sample Application", true)) != nullptr; }));
+    PostMessageW(opened, WM_CLOSE, 0, 0);
+    EXPECT_TRUE(WaitFor([&] { return !IsWindow(opened); }));
+}
+
+TEST_F(FilesWork, OpenWithListsWhatItIsAskedFor) {
     folder.MakeFile(L"a.txt", "a");
     folder.MakeFile(L"hidden.exe");
     SetFileAttributesW(In(L"hidden.exe").c_str(), FILE_ATTRIBUTE_HIDDEN);
     folder.MakeFile(L"system.exe");
     SetFileAttributesW(In(L"system.exe").c_str(), FILE_ATTRIBUTE_SYSTEM);
-    CopyFileW(SampleProgram::Path().c_str(), In(L"sample.exe").c_str(), FALSE);
+    folder.MakeFile(L"shown.exe");
     CleanSettings::SetText(L"SelectAppPath", folder.Path());
     constexpr DWORD hiddenAndSystemShown = 3;
     Start(hiddenAndSystemShown);
@@ -342,11 +381,6 @@ TEST_F(FilesWork, OpenWithChoosesAProgram) {
     EXPECT_EQ(TextOf(propertiesPage), L"Properties");
     ChooseCommand(page, IDOK, propertiesPage);
     ASSERT_TRUE(WaitFor([&] { return GetForegroundWindow() == dialog; }));
-    ChooseCommand(chooser, IDOK, dialog);
-    EXPECT_TRUE(WaitFor([&] { return !IsWindow(dialog); }));
-    HWND opened = nullptr;
-    ASSERT_TRUE(WaitFor(
-        [&] { return (opened = FindVisible(L"Vantor Sample Application", true)) != nullptr; }));
-    PostMessageW(opened, WM_CLOSE, 0, 0);
-    EXPECT_TRUE(WaitFor([&] { return !IsWindow(opened); }));
+    ASSERT_TRUE(Finger().Key("Escape").Play());
+    EXPECT_TRUE(WaitFor([&] { return GetForegroundWindow() == Window(); }));
 }

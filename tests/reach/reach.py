@@ -14,15 +14,16 @@ sys.path.insert(0, os.path.join(ROOT, "tools", "handheld"))
 from import_list import read_import_list  # noqa: E402
 from pe_reader import PeFile  # noqa: E402
 
+SLIDE_BAR = 502
 MENUS = {
     "Files": 500, "Applications": 501, "Processes": 503, "Dlls": 505, "System Status": 504,
-    "Files, rows marked": 506, "slide bar": 502, "Open File": 511,
+    "Files, rows marked": 506, "slide bar": SLIDE_BAR, "Open File": 511,
     "page with Done and Cancel": 120, "page with Done": 121}
-# What shows that a dialog was open: its caption among the texts read, its menu, or a text drawn in it.
+# What shows that a dialog was open: its caption among the texts read, its menu, or its command.
 DIALOGS = {
     "Properties": ("text", 970), "Process Information": ("text", 950), "Window Information": ("text", 960),
     "Settings": ("text", 147), "Language changed": ("text", 999), "Open File": ("menu", 511),
-    "About": ("drawn", "Copyright")}
+    "About": ("command", 57664)}
 CAPTIONS = {141, 142, 147}
 # No place of the program shows 151.
 MESSAGES = (140, 150, *range(152, 360), 998)
@@ -67,12 +68,15 @@ class Recorder:
         self.loaded.append(identifier)
         self.reached.menus.add(identifier)
 
-    def command(self, identifier):
+    def command(self, identifier, from_slide_bar):
+        if from_slide_bar:
+            self.reached.commands.add((SLIDE_BAR, identifier))
+            return
         if FIRST_LANGUAGE <= identifier <= LAST_LANGUAGE:
             identifier = FIRST_LANGUAGE
         # The menu that was loaded last is the one on the screen, unless it lacks the command.
         for menu in reversed(self.loaded):
-            if identifier in self.resources.get(menu, ()):
+            if menu != SLIDE_BAR and identifier in self.resources.get(menu, ()):
                 self.reached.commands.add((menu, identifier))
                 return
 
@@ -85,7 +89,8 @@ def read_handheld(path, recorder):
             if kind == "menu":
                 recorder.menu(int(what))
             elif kind == "command":
-                recorder.command(int(what))
+                identifier, sender = what.split(" ", 1)
+                recorder.command(int(identifier), sender == "kx::SlideBar")
             elif kind == "text":
                 recorder.reached.texts.add(int(what))
             elif kind == "drawn":
@@ -97,8 +102,14 @@ def read_handheld(path, recorder):
 def read_desktop(path, first, end, recorder):
     """What Wine has noted of the calls that come from the program's addresses."""
     call = re.compile(r"[0-9a-f]{4}:Call ([\w.]+)\.(\w+)\((.*)\) ret=([0-9a-f]+)$")
+    created = re.compile(r"[0-9a-f]{4}:Ret +user32\.CreateWindowExW\(\) retval=([0-9a-f]+) ")
+    opens_slide_bar = False
+    slide_bars = set()
     with open(path, encoding="utf-8", errors="replace") as file:
         for line in file:
+            if opens_slide_bar and (window := created.match(line)):
+                slide_bars.add(int(window[1], 16))
+                opens_slide_bar = False
             found = call.match(line)
             if not found or not first <= int(found[4], 16) < end:
                 continue
@@ -111,7 +122,9 @@ def read_desktop(path, first, end, recorder):
             elif name in ("DrawTextW", "MessageBoxW"):
                 recorder.reached.drawn.update(re.findall(r'L"(.*)"', found[3]))
             elif name == "SendMessageW" and int(arguments[1], 16) == 0x111:
-                recorder.command(int(arguments[2], 16) & 0xFFFF)
+                recorder.command(int(arguments[2], 16) & 0xFFFF, int(arguments[3], 16) in slide_bars)
+            elif name == "CreateWindowExW":
+                opens_slide_bar = 'L"kx::SlideBar"' in arguments[1]
 
 
 def suites_in(folder):
@@ -120,6 +133,8 @@ def suites_in(folder):
 
 def was_reached(reached, sign):
     kind, what = sign
+    if kind == "command":
+        return any(command == what for _, command in reached.commands)
     if kind == "drawn":
         return any(text.startswith(what) for text in reached.drawn)
     return what in {"text": reached.texts, "menu": reached.menus, "call": reached.calls}[kind]

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <map>
 #include <set>
 
 #include "tests/support/platform_hook.h"
@@ -29,6 +30,12 @@ HRSRC(WINAPI* findResource)(HMODULE, const wchar_t*, const wchar_t*) = nullptr;
 HRSRC WINAPI FindWithGaps(HMODULE module, const wchar_t* name, const wchar_t* type) {
     return missing.count(reinterpret_cast<ULONG_PTR>(name)) ? nullptr
                                                             : findResource(module, name, type);
+}
+// How often a picture was looked up.
+std::map<ULONG_PTR, int> lookups;
+HRSRC WINAPI CountingFind(HMODULE module, const wchar_t* name, const wchar_t* type) {
+    ++lookups[reinterpret_cast<ULONG_PTR>(name)];
+    return findResource(module, name, type);
 }
 HGLOBAL WINAPI NotLoaded(HMODULE, HRSRC) {
     return nullptr;
@@ -147,15 +154,29 @@ TEST(DrawingResources, HoldTheStripForThisScreenAndTheNextLarger) {
     const unsigned icon = GetScreenMetrics().iconSize;
     const UINT chosen = icon >= 152 ? 1002 : icon >= 76 ? 1001 : 1000;
     EXPECT_EQ(static_cast<UINT>(resources.mainStrip.IconSize()), 38u << (chosen - 1000));
-    ASSERT_EQ(static_cast<bool>(resources.secondStrip), chosen < 1002);
+    ASSERT_EQ(static_cast<bool>(resources.SecondStrip()), chosen < 1002);
     if (chosen < 1002) {
-        EXPECT_EQ(resources.secondStrip.IconSize(), 2 * resources.mainStrip.IconSize());
+        EXPECT_EQ(resources.SecondStrip().IconSize(), 2 * resources.mainStrip.IconSize());
     }
-    EXPECT_EQ(resources.statusStrip.IconSize(), icon >= 76 ? 76 : 38);
+    EXPECT_EQ(resources.StatusStrip().IconSize(), icon >= 76 ? 76 : 38);
     EXPECT_NE(resources.fonts.Large(), resources.fonts.Base());
     resources.Free();
-    EXPECT_FALSE(resources.mainStrip || resources.secondStrip || resources.statusStrip);
+    EXPECT_FALSE(resources.mainStrip || resources.SecondStrip() || resources.StatusStrip());
     EXPECT_EQ(resources.fonts.Large(), resources.fonts.Base());
+}
+
+TEST(DrawingResources, LoadTheStatusIconsOnceAndNotBeforeTheyAreNeeded) {
+    const test::PlatformHook find("FindResourceW", CountingFind);
+    findResource = find.Original();
+    lookups.clear();
+    DrawingResources resources;
+    resources.Load();
+    EXPECT_EQ(lookups[1005], 0);
+    EXPECT_EQ(lookups[1006], 0);
+    EXPECT_TRUE(resources.StatusStrip());
+    const std::map<ULONG_PTR, int> once = lookups;
+    EXPECT_TRUE(resources.StatusStrip());
+    EXPECT_EQ(lookups, once);
 }
 
 TEST(DrawingResources, WithoutTheLargerPicturesUseTheSmallest) {
@@ -165,8 +186,8 @@ TEST(DrawingResources, WithoutTheLargerPicturesUseTheSmallest) {
     DrawingResources resources;
     resources.Load();
     EXPECT_EQ(resources.mainStrip.IconSize(), 38);
-    EXPECT_FALSE(resources.secondStrip);
-    EXPECT_EQ(resources.statusStrip.IconSize(), 38);
+    EXPECT_FALSE(resources.SecondStrip());
+    EXPECT_EQ(resources.StatusStrip().IconSize(), 38);
 }
 
 TEST(DrawingResources, WithoutAnyPictureAreEmptyButWhole) {
@@ -175,7 +196,7 @@ TEST(DrawingResources, WithoutAnyPictureAreEmptyButWhole) {
     missing = {1000, 1001, 1002, 1005, 1006};
     DrawingResources resources;
     resources.Load();
-    EXPECT_FALSE(resources.mainStrip || resources.secondStrip || resources.statusStrip);
+    EXPECT_FALSE(resources.mainStrip || resources.SecondStrip() || resources.StatusStrip());
     const test::Canvas canvas(8, 8);
     EXPECT_FALSE(resources.mainStrip.Draw(canvas.DC(), 0, 0, 0));
 }

@@ -98,7 +98,7 @@ TEST_F(StatusRowLook, TheIconComesFromTheStripAndStandsInTheMiddle) {
     device.batteryFlag = 8;
     AddCard(L'M');
     Open();
-    const int size = ui::Resources().statusStrip.IconSize();
+    const int size = ui::Resources().StatusStrip().IconSize();
     const int expected[] = {1, 3, 4, 5};
     for (unsigned row = 0; row < 4; ++row) {
         const DrawnRow drawn = Draw(row);
@@ -141,7 +141,7 @@ TEST_F(StatusRowLook, NoBatteryIsAnEmptyBar) {
     Open();
     const DrawnRow row = Draw(0);
     EXPECT_EQ(row.Texts().at(1).text, L"Unknown");
-    EXPECT_EQ(icons.at(0).sourceX, 2 * ui::Resources().statusStrip.IconSize());
+    EXPECT_EQ(icons.at(0).sourceX, 2 * ui::Resources().StatusStrip().IconSize());
     EXPECT_EQ(CountColor(row, BarLine(row), red), 0);
     EXPECT_EQ(CountColor(row, BarLine(row), GetSysColor(COLOR_HIGHLIGHT)), 0);
 }

@@ -67,7 +67,9 @@ std::uint64_t Dispatch(Call& call) {
 
 std::uint64_t Send(Call& call) {
     if (call.Word(1) == WM_COMMAND) {
-        Reached("command", std::to_string(call.Word(2) & 0xFFFF));
+        WCHAR sender[64] = {};
+        GetClassNameW(call.HandleAt<HWND>(3), sender, 64);
+        Reached("command", std::to_string(call.Word(2) & 0xFFFF) + ' ' + Narrow(sender));
     }
     return Result(SendMessageW(call.HandleAt<HWND>(0), call.Word(1), call.Word(2),
                                OutgoingParameter(call.Word(1), call.Word(3))));

@@ -34,7 +34,7 @@ void GaugeRows::Layout(HDC dc) {
     textHeight_ = ui::TextHeight(dc, ui::Fonts().Base());
     smallTextHeight_ = ui::TextHeight(dc, ui::Fonts().Small());
     barHeight_ = ui::PercentageBarHeight(GetSystemMetrics(SM_CXBORDER));
-    iconSize_ = ui::Resources().statusStrip.IconSize();
+    iconSize_ = ui::Resources().StatusStrip().IconSize();
     margin_ = (textHeight_ + 5) / 6;
     const int lines = textHeight_ + margin_ + barHeight_ + margin_ + smallTextHeight_;
     height_ = std::max(lines, iconSize_) + 4 * margin_;
@@ -54,9 +54,9 @@ void GaugeRows::DrawContent(const DRAWITEMSTRUCT& row, const Gauge& gauge) const
     area.left += 2 * margin_;
     area.right -= 2 * margin_;
     const GaugeReading& reading = gauge.Reading();
-    ui::Resources().statusStrip.Draw(dc, area.left,
-                                     area.top + std::max(0, ui::Height(row.rcItem) - iconSize_) / 2,
-                                     static_cast<int>(reading.icon));
+    ui::Resources().StatusStrip().Draw(
+        dc, area.left, area.top + std::max(0, ui::Height(row.rcItem) - iconSize_) / 2,
+        static_cast<int>(reading.icon));
     area.left += iconSize_ + 2 * margin_;
     const int lines = textHeight_ + margin_ + barHeight_ + margin_ + smallTextHeight_;
     area.top += (ui::Height(row.rcItem) - lines) / 2;
