@@ -1,8 +1,11 @@
 #!/usr/bin/env python3
 """Tells what the end-to-end tests of both executables have reached: every command of every menu, every dialog,
 every message, every system call. Prints what was covered and what was not, and ends with 1 if a command, a dialog
-or a message was not reached on either executable. A run of only some of the suites is told of, not judged."""
+or a message was not reached on either executable. A run of only some of the suites is told of, not judged. The
+report stands in report.txt as well."""
 import argparse
+import contextlib
+import io
 import os
 import re
 import sys
@@ -168,7 +171,7 @@ def judge(executable, reached, menus, texts, imports):
     return complete
 
 
-def main(arguments):
+def report(arguments):
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("folder", help="where the suites have left what they reached")
     parser.add_argument("--handheld", required=True, help="the handheld executable")
@@ -205,6 +208,16 @@ def main(arguments):
     if partial:
         print("Not all suites have run, so what is not covered is no fault.")
     return 0 if partial or complete else 1
+
+
+def main(arguments):
+    report_text = io.StringIO()
+    with contextlib.redirect_stdout(report_text):
+        result = report(arguments)
+    print(report_text.getvalue(), end="")
+    with open(os.path.join(arguments[0], "report.txt"), "w", encoding="utf-8") as file:
+        file.write(report_text.getvalue())
+    return result
 
 
 if __name__ == "__main__":
