@@ -402,6 +402,7 @@ LRESULT MainFrame::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
             if (open_) {
                 const bool active = LOWORD(wParam) != WA_INACTIVE;
                 if (active) {
+                    platform::HideInputPanelButton(Handle());
                     FollowVisibleArea();
                     Current().Resume();
                 } else {

@@ -19,6 +19,11 @@ bool VisibleArea(HWND window, RECT* area);
 // Opens or closes the input panel (SipShowIM); nothing on a PC, which has keys.
 void ShowInputPanel(bool show);
 
+// Puts the input panel's button behind the window, which must be in front (SHFullScreen with
+// SHFS_HIDESIPBUTTON): without a menu bar of the shell's it would float over the window's own bar.
+// Nothing on a PC.
+void HideInputPanelButton(HWND window);
+
 // Makes a dialog fill the screen without the input panel (SHInitDialog with SHIDIF_SIPDOWN and
 // SHIDIF_FULLSCREENNOMENUBAR); on a PC it covers the window that owns it, or the visible area.
 // False when the shell refuses.

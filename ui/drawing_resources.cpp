@@ -27,6 +27,15 @@ const ImageStrip& DrawingResources::SecondStrip() {
     return *secondStrip_;
 }
 
+int DrawingResources::StatusIconSize() const {
+    if (statusStrip_) {
+        return statusStrip_->IconSize();
+    }
+    const HINSTANCE module = StripModule(statusStrips);
+    const UINT id = ChooseStrip(module, statusStrips, GetScreenMetrics().iconSize);
+    return static_cast<int>(StripHeight(module, id).value_or(0));
+}
+
 const ImageStrip& DrawingResources::StatusStrip() {
     if (!statusStrip_) {
         statusStrip_ = mainStripId_ ? LoadStatusStrip(GetScreenMetrics().iconSize) : ImageStrip();

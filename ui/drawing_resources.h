@@ -21,6 +21,8 @@ class DrawingResources {
     // The next larger main strip, where a larger icon is needed; empty with the largest.
     const ImageStrip& SecondStrip();
     const ImageStrip& StatusStrip();
+    // The size of its icons in pixels, which is known without loading it; 0 when there is none.
+    int StatusIconSize() const;
 
  private:
     // Nothing before Load and after Free.

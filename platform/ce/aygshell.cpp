@@ -38,6 +38,7 @@ HWND SHFindMenuBar(HWND window);
 BOOL SipGetInfo(SIPINFO* info);
 BOOL SipShowIM(DWORD flags);
 BOOL SHInitDialog(SHINITDLGINFO* info);
+BOOL SHFullScreen(HWND window, DWORD flags);
 }
 
 namespace platform {
@@ -68,6 +69,11 @@ bool VisibleArea(HWND window, RECT* area) {
 
 void ShowInputPanel(bool show) {
     SipShowIM(show ? 1 : 0);
+}
+
+void HideInputPanelButton(HWND window) {
+    constexpr DWORD hideButton = 8;
+    SHFullScreen(window, hideButton);
 }
 
 bool MakeFullScreen(HWND dialog) {

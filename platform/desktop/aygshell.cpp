@@ -101,6 +101,8 @@ bool VisibleArea(HWND window, RECT* area) {
 
 void ShowInputPanel(bool) {}
 
+void HideInputPanelButton(HWND) {}
+
 bool MakeFullScreen(HWND dialog) {
     RECT place;
     const HWND owner = GetWindow(dialog, GW_OWNER);

@@ -173,7 +173,10 @@ TEST(DrawingResources, LoadTheStatusIconsOnceAndNotBeforeTheyAreNeeded) {
     resources.Load();
     EXPECT_EQ(lookups[1005], 0);
     EXPECT_EQ(lookups[1006], 0);
+    const int size = resources.StatusIconSize();
     EXPECT_TRUE(resources.StatusStrip());
+    EXPECT_EQ(resources.StatusStrip().IconSize(), size);
+    EXPECT_EQ(resources.StatusIconSize(), size);
     const std::map<ULONG_PTR, int> once = lookups;
     EXPECT_TRUE(resources.StatusStrip());
     EXPECT_EQ(lookups, once);

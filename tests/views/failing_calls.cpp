@@ -46,6 +46,11 @@ bool FailingCalls::IsTooLong(LPCWSTR path) {
 }
 
 BOOL WINAPI FailingCalls::Copy(LPCWSTR from, LPCWSTR to, BOOL keep) {
+    // A copy that keeps what is there looks for it before it can fail otherwise.
+    if (keep && GetFileAttributesW(to) != INVALID_FILE_ATTRIBUTES) {
+        SetLastError(ERROR_FILE_EXISTS);
+        return FALSE;
+    }
     return !Fails("CopyFileW") && !IsTooLong(to) && current->copy_.Original()(from, to, keep);
 }
 

@@ -7,8 +7,9 @@ using namespace views;
 
 namespace {
 
-BOOL WINAPI DiskFull(const wchar_t*, const wchar_t*, BOOL) {
-    SetLastError(ERROR_DISK_FULL);
+BOOL WINAPI DiskFull(const wchar_t*, const wchar_t* to, BOOL keep) {
+    const bool exists = GetFileAttributesW(to) != INVALID_FILE_ATTRIBUTES;
+    SetLastError(keep && exists ? ERROR_FILE_EXISTS : ERROR_DISK_FULL);
     return FALSE;
 }
 

@@ -106,12 +106,22 @@ TEST_F(FailingTransfer, OfAnInnerFolderNamesThatFolder) {
 TEST_F(FailingTransfer, GoesOnBehindWhatIsSkipped) {
     MakeTree(from, nested);
     prompts.afterFailure = answerSkip;
-    calls.Fail("CopyFileW", 0, ERROR_SHARING_VIOLATION);
+    calls.Fail("CopyFileW", 0, ERROR_WRITE_FAULT);
     EXPECT_EQ(Transfer(false), S_OK);
     EXPECT_EQ(answer, answerSkip);
     Tree rest = nested;
     rest.erase(L"D\\in\\a");
     EXPECT_EQ(ReadTree(to), rest);
+}
+
+TEST_F(FailingTransfer, OfAFullDiskIsNotTriedAgain) {
+    MakeTree(from, {{L"D", "new"}});
+    for (const DWORD error : {ERROR_DISK_FULL, ERROR_WRITE_FAULT, ERROR_NOT_READY}) {
+        calls.Fail("CopyFileW", 0, error);
+        EXPECT_EQ(Transfer(false), Code(error));
+        EXPECT_TRUE(prompts.asked.empty());
+    }
+    EXPECT_EQ(ReadTree(from), (Tree{{L"D", "new"}}));
 }
 
 TEST_F(FailingTransfer, InTheMiddleOfAFolderIsThatFolders) {

@@ -212,6 +212,11 @@ std::uint64_t ShowPanel(Call&) {
     return TRUE;
 }
 
+// The device's screen shows no such elements.
+std::uint64_t ArrangeScreen(Call& call) {
+    return IsWindow(call.HandleAt<HWND>(0));
+}
+
 struct DeviceDialogStart {
     Address dwMask;
     Address hDlg;
@@ -261,6 +266,7 @@ const Services services = {
     {"SipShowIM", ShowPanel},
     {"aygshell#56", StartDialog},
     {"aygshell#64", LoadPicture},
+    {"aygshell#65", ArrangeScreen},
     {"aygshell#188", MenuBarOf},
 };
 

@@ -17,6 +17,13 @@ void ThrowUnless(BOOL succeeded) {
     }
 }
 
+// Whether a copy that must not overwrite anything failed before it wrote anything, so that what
+// stands in its way is not its own beginning.
+bool FailedUntouched(DWORD error) {
+    return error == ERROR_FILE_EXISTS || error == ERROR_ALREADY_EXISTS ||
+           error == ERROR_ACCESS_DENIED || error == ERROR_SHARING_VIOLATION;
+}
+
 DWORD AttributesOf(const std::wstring& path) {
     const DWORD attributes = GetFileAttributesW(path.c_str());
     ThrowUnless(attributes != INVALID_FILE_ATTRIBUTES);
@@ -48,6 +55,14 @@ std::optional<TransferAnswer> FileTransfer::Begin(DWORD attributes, bool topLeve
 
 std::optional<TransferAnswer> FileTransfer::BeginCopy(DWORD attributes, bool topLevel) {
     const bool folder = (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+    if (!folder) {
+        // Most files have nothing in their way, and to look for it first is a search through the
+        // whole folder: the copy itself tells as well.
+        if (CopyFileW(source_.c_str(), destination_.c_str(), TRUE)) {
+            return answerGoAhead;
+        }
+        ThrowUnless(FailedUntouched(GetLastError()));
+    }
     const TransferAnswer conflict = CheckConflict(folder, topLevel);
     if (conflict != answerGoAhead && conflict != answerOverwrite) {
         return conflict;

@@ -34,7 +34,7 @@ void GaugeRows::Layout(HDC dc) {
     textHeight_ = ui::TextHeight(dc, ui::Fonts().Base());
     smallTextHeight_ = ui::TextHeight(dc, ui::Fonts().Small());
     barHeight_ = ui::PercentageBarHeight(GetSystemMetrics(SM_CXBORDER));
-    iconSize_ = ui::Resources().StatusStrip().IconSize();
+    iconSize_ = ui::Resources().StatusIconSize();
     margin_ = (textHeight_ + 5) / 6;
     const int lines = textHeight_ + margin_ + barHeight_ + margin_ + smallTextHeight_;
     height_ = std::max(lines, iconSize_) + 4 * margin_;
