@@ -1,10 +1,9 @@
 // What a person is told when the system refuses what the program needs.
 #include <shlobj.h>
 
-#include <cstring>
-
 #include "tests/e2e/files_fixture.h"
 #include "tests/support/sample_program.h"
+#include "tests/support/shell_clipboard.h"
 
 using namespace test;
 
@@ -84,14 +83,10 @@ TEST_F(Failures, OfMemoryAreToldAndTheProgramGoesOn) {
     CleanSettings::SetText(L"path", folder.Path());
     folder.MakeFile(L"a");
     StartWith(L"-explorer ", folder.Path(), noLargeBlocks);
-    const HGLOBAL memory = GlobalAlloc(GMEM_MOVEABLE | GMEM_ZEROINIT, large);
-    const DROPFILES header = {sizeof(DROPFILES), {}, FALSE, TRUE};
-    std::memcpy(GlobalLock(memory), &header, sizeof header);
-    GlobalUnlock(memory);
-    ASSERT_TRUE(OpenClipboard(nullptr));
-    EmptyClipboard();
-    EXPECT_TRUE(SetClipboardData(CF_HDROP, memory));
-    CloseClipboard();
+    DROPFILES header = {};
+    header.pFiles = sizeof header;
+    header.fWide = TRUE;
+    PutOnClipboard(header, large, 1);
     ChooseCommand(filesMenu, paste);
     EXPECT_EQ(CaptionOfBox(), L"Error");
     Answer(Finger().Key("Return"));

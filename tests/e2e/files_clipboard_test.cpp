@@ -1,8 +1,5 @@
 #include "platform/windows.h"
 
-#include <shlobj.h>
-
-#include <cstring>
 #include <vector>
 
 #include "tests/e2e/files_fixture.h"
@@ -22,24 +19,6 @@ class FilesClipboard : public FilesProgram {
             EmptyClipboard();
             CloseClipboard();
         }
-    }
-    static void Put(const std::wstring& path, DWORD effect) {
-        const std::wstring outside = PathForOthers(path);
-        const DROPFILES header = {sizeof(DROPFILES), {}, FALSE, TRUE};
-        const size_t bytes = sizeof header + (outside.size() + 2) * sizeof(wchar_t);
-        const HGLOBAL memory = GlobalAlloc(GMEM_MOVEABLE | GMEM_ZEROINIT, bytes);
-        const auto block = static_cast<char*>(GlobalLock(memory));
-        std::memcpy(block, &header, sizeof header);
-        std::memcpy(block + sizeof header, outside.c_str(), outside.size() * sizeof(wchar_t));
-        GlobalUnlock(memory);
-        const HGLOBAL word = GlobalAlloc(GMEM_MOVEABLE, sizeof effect);
-        std::memcpy(GlobalLock(word), &effect, sizeof effect);
-        GlobalUnlock(word);
-        ASSERT_TRUE(OpenClipboard(nullptr));
-        EmptyClipboard();
-        EXPECT_TRUE(SetClipboardData(CF_HDROP, memory));
-        EXPECT_TRUE(SetClipboardData(RegisterClipboardFormatW(L"Preferred DropEffect"), word));
-        CloseClipboard();
     }
     static bool Exists(const std::wstring& path) {
         return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES;
@@ -69,7 +48,7 @@ TEST_F(FilesClipboard, WhatAnotherProgramCopiesIsPastedHere) {
     const std::wstring file = other.MakeFile(L"b.txt", "b");
     folder.MakeFile(L"a.txt");
     Start();
-    Put(file, 1);
+    PutOnClipboard(PathForOthers(file), 1);
     Choose(0, paste);
     EXPECT_TRUE(WaitFor([&] { return Exists(folder.Path() + L"\\b.txt"); }));
     EXPECT_TRUE(Exists(file));
@@ -81,7 +60,7 @@ TEST_F(FilesClipboard, WhatAnotherProgramCutsIsMovedHere) {
     const std::wstring file = other.MakeFile(L"b.txt", "b");
     folder.MakeFile(L"a.txt");
     Start();
-    Put(file, 2);
+    PutOnClipboard(PathForOthers(file), 2);
     Choose(0, paste);
     EXPECT_TRUE(WaitFor([&] { return Exists(folder.Path() + L"\\b.txt"); }));
     EXPECT_TRUE(WaitFor([&] { return !Exists(file); }));

@@ -1,10 +1,9 @@
 // Files at work: names, properties, copies and what is asked and told about them.
 #include <shlobj.h>
 
-#include <cstring>
-
 #include "tests/e2e/files_fixture.h"
 #include "tests/support/sample_program.h"
+#include "tests/support/shell_clipboard.h"
 #include "ui/window.h"
 
 using namespace test;
@@ -54,27 +53,8 @@ class FilesWork : public FilesProgram {
         ASSERT_TRUE(Finger().Hold(RowPoint(row)).Play());
         ASSERT_TRUE(ShowsSelected(row));
     }
-    // Puts a path on the clipboard as other programs do; `effect` 1 is a copy, 2 a move.
     static void Put(const std::wstring& path, DWORD effect) {
-        const std::wstring outside = PathForOthers(path);
-        const DROPFILES header = {sizeof(DROPFILES), {}, FALSE, TRUE};
-        const size_t bytes = sizeof header + (outside.size() + 2) * sizeof(wchar_t);
-        const HGLOBAL memory = GlobalAlloc(GMEM_MOVEABLE | GMEM_ZEROINIT, bytes);
-        const auto block = static_cast<char*>(GlobalLock(memory));
-        std::memcpy(block, &header, sizeof header);
-        std::memcpy(block + sizeof header, outside.c_str(), outside.size() * sizeof(wchar_t));
-        GlobalUnlock(memory);
-        PutBlock(memory, effect);
-    }
-    static void PutBlock(HGLOBAL memory, DWORD effect) {
-        const HGLOBAL word = GlobalAlloc(GMEM_MOVEABLE, sizeof effect);
-        std::memcpy(GlobalLock(word), &effect, sizeof effect);
-        GlobalUnlock(word);
-        ASSERT_TRUE(OpenClipboard(nullptr));
-        EmptyClipboard();
-        EXPECT_TRUE(SetClipboardData(CF_HDROP, memory));
-        EXPECT_TRUE(SetClipboardData(RegisterClipboardFormatW(L"Preferred DropEffect"), word));
-        CloseClipboard();
+        PutOnClipboard(PathForOthers(path), effect);
     }
     // The caption of the box that opens, which the keys then close.
     std::wstring CaptionAnswered(Finger keys) {
@@ -270,12 +250,11 @@ TEST_F(FilesWork, WhatIsCutHereIsMovedWhereItIsPasted) {
 TEST_F(FilesWork, ABlockThatIsNoListOfPathsIsIgnored) {
     folder.MakeFile(L"a");
     Start();
-    const HGLOBAL memory = GlobalAlloc(GMEM_MOVEABLE | GMEM_ZEROINIT, sizeof(DROPFILES) + 4);
-    const DROPFILES header = {0x10000, {}, FALSE, TRUE};
-    std::memcpy(GlobalLock(memory), &header, sizeof header);
-    GlobalUnlock(memory);
+    DROPFILES outside = {};
+    outside.pFiles = 0x10000;
+    outside.fWide = TRUE;
     const Picture before = StillListPicture();
-    PutBlock(memory, 1);
+    PutOnClipboard(outside, sizeof outside, 1);
     ChooseCommand(files, paste);
     EXPECT_TRUE(StillListPicture() == before);
     EXPECT_FALSE(FindVisible(L"#32770", true));

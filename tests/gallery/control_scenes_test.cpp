@@ -4,6 +4,7 @@
 
 #include "tests/gallery/camera.h"
 #include "tests/support/finger.h"
+#include "tests/support/wait.h"
 #include "tests/ui/sample_bar.h"
 #include "ui/clipped_text.h"
 #include "ui/drawing_resources.h"
@@ -46,6 +47,13 @@ class GalleryControls : public BarTest {
             camera.Take(scene.c_str());
             const POINT point = OnScreen(slideBar.Handle(), second.x, second.y);
             Finger().Down(point).Play();
+            // The picture's message would overtake the press.
+            EXPECT_TRUE(WaitFor([&] {
+                GUITHREADINFO info = {};
+                info.cbSize = sizeof info;
+                GetGUIThreadInfo(GetWindowThreadProcessId(slideBar.Handle(), nullptr), &info);
+                return info.hwndCapture == slideBar.Handle();
+            }));
             // The bar asks for messages only when the finger moves.
             std::atomic<bool> taken = false;
             std::thread restless([&] {

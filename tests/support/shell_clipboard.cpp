@@ -1,6 +1,44 @@
 #include "tests/support/shell_clipboard.h"
 
+#include <gtest/gtest.h>
+
+#include <cstring>
+
 namespace test {
+
+namespace {
+
+HGLOBAL MakeBlock(const void* bytes, size_t count, size_t size) {
+    const HGLOBAL block = GlobalAlloc(GMEM_MOVEABLE | GMEM_ZEROINIT, size);
+    std::memcpy(GlobalLock(block), bytes, count);
+    GlobalUnlock(block);
+    return block;
+}
+
+void Put(HGLOBAL files, DWORD effect) {
+    ASSERT_TRUE(OpenClipboard(nullptr));
+    EmptyClipboard();
+    EXPECT_TRUE(SetClipboardData(CF_HDROP, files));
+    EXPECT_TRUE(SetClipboardData(RegisterClipboardFormatW(L"Preferred DropEffect"),
+                                 MakeBlock(&effect, sizeof effect, sizeof effect)));
+    CloseClipboard();
+}
+
+}  // namespace
+
+void PutOnClipboard(const DROPFILES& header, size_t size, DWORD effect) {
+    Put(MakeBlock(&header, sizeof header, size), effect);
+}
+
+void PutOnClipboard(const std::wstring& path, DWORD effect) {
+    const DROPFILES header = {sizeof(DROPFILES), {}, FALSE, TRUE};
+    const size_t length = path.size() * sizeof(wchar_t);
+    std::vector<char> block(sizeof header + length);
+    std::memcpy(block.data(), &header, sizeof header);
+    std::memcpy(block.data() + sizeof header, path.data(), length);
+    // Two ends follow: the path's and the list's.
+    Put(MakeBlock(block.data(), block.size(), block.size() + 2 * sizeof(wchar_t)), effect);
+}
 
 std::vector<std::wstring> PathsOnClipboard(HWND owner) {
     std::vector<std::wstring> paths;

@@ -1,15 +1,23 @@
-// What other programs read of a list of files on the clipboard.
+// Lists of files on the clipboard as other programs put and read them.
 #pragma once
 
 #include <string>
 #include <vector>
 
 #include "platform/windows.h"
+// Behind the system's own declarations.
+#include <shlobj.h>
 
 namespace test {
 
 // The paths, as the platform's own shell reads them (DragQueryFileW). `owner` opens the clipboard
 // and may be null.
 std::vector<std::wstring> PathsOnClipboard(HWND owner);
+
+// Puts a block of the format CF_HDROP on the clipboard as other programs do, with the effect that
+// they prefer (1 a copy, 2 a move). `size` bytes are put there: the header, then zeros.
+void PutOnClipboard(const DROPFILES& header, size_t size, DWORD effect);
+// The same for one path.
+void PutOnClipboard(const std::wstring& path, DWORD effect);
 
 }  // namespace test
