@@ -12,21 +12,14 @@ namespace {
 class FileManager {
  public:
     explicit FileManager(const std::wstring& folder) {
-        std::wstring command = L"explorer.exe " + platform::desktop::ToDesktopPath(folder);
-        STARTUPINFOW startup = {};
-        startup.cb = sizeof startup;
-        PROCESS_INFORMATION information = {};
-        if (CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
-                           &startup, &information)) {
-            CloseHandle(information.hThread);
-            process_.Reset(information.hProcess);
+        // Wine's first one of a device has been seen to open no window.
+        for (int attempt = 0; attempt < 2 && !window_; ++attempt) {
+            End();
+            Start(L"explorer.exe " + platform::desktop::ToDesktopPath(folder));
+            window_ = WaitForWindow(L"ExplorerWClass", true);
         }
-        window_ = WaitForWindow(L"ExplorerWClass", true);
     }
-    ~FileManager() {
-        TerminateProcess(process_.Get(), 0);
-        WaitForSingleObject(process_.Get(), longestWait);
-    }
+    ~FileManager() { End(); }
     FileManager(const FileManager&) = delete;
     FileManager& operator=(const FileManager&) = delete;
 
@@ -50,6 +43,23 @@ class FileManager {
     }
 
  private:
+    void Start(std::wstring command) {
+        STARTUPINFOW startup = {};
+        startup.cb = sizeof startup;
+        PROCESS_INFORMATION information = {};
+        if (CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
+                           &startup, &information)) {
+            CloseHandle(information.hThread);
+            process_.Reset(information.hProcess);
+        }
+    }
+    void End() {
+        if (process_) {
+            TerminateProcess(process_.Get(), 0);
+            WaitForSingleObject(process_.Get(), longestWait);
+        }
+    }
+
     platform::UniqueHandle process_;
     HWND window_ = nullptr;
 };

@@ -86,13 +86,14 @@ class Recorder:
 
 def read_handheld(path, recorder):
     """What the emulator has noted."""
-    with open(path, encoding="utf-8", errors="replace") as file:
+    # Drawn texts may have line ends of other kinds within.
+    with open(path, encoding="utf-8", errors="replace", newline="\n") as file:
         for line in file:
-            kind, what = line.rstrip("\n").split(" ", 1)
+            kind, _, what = line.rstrip("\n").partition(" ")
             if kind == "menu":
                 recorder.menu(int(what))
             elif kind == "command":
-                identifier, sender = what.split(" ", 1)
+                identifier, _, sender = what.partition(" ")
                 recorder.command(int(identifier), sender == "kx::SlideBar")
             elif kind == "text":
                 recorder.reached.texts.add(int(what))
