@@ -20,8 +20,17 @@ void ThrowUnless(BOOL succeeded) {
 // Whether a copy that must not overwrite anything failed before it wrote anything, so that what
 // stands in its way is not its own beginning.
 bool FailedUntouched(DWORD error) {
-    return error == ERROR_FILE_EXISTS || error == ERROR_ALREADY_EXISTS ||
-           error == ERROR_ACCESS_DENIED || error == ERROR_SHARING_VIOLATION;
+    switch (error) {
+        case ERROR_FILE_EXISTS:
+        case ERROR_ALREADY_EXISTS:
+        case ERROR_ACCESS_DENIED:
+        case ERROR_SHARING_VIOLATION:
+        case ERROR_FILE_NOT_FOUND:
+        case ERROR_PATH_NOT_FOUND:
+            return true;
+        default:
+            return false;
+    }
 }
 
 DWORD AttributesOf(const std::wstring& path) {
