@@ -2,7 +2,6 @@
 #include "app/module.h"
 #include "app/run.h"
 #include "faults/fault.h"
-#include "platform/handles.h"
 #include "tests/app/running_program.h"
 #include "tests/support/platform_hook.h"
 #include "tests/support/resource_module.h"
