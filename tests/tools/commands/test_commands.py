@@ -450,6 +450,36 @@ class WholeCommandTest(DeviceTest):
         )
         self.assert_nothing_runs()
 
+    def test_test_ends_its_tests_when_it_is_ended(self):
+        self.fake("ctest", "exec sleep 4321\n")
+        command = subprocess.Popen(
+            [self.repository / "test"],
+            env=self.environment,
+            stdout=subprocess.DEVNULL,
+            stderr=subprocess.DEVNULL,
+            start_new_session=True,
+        )
+        deadline = time.monotonic() + 60
+        while not processes_with("sleep\x004321") and time.monotonic() < deadline:
+            time.sleep(0.05)
+        self.assertTrue(processes_with("sleep\x004321"))
+        os.kill(command.pid, signal.SIGTERM)
+        self.assertEqual(command.wait(timeout=20), 143)
+        self.assertFalse(processes_with("sleep\x004321"))
+        self.assert_nothing_runs()
+
+    def test_test_tells_what_was_reached_before_the_summary(self):
+        self.fake(
+            "ctest",
+            "mkdir -p build/desktop/reach; echo 'the report' >build/desktop/reach/report.txt\n"
+            "echo a test; echo '100% tests passed'; echo the time\n",
+        )
+        result = self.run_command(self.repository / "test")
+        self.assertEqual(result.returncode, 0, result.stderr)
+        self.assertEqual(
+            result.stdout.splitlines()[-4:], ["a test", "the report", "100% tests passed", "the time"]
+        )
+
     def test_test_stops_when_a_build_fails(self):
         for preset in ("desktop", "handheld"):
             (self.repository / "broken").write_text(preset)
