@@ -92,7 +92,5 @@ TEST_F(Failures, OfMemoryAreToldAndTheProgramGoesOn) {
     Answer(Finger().Key("Return"));
     ASSERT_TRUE(Finger().Key("Left").Play());
     EXPECT_TRUE(Shows(L"\\Temp"));
-    ASSERT_TRUE(OpenClipboard(nullptr));
-    EmptyClipboard();
-    CloseClipboard();
+    ClearClipboard();
 }

@@ -14,11 +14,18 @@ class FilesClipboard : public FilesProgram {
  protected:
     enum Action { copy = 4, cut = 5, paste = 6 };
 
-    ~FilesClipboard() override {
-        if (OpenClipboard(nullptr)) {
-            EmptyClipboard();
-            CloseClipboard();
-        }
+    // What an earlier program left must not be taken for this one's.
+    FilesClipboard() { ClearClipboard(); }
+    ~FilesClipboard() override { ClearClipboard(); }
+
+    // Only one process at a time can have the clipboard open, and the program does not wait for
+    // its turn: this looks without opening until the program has put something there.
+    static bool HasFormat(UINT format) {
+        return WaitFor([&] { return IsClipboardFormatAvailable(format) != FALSE; });
+    }
+    // What is there once the program has closed the clipboard.
+    static bool HasPaths(const std::vector<std::wstring>& expected) {
+        return WaitFor([&] { return PathsOnClipboard(nullptr) == expected; });
     }
     static bool Exists(const std::wstring& path) {
         return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES;
@@ -34,13 +41,13 @@ TEST_F(FilesClipboard, AnotherProgramReadsWhatIsCopiedHere) {
     ASSERT_TRUE(ShowsSelected(0));
     Choose(0, copy);
     const std::vector<std::wstring> expected = {PathForOthers(file)};
-    EXPECT_TRUE(WaitFor([&] { return PathsOnClipboard(nullptr) == expected; }));
-    EXPECT_FALSE(IsClipboardFormatAvailable(RegisterClipboardFormatW(L"Preferred DropEffect")));
+    ASSERT_TRUE(HasFormat(CF_HDROP));
+    EXPECT_TRUE(HasPaths(expected));
+    const UINT effect = RegisterClipboardFormatW(L"Preferred DropEffect");
+    EXPECT_FALSE(IsClipboardFormatAvailable(effect));
     Choose(0, cut);
-    EXPECT_TRUE(WaitFor([&] {
-        return IsClipboardFormatAvailable(RegisterClipboardFormatW(L"Preferred DropEffect"));
-    }));
-    EXPECT_EQ(PathsOnClipboard(nullptr), expected);
+    ASSERT_TRUE(HasFormat(effect));
+    EXPECT_TRUE(HasPaths(expected));
 }
 
 TEST_F(FilesClipboard, WhatAnotherProgramCopiesIsPastedHere) {

@@ -31,12 +31,7 @@ class FilesWork : public FilesProgram {
         pasteShortcut = 57638
     };
 
-    ~FilesWork() override {
-        if (OpenClipboard(nullptr)) {
-            EmptyClipboard();
-            CloseClipboard();
-        }
-    }
+    ~FilesWork() override { ClearClipboard(); }
     static bool Exists(const std::wstring& path) {
         return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES;
     }

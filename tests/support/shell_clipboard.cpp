@@ -4,6 +4,8 @@
 
 #include <cstring>
 
+#include "tests/support/wait.h"
+
 namespace test {
 
 namespace {
@@ -15,8 +17,13 @@ HGLOBAL MakeBlock(const void* bytes, size_t count, size_t size) {
     return block;
 }
 
+// Another process may have the clipboard open for a moment.
+bool OpenInTurn() {
+    return WaitFor([] { return OpenClipboard(nullptr) != FALSE; });
+}
+
 void Put(HGLOBAL files, DWORD effect) {
-    ASSERT_TRUE(OpenClipboard(nullptr));
+    ASSERT_TRUE(OpenInTurn());
     EmptyClipboard();
     EXPECT_TRUE(SetClipboardData(CF_HDROP, files));
     EXPECT_TRUE(SetClipboardData(RegisterClipboardFormatW(L"Preferred DropEffect"),
@@ -25,6 +32,12 @@ void Put(HGLOBAL files, DWORD effect) {
 }
 
 }  // namespace
+
+void ClearClipboard() {
+    ASSERT_TRUE(OpenInTurn());
+    EmptyClipboard();
+    CloseClipboard();
+}
 
 void PutOnClipboard(const DROPFILES& header, size_t size, DWORD effect) {
     Put(MakeBlock(&header, sizeof header, size), effect);

@@ -10,8 +10,11 @@
 
 namespace test {
 
+// Empties the clipboard, waiting until whoever has it open closes it.
+void ClearClipboard();
+
 // The paths, as the platform's own shell reads them (DragQueryFileW). `owner` opens the clipboard
-// and may be null.
+// and may be null. None while another process has the clipboard open.
 std::vector<std::wstring> PathsOnClipboard(HWND owner);
 
 // Puts a block of the format CF_HDROP on the clipboard as other programs do, with the effect that
