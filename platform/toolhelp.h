@@ -1,6 +1,8 @@
 // Looking at the processes of the device: snapshots of processes, modules and heaps.
 #pragma once
 
+#include <memory>
+
 #include "platform/windows.h"
 
 namespace platform {
@@ -52,6 +54,10 @@ class Snapshot {
     HANDLE Handle() const { return handle_; }
 
  private:
+    // The system's own entries: a walk hands the one that a step has filled to the next.
+    struct Entries;
+
+    std::unique_ptr<Entries> entries_;
     HANDLE handle_;
 };
 
@@ -85,12 +91,10 @@ class SnapshotHeaps final : public HeapWalk {
     bool NextBlock(uint64_t* size) override;
 
  private:
-    HANDLE snapshot_;
-    DWORD processId_;
-    DWORD heapId_ = 0;
-    // A PC's process, null before it is opened, and where the walk through its regions goes on.
-    HANDLE process_ = nullptr;
-    ULONG_PTR address_ = 0;
+    // How far the walk has come.
+    struct Walk;
+
+    std::unique_ptr<Walk> walk_;
 };
 
 // The path of a module's file as a handheld writes it, asked of the module itself

@@ -117,31 +117,35 @@ void CopyName(wchar_t (&target)[size], const wchar_t (&source)[size]) {
     target[size - 1] = 0;
 }
 
-bool Walk(HANDLE snapshot, BOOL (*step)(HANDLE, ProcessEntry32*), ProcessEntry* entry) {
-    ProcessEntry32 found = {};
-    found.dwSize = sizeof found;
-    if (!step(snapshot, &found)) {
-        return false;
-    }
+// An entry as a walk begins with it.
+template <class Entry>
+Entry& Fresh(Entry& entry) {
+    entry = {};
+    entry.dwSize = sizeof entry;
+    return entry;
+}
+
+void Tell(const ProcessEntry32& found, ProcessEntry* entry) {
     entry->processId = found.th32ProcessID;
     entry->threadCount = found.cntThreads;
     entry->base = found.th32MemoryBase;
     CopyName(entry->name, found.szExeFile);
-    return true;
 }
 
-bool Walk(HANDLE snapshot, BOOL (*step)(HANDLE, ModuleEntry32*), ModuleEntry* entry) {
-    ModuleEntry32 found = {};
-    found.dwSize = sizeof found;
-    if (!step(snapshot, &found)) {
-        return false;
-    }
+void Tell(const ModuleEntry32& found, ModuleEntry* entry) {
     entry->id = found.th32ModuleID;
     entry->base = reinterpret_cast<ULONG_PTR>(found.modBaseAddr);
     entry->size = found.modBaseSize;
     CopyName(entry->name, found.szModule);
     CopyName(entry->path, found.szExePath);
-    return true;
+}
+
+template <class Found, class Entry>
+bool Told(BOOL stepped, const Found& found, Entry* entry) {
+    if (stepped) {
+        Tell(found, entry);
+    }
+    return stepped != FALSE;
 }
 
 }  // namespace
@@ -167,8 +171,14 @@ bool ProcessOfThread(DWORD thread, DWORD* process) {
     return error == ERROR_NO_MORE_FILES;
 }
 
+struct Snapshot::Entries {
+    ProcessEntry32 process;
+    ModuleEntry32 module;
+};
+
 Snapshot::Snapshot(Kind kind, DWORD processId)
-    : handle_(CreateToolhelp32Snapshot(FlagsOf(kind), processId)) {}
+    : entries_(std::make_unique<Entries>()),
+      handle_(CreateToolhelp32Snapshot(FlagsOf(kind), processId)) {}
 
 Snapshot::~Snapshot() {
     if (*this) {
@@ -177,66 +187,56 @@ Snapshot::~Snapshot() {
 }
 
 bool Snapshot::First(ProcessEntry* entry) const {
-    return Walk(handle_, Process32First, entry);
+    ProcessEntry32& found = Fresh(entries_->process);
+    return Told(Process32First(handle_, &found), found, entry);
 }
 
 bool Snapshot::Next(ProcessEntry* entry) const {
-    return Walk(handle_, Process32Next, entry);
+    ProcessEntry32& found = entries_->process;
+    return Told(Process32Next(handle_, &found), found, entry);
 }
 
 bool Snapshot::First(ModuleEntry* entry) const {
-    return Walk(handle_, Module32First, entry);
+    ModuleEntry32& found = Fresh(entries_->module);
+    return Told(Module32First(handle_, &found), found, entry);
 }
 
 bool Snapshot::Next(ModuleEntry* entry) const {
-    return Walk(handle_, Module32Next, entry);
+    ModuleEntry32& found = entries_->module;
+    return Told(Module32Next(handle_, &found), found, entry);
 }
 
-SnapshotHeaps::SnapshotHeaps(const Snapshot& snapshot, DWORD processId)
-    : snapshot_(snapshot.Handle()), processId_(processId) {}
+struct SnapshotHeaps::Walk {
+    HANDLE snapshot;
+    HeapList32 heap;
+    HeapEntry32 block;
+};
+
+SnapshotHeaps::SnapshotHeaps(const Snapshot& snapshot, DWORD)
+    : walk_(std::make_unique<Walk>(Walk{snapshot.Handle(), {}, {}})) {}
 
 SnapshotHeaps::~SnapshotHeaps() {}
 
 bool SnapshotHeaps::FirstHeap() {
-    HeapList32 list = {};
-    list.dwSize = sizeof list;
-    if (!Heap32ListFirst(snapshot_, &list)) {
-        return false;
-    }
-    processId_ = list.th32ProcessID;
-    heapId_ = list.th32HeapID;
-    return true;
+    return Heap32ListFirst(walk_->snapshot, &Fresh(walk_->heap)) != FALSE;
 }
 
 bool SnapshotHeaps::NextHeap() {
-    HeapList32 list = {};
-    list.dwSize = sizeof list;
-    if (!Heap32ListNext(snapshot_, &list)) {
-        return false;
-    }
-    processId_ = list.th32ProcessID;
-    heapId_ = list.th32HeapID;
-    return true;
+    return Heap32ListNext(walk_->snapshot, &walk_->heap) != FALSE;
 }
 
 bool SnapshotHeaps::FirstBlock(uint64_t* size) {
-    HeapEntry32 block = {};
-    block.dwSize = sizeof block;
-    if (!Heap32First(snapshot_, &block, processId_, heapId_)) {
-        return false;
-    }
-    *size = block.dwBlockSize;
-    return true;
+    const HeapList32& heap = walk_->heap;
+    const BOOL found =
+        Heap32First(walk_->snapshot, &Fresh(walk_->block), heap.th32ProcessID, heap.th32HeapID);
+    *size = walk_->block.dwBlockSize;
+    return found != FALSE;
 }
 
 bool SnapshotHeaps::NextBlock(uint64_t* size) {
-    HeapEntry32 block = {};
-    block.dwSize = sizeof block;
-    if (!Heap32Next(snapshot_, &block)) {
-        return false;
-    }
-    *size = block.dwBlockSize;
-    return true;
+    const BOOL found = Heap32Next(walk_->snapshot, &walk_->block);
+    *size = walk_->block.dwBlockSize;
+    return found != FALSE;
 }
 
 DWORD PathOfModule(DWORD, const ModuleEntry& entry, wchar_t* buffer, DWORD size) {

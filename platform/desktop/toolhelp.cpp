@@ -32,32 +32,36 @@ ULONG_PTR BaseOfProcess(DWORD processId) {
     return reinterpret_cast<ULONG_PTR>(executable);
 }
 
-bool Walk(HANDLE snapshot, BOOL(WINAPI* step)(HANDLE, PROCESSENTRY32W*), ProcessEntry* entry) {
-    PROCESSENTRY32W found = {};
-    found.dwSize = sizeof found;
-    if (!step(snapshot, &found)) {
-        return false;
-    }
+// An entry as a walk begins with it.
+template <class Entry>
+Entry& Fresh(Entry& entry) {
+    entry = {};
+    entry.dwSize = sizeof entry;
+    return entry;
+}
+
+void Tell(const PROCESSENTRY32W& found, ProcessEntry* entry) {
     entry->processId = found.th32ProcessID;
     entry->threadCount = found.cntThreads;
     entry->base = BaseOfProcess(found.th32ProcessID);
     CopyText(entry->name, found.szExeFile);
-    return true;
 }
 
-bool Walk(HANDLE snapshot, BOOL(WINAPI* step)(HANDLE, MODULEENTRY32W*), ModuleEntry* entry) {
-    MODULEENTRY32W found = {};
-    found.dwSize = sizeof found;
-    if (!step(snapshot, &found)) {
-        return false;
-    }
+void Tell(const MODULEENTRY32W& found, ModuleEntry* entry) {
     entry->id = reinterpret_cast<ULONG_PTR>(found.hModule);
     entry->base = reinterpret_cast<ULONG_PTR>(found.modBaseAddr);
     entry->size = found.modBaseSize;
     CopyText(entry->name, found.szModule);
     CopyText(entry->path,
              found.szExePath[0] ? desktop::FromImagePath(found.szExePath) : std::wstring());
-    return true;
+}
+
+template <class Found, class Entry>
+bool Told(BOOL stepped, const Found& found, Entry* entry) {
+    if (stepped) {
+        Tell(found, entry);
+    }
+    return stepped != FALSE;
 }
 
 }  // namespace
@@ -80,9 +84,15 @@ bool ProcessOfThread(DWORD thread, DWORD* process) {
     return GetLastError() == ERROR_NO_MORE_FILES;
 }
 
+struct Snapshot::Entries {
+    PROCESSENTRY32W process;
+    MODULEENTRY32W module;
+};
+
 // The list of heaps is never asked for: Wine has none. A snapshot of processes stands for it.
 Snapshot::Snapshot(Kind kind, DWORD processId)
-    : handle_(CreateToolhelp32Snapshot(
+    : entries_(std::make_unique<Entries>()),
+      handle_(CreateToolhelp32Snapshot(
           kind == Kind::Modules ? TH32CS_SNAPMODULE : TH32CS_SNAPPROCESS, processId)) {}
 
 Snapshot::~Snapshot() {
@@ -92,40 +102,48 @@ Snapshot::~Snapshot() {
 }
 
 bool Snapshot::First(ProcessEntry* entry) const {
-    return Walk(handle_, Process32FirstW, entry);
+    PROCESSENTRY32W& found = Fresh(entries_->process);
+    return Told(Process32FirstW(handle_, &found), found, entry);
 }
 
 bool Snapshot::Next(ProcessEntry* entry) const {
-    return Walk(handle_, Process32NextW, entry);
+    PROCESSENTRY32W& found = entries_->process;
+    return Told(Process32NextW(handle_, &found), found, entry);
 }
 
 bool Snapshot::First(ModuleEntry* entry) const {
-    return Walk(handle_, Module32FirstW, entry);
+    MODULEENTRY32W& found = Fresh(entries_->module);
+    return Told(Module32FirstW(handle_, &found), found, entry);
 }
 
 bool Snapshot::Next(ModuleEntry* entry) const {
-    return Walk(handle_, Module32NextW, entry);
+    MODULEENTRY32W& found = entries_->module;
+    return Told(Module32NextW(handle_, &found), found, entry);
 }
 
-SnapshotHeaps::SnapshotHeaps(const Snapshot& snapshot, DWORD processId)
-    : snapshot_(snapshot.Handle()), processId_(processId) {}
+struct SnapshotHeaps::Walk {
+    DWORD processId;
+    UniqueHandle process;
+    // Where the walk through the process's regions goes on.
+    ULONG_PTR address = 0;
+};
 
-SnapshotHeaps::~SnapshotHeaps() {
-    if (process_) {
-        CloseHandle(process_);
-    }
-}
+SnapshotHeaps::SnapshotHeaps(const Snapshot&, DWORD processId)
+    : walk_(new Walk{processId, UniqueHandle()}) {}
+
+SnapshotHeaps::~SnapshotHeaps() {}
 
 bool SnapshotHeaps::FirstHeap() {
-    process_ = OpenProcess(PROCESS_QUERY_INFORMATION, FALSE, processId_);
+    UniqueHandle& process = walk_->process;
+    process.Reset(OpenProcess(PROCESS_QUERY_INFORMATION, FALSE, walk_->processId));
     DWORD exitCode = STILL_ACTIVE;
-    const bool ended = process_
-                           ? GetExitCodeProcess(process_, &exitCode) && exitCode != STILL_ACTIVE
-                           : GetLastError() == ERROR_INVALID_PARAMETER;
+    const bool ended =
+        process ? GetExitCodeProcess(process.Get(), &exitCode) && exitCode != STILL_ACTIVE
+                : GetLastError() == ERROR_INVALID_PARAMETER;
     if (ended) {
         SetLastError(ERROR_NO_MORE_FILES);
     }
-    return process_ && !ended;
+    return process && !ended;
 }
 
 bool SnapshotHeaps::NextHeap() {
@@ -134,20 +152,21 @@ bool SnapshotHeaps::NextHeap() {
 }
 
 bool SnapshotHeaps::FirstBlock(uint64_t* size) {
-    address_ = 0;
+    walk_->address = 0;
     return NextBlock(size);
 }
 
 bool SnapshotHeaps::NextBlock(uint64_t* size) {
     MEMORY_BASIC_INFORMATION region = {};
-    while (VirtualQueryEx(process_, reinterpret_cast<const void*>(address_), &region,
+    ULONG_PTR& address = walk_->address;
+    while (VirtualQueryEx(walk_->process.Get(), reinterpret_cast<const void*>(address), &region,
                           sizeof region) != 0) {
-        const ULONG_PTR next = address_ + region.RegionSize;
-        if (next <= address_) {
+        const ULONG_PTR next = address + region.RegionSize;
+        if (next <= address) {
             SetLastError(ERROR_NO_MORE_FILES);
             return false;
         }
-        address_ = next;
+        address = next;
         if (region.State == MEM_COMMIT && region.Type == MEM_PRIVATE) {
             *size = region.RegionSize;
             return true;

@@ -1,5 +1,7 @@
 #include "tests/support/fake_processes.h"
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <cwchar>
 
@@ -30,12 +32,20 @@ HANDLE WINAPI FakeProcesses::CreateSnapshot(DWORD flags, DWORD process) {
     return device->snapshot_.Original()(TH32CS_SNAPTHREAD, 0);
 }
 
+void FakeProcesses::Step(DWORD* kept) {
+    if (at_ > 0) {
+        EXPECT_EQ(*kept, at_) << "not the entry of the step before";
+    }
+    *kept = static_cast<DWORD>(++at_);
+}
+
 BOOL FakeProcesses::Fill(PROCESSENTRY32W* entry) {
     if (at_ >= processes.size()) {
         SetLastError(endError);
         return FALSE;
     }
-    const FakeProcess& process = processes[at_++];
+    const FakeProcess& process = processes[at_];
+    Step(&entry->dwFlags);
     entry->th32ProcessID = process.id;
     entry->cntThreads = process.threads;
     std::wcsncpy(entry->szExeFile, process.name.c_str(), MAX_PATH - 1);
@@ -47,7 +57,8 @@ BOOL FakeProcesses::Fill(MODULEENTRY32W* entry) {
         SetLastError(endError);
         return FALSE;
     }
-    const FakeModule& module = modules[at_++];
+    const FakeModule& module = modules[at_];
+    Step(&entry->GlblcntUsage);
     entry->hModule = reinterpret_cast<HMODULE>(module.base);
     entry->modBaseAddr = reinterpret_cast<BYTE*>(module.base);
     entry->modBaseSize = module.size;

@@ -75,6 +75,8 @@ class FakeProcesses {
     static DWORD WINAPI Wait(HANDLE handle, DWORD milliseconds);
 
     const FakeProcess* ProcessOf(HANDLE handle) const;
+    // A system may keep its place in the entry, which the caller hands from step to step.
+    void Step(DWORD* kept);
     BOOL Fill(PROCESSENTRY32W* entry);
     BOOL Fill(MODULEENTRY32W* entry);
 

@@ -22,6 +22,7 @@ constexpr Address snapModules = 8;
 constexpr Address slotSize = 0x2000000;
 constexpr Address blockIsUsed = 1;
 constexpr Address blockIsFree = 2;
+constexpr Address keptPlace = 0x40000000;
 
 struct DeviceThread {
     Address dwSize;
@@ -88,6 +89,24 @@ struct DeviceBlock {
 };
 static_assert(sizeof(DeviceBlock) == 36);
 
+// What a system may keep in an entry from one step of a walk to the next: the caller hands back
+// what it got. A heap has no such word.
+Address Kept(const DeviceThread& entry) {
+    return entry.dwFlags;
+}
+Address Kept(const DeviceProcess& entry) {
+    return entry.dwFlags;
+}
+Address Kept(const DeviceModule& entry) {
+    return entry.dwFlags;
+}
+Address Kept(const DeviceHeap& entry) {
+    return entry.dwFlags;
+}
+Address Kept(const DeviceBlock& entry) {
+    return entry.dwResvd;
+}
+
 // Entries of one kind, and how far a walk has come.
 template <class Entry>
 struct List {
@@ -95,7 +114,8 @@ struct List {
     size_t next = 0;
 
     BOOL Show(Entry* shown) {
-        if (shown->dwSize != sizeof(Entry)) {
+        if (shown->dwSize != sizeof(Entry) ||
+            (next > 0 && Kept(*shown) != Kept(entries[next - 1]))) {
             SetLastError(ERROR_INVALID_PARAMETER);
             return FALSE;
         }
@@ -147,6 +167,7 @@ void TakeProcesses(const std::vector<Device::Process>& running, Snapshot& snapsh
         entry.cntThreads = process.threads;
         entry.pcPriClassBase = 3;
         CopyText(entry.szExeFile, process.name);
+        entry.dwFlags = keptPlace + process.id;
         entry.th32MemoryBase = process.slot;
         entry.th32AccessKey = 1;
         snapshot.processes.entries.push_back(entry);
@@ -165,6 +186,7 @@ void TakeModules(const Device::Process& process, Snapshot& snapshot) {
         entry.modBaseSize = module.size;
         entry.hModule = entry.th32ModuleID;
         CopyText(entry.szModule, module.name);
+        entry.dwFlags = keptPlace + entry.th32ModuleID;
         snapshot.modules.entries.push_back(entry);
     }
 }
@@ -175,8 +197,8 @@ void TakeHeap(const Device::Process& process, Snapshot& snapshot) {
     for (const Device::HeapBlocks& blocks : process.heap) {
         for (unsigned i = 0; i < blocks.count; ++i) {
             snapshot.blocks.entries.push_back({sizeof(DeviceBlock), at, at, blocks.size,
-                                               blocks.free ? blockIsFree : blockIsUsed, 0, 0,
-                                               process.id, HeapOf(process)});
+                                               blocks.free ? blockIsFree : blockIsUsed, 0,
+                                               keptPlace + at, process.id, HeapOf(process)});
             at += (blocks.size + 15) & ~15u;
         }
     }
@@ -187,9 +209,9 @@ void TakeThreads(Snapshot& snapshot) {
     THREADENTRY32 entry = {};
     entry.dwSize = sizeof entry;
     for (BOOL found = Thread32First(real, &entry); found; found = Thread32Next(real, &entry)) {
-        snapshot.threads.entries.push_back({sizeof(DeviceThread), 1, entry.th32ThreadID,
-                                            entry.th32OwnerProcessID, 3, 0, 0, 1,
-                                            entry.th32OwnerProcessID});
+        snapshot.threads.entries.push_back(
+            {sizeof(DeviceThread), 1, entry.th32ThreadID, entry.th32OwnerProcessID, 3, 0,
+             keptPlace + entry.th32ThreadID, 1, entry.th32OwnerProcessID});
     }
     CloseHandle(real);
 }
