@@ -2,6 +2,7 @@
 // settings in memory.
 #pragma once
 
+#include <functional>
 #include <map>
 #include <string>
 
@@ -27,7 +28,12 @@ class FakeFrame final : public ui::Window, public views::Frame {
     ui::CommandBar& Bar() override { return bar_; }
     DWORD Flags() const override { return flags; }
     void SwitchTo(views::ViewIndex view, const views::ViewArgument& argument) override;
-    void TitleChanged() override { ++titleChanges; }
+    void TitleChanged() override {
+        ++titleChanges;
+        if (whenTitleChanges) {
+            whenTitleChanges();
+        }
+    }
     void MenuStateChanged() override { ++menuChanges; }
     views::AppCloser& Closer() override { return closer; }
     bool FrameKey(WPARAM key) override;
@@ -42,6 +48,7 @@ class FakeFrame final : public ui::Window, public views::Frame {
     std::map<std::wstring, std::wstring> texts;
     std::map<std::wstring, DWORD> numbers;
     int titleChanges = 0;
+    std::function<void()> whenTitleChanges;
     int menuChanges = 0;
     WPARAM lastKey = 0;
     std::optional<views::ViewIndex> switchedTo;

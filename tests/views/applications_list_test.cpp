@@ -38,7 +38,33 @@ HANDLE WINAPI OpenAllButOne(DWORD access, BOOL inherit, DWORD process) {
     return realOpen(access, inherit, process);
 }
 
+// A window that, asked for its title, activates the one that asks.
+views::ApplicationsView* resumed = nullptr;
+LRESULT(WINAPI* realSend)(HWND, UINT, WPARAM, LPARAM, UINT, UINT, DWORD_PTR*) = nullptr;
+LRESULT WINAPI SendAndActivate(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT flags,
+                               UINT timeout, DWORD_PTR* answer) {
+    if (resumed) {
+        resumed->Resume();
+    }
+    return realSend(window, message, wParam, lParam, flags, timeout, answer);
+}
+
 }  // namespace
+
+TEST_F(ApplicationsList, ListsNothingTwiceWhenItIsActivatedMeanwhile) {
+    const SampleProgram one(L"polite", L"Sample 1");
+    const SampleProgram two(L"polite", L"Sample 2");
+    Open();
+    {
+        const PlatformHook<LRESULT WINAPI(HWND, UINT, WPARAM, LPARAM, UINT, UINT, DWORD_PTR*)> send(
+            "SendMessageTimeoutW", SendAndActivate);
+        realSend = send.Original();
+        resumed = view.get();
+        view->Refresh();
+        resumed = nullptr;
+    }
+    EXPECT_EQ(Samples(), (Titles{L"Sample 1", L"Sample 2"}));
+}
 
 TEST_F(ApplicationsList, ShowsTheTitledWindowsOfOtherProcessesByTitle) {
     const SampleProgram second(L"polite", L"sample b");

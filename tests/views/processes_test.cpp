@@ -2,6 +2,7 @@
 // the real one.
 #include "views/processes/processes_view.h"
 
+#include "faults/fault.h"
 #include "tests/support/fake_processes.h"
 #include "tests/support/heaps.h"
 #include "tests/support/sample_program.h"
@@ -123,6 +124,19 @@ TEST_F(FakeDeviceProcesses, WithoutAPathEndTheListWithAMessage) {
                         {2, L"", L"", 0x20000},
                         {3, L"c.exe", L"C:\\c.exe", 0x30000}};
     Answered([&] { Open(); }, L"Can't enumerate process", {"Return"});
+    EXPECT_EQ(Rows(), (Titles{L"a.exe"}));
+}
+
+TEST_F(FakeDeviceProcesses, TellTheFirstOfTwoFaults) {
+    device.processes = {{1, L"a.exe", L"C:\\a.exe", 0x10000}, {2, L"", L"", 0x20000}};
+    frame.whenTitleChanges = [] { throw std::bad_alloc(); };
+    const std::wstring denied =
+        faults::FullText(faults::W32Fault(faults::ResultFromError(ERROR_ACCESS_DENIED)));
+    Answered([&] { Open(); }, denied, {"Return"});
+    device.processes.pop_back();
+    Answered([&] { view.Command(610); }, L"Unexpected error.", {"Return"});
+    frame.whenTitleChanges = nullptr;
+    view.Command(610);
     EXPECT_EQ(Rows(), (Titles{L"a.exe"}));
 }
 

@@ -9,6 +9,7 @@
 #include "views/apps/hidden_app_list.h"
 #include "views/apps/running_apps.h"
 #include "views/apps/window_page.h"
+#include "views/raised.h"
 
 namespace views {
 
@@ -42,6 +43,13 @@ bool ApplicationsView::Activate(const ViewArgument& argument) {
     }
     Enumerate();
     return true;
+}
+
+void ApplicationsView::Resume() {
+    // The windows that are asked for their titles may activate this one meanwhile.
+    if (!enumerating_) {
+        Refresh();
+    }
 }
 
 void ApplicationsView::FlagsChanged(DWORD mask, DWORD) {
@@ -133,6 +141,7 @@ void ApplicationsView::Refresh() {
 
 void ApplicationsView::Enumerate() {
     const platform::WaitCursor cursor;
+    const Raised enumerating(enumerating_);
     List().Clear();
     try {
         FindRunningApps(GetFrame().Closer(), GetFrame().Flags(),
@@ -173,8 +182,11 @@ void ApplicationsView::Hide(HWND window) {
     if (GetFrame().Flags() & flagShowHiddenApplications) {
         return;
     }
-    List().RemoveItem(List().GetSelection());
-    List().Remeasure();
+    // It may have brought the list up to date itself, by activating this window when it was asked.
+    if (HasSelection()) {
+        List().RemoveItem(List().GetSelection());
+        List().Remeasure();
+    }
     GetFrame().TitleChanged();
     if (!HasSelection()) {
         GetFrame().MenuStateChanged();

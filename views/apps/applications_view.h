@@ -14,7 +14,7 @@ class ApplicationsView final : public ListView {
 
     void Layout(HDC dc) override;
     bool Activate(const ViewArgument& argument) override;
-    void Resume() override { Refresh(); }
+    void Resume() override;
     void FlagsChanged(DWORD mask, DWORD value) override;
     std::wstring Title() const override;
     void DrawRow(const DRAWITEMSTRUCT& row) override;
@@ -46,6 +46,7 @@ class ApplicationsView final : public ListView {
     void GoToModule(HWND window);
 
     AppRows rows_;
+    bool enumerating_ = false;
 };
 
 }  // namespace views

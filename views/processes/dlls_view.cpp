@@ -5,6 +5,7 @@
 #include "ui/action.h"
 #include "views/processes/image_list_filler.h"
 #include "views/properties_page.h"
+#include "views/raised.h"
 
 namespace views {
 
@@ -127,6 +128,7 @@ void DllsView::Enumerate(ULONG_PTR selected) {
         filler.Insert(MakeItem(processId_, entry));
     }
     // However the walk ended, what it has found is the list.
+    filler.Finish();
 }
 
 }  // namespace views

@@ -28,6 +28,18 @@ ImageListFiller::ImageListFiller(Frame& frame, ViewList& list, ULONG_PTR selecte
 }
 
 ImageListFiller::~ImageListFiller() {
+    if (finished_) {
+        return;
+    }
+    try {
+        Finish();
+    } catch (...) {
+        // The fault that is on its way is told.
+    }
+}
+
+void ImageListFiller::Finish() {
+    finished_ = true;
     list_.Layout();
     list_.SetSelection(selectedRow_);
     frame_.TitleChanged();

@@ -7,18 +7,20 @@
 
 namespace views {
 
-// Empties a list and fills it anew under the wait cursor. At its end, also when a fault passes, the
-// list is laid out, the wanted item selected and the frame told.
+// Empties a list and fills it anew under the wait cursor.
 class ImageListFiller {
  public:
     // `selected` is the id of the item to select, 0 for none.
     ImageListFiller(Frame& frame, ViewList& list, ULONG_PTR selected);
+    // Finishes what a fault has left unfinished; a second fault, as of memory, is let go for it.
     ~ImageListFiller();
     ImageListFiller(const ImageListFiller&) = delete;
     ImageListFiller& operator=(const ImageListFiller&) = delete;
 
     // Inserts an item by its base, before those of the same base.
     void Insert(std::unique_ptr<ImageItem> item);
+    // Lays the list out, selects the wanted item and tells the frame.
+    void Finish();
 
  private:
     const platform::WaitCursor cursor_;
@@ -26,19 +28,7 @@ class ImageListFiller {
     ViewList& list_;
     ULONG_PTR selected_;
     unsigned selectedRow_ = ui::noRow;
-};
-
-// Sets a flag for as long as it lives.
-class Raised {
- public:
-    explicit Raised(bool& flag) : flag_(flag), before_(std::exchange(flag, true)) {}
-    ~Raised() { flag_ = before_; }
-    Raised(const Raised&) = delete;
-    Raised& operator=(const Raised&) = delete;
-
- private:
-    bool& flag_;
-    const bool before_;
+    bool finished_ = false;
 };
 
 // Shows an item's file in Files; beeps when there is none (GetFileAttributesW).

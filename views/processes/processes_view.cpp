@@ -10,6 +10,7 @@
 #include "views/processes/image_list_filler.h"
 #include "views/processes/process_info.h"
 #include "views/processes/process_memory.h"
+#include "views/raised.h"
 
 namespace views {
 
@@ -141,6 +142,7 @@ void ProcessesView::Enumerate(ULONG_PTR selected) {
         filler.Insert(MakeItem(entry));
     }
     // However the walk ended, what it has found is the list.
+    filler.Finish();
 }
 
 std::unique_ptr<ImageItem> ProcessesView::MakeItem(const platform::ProcessEntry& entry) const {
