@@ -45,6 +45,11 @@ BOOL WINAPI NoMove(const wchar_t*, const wchar_t*, DWORD) {
     SetLastError(ERROR_DISK_FULL);
     return FALSE;
 }
+BOOL WINAPI OnlyDelete(const wchar_t*, const wchar_t* destination, DWORD) {
+    DeleteFileW(destination);
+    SetLastError(ERROR_DISK_FULL);
+    return FALSE;
+}
 BOOL WINAPI NoFolder(HWND, wchar_t*, int, BOOL) {
     return FALSE;
 }
@@ -163,6 +168,23 @@ TEST_F(HiddenApplications, AFileThatCannotBeReplacedStaysWhole) {
     EXPECT_TRUE(hiddenApps.Read(L".new").empty());
     EXPECT_FALSE(hidden.IsHidden(program.Window())) << "what failed has not happened";
     EXPECT_EQ(CodeOfHiding(program.Window()), S_OK);
+}
+
+// A handheld has no move that replaces: the old file goes first.
+TEST_F(HiddenApplications, OutliveASaveThatEndsBetweenTheOldFileAndTheNew) {
+    const SampleProgram program(L"polite", L"Sample 1");
+    WriteEntries("<application name=\"other.exe\"/>");
+    Open();
+    {
+        const PlatformHook<BOOL WINAPI(const wchar_t*, const wchar_t*, DWORD)> move("MoveFileExW",
+                                                                                    OnlyDelete);
+        EXPECT_EQ(CodeOfHiding(program.Window()), faults::ResultFromError(ERROR_DISK_FULL));
+    }
+    EXPECT_TRUE(hiddenApps.Read().empty());
+    Open();
+    EXPECT_TRUE(hidden.IsHidden(program.Window()));
+    EXPECT_EQ(CountOf(hiddenApps.Read(), "other.exe"), 1u);
+    EXPECT_TRUE(hiddenApps.Read(L".new").empty());
 }
 
 TEST_F(HiddenApplications, NeedNoPlaceToBeEmpty) {

@@ -100,6 +100,10 @@ struct OpenedFile {
 };
 
 OpenedFile OpenFile(const std::wstring& path) {
+    // A save that was cut off between the old file's end and the new one's taking its place.
+    if (GetFileAttributesW(path.c_str()) == INVALID_FILE_ATTRIBUTES) {
+        MoveFileW((path + newSuffix).c_str(), path.c_str());
+    }
     OpenedFile file = {CreateDocument(), false};
     Succeed(file.document->put_async(VARIANT_FALSE));
     file.readable = platform::LoadXmlFile(file.document.Get(), path.c_str()) == S_OK;
@@ -149,7 +153,10 @@ void SaveOver(const Document& document, const std::wstring& path) {
     const HRESULT saved = platform::SaveXmlFile(document.Get(), next.c_str());
     if (FAILED(saved) || !platform::MoveOver(next.c_str(), path.c_str())) {
         const DWORD error = GetLastError();
-        DeleteFileW(next.c_str());
+        // A handheld may have lost the old file by then; the new one is taken up in its place.
+        if (GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES) {
+            DeleteFileW(next.c_str());
+        }
         Succeed(saved);
         throw faults::W32Fault(faults::ResultFromError(error));
     }
