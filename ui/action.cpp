@@ -12,4 +12,10 @@ std::wstring TextOfCurrentException() {
     }
 }
 
+void LeaveIfGone(HWND owner) {
+    if (owner && !IsWindow(owner)) {
+        throw;
+    }
+}
+
 }  // namespace ui

@@ -7,6 +7,9 @@
 #include "tests/app/running_program.h"
 #include "tests/app/short_memory.h"
 #include "tests/support/platform_hook.h"
+#include "tests/support/wait.h"
+#include "tests/support/windows_seen.h"
+#include "views/commands.h"
 
 #include <objbase.h>
 
@@ -262,6 +265,21 @@ TEST_F(StartFailure, ToSaveTheSettingsAtTheEndIsShown) {
     EXPECT_FALSE(CleanSettings::Number(L"view"));
     MSG message;
     EXPECT_FALSE(PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_NOREMOVE));
+}
+
+// With the window goes the dialog, whose action would have told the fault.
+TEST_F(StartFailure, ToSaveTheSettingsUnderADialogIsShown) {
+    const PlatformHook<LONG(HKEY, const wchar_t*, DWORD, DWORD, const BYTE*, DWORD)> hook(
+        "RegSetValueExW", FailToSet);
+    RunToMessage([] {
+        PostMessageW(MainWindow(), WM_COMMAND, views::commandAbout, 0);
+        const HWND about = WaitForWindow(L"#32770");
+        ASSERT_TRUE(about);
+        PostMessageW(MainWindow(), WM_CLOSE, 0, 0);
+        EXPECT_TRUE(WaitFor([about] { return !IsWindow(about); }));
+    });
+    ExpectShown(TextOfCode(static_cast<HRESULT>(0x80070070)));
+    EXPECT_TRUE(EventIsSignalled());
 }
 
 TEST_F(StartFailure, OfTheExitHookIsShownAndTheEventSignalled) {
