@@ -29,6 +29,8 @@ class RowEditor {
     int Run();
     // Ends Run with a result; what the soft keys do.
     void Finish(int result) { result_ = result; }
+    // Gives the editor the keyboard back, as when its window is activated again.
+    void Focus() const { SetFocus(edit_); }
     // Moves the editor when its row has moved.
     void Place(const RECT& area);
     std::wstring Text() const;

@@ -130,6 +130,39 @@ TEST_F(FilesWork, RenamingGivesANewNameAndRefusesWhatCannotBeOne) {
     EXPECT_TRUE(Exists(In(L"x.txt")));
 }
 
+TEST_F(FilesWork, ANameIsEditedOnAfterAnotherProgramWasInFront) {
+    const std::wstring file = folder.MakeFile(L"one.txt", "1");
+    folder.MakeFolder(L"a");
+    Start();
+    HoldRow(1);
+    ChooseCommand(files, rename);
+    ASSERT_TRUE(Edits());
+    {
+        const SampleProgram other(L"polite", L"Other");
+        SetForegroundWindow(other.Window());
+        ASSERT_TRUE(WaitFor([&] { return GetForegroundWindow() == other.Window(); }));
+        SetForegroundWindow(Window());
+        ASSERT_TRUE(WaitFor([&] { return GetForegroundWindow() == Window(); }));
+    }
+    ASSERT_TRUE(Edits());
+    ASSERT_TRUE(Finger().Key("End").Key("x").Key("Left").Key("y").Key("Return").Play());
+    EXPECT_TRUE(WaitFor([&] { return Exists(In(L"one.txtyx")); }));
+    EXPECT_FALSE(Exists(file));
+    EXPECT_TRUE(Shows(folder.Path()));
+}
+
+TEST_F(FilesWork, TheBackKeyEndsTheEditingOfAName) {
+    folder.MakeFile(L"one.txt", "1");
+    Start();
+    HoldRow(0);
+    ChooseCommand(files, rename);
+    ASSERT_TRUE(Edits());
+    constexpr WORD released = 0x1000;
+    PostMessageW(Window(), WM_HOTKEY, VK_ESCAPE, MAKELPARAM(released, VK_ESCAPE));
+    EXPECT_TRUE(WaitFor([&] { return !FindChild(List(), L"Edit"); }));
+    EXPECT_TRUE(Shows(folder.Path()));
+}
+
 TEST_F(FilesWork, PropertiesAreShownAndChangeNothing) {
     const std::wstring file = folder.MakeFile(L"one.txt", "1");
     SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_READONLY);

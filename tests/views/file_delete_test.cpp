@@ -27,6 +27,11 @@ void CALLBACK RefreshOnce(HWND window, UINT, UINT_PTR timer, DWORD) {
     refreshed = nullptr;
 }
 
+BOOL WINAPI NothingThere(const wchar_t*) {
+    SetLastError(ERROR_PATH_NOT_FOUND);
+    return FALSE;
+}
+
 class FilesDelete : public OperationsFixture {
  protected:
     ~FilesDelete() override { heldFile.Reset(); }
@@ -108,6 +113,23 @@ TEST_F(FilesDelete, AnEntryThatIsGoneLosesItsRowWithoutAQuestion) {
     DeleteFileW(At(L"a.txt").c_str());
     Give(612);
     EXPECT_EQ(Rows(), (Names{L"b.txt"}));
+}
+
+// As where a path within it is too long for the system.
+TEST_F(FilesDelete, AFolderThatStaysForWhatIsMissingInItIsReported) {
+    folder.MakeFolder(L"full");
+    folder.MakeFile(L"full\\a.txt", "a");
+    View().Refresh();
+    Select(L"full");
+    const PlatformHook<BOOL WINAPI(const wchar_t*)> missing("DeleteFileW", NothingThere);
+    Give(612, [&] {
+        Answer(AskFolder(L"full"), "Return");
+        const std::wstring text =
+            L"Can't delete " + At(L"full") + L"\r\n" +
+            faults::FullText(faults::W32Fault(faults::ResultFromError(ERROR_PATH_NOT_FOUND)));
+        Answer(text, "Return");
+    });
+    EXPECT_EQ(Rows(), (Names{L"full"}));
 }
 
 TEST_F(FilesDelete, AReadOnlyFileInAFolderStopsItAndIsReported) {

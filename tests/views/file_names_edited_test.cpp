@@ -129,6 +129,20 @@ TEST_F(Renaming, AnotherCaseOfLettersAloneIsDropped) {
     EXPECT_EQ(Rows(), (Names{L"Docs", L"b.txt", L"m.txt"}));
 }
 
+TEST_F(Renaming, TheBackKeyEndsItAndStaysInTheFolder) {
+    Select(L"b.txt");
+    Give(611, [&] {
+        const HWND editor = WaitForEditor();
+        Type("q");
+        EXPECT_TRUE(View().Back());
+        PostMessageW(editor, WM_NULL, 0, 0);
+        EXPECT_TRUE(EditorGone());
+    });
+    EXPECT_TRUE(Exists(L"b.txt"));
+    EXPECT_EQ(View().Title(), folder.Path());
+    EXPECT_EQ(Rows(), (Names{L"Docs", L"b.txt", L"m.txt"}));
+}
+
 TEST_F(Renaming, ANameThatExistsIsReportedAndNothingIsLost) {
     Select(L"b.txt");
     Give(611, [&] {

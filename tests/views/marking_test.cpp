@@ -235,6 +235,15 @@ TEST_F(Marking, EndsWithTheBackKeyWhichGoesUpOnlyTheNextTime) {
     EXPECT_EQ(View().Title(), L"\\Temp");
 }
 
+TEST_F(Marking, GoesOnInTheParentFolder) {
+    ShowMarking();
+    List().ToggleMark(1);
+    Play(Finger().Key("Left"));
+    EXPECT_TRUE(List().Marking());
+    EXPECT_EQ(List().MarkedCount(), 0u);
+    EXPECT_EQ(View().Title(), L"\\Temp (0)");
+}
+
 TEST_F(Marking, SpaceAndEnterToggleTheSelectedRow) {
     ShowMarking();
     Play(Finger().Key("Down").Key("space").Key("Down").Key("Return"));

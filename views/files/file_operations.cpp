@@ -176,7 +176,10 @@ FileOperations::Removal FileOperations::DeletePath(const std::wstring& path, DWO
         }
         error = RemoveOnceFree(path, this);
     }
-    if (error != ERROR_SUCCESS && !IsGone(error)) {
+    // Within a folder an entry may be missing that the folder still has, as where its path is too
+    // long: only the path itself tells.
+    if (error != ERROR_SUCCESS &&
+        !(IsGone(error) && GetFileAttributesW(path.c_str()) == INVALID_FILE_ATTRIBUTES)) {
         Throw(error);
     }
     return Removal::Removed;
@@ -245,6 +248,7 @@ void FileOperations::Rename(unsigned row) {
 void FileOperations::RenameRow(unsigned row) {
     const FileItemOwner old = ProbeOf(list_.ItemAt(row));
     const std::wstring oldName = old->name;
+    const std::wstring folder = list_.Folder() + L'\\';
     std::wstring name = oldName;
     while (list_.EditName(row, &name) == IDOK) {
         if (name.empty()) {
@@ -257,8 +261,8 @@ void FileOperations::RenameRow(unsigned row) {
         if (SameName(name, oldName)) {
             return;
         }
-        const std::wstring newPath = list_.Folder() + L'\\' + NameWithinFolder(name);
-        if (!MoveFileW((list_.Folder() + L'\\' + oldName).c_str(), newPath.c_str())) {
+        const std::wstring newPath = folder + NameWithinFolder(name);
+        if (!MoveFileW((folder + oldName).c_str(), newPath.c_str())) {
             throw faults::W32Fault();
         }
         FileItemOwner item = MakeFileItem(name, old->attributes, old->created, old->size);

@@ -47,7 +47,7 @@ void FilesView::Layout(HDC dc) {
     rows_.Layout(dc);
     oneLineHeight_ = rows_.OneLineHeight();
     if (!pathBar_.Handle()) {
-        pathBar_.Open(GetFrame().Pane(), [this] { Back(); });
+        pathBar_.Open(GetFrame().Pane(), [this] { GoUp(); });
     }
 }
 
@@ -145,7 +145,7 @@ bool FilesView::Key(WPARAM key) {
         }
     }
     if (key == VK_LEFT) {
-        Back();
+        GoUp();
         return true;
     }
     return ListView::Key(key);
@@ -166,10 +166,31 @@ void FilesView::MarksChanged() {
 }
 
 bool FilesView::Back() {
+    if (editor_) {
+        editor_->Finish(IDCANCEL);
+        return true;
+    }
     if (List().Marking()) {
         SetMarking(false);
         return true;
     }
+    return GoUp();
+}
+
+void FilesView::Focus() {
+    if (editor_) {
+        editor_->Focus();
+    } else {
+        ListView::Focus();
+    }
+}
+
+LRESULT FilesView::Notify(const NMHDR& notification) {
+    // The rows stand still under an editor.
+    return editor_ ? TRUE : ListView::Notify(notification);
+}
+
+bool FilesView::GoUp() {
     bool moved = true;
     ui::RunAction(GetFrame().MainWindow(), ui::actionFailed, [&] { moved = Up(); });
     return moved;

@@ -33,6 +33,8 @@ class FilesView final : public ListView, private FileList {
     bool Back() override;
     void MarksChanged() override;
     void Close() override;
+    void Focus() override;
+    LRESULT Notify(const NMHDR& notification) override;
 
     // Shows a folder, or a file's folder with the file selected. A path that does not exist leaves
     // the folder as it is; it is listed again in every case. No path lists the current folder.
@@ -75,6 +77,8 @@ class FilesView final : public ListView, private FileList {
     void SelectItem(const FileItem& probe);
     void SelectName(const std::wstring& name, DWORD attributes);
     void Open(unsigned row);
+    // Up as a user's action: its faults are shown. False at the root.
+    bool GoUp();
     void ShowPath();
 
     std::wstring path_;
