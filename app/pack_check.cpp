@@ -1,5 +1,6 @@
 #include "app/pack_check.h"
 
+#include <algorithm>
 #include <memory>
 #include <new>
 
@@ -21,6 +22,8 @@ constexpr size_t dataEntrySize = 16;
 constexpr uint32_t subfolder = 0x80000000;
 constexpr uint32_t stringTable = 6;
 constexpr unsigned textsInBlock = 16;
+// Where folders, data entries and data begin: a handheld cannot read words elsewhere.
+constexpr uint32_t alignment = 4;
 // Type, name, language.
 constexpr unsigned folderFloors = 3;
 
@@ -58,8 +61,9 @@ class ModuleReader {
         if (optionalSize < resources + 8 || Word(optional + resources) == 0) {
             return false;
         }
-        root_ = OffsetOf(Word(optional + resources), folderHeaderSize);
-        return root_ != 0 && FolderIsWhole(0, 1, 0);
+        const uint32_t root = Word(optional + resources);
+        root_ = OffsetOf(root, folderHeaderSize);
+        return root_ != 0 && root % alignment == 0 && FolderIsWhole(0, 1, 0);
     }
 
  private:
@@ -77,7 +81,9 @@ class ModuleReader {
         for (size_t index = 0; index < sectionCount_; ++index) {
             const size_t section = sections_ + index * sectionHeaderSize;
             const uint32_t start = Word(section + 12);
-            const uint32_t stored = Word(section + 16);
+            const uint32_t mapped = Word(section + 8);
+            const uint32_t inFile = Word(section + 16);
+            const uint32_t stored = mapped != 0 ? std::min(mapped, inFile) : inFile;
             if (address >= start && address - start <= stored &&
                 length <= stored - (address - start)) {
                 return size_t{Word(section + 20)} + (address - start);
@@ -88,7 +94,7 @@ class ModuleReader {
     // `folder` counts from the root; `type` is that of the resources in it, below the first floor.
     bool FolderIsWhole(uint32_t folder, unsigned floor, uint32_t type) {
         const size_t at = root_ + folder;
-        if (floor > folderFloors || !Has(at, folderHeaderSize)) {
+        if (floor > folderFloors || folder % alignment != 0 || !Has(at, folderHeaderSize)) {
             return false;
         }
         const size_t count = size_t{Half(at + 12)} + Half(at + 14);
@@ -112,19 +118,21 @@ class ModuleReader {
             return true;
         }
         const size_t at = root_ + (name & ~subfolder);
-        return Has(at, 2) && Has(at + 2, size_t{2} * Half(at));
+        return at % sizeof(wchar_t) == 0 && Has(at, 2) && Has(at + 2, size_t{2} * Half(at));
     }
     bool TargetIsWhole(uint32_t target, unsigned floor, uint32_t type) {
         if (target & subfolder) {
             return FolderIsWhole(target & ~subfolder, floor + 1, type);
         }
         const size_t at = root_ + target;
-        if (!Has(at, dataEntrySize)) {
+        if (target % alignment != 0 || !Has(at, dataEntrySize)) {
             return false;
         }
+        const uint32_t address = Word(at);
         const uint32_t length = Word(at + 4);
-        const size_t data = OffsetOf(Word(at), length);
-        return data != 0 && (type != stringTable || TextsAreWhole(data, length));
+        const size_t data = OffsetOf(address, length);
+        return data != 0 && address % alignment == 0 &&
+               (type != stringTable || TextsAreWhole(data, length));
     }
     // The platform takes the lengths in a block of texts for true.
     bool TextsAreWhole(size_t at, size_t length) const {

@@ -80,10 +80,18 @@ COLORREF FirstPixel(HDC compatible, HBITMAP bitmap) {
     return GetPixel(dc.Get(), 0, 0);
 }
 
+// A screen of 16 bits keeps so much of a color, whatever it fills the rest with.
+bool IsStatusKey(COLORREF pixel) {
+    constexpr COLORREF kept = RGB(0xF8, 0xFC, 0xF8);
+    return (pixel & kept) == (statusKeyColor & kept);
+}
+
 }  // namespace
 
 std::optional<uint32_t> StripHeight(HINSTANCE module, UINT id) {
     constexpr DWORD heightOffset = 20;
+    // Pixels; what claims to be higher than any screen is not believed.
+    constexpr uint32_t highest = 4096;
     const HRSRC resource = FindResourceW(module, MAKEINTRESOURCEW(id), L"GIF");
     const HGLOBAL loaded = resource ? LoadResource(module, resource) : nullptr;
     const auto bytes = static_cast<const uint8_t*>(loaded ? LockResource(loaded) : nullptr);
@@ -94,7 +102,7 @@ std::optional<uint32_t> StripHeight(HINSTANCE module, UINT id) {
     for (DWORD index = heightOffset; index < heightOffset + 4; ++index) {
         height = height << 8 | bytes[index];
     }
-    return height != 0 ? std::optional(height) : std::nullopt;
+    return height != 0 && height <= highest ? std::optional(height) : std::nullopt;
 }
 
 UINT ChooseStrip(HINSTANCE module, StripFamily family, unsigned iconSize) {
@@ -159,7 +167,7 @@ ImageStrip LoadStatusStrip(unsigned iconSize) {
     const COLORREF window = GetSysColor(COLOR_WINDOW);
     return ImageStrip(
         MapPixels(screen, decoded.Bitmap(),
-                  [window](COLORREF pixel) { return pixel == statusKeyColor ? window : pixel; }),
+                  [window](COLORREF pixel) { return IsStatusKey(pixel) ? window : pixel; }),
         window);
 }
 

@@ -1,5 +1,7 @@
 #include "app/pack_check.h"
 
+#include <cstring>
+
 #include "app/language.h"
 #include "platform/handles.h"
 #include "tests/app/language_fixture.h"
@@ -95,6 +97,37 @@ TEST_F(HostilePacks, WithAnyWordChangedAreSurvived) {
     EXPECT_EQ(Ok(), L"Ok");
 }
 
+// A handheld ends a program that reads a word across the places of two.
+TEST_F(HostilePacks, WithADataAcrossTwoWordsLeaveEnglish) {
+    const std::vector<BYTE> sound = SoundPack();
+    unsigned moved = 0;
+    for (size_t at = 0x400; at + 3 < sound.size() && at < 0x900; at += 4) {
+        DWORD word = 0;
+        std::memcpy(&word, &sound[at], sizeof word);
+        // Where the image's one section lies.
+        if (word >= 0x1000 && word < 0x1000 + sound.size()) {
+            std::vector<BYTE> bytes = sound;
+            bytes[at] |= 2;
+            EXPECT_FALSE(app::IsWholeModule(bytes.data(), bytes.size())) << at;
+            ++moved;
+        }
+    }
+    // Two blocks of texts, a version and a picture.
+    EXPECT_EQ(moved, 4u);
+}
+
+TEST_F(HostilePacks, ThatSayTheyAreShorterThanTheyAreLeaveEnglish) {
+    std::vector<BYTE> bytes = SoundPack();
+    const auto header = reinterpret_cast<const IMAGE_NT_HEADERS*>(
+        bytes.data() + reinterpret_cast<const IMAGE_DOS_HEADER*>(bytes.data())->e_lfanew);
+    auto* const section = const_cast<IMAGE_SECTION_HEADER*>(IMAGE_FIRST_SECTION(header));
+    EXPECT_TRUE(app::IsWholeModule(bytes.data(), bytes.size()));
+    section->Misc.VirtualSize = 0x80;
+    EXPECT_FALSE(app::IsWholeModule(bytes.data(), bytes.size()));
+    section->Misc.VirtualSize = 0;
+    EXPECT_TRUE(app::IsWholeModule(bytes.data(), bytes.size()));
+}
+
 TEST_F(HostilePacks, ThatAreAnotherProgramLeaveEnglishWhereItHasNoText) {
     wchar_t notepad[MAX_PATH];
     ASSERT_TRUE(GetSystemDirectoryW(notepad, MAX_PATH));
@@ -168,6 +201,20 @@ TEST_F(HostilePacks, WithPicturesOfNoSizeLeaveTheProgramsPictures) {
     ASSERT_TRUE(LoadLanguage(german));
     EXPECT_EQ(ui::StripModule(ui::mainStrips), text::ProgramModule());
     EXPECT_EQ(ui::StripModule(ui::statusStrips), text::ProgramModule());
+}
+
+TEST_F(HostilePacks, WithPicturesHigherThanAnyScreenLeaveTheProgramsPictures) {
+    for (const BYTE highest : {BYTE{0x01}, BYTE{0x7F}, BYTE{0xFF}}) {
+        std::vector<BYTE> high(64);
+        high[20] = highest;
+        ResourceModule(german).Picture(1000, high).Picture(1005, high).Write(PackPath());
+        ASSERT_TRUE(LoadLanguage(german));
+        EXPECT_EQ(ui::StripModule(ui::mainStrips), text::ProgramModule());
+        EXPECT_EQ(ui::StripModule(ui::statusStrips), text::ProgramModule());
+        const HMODULE pack = text::ResourceModule();
+        text::SetProgramModule(text::ProgramModule());
+        FreeLibrary(pack);
+    }
 }
 
 TEST_F(HostilePacks, AsLargeAsNoPackAreNotRead) {

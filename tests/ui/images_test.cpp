@@ -53,6 +53,24 @@ DWORD WINAPI DarkTheme(int index) {
     return index == COLOR_WINDOW ? themeWindow : systemColor(index);
 }
 
+// What comes from a bitmap of 16 bits a pixel: 5, 6 and 5 bits, the highest of which fill the rest.
+BOOL(WINAPI* blit)(HDC, int, int, int, int, HDC, int, int, DWORD) = nullptr;
+BOOL WINAPI BlitFrom16Bits(HDC dc, int x, int y, int width, int height, HDC source, int fromX,
+                           int fromY, DWORD operation) {
+    const BOOL done = blit(dc, x, y, width, height, source, fromX, fromY, operation);
+    DIBSECTION target = {};
+    GetObjectW(GetCurrentObject(dc, OBJ_BITMAP), sizeof target, &target);
+    const auto pixels = static_cast<BYTE*>(target.dsBm.bmBits);
+    for (int row = 0; pixels && row < target.dsBm.bmHeight; ++row) {
+        for (int at = 0; at < 3 * target.dsBm.bmWidth; ++at) {
+            BYTE& part = pixels[row * target.dsBm.bmWidthBytes + at];
+            const int kept = at % 3 == 1 ? 6 : 5;
+            part = static_cast<BYTE>((part & 0xFF << (8 - kept)) | part >> kept);
+        }
+    }
+    return done;
+}
+
 // Three icons of 4 x 4: full red, a blue upper left pixel, nothing.
 ImageStrip SampleStrip() {
     BITMAPINFO info = {};
@@ -212,6 +230,26 @@ TEST(DrawingResources, ReloadingGivesTheOldOnesBack) {
         resources.Load();
     }
     EXPECT_EQ(test::CountHeld().gdiObjects, before);
+}
+
+TEST(StatusStrip, FindsItsKeyOnAScreenOf16Bits) {
+    const test::PlatformHook color("GetSysColor", DarkTheme);
+    systemColor = color.Original();
+    const test::PlatformHook from16Bits("BitBlt", BlitFrom16Bits);
+    blit = from16Bits.Original();
+    const ImageStrip strip = LoadStatusStrip(40);
+    const ImageStrip decoded = LoadStrip(1005);
+    ASSERT_TRUE(strip && decoded);
+    const platform::UniqueMemoryDC before(CreateCompatibleDC(nullptr));
+    const platform::UniqueMemoryDC after(CreateCompatibleDC(nullptr));
+    const platform::Selected decodedIn(before.Get(), decoded.Bitmap());
+    const platform::Selected stripIn(after.Get(), strip.Bitmap());
+    for (int y = 0; y < decoded.IconSize(); ++y) {
+        for (int x = 0; x < decoded.IconSize() * decoded.Count(); ++x) {
+            const bool isKey = GetPixel(before.Get(), x, y) == RGB(200, 200, 200);
+            ASSERT_EQ(GetPixel(after.Get(), x, y) == themeWindow, isKey) << x << ',' << y;
+        }
+    }
 }
 
 TEST(StatusStrip, ShowsTheWindowsColorInPlaceOfItsKey) {
