@@ -21,6 +21,9 @@ struct TemplateTail {
 
 // The template's fields stand packed, the tail right behind 18 bytes.
 constexpr size_t fixedSize = 18;
+constexpr size_t sizeOffset = 14;
+// Dialog units, until the dialog is laid out.
+constexpr WORD firstSize[] = {10, 10};
 
 void FreeTemplate(void* memory) {
     LocalFree(memory);
@@ -33,7 +36,9 @@ UniqueTemplate BuildTemplate() {
         const DWORD style = dialogStyle;
         const TemplateTail tail;
         std::memcpy(memory.Get(), &style, sizeof style);
-        std::memcpy(static_cast<char*>(memory.Get()) + fixedSize, &tail, sizeof tail);
+        const auto bytes = static_cast<char*>(memory.Get());
+        std::memcpy(bytes + sizeOffset, firstSize, sizeof firstSize);
+        std::memcpy(bytes + fixedSize, &tail, sizeof tail);
     }
     return memory;
 }

@@ -34,7 +34,7 @@ constexpr WORD SHMBOF_NOTIFY = 2;
 
 extern "C" {
 HBITMAP SHLoadImageResource(HINSTANCE module, UINT id);
-HWND SHFindMenuBar(HWND window);
+HWND SHFindMenuBar(HWND window, DWORD flags);
 BOOL SipGetInfo(SIPINFO* info);
 BOOL SipShowIM(DWORD flags);
 BOOL SHInitDialog(SHINITDLGINFO* info);
@@ -44,7 +44,7 @@ BOOL SHFullScreen(HWND window, DWORD flags);
 namespace platform {
 
 HWND FindMenuBar(HWND window) {
-    return SHFindMenuBar(window);
+    return SHFindMenuBar(window, 0);
 }
 
 HBITMAP LoadImageResource(HINSTANCE module, UINT id) {
@@ -89,7 +89,7 @@ bool ShellShowsCaption() {
 }
 
 void ClaimBackKey(HWND window) {
-    if (const HWND bar = SHFindMenuBar(window)) {
+    if (const HWND bar = SHFindMenuBar(window, 0)) {
         constexpr WORD bits = SHMBOF_NODEFAULT | SHMBOF_NOTIFY;
         SendMessageW(bar, SHCMBM_OVERRIDEKEY, VK_ESCAPE, MAKELPARAM(bits, bits));
     }

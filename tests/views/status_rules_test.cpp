@@ -135,6 +135,9 @@ TEST(StatusStore, ItsVolumeIsTheFolderOfTheSameNameInAnyCase) {
     EXPECT_FALSE(IsVolumeOfFolder(L"Storage Card", L"Storage Card2"));
     EXPECT_FALSE(IsVolumeOfFolder(L"Storage Card2", L"Storage Card"));
     EXPECT_FALSE(IsVolumeOfFolder(L"", L"Storage Card"));
+    // As a path, which some storage managers tell.
+    EXPECT_TRUE(IsVolumeOfFolder(L"\\Storage Card", L"Storage Card"));
+    EXPECT_FALSE(IsVolumeOfFolder(L"\\", L"Storage Card"));
 }
 
 TEST(StatusStore, AVolumeWhoseNameBeginsWithZeroIsSkipped) {

@@ -84,6 +84,10 @@ bool IsVolumeOfFolder(std::wstring_view volumeName, std::wstring_view folder) {
     if (!volumeName.empty() && volumeName[0] == L'0') {
         return false;
     }
+    // Some storage managers name the volume as a path.
+    if (!volumeName.empty() && volumeName[0] == L'\\') {
+        volumeName.remove_prefix(1);
+    }
     return CompareStringW(LOCALE_USER_DEFAULT, NORM_IGNORECASE, folder.data(),
                           static_cast<int>(folder.size()), volumeName.data(),
                           static_cast<int>(volumeName.size())) == CSTR_EQUAL;
