@@ -68,7 +68,11 @@ Finger& Finger::KeyUp(const std::string& name) {
 // file says when it is through.
 bool Finger::Play() {
     static volatile LONG count = 0;
-    const std::string marker = "/tmp/vantor-finger-" + std::to_string(GetCurrentProcessId()) + '-' +
+    // Devices that run side by side may number their processes alike, but no two share a screen.
+    char display[32] = {};
+    GetEnvironmentVariableA("DISPLAY", display, sizeof display);
+    const std::string marker = std::string("/tmp/vantor-finger") + display + '-' +
+                               std::to_string(GetCurrentProcessId()) + '-' +
                                std::to_string(InterlockedIncrement(&count));
     const std::wstring seen = L"\\\\?\\unix" + Widen(marker);
     std::wstring markerPath = seen;
