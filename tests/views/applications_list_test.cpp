@@ -115,6 +115,16 @@ TEST_F(ApplicationsList, EndsSilentlyAtAWindowWhoseExecutableIsNotTold) {
     EXPECT_EQ(Rows(), (Titles{L"Sample 1", L"Sample 2", L"Sample 3"}));
 }
 
+TEST_F(ApplicationsList, StaysWhereItIsScrolledToWhenItIsReadAnew) {
+    const SampleProgram program(L"polite", L"Sample 1");
+    const OnlyApplications only(std::vector<HWND>(60, program.Window()));
+    Open();
+    ASSERT_EQ(List().GetCount(), 60u);
+    List().SetTopIndex(30);
+    view->Resume();
+    EXPECT_EQ(List().GetTopIndex(), 30u);
+}
+
 TEST_F(ApplicationsList, IsEmptyWithoutAMessageWhenThereIsNoEnumeration) {
     const PlatformHook<BOOL WINAPI(WNDENUMPROC, LPARAM)> windows("EnumWindows", NoWindows);
     Open();

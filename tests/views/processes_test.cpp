@@ -71,6 +71,20 @@ TEST_F(FakeDeviceProcesses, OfOneBaseStandTheLaterFirst) {
     EXPECT_EQ(Rows(), (Titles{L"b.exe", L"c.exe", L"a.exe"}));
 }
 
+TEST_F(FakeDeviceProcesses, StayWhereTheyAreScrolledToWhenTheyAreReadAnew) {
+    Open();
+    List().SetTopIndex(40);
+    view.Resume();
+    EXPECT_EQ(List().GetTopIndex(), 40u);
+    List().SetSelection(41);
+    view.Resume();
+    EXPECT_EQ(List().GetTopIndex(), 40u);
+    EXPECT_EQ(Selected(), L"process41.exe");
+    device.processes.resize(20);
+    view.Resume();
+    EXPECT_EQ(List().GetTopIndex(), List().GetMaxTop());
+}
+
 TEST_F(FakeDeviceProcesses, AreShownFromAnotherViewWithOneSelected) {
     Open(views::ViewArgument{Named(L"process7.exe").id, L""});
     EXPECT_EQ(Selected(), L"process7.exe");

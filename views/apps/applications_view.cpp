@@ -142,6 +142,7 @@ void ApplicationsView::Refresh() {
 void ApplicationsView::Enumerate() {
     const platform::WaitCursor cursor;
     const Raised enumerating(enumerating_);
+    const unsigned top = List().GetTopIndex();
     List().Clear();
     try {
         FindRunningApps(GetFrame().Closer(), GetFrame().Flags(),
@@ -150,6 +151,7 @@ void ApplicationsView::Enumerate() {
         // The windows behind the one that failed are listed when they can be.
     }
     List().Layout();
+    List().SetTopIndex(top);
     GetFrame().TitleChanged();
     GetFrame().MenuStateChanged();
 }

@@ -33,7 +33,8 @@ class ApplicationsView final : public ListView {
     const AppItem& SelectedItem() const {
         return ItemOf(List().GetItemData(List().GetSelection()));
     }
-    // Fills the list anew; nothing is selected. What fails ends the search without a message.
+    // Fills the list anew, scrolled as before; nothing is selected. What fails ends the search
+    // without a message.
     void Enumerate();
     void InsertSorted(std::unique_ptr<AppItem> item);
     // The commands for a window.

@@ -23,7 +23,7 @@ unsigned LowerBound(const ViewList& list, ULONG_PTR base) {
 }  // namespace
 
 ImageListFiller::ImageListFiller(Frame& frame, ViewList& list, ULONG_PTR selected)
-    : frame_(frame), list_(list), selected_(selected) {
+    : frame_(frame), list_(list), top_(list.GetTopIndex()), selected_(selected) {
     list_.Clear();
 }
 
@@ -41,6 +41,7 @@ ImageListFiller::~ImageListFiller() {
 void ImageListFiller::Finish() {
     finished_ = true;
     list_.Layout();
+    list_.SetTopIndex(top_);
     list_.SetSelection(selectedRow_);
     frame_.TitleChanged();
     frame_.MenuStateChanged();

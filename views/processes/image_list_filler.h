@@ -26,6 +26,8 @@ class ImageListFiller {
     const platform::WaitCursor cursor_;
     Frame& frame_;
     ViewList& list_;
+    // The row at the top, which stays where it was as far as the new rows allow.
+    unsigned top_;
     ULONG_PTR selected_;
     unsigned selectedRow_ = ui::noRow;
     bool finished_ = false;
