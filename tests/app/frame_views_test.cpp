@@ -182,10 +182,10 @@ TEST_F(FrameViews, ThatFailToOpenAreReportedAndTheProgramGoesOn) {
         PostMessageW(frame.Handle(), WM_COMMAND, 600, 0);
         const HWND box = WaitForWindow(L"#32770");
         ASSERT_TRUE(box);
-        EXPECT_TRUE(WaitFor([&] { return drawn.Has(L"Ok"); }));
+        EXPECT_TRUE(drawn.Shows(L"Ok"));
         EXPECT_EQ(TextOf(box), L"Error");
         EXPECT_EQ(GetWindow(box, GW_OWNER), frame.Handle());
-        EXPECT_TRUE(drawn.Has(text)) << drawn.All();
+        EXPECT_TRUE(drawn.Shows(text)) << drawn.All();
         Finger().Key("Return").Play();
         EXPECT_TRUE(WaitFor([&] { return !IsWindow(box); }));
         PostMessageW(frame.Handle(), WM_COMMAND, 601, 0);
@@ -225,7 +225,7 @@ TEST_F(FrameViews, WithoutAListAreReported) {
         PostMessageW(frame.Handle(), WM_COMMAND, 601, 0);
         const HWND box = WaitForWindow(L"#32770");
         ASSERT_TRUE(box);
-        EXPECT_TRUE(WaitFor([&] { return drawn.Has(L"Ok"); }));
+        EXPECT_TRUE(drawn.Shows(L"Ok"));
         EXPECT_NE(drawn.All().find("The action can't be completed"), std::string::npos);
         Finger().Key("Return").Play();
         EXPECT_TRUE(WaitFor([&] { return !IsWindow(box); }));
@@ -246,8 +246,8 @@ TEST_F(FrameViews, StayWhenTheyFailBeforeGivingWay) {
         PostMessageW(frame.Handle(), WM_COMMAND, 603, 0);
         const HWND box = WaitForWindow(L"#32770");
         ASSERT_TRUE(box);
-        EXPECT_TRUE(WaitFor([&] { return drawn.Has(L"Ok"); }));
-        EXPECT_TRUE(drawn.Has(L"The action can't be completed\r\nUnexpected error."));
+        EXPECT_TRUE(drawn.Shows(L"Ok"));
+        EXPECT_TRUE(drawn.Shows(L"The action can't be completed\r\nUnexpected error."));
         EXPECT_EQ(Caption(), L"\\");
         Finger().Key("Return").Play();
         EXPECT_TRUE(WaitFor([&] { return !IsWindow(box); }));

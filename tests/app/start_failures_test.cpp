@@ -144,7 +144,7 @@ class StartFailure : public RunningProgram {
         EXPECT_FALSE(hasOwner);
         EXPECT_TRUE(hasButton);
         EXPECT_FALSE(mainWindowExisted);
-        EXPECT_TRUE(drawn.Has(text)) << drawn.All();
+        EXPECT_TRUE(drawn.Shows(text)) << drawn.All();
     }
 };
 

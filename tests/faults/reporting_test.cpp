@@ -34,7 +34,7 @@ class Reporting : public testing::Test {
                 caption = TextOf(box);
                 ownerOfBox = GetWindow(box, GW_OWNER);
                 ownerEnabled = IsWindowEnabled(owner);
-                hasOneButton = WaitFor([&] { return drawn.Has(L"Ok"); });
+                hasOneButton = drawn.Shows(L"Ok");
                 EXPECT_TRUE(Finger().Key("Return").Play());
             },
             action);
@@ -61,12 +61,12 @@ TEST_F(Reporting, ShowsAFaultBehindTheContextAndItsInserts) {
     EXPECT_EQ(ownerOfBox, owner);
     EXPECT_FALSE(ownerEnabled);
     EXPECT_TRUE(hasOneButton);
-    EXPECT_TRUE(drawn.Has(L"Can't rename 'a.txt' \r\nIt is in use")) << drawn.All();
+    EXPECT_TRUE(drawn.Shows(L"Can't rename 'a.txt' \r\nIt is in use")) << drawn.All();
 }
 
 TEST_F(Reporting, ShowsTheCodeOfAFaultWithoutAText) {
     ReadBox([this] { ui::RunAction(owner, ui::actionFailed, [] { throw faults::Fault(); }); });
-    EXPECT_TRUE(drawn.Has(L"The action can't be completed\r\n0x80000008")) << drawn.All();
+    EXPECT_TRUE(drawn.Shows(L"The action can't be completed\r\n0x80000008")) << drawn.All();
 }
 
 TEST_F(Reporting, ShowsAnyOtherExceptionAsUnexpected) {
@@ -74,12 +74,12 @@ TEST_F(Reporting, ShowsAnyOtherExceptionAsUnexpected) {
         ui::RunAction(owner, cannotEnumerate, [] { throw std::runtime_error("internal"); });
     });
     EXPECT_EQ(caption, L"Error");
-    EXPECT_TRUE(drawn.Has(L"Can't enumerate process\r\nUnexpected error.")) << drawn.All();
+    EXPECT_TRUE(drawn.Shows(L"Can't enumerate process\r\nUnexpected error.")) << drawn.All();
 }
 
 TEST_F(Reporting, ShowsWhatIsNoExceptionObjectAsUnexpected) {
     ReadBox([this] { ui::RunAction(owner, ui::actionFailed, [] { throw 5; }); });
-    EXPECT_TRUE(drawn.Has(L"The action can't be completed\r\nUnexpected error.")) << drawn.All();
+    EXPECT_TRUE(drawn.Shows(L"The action can't be completed\r\nUnexpected error.")) << drawn.All();
 }
 
 TEST_F(Reporting, LeavesDoneWhatTheActionHadDone) {

@@ -7,6 +7,7 @@
 #include "tests/support/finger.h"
 #include "tests/support/input_taken.h"
 #include "tests/support/only_applications.h"
+#include "tests/support/shell_clipboard.h"
 #include "tests/support/wait.h"
 #include "ui/message_box.h"
 
@@ -20,6 +21,7 @@ class GalleryFrame : public FrameFixture {
  protected:
     // Runs the program in the sample folder while the script acts.
     void Run(const std::function<void()>& script, DWORD flags = 0, DWORD view = 0) {
+        ClearClipboard();
         CleanSettings::SetText(L"path", folder_.Path());
         CleanSettings::SetNumber(L"flags", flags);
         CleanSettings::SetNumber(L"view", view);

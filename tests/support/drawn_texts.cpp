@@ -1,7 +1,9 @@
 #include "tests/support/drawn_texts.h"
 
 #include <algorithm>
+
 #include <cwchar>
+#include "tests/support/wait.h"
 
 namespace test {
 
@@ -42,6 +44,10 @@ void DrawnTexts::Note(const wchar_t* text, size_t length) {
 bool DrawnTexts::Has(const std::wstring& text) const {
     const std::lock_guard guard(lock_);
     return std::find(texts_.begin(), texts_.end(), text) != texts_.end();
+}
+
+bool DrawnTexts::Shows(const std::wstring& text) const {
+    return WaitFor([&] { return Has(text); });
 }
 
 bool DrawnTexts::Contains(const std::wstring& part) const {

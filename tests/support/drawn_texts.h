@@ -19,6 +19,8 @@ class DrawnTexts {
 
     // Whether a text has been drawn as a whole. Safe on any thread.
     bool Has(const std::wstring& text) const;
+    // The same, but waits for a text that is still to be drawn by another thread.
+    bool Shows(const std::wstring& text) const;
     // Whether some text that has been drawn contains the part.
     bool Contains(const std::wstring& part) const;
     // What has been drawn so far does not count any more.

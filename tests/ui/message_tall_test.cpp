@@ -58,7 +58,7 @@ TEST_F(MessageBoxTall, KeysReachEveryLine) {
                            input.Play(Finger().Key("Down"));
                        }
                        for (int number = 0; number < 40; ++number) {
-                           EXPECT_TRUE(drawn.Has(Line(number))) << number;
+                           EXPECT_TRUE(drawn.Shows(Line(number))) << number;
                        }
                        input.Play(Finger().Key("Tab"));
                        EXPECT_TRUE(FocusIs(Bar(box)));
@@ -79,7 +79,7 @@ TEST_F(MessageBoxTall, AFingerReachesEveryLineAndTheButtonsWork) {
                            input.Play(Finger().Down(low).Wait(20).DragTo(low, high, 10).Up());
                        }
                        for (int number = 0; number < 40; ++number) {
-                           EXPECT_TRUE(drawn.Has(Line(number))) << number;
+                           EXPECT_TRUE(drawn.Shows(Line(number))) << number;
                        }
                        End(Finger().Tap(ButtonPoint(box, 1, 2)));
                    }),

@@ -139,7 +139,7 @@ TEST_F(ApplicationsCommands, StoppingACriticalApplicationIsAskedFirst) {
     Open();
     Select(L"Sample shell");
     Answered(615, L"Are you sure you want to end", {"Return"});
-    EXPECT_TRUE(texts.Has(L"Warning")) << texts.All();
+    EXPECT_TRUE(texts.Shows(L"Warning")) << texts.All();
     EXPECT_TRUE(shell.Runs()) << "No is the default";
     EXPECT_EQ(Selected(), L"") << "the list is read anew";
     Select(L"Sample shell");
@@ -155,7 +155,7 @@ TEST_F(ApplicationsCommands, AFailingStopIsShownWithItsContext) {
     const PlatformHook<DWORD WINAPI(HANDLE, DWORD)> wait("WaitForSingleObject", NoWait);
     realWait = wait.Original();
     Answered(615, L"Can't quit application", {"Return"});
-    EXPECT_TRUE(texts.Has(L"Error")) << texts.All();
+    EXPECT_TRUE(texts.Shows(L"Error")) << texts.All();
     EXPECT_TRUE(Shows(L"Invalid handle.")) << texts.All();
 }
 
@@ -243,11 +243,11 @@ TEST_F(ApplicationsCommands, InformationShowsTheWindowAsItIs) {
             wchar_t handle[64];
             swprintf(handle, 64, L"0x%lx",
                      static_cast<DWORD>(reinterpret_cast<ULONG_PTR>(program.Window())));
-            EXPECT_TRUE(WaitFor([&] { return texts.Has(process); })) << texts.All();
-            EXPECT_TRUE(texts.Has(handle)) << texts.All();
-            EXPECT_TRUE(texts.Has(L"Window handle:")) << texts.All();
-            EXPECT_TRUE(texts.Has(L"owner process PID:")) << texts.All();
-            EXPECT_TRUE(texts.Has(L"  Sample 1")) << texts.All();
+            EXPECT_TRUE(texts.Shows(process)) << texts.All();
+            EXPECT_TRUE(texts.Shows(handle)) << texts.All();
+            EXPECT_TRUE(texts.Shows(L"Window handle:")) << texts.All();
+            EXPECT_TRUE(texts.Shows(L"owner process PID:")) << texts.All();
+            EXPECT_TRUE(texts.Shows(L"  Sample 1")) << texts.All();
             Finger().Key("Return").Play();
         },
         [&] { view->Command(614); });

@@ -159,8 +159,8 @@ TEST_F(ChooserChoice, PropertiesDescribesTheSelectedRow) {
     Look([&] {
         HoldOn(L"b c.exe");
         ChooseFromMenu(0);
-        EXPECT_TRUE(WaitFor([&] { return drawn.Has(L"Location:"); })) << drawn.All();
-        EXPECT_TRUE(drawn.Has(folder.Path())) << drawn.All();
+        EXPECT_TRUE(drawn.Shows(L"Location:")) << drawn.All();
+        EXPECT_TRUE(drawn.Shows(folder.Path())) << drawn.All();
         Press("Escape");
         EXPECT_TRUE(WaitFor([&] { return GetForegroundWindow() == Dialog(); }));
         EXPECT_EQ(Chosen(), L"b c.exe");
@@ -186,8 +186,8 @@ TEST_F(ChooserChoice, AProgramThatCannotBeStartedIsReported) {
         TapOn(L"b c.exe");
         EXPECT_TRUE(WaitFor([&] { return !IsWindow(Dialog()); }));
         EXPECT_TRUE(WaitForWindow(L"#32770"));
-        EXPECT_TRUE(WaitFor([&] { return drawn.Has(L"Ok"); }));
-        EXPECT_TRUE(drawn.Has(L"Error"));
+        EXPECT_TRUE(drawn.Shows(L"Ok"));
+        EXPECT_TRUE(drawn.Shows(L"Error"));
         Press("Return");
     });
     EXPECT_NE(drawn.All().find("Access denied"), std::string::npos) << drawn.All();

@@ -215,7 +215,7 @@ TEST_F(PastingConflicts, FoldersAreMergedAndEachConflictAsked) {
                 L"The destination already contains a file named\r\n'a.txt'.\r\nWould "
                 L"you like to overwrite existing file?");
         }));
-        EXPECT_TRUE(texts.Has(L"Cancel"));
+        EXPECT_TRUE(WaitFor([&] { return texts.Has(L"Cancel"); }));
         Finger().Key("Return").Play();
     });
     EXPECT_EQ(ContentAt(To(L"Docs\\a.txt")), "theirs");

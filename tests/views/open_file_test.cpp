@@ -111,8 +111,8 @@ class OpenFile : public FilesFixture {
             [&] {
                 const HWND box = WaitForWindow(L"#32770");
                 EXPECT_TRUE(box);
-                EXPECT_TRUE(WaitFor([&] { return drawn.Has(L"Ok"); }));
-                EXPECT_TRUE(drawn.Has(L"Error"));
+                EXPECT_TRUE(drawn.Shows(L"Ok"));
+                EXPECT_TRUE(drawn.Shows(L"Error"));
                 EXPECT_TRUE(Finger().Key("Return").Play());
                 EXPECT_TRUE(WaitFor([] { return !FindVisible(L"#32770"); }));
             },

@@ -284,13 +284,13 @@ TEST_F(FakeDeviceProcesses, TellTheirMemoryAndHeapsOnAPage) {
     WhileUser(
         [&] {
             EXPECT_TRUE(WaitForWindow(L"#32770"));
-            EXPECT_TRUE(WaitFor([&] { return texts.Has(L"4.00 KB"); })) << texts.All();
+            EXPECT_TRUE(texts.Shows(L"4.00 KB")) << texts.All();
             for (const wchar_t* text :
                  {L"Process Information", L"process2.exe", L"Process id:", L"Threads number:",
                   L"12", L"Load address:", L"4000000", L"Virtul memory:", L"1.02 MB",
                   L"commited (2):", L"16.00 KB", L"reserved (1):", L"1.00 MB", L"Heaps:"}) {
-                EXPECT_TRUE(texts.Has(text)) << std::string(text, text + wcslen(text)) << "\n"
-                                             << texts.All();
+                EXPECT_TRUE(texts.Shows(text)) << std::string(text, text + wcslen(text)) << "\n"
+                                               << texts.All();
             }
             Finger().Key("Return").Play();
         },

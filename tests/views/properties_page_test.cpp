@@ -98,7 +98,7 @@ class PropertiesPage : public FilesFixture {
         const DrawnTexts drawn;
         OnPageOf(name, [&](HWND page) {
             ScrollThrough(page);
-            EXPECT_TRUE(WaitFor([&] { return drawn.Has(L"ROM Static Ref"); })) << drawn.All();
+            EXPECT_TRUE(drawn.Shows(L"ROM Static Ref")) << drawn.All();
         });
         return drawn.All();
     }
@@ -195,8 +195,8 @@ TEST_F(PropertiesPage, OfAFileThatVanishedHasEveryBoxChecked) {
             const HWND page = WaitForWindow(L"#32770");
             EXPECT_TRUE(WaitFor([&] { return HasKeyboard(FindChild(page, L"DlgControlList")); }));
             checked = Checked(page);
-            EXPECT_TRUE(WaitFor([&] { return drawn.Has(L"0 bytes"); })) << drawn.All();
-            EXPECT_TRUE(drawn.Has(L"Unknown")) << drawn.All();
+            EXPECT_TRUE(drawn.Shows(L"0 bytes")) << drawn.All();
+            EXPECT_TRUE(drawn.Shows(L"Unknown")) << drawn.All();
             Finger().Key("Escape").Play();
         },
         [&] { View().Command(614); });
@@ -279,7 +279,7 @@ TEST_F(PropertiesPage, ShowsNoIconWhoseSizeIsUnknown) {
         const PlatformHook<decltype(NoteIcon)> hook("ImageList_Draw", NoteIcon);
         InvalidateRect(List(page), nullptr, FALSE);
         EXPECT_TRUE(WaitFor([&] { return !GetUpdateRect(List(page), nullptr, FALSE); }));
-        EXPECT_TRUE(drawn.Has(L"a.txt"));
+        EXPECT_TRUE(drawn.Shows(L"a.txt"));
         EXPECT_TRUE(iconsDrawn.empty());
     });
 }

@@ -446,7 +446,8 @@ class WholeCommandTest(DeviceTest):
         self.assertIn("built desktop", result.stdout)
         self.assertIn("built handheld", result.stdout)
         self.assertRegex(
-            result.stdout.splitlines()[-1], r"^screen :\d+, --test-dir build/desktop --output-on-failure -R some name$"
+            result.stdout.splitlines()[-1],
+            r"^screen :\d+, --test-dir build/desktop --parallel 2 --output-on-failure -R some name$",
         )
         self.assert_nothing_runs()
 
