@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/windows.h"
@@ -19,8 +20,8 @@ class Clipboard {
             CloseClipboard();
         }
     }
-    Clipboard(const Clipboard&) = delete;
-    Clipboard& operator=(const Clipboard&) = delete;
+    Clipboard(Clipboard&& other) : open_(std::exchange(other.open_, false)) {}
+    Clipboard& operator=(Clipboard&&) = delete;
     explicit operator bool() const { return open_; }
 
  private:

@@ -92,16 +92,28 @@ class Selected {
     HGDIOBJ previous_;
 };
 
-// Shows the wait cursor for as long as it lives (LoadCursorW, SetCursor).
-class WaitCursor {
+// Shows one of the system's cursors for as long as it lives (LoadCursorW, SetCursor).
+class ShownCursor {
  public:
-    WaitCursor() : previous_(SetCursor(LoadCursorW(nullptr, IDC_WAIT))) {}
-    ~WaitCursor() { SetCursor(previous_); }
-    WaitCursor(const WaitCursor&) = delete;
-    WaitCursor& operator=(const WaitCursor&) = delete;
+    explicit ShownCursor(const wchar_t* name) : previous_(SetCursor(LoadCursorW(nullptr, name))) {}
+    ~ShownCursor() { SetCursor(previous_); }
+    ShownCursor(const ShownCursor&) = delete;
+    ShownCursor& operator=(const ShownCursor&) = delete;
 
  private:
     HCURSOR previous_;
+};
+
+// The wait cursor, while something lasts.
+class WaitCursor : public ShownCursor {
+ public:
+    WaitCursor() : ShownCursor(IDC_WAIT) {}
+};
+
+// The arrow, or nothing on a handheld without one: while a person is asked, nothing waits.
+class ArrowCursor : public ShownCursor {
+ public:
+    ArrowCursor() : ShownCursor(IDC_ARROW) {}
 };
 
 // A counted reference to a COM object.

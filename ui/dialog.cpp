@@ -77,6 +77,7 @@ INT_PTR RunDialog(HWND owner, Dialog& dialog) {
         SetLastError(ERROR_OUTOFMEMORY);
         return -1;
     }
+    const platform::ArrowCursor arrow;
     const INT_PTR result = DialogBoxIndirectParamW(
         text::ProgramModule(), static_cast<const DLGTEMPLATE*>(memory.Get()), owner,
         Dialog::Procedure, reinterpret_cast<LPARAM>(&dialog));

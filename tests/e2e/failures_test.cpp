@@ -89,8 +89,9 @@ TEST_F(Failures, OfMemoryAreToldAndTheProgramGoesOn) {
     PutOnClipboard(header, large, 1);
     ChooseCommand(filesMenu, paste);
     EXPECT_EQ(CaptionOfBox(), L"Error");
+    // While the message stands the clipboard is free for others.
+    ClearClipboard();
     Answer(Finger().Key("Return"));
     ASSERT_TRUE(Finger().Key("Left").Play());
     EXPECT_TRUE(Shows(L"\\Temp"));
-    ClearClipboard();
 }

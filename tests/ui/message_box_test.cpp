@@ -1,3 +1,6 @@
+#include <atomic>
+
+#include "platform/handles.h"
 #include "tests/support/platform_hook.h"
 #include "tests/ui/sample_box.h"
 
@@ -51,6 +54,13 @@ HWND WINAPI NoWindow(DWORD, const wchar_t*, const wchar_t*, DWORD, int, int, int
     return nullptr;
 }
 
+std::atomic<HCURSOR> shownCursor = nullptr;
+HCURSOR(WINAPI* setCursor)(HCURSOR) = nullptr;
+HCURSOR WINAPI NoteCursor(HCURSOR cursor) {
+    shownCursor = cursor;
+    return setCursor(cursor);
+}
+
 int smallFullScreen = 0;
 int(WINAPI* systemMetric)(int) = nullptr;
 int WINAPI SmallFullScreen(int index) {
@@ -96,6 +106,19 @@ TEST_F(MessageBoxResult, TheOwnerWaitsForIt) {
     });
     EXPECT_TRUE(IsWindowEnabled(owner.Handle()));
     EXPECT_EQ(GetForegroundWindow(), owner.Handle());
+}
+
+TEST_F(MessageBoxResult, NothingWaitsWhileItAsks) {
+    const PlatformHook<HCURSOR WINAPI(HCURSOR)> cursor("SetCursor", NoteCursor);
+    setCursor = cursor.Original();
+    const platform::WaitCursor waiting;
+    EXPECT_EQ(shownCursor, LoadCursorW(nullptr, IDC_WAIT));
+    Show(L"Really?", yesNo, 0, [&] {
+        WaitForBox();
+        EXPECT_EQ(shownCursor, LoadCursorW(nullptr, IDC_ARROW));
+        Finger().Key("Return").Play();
+    });
+    EXPECT_EQ(shownCursor, LoadCursorW(nullptr, IDC_WAIT));
 }
 
 TEST_F(MessageBoxResult, HasTheStyleOfItsTemplate) {

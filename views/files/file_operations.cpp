@@ -345,11 +345,13 @@ void FileOperations::Paste() {
     std::vector<std::wstring> paths;
     bool move = false;
     ui::RunAction(Owner(), ui::actionFailed, [&] {
-        const platform::Clipboard clipboard(Owner());
+        platform::Clipboard clipboard(Owner());
         if (!clipboard) {
             throw faults::W32Fault();
         }
         ui::RunAction(Owner(), cannotReadClipboard, [&] {
+            // Closed before a person is told that it cannot be read.
+            const platform::Clipboard read(std::move(clipboard));
             DWORD effect = 0;
             const std::vector<uint8_t> bytes = platform::BytesOnClipboard(DropEffectFormat());
             if (bytes.size() >= sizeof effect) {
@@ -471,6 +473,7 @@ TransferAnswer FileOperations::AskAfterFailure(const std::wstring& source,
     const std::wstring text =
         text::Format(pattern, source, destination, ui::TextOfCurrentException());
     const std::wstring caption(text::LoadText(ui::captionWarning));
+    const platform::ArrowCursor arrow;
     // The box has no button of that name: whatever is answered stops the transfer.
     return MessageBoxW(Owner(), text.c_str(), caption.c_str(), MB_OKCANCEL | MB_ICONQUESTION) ==
                    IDYES
