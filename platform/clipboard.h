@@ -37,7 +37,7 @@ bool PutOnClipboard(UINT format, const void* bytes, size_t size);
 std::vector<uint8_t> BytesOnClipboard(UINT format);
 
 // A path as other programs write it, and back: a PC's has the letter of the drive, and may have
-// short names, "." and "..". The result has no backslash at its end.
+// short names, "." and "..". The result has no backslash at its end and no two in a row within it.
 std::wstring PathForOthers(const std::wstring& path);
 std::wstring PathFromOthers(const std::wstring& path);
 

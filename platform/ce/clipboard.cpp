@@ -45,8 +45,16 @@ std::wstring PathForOthers(const std::wstring& path) {
     return path;
 }
 
+// The file system takes several backslashes within a path for one; two begin a path elsewhere.
 std::wstring PathFromOthers(const std::wstring& path) {
-    return path.substr(0, path.find_last_not_of(L'\\') + 1);
+    std::wstring plain;
+    for (const wchar_t character : path) {
+        if (character != L'\\' || plain.size() < 2 || plain.back() != L'\\') {
+            plain += character;
+        }
+    }
+    plain.resize(plain.find_last_not_of(L'\\') + 1);
+    return plain;
 }
 
 }  // namespace platform

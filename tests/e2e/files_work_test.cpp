@@ -169,6 +169,16 @@ TEST_F(FilesWork, TheBackKeyEndsTheEditingOfAName) {
     EXPECT_TRUE(Shows(folder.Path()));
 }
 
+// Another spelling of a path must not end with a file overwritten by itself.
+TEST_F(FilesWork, AFileIsKnownByAPathWithTwoBackslashes) {
+    folder.MakeFile(L"one.txt", "1");
+    Start();
+    PutOnClipboard(PathForOthers(folder.Path()) + L"\\\\one.txt", 1);
+    ChooseCommand(files, paste);
+    EXPECT_TRUE(WaitFor([&] { return Exists(In(L"one - Copy.txt")); }));
+    EXPECT_EQ(Content(In(L"one.txt")), "1");
+}
+
 TEST_F(FilesWork, PropertiesAreShownAndChangeNothing) {
     const std::wstring file = folder.MakeFile(L"one.txt", "1");
     SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_READONLY);
