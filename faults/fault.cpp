@@ -114,8 +114,12 @@ std::wstring COMFault::FindMessage() const {
             !description.Get().empty()) {
             ComText source;
             error_->GetSource(source.Receive());
-            const std::wstring origin = source.Get();
-            return origin.empty() ? description.Get() : origin + L" : " + description.Get();
+            std::wstring message = source.Get();
+            if (!message.empty()) {
+                message += L" : ";
+            }
+            message += description.Get();
+            return message;
         }
     }
     return W32Fault::FindMessage();

@@ -67,7 +67,7 @@ bool FilesView::Deactivate(HDC dc) {
     leftName_.clear();
     if (HasSelection()) {
         const FileItem& item = ItemAt(List().GetSelection());
-        leftName_ = item.name;
+        leftName_ += item.name;
         leftAttributes_ = item.attributes;
     }
     List().SetMarking(false);
@@ -80,7 +80,7 @@ void FilesView::FlagsChanged(DWORD, DWORD) {
     DWORD attributes = 0;
     if (HasSelection()) {
         const FileItem& item = ItemAt(List().GetSelection());
-        name = item.name;
+        name += item.name;
         attributes = item.attributes;
     }
     Navigate(nullptr);
@@ -377,7 +377,7 @@ void FilesView::Navigate(const wchar_t* path) {
     if (path) {
         attributes = GetFileAttributesW(path);
         if (attributes != INVALID_FILE_ATTRIBUTES) {
-            path_ = path;
+            path_ = std::wstring(path);
             CutTrailingBackslashes(path_);
             if (!(attributes & FILE_ATTRIBUTE_DIRECTORY)) {
                 const size_t backslash = path_.rfind(L'\\');

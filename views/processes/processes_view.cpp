@@ -151,9 +151,9 @@ std::unique_ptr<ImageItem> ProcessesView::MakeItem(const platform::ProcessEntry&
         throw faults::W32Fault();
     }
     auto item = std::make_unique<ImageItem>();
-    item->path = path;
+    item->path += path;
     item->icon = IconOfFile(item->path);
-    item->name = entry.name;
+    item->name += entry.name;
     item->base = entry.base;
     item->id = entry.processId;
     if (GetFrame().Flags() & flagShowVirtualMemory) {

@@ -75,7 +75,8 @@ bool StorePath(std::wstring_view deviceName, std::wstring* path) {
         SetLastError(ERROR_BUFFER_OVERFLOW);
         return false;
     }
-    *path = L"\\StoreMgr\\";
+    path->clear();
+    *path += L"\\StoreMgr\\";
     *path += deviceName;
     return true;
 }
