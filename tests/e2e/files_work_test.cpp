@@ -48,6 +48,12 @@ class FilesWork : public FilesProgram {
         ASSERT_TRUE(Finger().Hold(RowPoint(row)).Play());
         ASSERT_TRUE(ShowsSelected(row));
     }
+    // The rows are drawn with their boxes when this returns.
+    void StartMarking() {
+        ChooseCommand(files, select);
+        ASSERT_TRUE(ShowsCaption(folder.Path() + L" (0)"));
+        StillListPicture();
+    }
     static void Put(const std::wstring& path, DWORD effect) {
         PutOnClipboard(PathForOthers(path), effect);
     }
@@ -201,8 +207,7 @@ TEST_F(FilesWork, MarkedRowsAreCopiedCutAndDeletedAfterOneQuestion) {
         folder.MakeFile(name);
     }
     Start();
-    ChooseCommand(files, select);
-    ASSERT_TRUE(ShowsCaption(folder.Path() + L" (0)"));
+    StartMarking();
     ASSERT_TRUE(Finger().Tap(RowPoint(0)).Wait(100).Tap(RowPoint(1)).Play());
     ASSERT_TRUE(ShowsCaption(folder.Path() + L" (2)"));
     ChooseCommand(marking, copy);
@@ -211,7 +216,7 @@ TEST_F(FilesWork, MarkedRowsAreCopiedCutAndDeletedAfterOneQuestion) {
     EXPECT_TRUE(
         WaitFor([&] { return Exists(In(L"a - Copy.txt")) && Exists(In(L"b - Copy.txt")); }));
 
-    ChooseCommand(files, select);
+    StartMarking();
     ASSERT_TRUE(Finger().Tap(RowPoint(0)).Play());
     ASSERT_TRUE(ShowsCaption(folder.Path() + L" (1)"));
     ChooseCommand(marking, cut);
@@ -220,7 +225,7 @@ TEST_F(FilesWork, MarkedRowsAreCopiedCutAndDeletedAfterOneQuestion) {
         return IsClipboardFormatAvailable(RegisterClipboardFormatW(L"Preferred DropEffect"));
     }));
 
-    ChooseCommand(files, select);
+    StartMarking();
     // Between the files stand their copies.
     ASSERT_TRUE(Finger().Tap(RowPoint(1)).Wait(100).Tap(RowPoint(3)).Play());
     ASSERT_TRUE(ShowsCaption(folder.Path() + L" (2)"));
