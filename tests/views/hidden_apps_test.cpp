@@ -2,6 +2,7 @@
 #include <objbase.h>
 
 #include "faults/fault.h"
+#include "platform/handles.h"
 #include "tests/support/sample_program.h"
 #include "tests/views/applications_fixture.h"
 
@@ -48,6 +49,9 @@ BOOL WINAPI NoMove(const wchar_t*, const wchar_t*, DWORD) {
 BOOL WINAPI OnlyDelete(const wchar_t*, const wchar_t* destination, DWORD) {
     DeleteFileW(destination);
     SetLastError(ERROR_DISK_FULL);
+    return FALSE;
+}
+BOOL WINAPI NotTaken(const wchar_t*, const wchar_t*) {
     return FALSE;
 }
 BOOL WINAPI NoFolder(HWND, wchar_t*, int, BOOL) {
@@ -185,6 +189,24 @@ TEST_F(HiddenApplications, OutliveASaveThatEndsBetweenTheOldFileAndTheNew) {
     EXPECT_TRUE(hidden.IsHidden(program.Window()));
     EXPECT_EQ(CountOf(hiddenApps.Read(), "other.exe"), 1u);
     EXPECT_TRUE(hiddenApps.Read(L".new").empty());
+}
+
+// What a first save has left unfinished must not be taken up as the list.
+TEST_F(HiddenApplications, LeaveNothingBehindWhenTheFirstSaveFails) {
+    const SampleProgram program(L"polite", L"Sample 1");
+    hiddenApps.Write("");
+    ASSERT_TRUE(MoveFileW(hiddenApps.File().c_str(), hiddenApps.File(L".new").c_str()));
+    {
+        const PlatformHook<BOOL WINAPI(const wchar_t*, const wchar_t*)> taken("MoveFileW",
+                                                                              NotTaken);
+        const platform::UniqueHandle held(
+            CreateFileW(hiddenApps.File(L".new").c_str(), GENERIC_READ,
+                        FILE_SHARE_READ | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING, 0, nullptr));
+        ASSERT_NE(held.Get(), INVALID_HANDLE_VALUE);
+        EXPECT_NE(CodeOfHiding(program.Window()), S_OK);
+    }
+    EXPECT_EQ(GetFileAttributesW(hiddenApps.File(L".new").c_str()), INVALID_FILE_ATTRIBUTES);
+    EXPECT_EQ(GetFileAttributesW(hiddenApps.File().c_str()), INVALID_FILE_ATTRIBUTES);
 }
 
 TEST_F(HiddenApplications, NeedNoPlaceToBeEmpty) {

@@ -153,8 +153,9 @@ void SaveOver(const Document& document, const std::wstring& path) {
     const HRESULT saved = platform::SaveXmlFile(document.Get(), next.c_str());
     if (FAILED(saved) || !platform::MoveOver(next.c_str(), path.c_str())) {
         const DWORD error = GetLastError();
-        // A handheld may have lost the old file by then; the new one is taken up in its place.
-        if (GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES) {
+        // A handheld may have lost the old file by then; a new one that is whole is taken up in its
+        // place.
+        if (FAILED(saved) || GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES) {
             DeleteFileW(next.c_str());
         }
         Succeed(saved);
