@@ -151,7 +151,7 @@ class OptionTest(CommandTest):
     def test_build_server_runs_the_tests(self):
         write_command(self.repository / "test", 'echo "the tests, $*"; exit 4\n')
         result = self.run_command(self.repository / ".ci/run", "-R", "x")
-        self.assertEqual((result.stdout, result.returncode), ("the tests, --parallel 1 --repeat until-pass:2 -R x\n", 4))
+        self.assertEqual((result.stdout, result.returncode), ("the tests, --parallel 1 -R x\n", 4))
 
 
 class PrepareTest(CommandTest):
