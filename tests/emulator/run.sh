@@ -14,12 +14,13 @@ cmake --build "$folder/mistakes" >"$folder/build.log" || { cat "$folder/build.lo
 grep -v 'MessageBeep' "$root/platform/ce/imports.txt" >"$folder/exports.txt"
 
 failures=0
-# Expect MISTAKE EXIT_CODE PATTERN...: the run ends so and says so.
+# Expect MISTAKE EXIT_CODE PATTERN...: the run ends so and says so. $device names its description, or is its path.
 Expect() {
-    local mistake=$1 code=$2 result=0 pattern
+    local mistake=$1 code=$2 result=0 pattern description=${device:-small}
     shift 2
+    [[ $description == /* ]] || description=$root/tests/devices/$description.txt
     VANTOR_HANDHELD_PROGRAM=$folder/mistakes/mistakes.exe VANTOR_HANDHELD_EXPORTS=$folder/exports.txt \
-        timeout 60 "$root/tools/device/in_device" --handheld "$root/tests/devices/${device:-small}.txt" \
+        timeout 60 "$root/tools/device/in_device" --handheld "$description" \
         'C:\Program Files\Vantor\vantor.exe' "$mistake" >"$folder/said.txt" 2>&1 || result=$?
     if [[ $result != "$code" ]]; then
         echo "FAILED: \"$mistake\" ended with $result, not $code" >&2
@@ -55,6 +56,11 @@ Expect read-nothing 99 'a read of 4 bytes at 00000020: nothing is there' 'ReadNo
 Expect leave-section-twice 99 'LeaveCriticalSection: the critical section at .* was not entered'
 Expect call-an-address 99 'made the call at f000e3d0, which the device does not have'
 device=large Expect list-partitions 7 'DSK1: holds Storage Card'
+Expect identify-files 7 'a file of 5 bytes with one link' '^the same as before' 'not the same as the other' \
+    'with an identifier' 'a folder is refused'
+sed 's/^store .*/& identity=no/' "$root/tests/devices/small.txt" >"$folder/nameless.txt"
+device=$folder/nameless.txt Expect identify-files 7 'a file of 5 bytes with one link' '^the same as the other' \
+    'without an identifier'
 
 # Wherever it is loaded and whatever processor it has, the program is the same.
 for processor in sa1110 ti925t arm926; do

@@ -177,7 +177,15 @@ std::uint64_t OpenAFile(Call& call) {
         SetLastError(ERROR_FILE_NOT_FOUND);
         return Result(INVALID_HANDLE_VALUE);
     }
-    return Result(CreateFileW(call.String(0), call.Word(1), call.Word(2), nullptr, call.Word(4),
+    // A folder cannot be opened: Windows CE has no FILE_FLAG_BACKUP_SEMANTICS.
+    const DWORD creation = call.Word(4);
+    const DWORD attributes = GetFileAttributesW(path.c_str());
+    if (creation != CREATE_NEW && attributes != INVALID_FILE_ATTRIBUTES &&
+        (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0) {
+        SetLastError(ERROR_ACCESS_DENIED);
+        return Result(INVALID_HANDLE_VALUE);
+    }
+    return Result(CreateFileW(path.c_str(), call.Word(1), call.Word(2), nullptr, creation,
                               call.Word(5), nullptr));
 }
 
@@ -217,6 +225,58 @@ const Device::Card* CardOf(const WCHAR* path) {
     return nullptr;
 }
 
+struct DeviceIdentity {
+    DWORD dwFileAttributes;
+    FILETIME ftCreationTime;
+    FILETIME ftLastAccessTime;
+    FILETIME ftLastWriteTime;
+    DWORD dwVolumeSerialNumber;
+    DWORD nFileSizeHigh;
+    DWORD nFileSizeLow;
+    DWORD nNumberOfLinks;
+    DWORD nFileIndexHigh;
+    DWORD nFileIndexLow;
+    DWORD dwOID;
+};
+static_assert(sizeof(DeviceIdentity) == 56);
+
+bool TellsIdentity(HANDLE file) {
+    const Text prefix = u"\\\\?\\";
+    WCHAR path[MAX_PATH + 4] = {};
+    GetFinalPathNameByHandleW(file, path, MAX_PATH + 4, FILE_NAME_NORMALIZED);
+    const Text named = path;
+    const bool prefixed = named.compare(0, prefix.size(), prefix) == 0;
+    const Text full = prefixed ? named.substr(prefix.size()) : named;
+    const Device::Card* card = CardOf(DevicePath(full).c_str());
+    return card ? card->identity : TheMachine().device.storeIdentity;
+}
+
+// The object's identifier is made of the file's index: never 0, and the same each time.
+std::uint64_t IdentifyFile(Call& call) {
+    const HANDLE file = call.HandleAt(0);
+    auto* shown = call.Out<DeviceIdentity>(1);
+    BY_HANDLE_FILE_INFORMATION found = {};
+    if (!GetFileInformationByHandle(file, &found)) {
+        return FALSE;
+    }
+    *shown = {};
+    shown->dwFileAttributes = found.dwFileAttributes;
+    shown->ftCreationTime = found.ftCreationTime;
+    shown->ftLastAccessTime = found.ftLastAccessTime;
+    shown->ftLastWriteTime = found.ftLastWriteTime;
+    shown->nFileSizeHigh = found.nFileSizeHigh;
+    shown->nFileSizeLow = found.nFileSizeLow;
+    shown->nNumberOfLinks = found.nNumberOfLinks;
+    if (TellsIdentity(file)) {
+        const DWORD mixed = found.nFileIndexLow ^ found.nFileIndexHigh;
+        shown->dwVolumeSerialNumber = found.dwVolumeSerialNumber;
+        shown->nFileIndexHigh = found.nFileIndexHigh;
+        shown->nFileIndexLow = found.nFileIndexLow;
+        shown->dwOID = mixed ? mixed : 1;
+    }
+    return TRUE;
+}
+
 std::uint64_t FreeSpace(Call& call) {
     const Device& device = TheMachine().device;
     const WCHAR* path = call.String(0);
@@ -242,6 +302,7 @@ const Services services = {
     {"GetFileAttributesExW", MoreAttributes},
     {"SetFileAttributesW", Direct<SetFileAttributesW>},
     {"CreateFileW", OpenAFile},
+    {"GetFileInformationByHandle", IdentifyFile},
     {"CloseHandle", CloseAHandle},
     {"ReadFile", ReadBytes},
     {"WriteFile", WriteBytes},

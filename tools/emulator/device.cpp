@@ -116,6 +116,7 @@ void Device::ReadLine(const std::string& file, unsigned number, const std::strin
     } else if (kind == "store") {
         store = static_cast<Address>(line.TakeNumber<Address>("kilobytes") * kilobyte);
         storeFree = static_cast<Address>(line.TakeNumber<Address>("free") * kilobyte);
+        storeIdentity = line.TakeFlag("identity", true);
     } else if (kind == "battery") {
         battery.present = line.TakeFlag("present", true);
         battery.online = line.TakeFlag("online", false);
@@ -133,6 +134,7 @@ void Device::ReadLine(const std::string& file, unsigned number, const std::strin
         card.free = line.TakeNumber<std::uint64_t>("free") * kilobyte;
         card.store = line.Take("store", "");
         card.profile = line.Take("profile", "");
+        card.identity = line.TakeFlag("identity", true);
         cards.push_back(card);
     } else if (kind == "process") {
         Process process;

@@ -42,6 +42,8 @@ struct Device {
         // itself, which the storage manager does not know.
         std::string store;
         std::string profile;
+        // Whether its file system tells one file from another: serial number, index and identifier.
+        bool identity = true;
     };
     struct Battery {
         bool present = true;
@@ -66,6 +68,7 @@ struct Device {
     Address memoryUsed = 0;
     Address store = 0;
     Address storeFree = 0;
+    bool storeIdentity = true;
     std::vector<Process> processes;
     std::vector<Card> cards;
     Battery battery;

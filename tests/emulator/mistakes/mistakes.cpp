@@ -131,6 +131,62 @@ void ListPartitions() {
     platform::CloseStoreSearch(stores);
 }
 
+// What GetFileInformationByHandle fills in: the headers lack the last word.
+struct Identity {
+    BY_HANDLE_FILE_INFORMATION information;
+    DWORD object;
+};
+static_assert(sizeof(Identity) == 56);
+
+void Tell(const std::wstring& line) {
+    OutputDebugStringW((line + L"\n").c_str());
+}
+
+Identity IdentityOf(const wchar_t* path) {
+    Identity identity;
+    FillMemory(&identity, sizeof identity, 0xCC);
+    const HANDLE file = CreateFileW(path, 0, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+    if (!GetFileInformationByHandle(file, &identity.information)) {
+        Tell(L"the file has no information");
+    }
+    CloseHandle(file);
+    return identity;
+}
+
+bool AreSame(const Identity& left, const Identity& right) {
+    return left.object == right.object &&
+           left.information.nFileIndexLow == right.information.nFileIndexLow &&
+           left.information.nFileIndexHigh == right.information.nFileIndexHigh &&
+           left.information.dwVolumeSerialNumber == right.information.dwVolumeSerialNumber;
+}
+
+void IdentifyFiles() {
+    const wchar_t* names[] = {L"\\Temp\\first.txt", L"\\Temp\\second.txt"};
+    for (const wchar_t* name : names) {
+        const HANDLE file = CreateFileW(name, GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
+        DWORD written = 0;
+        WriteFile(file, L"12345678", 5, &written, nullptr);
+        CloseHandle(file);
+    }
+    const Identity first = IdentityOf(names[0]);
+    const Identity second = IdentityOf(names[1]);
+    Tell(first.information.nFileSizeLow == 5 && first.information.nFileSizeHigh == 0 &&
+                 first.information.nNumberOfLinks == 1
+             ? L"a file of 5 bytes with one link"
+             : L"another file");
+    Tell(AreSame(first, IdentityOf(names[0])) ? L"the same as before" : L"not the same as before");
+    Tell(AreSame(first, second) ? L"the same as the other" : L"not the same as the other");
+    Tell(first.object && second.object ? L"with an identifier" : L"without an identifier");
+    constexpr DWORD asFolder = 0x02000000;
+    const HANDLE folder = CreateFileW(L"\\Temp", 0, 0, nullptr, OPEN_EXISTING, asFolder, nullptr);
+    Tell(folder == INVALID_HANDLE_VALUE && GetLastError() == ERROR_ACCESS_DENIED
+             ? L"a folder is refused"
+             : L"a folder was opened");
+    for (const wchar_t* name : names) {
+        DeleteFileW(name);
+    }
+}
+
 struct Mistake {
     const wchar_t* name;
     void (*function)();
@@ -157,6 +213,7 @@ constexpr Mistake mistakes[] = {
     {L"leave-section-twice", LeaveSectionTwice},
     {L"call-an-address", CallAnAddress},
     {L"list-partitions", ListPartitions},
+    {L"identify-files", IdentifyFiles},
 };
 
 }  // namespace
