@@ -4,8 +4,8 @@
 set -euo pipefail
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd -P)
 root=$(cd "$here/../.." && pwd -P)
-folder=${1:?}
-mkdir -p "$folder"
+mkdir -p "${1:?}"
+folder=$(cd "$1" && pwd -P)
 cmake -G Ninja -S "$here/mistakes" -B "$folder/mistakes" -DCMAKE_BUILD_TYPE=MinSizeRel \
     -DCMAKE_TOOLCHAIN_FILE="$root/cmake/handheld-toolchain.cmake" >"$folder/configure.log" ||
     { cat "$folder/configure.log"; exit 1; }
@@ -56,6 +56,12 @@ Expect read-nothing 99 'a read of 4 bytes at 00000020: nothing is there' 'ReadNo
 Expect leave-section-twice 99 'LeaveCriticalSection: the critical section at .* was not entered'
 Expect call-an-address 99 'made the call at f000e3d0, which the device does not have'
 device=large Expect list-partitions 7 'DSK1: holds Storage Card'
+# The program runs in the midst of a call: the call has the arguments of before, and finds the memory of after.
+Expect take-messages 7 'got the next' 'looked at the next'
+Expect free-message-while-waiting 99 'GetMessageW: 28 bytes at .* may not be written: 0 bytes into a freed block'
+Expect free-text-while-asking 99 'GetWindowTextW: 64 bytes at .* may not be written: 0 bytes into a freed block'
+Expect free-paint-while-erasing 99 'BeginPaint: 64 bytes at .* may not be written: 0 bytes into a freed block'
+Expect free-answer-while-sending 99 'SendMessageTimeout: 4 bytes at .* may not be written: 0 bytes into a freed block'
 Expect identify-files 7 'a file of 5 bytes with one link' '^the same as before' 'not the same as the other' \
     'with an identifier' 'a folder is refused'
 sed 's/^store .*/& identity=no/' "$root/tests/devices/small.txt" >"$folder/nameless.txt"

@@ -12,6 +12,7 @@
 #include "engine.h"
 #include "failing_call.h"
 #include "machine.h"
+#include "messages.h"
 #include "reach.h"
 #include "stop.h"
 
@@ -62,14 +63,16 @@ void FillTraps() {
     }
 }
 
-std::uint64_t RunProcedure(Call& call, WNDPROC procedure) {
+std::uint64_t RunProcedure(const Call& call, WNDPROC procedure) {
     return Result(CallWindowProcW(procedure, call.HandleAt<HWND>(0), call.Word(1), call.Word(2),
-                                  call.Signed(3)));
+                                  OutgoingParameter(call.Word(1), call.Word(3))));
 }
 
-std::uint64_t Serve(Call& call, Server server) {
+// The program's last error is this process's while a call is served.
+template <class Function>
+std::uint64_t WithLastError(Function serve) {
     SetLastError(lastError);
-    const std::uint64_t result = server(call);
+    const std::uint64_t result = serve();
     lastError = GetLastError();
     return result;
 }
@@ -83,7 +86,7 @@ std::uint64_t ServeAddress(Engine& engine, unsigned index) {
         Stop("the program made the %s, which the device does not have", name);
     }
     Call call(engine, name);
-    return Serve(call, found->second);
+    return WithLastError([&] { return found->second(call); });
 }
 
 }  // namespace
@@ -132,10 +135,11 @@ std::uint64_t ServeCall(Engine& engine, unsigned index) {
     Call call(engine, name.c_str());
     if (const FailingCall* failing = FailingCallOf(call)) {
         lastError = failing->error;
+        SetLastError(lastError);
         return failing->result;
     }
     if (procedure) {
-        return RunProcedure(call, procedure);
+        return WithLastError([&] { return RunProcedure(call, procedure); });
     }
     if (!method && Exports().count(name) == 0) {
         Stop("the program called %s, which the device does not export", name.c_str());
@@ -143,7 +147,7 @@ std::uint64_t ServeCall(Engine& engine, unsigned index) {
     if (!server) {
         Stop("the program called %s, which this emulator does not serve", name.c_str());
     }
-    return Serve(call, server);
+    return WithLastError([&] { return server(call); });
 }
 
 Address TrapForMethod(const std::string& name) {
@@ -207,15 +211,26 @@ void PrintCoveredCalls() {
                 covered.size());
 }
 
-Address Call::Word(unsigned index) const {
-    if (index < 4) {
-        return engine_.Register(UC_ARM_REG_R0 + static_cast<int>(index));
+// Four arguments are in registers, the others on the stack; at its upper end there are fewer words
+// than an argument could have.
+Call::Call(const Engine& engine, const char* name)
+    : name_(name), caller_(engine.Caller()), count_(4) {
+    for (int i = 0; i < 4; ++i) {
+        words_[i] = engine.Register(UC_ARM_REG_R0 + i);
     }
-    return PointerTo<Address>(engine_.StackPointer())[index - 4];
+    const Address stack = engine.StackPointer();
+    if (const Region* region = TheMachine().memory.Find(stack)) {
+        const Address words = (region->start + region->size - stack) / sizeof(Address);
+        count_ += std::min<Address>(words, mostArguments - 4);
+        std::memcpy(words_ + 4, PointerTo(stack), (count_ - 4) * sizeof(Address));
+    }
 }
 
-Address Call::Caller() const {
-    return engine_.Caller();
+Address Call::Word(unsigned index) const {
+    if (index >= count_) {
+        Stop("%s: the stack has no argument %u", name_, index);
+    }
+    return words_[index];
 }
 
 void* Call::Bytes(unsigned index, Address size, Access access) const {

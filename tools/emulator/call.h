@@ -22,15 +22,17 @@ class Engine;
 // Set in every number of a system color.
 inline constexpr Address systemColorMark = 0x40000000;
 
-// The call being served.
+// The call being served. Its arguments are read when it is made and never again: serving it may run
+// the program once more, which changes the registers and may change the stack.
 class Call {
  public:
-    Call(Engine& engine, const char* name) : engine_(engine), name_(name) {}
+    Call(const Engine& engine, const char* name);
 
     const char* Name() const { return name_; }
     Address Word(unsigned index) const;
     int Signed(unsigned index) const { return static_cast<int>(Word(index)); }
-    Address Caller() const;
+    // Where the program made it.
+    Address Caller() const { return caller_; }
 
     // The memory at an argument, checked; null for the address 0.
     void* Bytes(unsigned index, Address size, Access access) const;
@@ -41,6 +43,14 @@ class Call {
     template <class Type>
     Type* Out(unsigned index) const {
         return static_cast<Type*>(Bytes(index, sizeof(Type), Access::Write));
+    }
+    // Writes a result to the memory at an argument, unless that is 0. For calls that may run the
+    // program: what it has freed meanwhile must not be written, so this looks at the memory now.
+    template <class Type>
+    void Give(unsigned index, const Type& value) const {
+        if (auto* target = Out<Type>(index)) {
+            *target = value;
+        }
     }
     // A text with its end; null for 0, and a number below 65536 as it is.
     const WCHAR* String(unsigned index) const;
@@ -63,8 +73,12 @@ class Call {
     }
 
  private:
-    Engine& engine_;
+    static constexpr unsigned mostArguments = 12;
+
     const char* name_;
+    Address caller_;
+    Address words_[mostArguments];
+    unsigned count_;
 };
 
 using Server = std::uint64_t (*)(Call&);

@@ -32,13 +32,13 @@ std::uint64_t ClassOfProgram(Call& call) {
 }
 
 std::uint64_t CreateObject(Call& call) {
-    auto* shown = call.Out<Address>(4);
-    *shown = 0;
+    const GUID id = *call.In<GUID>(3);
+    call.Give(4, Address{0});
     IUnknown* object = nullptr;
-    const HRESULT result = CoCreateInstance(*call.In<GUID>(0), nullptr, CLSCTX_INPROC_SERVER,
-                                            *call.In<GUID>(3), reinterpret_cast<void**>(&object));
+    const HRESULT result = CoCreateInstance(*call.In<GUID>(0), nullptr, CLSCTX_INPROC_SERVER, id,
+                                            reinterpret_cast<void**>(&object));
     if (SUCCEEDED(result)) {
-        *shown = ShowObject(object, *call.In<GUID>(3));
+        call.Give(4, ShowObject(object, id));
     }
     return Result(result);
 }

@@ -54,9 +54,12 @@ std::uint64_t RunDialog(Call& call) {
 }
 
 std::uint64_t AskInBox(Call& call) {
-    const WCHAR* text = call.String(1);
-    Reached("drawn", Narrow(text));
-    return Result(MessageBoxW(call.HandleAt<HWND>(0), text, call.String(2), call.Word(3)));
+    // The box outlives what the windows below it do with their memory.
+    const Text text = call.String(1);
+    const Text caption = call.Word(2) ? call.String(2) : Text();
+    Reached("drawn", Narrow(text.c_str()));
+    return Result(MessageBoxW(call.HandleAt<HWND>(0), text.c_str(),
+                              call.Word(2) ? caption.c_str() : nullptr, call.Word(3)));
 }
 
 std::uint64_t FinishDialog(Call& call) {

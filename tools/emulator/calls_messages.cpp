@@ -21,7 +21,6 @@ bool GoesToSystem(const MSG& message) {
 }
 
 std::uint64_t NextMessage(Call& call) {
-    auto* shown = call.Out<DeviceMessage>(0);
     MSG message = {};
     Counts& counts = TheMachine().counts;
     BOOL result;
@@ -32,18 +31,17 @@ std::uint64_t NextMessage(Call& call) {
         result = GetMessageW(&message, call.HandleAt<HWND>(1), call.Word(2), call.Word(3));
     } while (result > 0 && GoesToSystem(message));
     counts.Took(message.message);
-    *shown = ToDevice(message);
+    call.Give(0, ToDevice(message));
     return Result(result);
 }
 
 std::uint64_t LookForMessage(Call& call) {
-    auto* shown = call.Out<DeviceMessage>(0);
     const UINT flags = call.Word(4);
     MSG message = {};
     while (PeekMessageW(&message, call.HandleAt<HWND>(1), call.Word(2), call.Word(3), flags)) {
         if (message.message == quitMessage || !IsDesktopMessage(message.message)) {
             TheMachine().counts.Took(message.message);
-            *shown = ToDevice(message);
+            call.Give(0, ToDevice(message));
             return TRUE;
         }
         MSG removed;
@@ -82,13 +80,10 @@ std::uint64_t Post(Call& call) {
 
 std::uint64_t SendWithLimit(Call& call) {
     DWORD_PTR answer = 0;
-    auto* shown = call.Out<Address>(6);
     const LRESULT result = SendMessageTimeoutW(call.HandleAt<HWND>(0), call.Word(1), call.Word(2),
                                                OutgoingParameter(call.Word(1), call.Word(3)),
                                                call.Word(4), call.Word(5), &answer);
-    if (shown) {
-        *shown = static_cast<Address>(answer);
-    }
+    call.Give(6, static_cast<Address>(answer));
     return Result(result);
 }
 

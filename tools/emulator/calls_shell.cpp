@@ -55,9 +55,9 @@ HIMAGELIST ListOf(const Call& call) {
 
 std::uint64_t FileInformation(Call& call) {
     const UINT flags = call.Word(4);
-    auto* shown = call.Out<DeviceFileInformation>(2);
-    if (call.Word(3) != sizeof *shown) {
-        Stop("SHGetFileInfo: the description's size is %u, not %zu", call.Word(3), sizeof *shown);
+    DeviceFileInformation shown = {};
+    if (call.Word(3) != sizeof shown) {
+        Stop("SHGetFileInfo: the description's size is %u, not %zu", call.Word(3), sizeof shown);
     }
     const Text path = call.Word(0) ? DrivePath(call.String(0)) : Text();
     SHFILEINFOW information = {};
@@ -67,11 +67,12 @@ std::uint64_t FileInformation(Call& call) {
     const DWORD_PTR result =
         SHGetFileInfoW(path.c_str(), call.Word(1), &information, sizeof information,
                        byName ? flags | SHGFI_USEFILEATTRIBUTES : flags);
-    shown->hIcon = static_cast<Address>(Result(information.hIcon));
-    shown->iIcon = information.iIcon;
-    shown->dwAttributes = information.dwAttributes;
-    std::memcpy(shown->szDisplayName, information.szDisplayName, sizeof shown->szDisplayName);
-    std::memcpy(shown->szTypeName, information.szTypeName, sizeof shown->szTypeName);
+    shown.hIcon = static_cast<Address>(Result(information.hIcon));
+    shown.iIcon = information.iIcon;
+    shown.dwAttributes = information.dwAttributes;
+    std::memcpy(shown.szDisplayName, information.szDisplayName, sizeof shown.szDisplayName);
+    std::memcpy(shown.szTypeName, information.szTypeName, sizeof shown.szTypeName);
+    call.Give(2, shown);
     if (flags & SHGFI_SYSICONINDEX) {
         return result ? NumberOf(reinterpret_cast<HIMAGELIST>(result)) : 0;
     }

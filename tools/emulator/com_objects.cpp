@@ -80,7 +80,7 @@ Type* This(const Call& call) {
 // Shows the object that a call has given.
 template <class Type>
 std::uint64_t Give(Call& call, unsigned index, HRESULT result, Type* object) {
-    *call.Out<Address>(index) = object ? ShowObject(object, __uuidof(Type)) : 0;
+    call.Give(index, object ? ShowObject(object, __uuidof(Type)) : Address{0});
     return Result(result);
 }
 
@@ -115,14 +115,13 @@ Address TextOfVariant(const Call& call, unsigned index) {
 }
 
 std::uint64_t Query(Call& call) {
-    const GUID& id = *call.In<GUID>(1);
-    auto* shown = call.Out<Address>(2);
-    *shown = 0;
+    const GUID id = *call.In<GUID>(1);
+    call.Give(2, Address{0});
     IUnknown* found = nullptr;
     const HRESULT result =
         This<IUnknown>(call)->QueryInterface(id, reinterpret_cast<void**>(&found));
     if (SUCCEEDED(result)) {
-        *shown = ShowObject(found, id);
+        call.Give(2, ShowObject(found, id));
     }
     return Result(result);
 }
@@ -185,7 +184,7 @@ std::uint64_t Load(Call& call) {
     VARIANT_BOOL loaded = VARIANT_FALSE;
     const HRESULT result = This<IXMLDOMDocument>(call)->load(file, &loaded);
     VariantClear(&file);
-    *call.Out<VARIANT_BOOL>(5) = loaded;
+    call.Give(5, loaded);
     return Result(result);
 }
 
@@ -207,13 +206,13 @@ std::uint64_t PutAsync(Call& call) {
 std::uint64_t GetAttribute(Call& call) {
     VARIANT value = {};
     const HRESULT result = This<IXMLDOMElement>(call)->getAttribute(TextAt(call, 1), &value);
-    auto* shown = call.Out<DeviceVariant>(2);
-    *shown = {};
-    shown->vt = V_VT(&value);
+    DeviceVariant shown = {};
+    shown.vt = V_VT(&value);
     if (V_VT(&value) == VT_BSTR) {
-        shown->value =
+        shown.value =
             MakeAutomationText(V_BSTR(&value), SysStringLen(V_BSTR(&value)), call.Caller());
     }
+    call.Give(2, shown);
     VariantClear(&value);
     return Result(result);
 }

@@ -6,6 +6,7 @@
 
 #include "call.h"
 #include "machine.h"
+#include "stop.h"
 
 namespace emulator {
 
@@ -78,6 +79,9 @@ Address Low(const void* pointer) {
 
 Address IncomingMessage::Keep(const void* bytes, Address size) {
     const Address block = TheMachine().heap.Allocate(size, true, 0);
+    if (block == 0) {
+        Stop("a message's %u bytes find no place in the heap", size);
+    }
     std::memcpy(PointerTo(block), bytes, size);
     blocks_[blockCount_++] = block;
     return block;

@@ -1,5 +1,6 @@
 #include "window_procedures.h"
 
+#include <cstring>
 #include <map>
 
 #include "call.h"
@@ -176,9 +177,25 @@ std::uint64_t ClassName(Call& call) {
         GetClassNameW(call.HandleAt<HWND>(0), call.Room(1, call.Word(2)), call.Signed(2)));
 }
 
+// The program's own windows are asked for their texts with a message.
 std::uint64_t WindowText(Call& call) {
-    return Result(
-        GetWindowTextW(call.HandleAt<HWND>(0), call.Room(1, call.Word(2)), call.Signed(2)));
+    const Address size = call.Word(2);
+    call.Room(1, size);
+    Text text(size, u'\0');
+    const int length = GetWindowTextW(call.HandleAt<HWND>(0), text.data(), call.Signed(2));
+    if (size != 0) {
+        const size_t characters = static_cast<size_t>(length) + 1;
+        std::memcpy(call.Room(1, size), text.c_str(), characters * sizeof(WCHAR));
+    }
+    return Result(length);
+}
+
+// May have the window erased first.
+std::uint64_t UpdateRectangle(Call& call) {
+    RECT area = {};
+    const BOOL result = GetUpdateRect(call.HandleAt<HWND>(0), &area, call.Signed(2));
+    call.Give(1, area);
+    return Result(result);
 }
 
 struct DevicePaint {
@@ -192,13 +209,13 @@ struct DevicePaint {
 static_assert(sizeof(DevicePaint) == 64);
 
 std::uint64_t StartPainting(Call& call) {
-    auto* shown = call.Out<DevicePaint>(1);
     PAINTSTRUCT paint = {};
     const HDC dc = BeginPaint(call.HandleAt<HWND>(0), &paint);
-    *shown = {};
-    shown->hdc = static_cast<Address>(Result(dc));
-    shown->fErase = paint.fErase;
-    shown->rcPaint = paint.rcPaint;
+    DevicePaint shown = {};
+    shown.hdc = static_cast<Address>(Result(dc));
+    shown.fErase = paint.fErase;
+    shown.rcPaint = paint.rcPaint;
+    call.Give(1, shown);
     return Result(dc);
 }
 
@@ -250,7 +267,7 @@ const Services services = {
     {"EndPaint", FinishPainting},
     {"GetClientRect", Direct<GetClientRect>},
     {"GetWindowRect", Direct<GetWindowRect>},
-    {"GetUpdateRect", Direct<GetUpdateRect>},
+    {"GetUpdateRect", UpdateRectangle},
     {"ClientToScreen", Direct<ClientToScreen>},
     {"ScreenToClient", Direct<ScreenToClient>},
     {"MoveWindow", Direct<MoveWindow>},

@@ -11,6 +11,10 @@ namespace {
 
 volatile unsigned sink;
 
+void Tell(const std::wstring& line) {
+    OutputDebugStringW((line + L"\n").c_str());
+}
+
 void ReadUnaligned() {
     auto* bytes = static_cast<char*>(LocalAlloc(LMEM_FIXED, 16));
     sink = *reinterpret_cast<volatile unsigned*>(bytes + 2);
@@ -131,16 +135,107 @@ void ListPartitions() {
     platform::CloseStoreSearch(stores);
 }
 
+// A window whose procedure runs while the system serves a call, and leaves the registers of the
+// call's arguments changed.
+constexpr UINT expectedMessage = WM_USER + 1;
+constexpr UINT garbledMessage = 0x7700;
+void* freedByTheWindow = nullptr;
+
+void FreeInWindow() {
+    LocalFree(freedByTheWindow);
+    freedByTheWindow = nullptr;
+}
+
+extern "C" __attribute__((used)) LRESULT AnswerMessage(HWND window, UINT message, WPARAM wParam,
+                                                       LPARAM lParam) {
+    if (message == WM_ERASEBKGND || message == WM_GETTEXT) {
+        FreeInWindow();
+        return 1;
+    }
+    return DefWindowProcW(window, message, wParam, lParam);
+}
+
+extern "C" __attribute__((naked)) LRESULT CALLBACK GarbleRegisters(HWND, UINT, WPARAM, LPARAM) {
+    asm("push {r4, lr}\n"
+        "bl AnswerMessage\n"
+        "mov r1, #0\n"
+        "mov r2, #0x7700\n"
+        "mov r3, #0x7700\n"
+        "pop {r4, lr}\n"
+        "bx lr\n");
+}
+
+HWND MakeWindow() {
+    WNDCLASSW description = {};
+    description.lpfnWndProc = GarbleRegisters;
+    description.hInstance = GetModuleHandleW(nullptr);
+    description.lpszClassName = L"Garbling";
+    RegisterClassW(&description);
+    const HWND window = CreateWindowExW(0, L"Garbling", L"text", WS_VISIBLE, 0, 0, 50, 50, nullptr,
+                                        nullptr, description.hInstance, nullptr);
+    MSG message;
+    while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
+        DispatchMessageW(&message);
+    }
+    return window;
+}
+
+// The queue's first message is none of a handheld's: the system answers it, and has the window
+// erased for it, before it looks for the next.
+void FillQueue(HWND window) {
+    constexpr UINT paintNow = 0x88;
+    InvalidateRect(window, nullptr, TRUE);
+    PostMessageW(window, paintNow, 0, 0);
+    PostMessageW(window, expectedMessage, 0, 0);
+    PostMessageW(window, garbledMessage, 0, 0);
+}
+
+void TakeMessages() {
+    const HWND window = MakeWindow();
+    MSG message = {};
+    FillQueue(window);
+    GetMessageW(&message, nullptr, 0, 0);
+    Tell(message.message == expectedMessage ? L"got the next" : L"got another");
+    GetMessageW(&message, nullptr, garbledMessage, garbledMessage);
+    FillQueue(window);
+    PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE);
+    Tell(message.message == expectedMessage ? L"looked at the next" : L"looked at another");
+    DestroyWindow(window);
+}
+
+void FreeMessageWhileWaiting() {
+    const HWND window = MakeWindow();
+    FillQueue(window);
+    freedByTheWindow = LocalAlloc(LMEM_FIXED, sizeof(MSG));
+    GetMessageW(static_cast<MSG*>(freedByTheWindow), nullptr, 0, 0);
+}
+
+void FreeTextWhileAsking() {
+    const HWND window = MakeWindow();
+    freedByTheWindow = LocalAlloc(LMEM_FIXED, 64);
+    GetWindowTextW(window, static_cast<wchar_t*>(freedByTheWindow), 32);
+}
+
+void FreePaintWhileErasing() {
+    const HWND window = MakeWindow();
+    InvalidateRect(window, nullptr, TRUE);
+    freedByTheWindow = LocalAlloc(LMEM_FIXED, sizeof(PAINTSTRUCT));
+    BeginPaint(window, static_cast<PAINTSTRUCT*>(freedByTheWindow));
+}
+
+void FreeAnswerWhileSending() {
+    const HWND window = MakeWindow();
+    freedByTheWindow = LocalAlloc(LMEM_FIXED, sizeof(DWORD_PTR));
+    SendMessageTimeoutW(window, WM_ERASEBKGND, 0, 0, 0, 1000,
+                        static_cast<DWORD_PTR*>(freedByTheWindow));
+}
+
 // What GetFileInformationByHandle fills in: the headers lack the last word.
 struct Identity {
     BY_HANDLE_FILE_INFORMATION information;
     DWORD object;
 };
 static_assert(sizeof(Identity) == 56);
-
-void Tell(const std::wstring& line) {
-    OutputDebugStringW((line + L"\n").c_str());
-}
 
 Identity IdentityOf(const wchar_t* path) {
     Identity identity;
@@ -214,6 +309,11 @@ constexpr Mistake mistakes[] = {
     {L"call-an-address", CallAnAddress},
     {L"list-partitions", ListPartitions},
     {L"identify-files", IdentifyFiles},
+    {L"take-messages", TakeMessages},
+    {L"free-message-while-waiting", FreeMessageWhileWaiting},
+    {L"free-text-while-asking", FreeTextWhileAsking},
+    {L"free-paint-while-erasing", FreePaintWhileErasing},
+    {L"free-answer-while-sending", FreeAnswerWhileSending},
 };
 
 }  // namespace
