@@ -186,8 +186,8 @@ void MainFrame::ShowView(ViewIndex view, const ViewArgument& argument) {
 }
 
 void MainFrame::TitleChanged() {
-    if (open_) {
-        SetWindowTextW(Handle(), Current().Title().c_str());
+    if (open_ && !SetWindowTextW(Handle(), Current().Title().c_str())) {
+        throw faults::W32Fault();
     }
 }
 

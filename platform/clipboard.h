@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -33,12 +34,12 @@ class Clipboard {
 bool PutOnClipboard(UINT format, const void* bytes, size_t size);
 
 // A copy of the bytes of a format on the open clipboard (GetClipboardDataAlloc, LocalSize;
-// GetClipboardData, GlobalSize on a PC). Empty when there are none.
-std::vector<uint8_t> BytesOnClipboard(UINT format);
+// GetClipboardData, GlobalSize on a PC). Empty when there are none; none when they are there
+// (IsClipboardFormatAvailable) and cannot be had, with the thread's last error. Throws
+// std::bad_alloc.
+std::optional<std::vector<uint8_t>> BytesOnClipboard(UINT format);
 
-// A path as other programs write it, and back: a PC's has the letter of the drive, and may have
-// short names, "." and "..". The result has no backslash at its end and no two in a row within it.
+// A path as other programs write it: a PC's has the letter of the drive. CanonicalPath leads back.
 std::wstring PathForOthers(const std::wstring& path);
-std::wstring PathFromOthers(const std::wstring& path);
 
 }  // namespace platform

@@ -35,7 +35,7 @@ static_assert(menuItemInfoSize == 44);
 
 // FindFirstFileW, FindNextFileW: entries "." and ".." never appear. The first returns
 // INVALID_HANDLE_VALUE on failure; the handle is closed with FindClose. A folder that holds
-// nothing but those two fails with ERROR_NO_MORE_FILES.
+// nothing but those two fails with ERROR_NO_MORE_FILES, as the second does at a folder's end.
 HANDLE FindFirst(const wchar_t* pattern, FindData* data);
 bool FindNext(HANDLE search, FindData* data);
 

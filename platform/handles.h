@@ -51,6 +51,18 @@ using UniqueMenu = Unique<HMENU, DestroyMenu>;
 using UniqueModule = Unique<HMODULE, FreeLibrary>;
 using UniquePen = Unique<HPEN, DeleteObject>;
 
+// A search for files (FindFirstFileW), which is INVALID_HANDLE_VALUE where none could be begun.
+inline void CloseSearch(HANDLE search) {
+    if (search != INVALID_HANDLE_VALUE) {
+        FindClose(search);
+    }
+}
+class UniqueSearch : public Unique<HANDLE, CloseSearch> {
+ public:
+    using Unique::Unique;
+    explicit operator bool() const { return Get() && Get() != INVALID_HANDLE_VALUE; }
+};
+
 // Text that the platform allocated with LocalAlloc.
 inline void FreeLocal(wchar_t* memory) {
     LocalFree(memory);

@@ -42,6 +42,9 @@ ButtonsLayout LayOutButtons(int clientWidth, int clientHeight, unsigned count, i
 }
 
 ButtonStep StepButton(unsigned focused, unsigned count, bool forward) {
+    if (count > 0 && focused >= count) {
+        return ButtonStep{forward ? 0 : count - 1, false};
+    }
     if (forward) {
         return focused + 1 < count ? ButtonStep{focused + 1, false} : ButtonStep{0, true};
     }
@@ -63,10 +66,8 @@ void ButtonsBar::AddButton(UINT id) {
 }
 
 void ButtonsBar::FocusButton(unsigned index) {
-    if (index < buttons_.size()) {
-        focused_ = index;
-        InvalidateRect(Handle(), nullptr, FALSE);
-    }
+    focused_ = index < buttons_.size() ? index : noButton;
+    InvalidateRect(Handle(), nullptr, FALSE);
 }
 
 void ButtonsBar::Measure() {

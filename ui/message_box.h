@@ -26,6 +26,9 @@ enum MessageText : UINT {
 inline constexpr int messageNotShown = 2;
 inline constexpr int messageNotCreated = -1;
 
+// No button has the focus until a key or a finger gives it one: Enter alone does nothing.
+inline constexpr unsigned noDefaultButton = ~0u;
+
 // Shows `text` under the caption string `title` with `buttonCount` buttons labelled by the strings
 // `buttonIds` and returns the identifier of the one pressed; `defaultButton` counts from 0.
 // Closed without a button, or without room for it, the box ends with messageNotShown.

@@ -63,9 +63,10 @@ class TouchList : public Window {
     }
     // Frees one row; the selection stays on its row, or goes when that is the one.
     void RemoveItem(unsigned index);
-    void ReserveItems(unsigned count) { items_.reserve(count); }
     // Frees all rows; the window is not repainted before the next Layout.
-    void Clear();
+    void Clear() { ReplaceItems(ItemRecords()); }
+    // The same, and takes other rows in their place. Nothing is thrown.
+    void ReplaceItems(ItemRecords items);
     // Scrolls so that `index` is the top row, as far as the rows allow.
     void SetTopIndex(unsigned index);
 
@@ -295,8 +296,8 @@ void TouchList<Kind>::SetTopIndex(unsigned index) {
 }
 
 template <typename Kind>
-void TouchList<Kind>::Clear() {
-    const ItemRecords removed = std::exchange(items_, ItemRecords());
+void TouchList<Kind>::ReplaceItems(ItemRecords items) {
+    const ItemRecords removed = std::exchange(items_, std::move(items));
     selection_ = noRow;
     topIndex_ = maxTop_ = 0;
     totalHeight_ = maxItemWidth_ = 0;

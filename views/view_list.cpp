@@ -29,9 +29,9 @@ void ViewList::ToggleMark(unsigned row) {
     view_.MarksChanged();
 }
 
-void ViewList::Clear() {
+void ViewList::ReplaceItems(ui::ItemRecords items) {
     marks_.clear();
-    TouchList::Clear();
+    TouchList::ReplaceItems(std::move(items));
 }
 
 void ViewList::InsertItem(unsigned index, ULONG_PTR data) {

@@ -30,7 +30,8 @@ class ViewList final : public ui::TouchList<ViewList> {
     void ToggleMark(unsigned row);
 
     // As the list's own; the marks go with their rows.
-    void Clear();
+    void Clear() { ReplaceItems(ui::ItemRecords()); }
+    void ReplaceItems(ui::ItemRecords items);
     void InsertItem(unsigned index, ULONG_PTR data);
     void RemoveItem(unsigned index);
 

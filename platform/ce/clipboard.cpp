@@ -34,27 +34,23 @@ bool PutOnClipboard(UINT format, const void* bytes, size_t size) {
 }
 
 // What GetClipboardData shows may lie in another process's heap, where nobody tells its size.
-std::vector<uint8_t> BytesOnClipboard(UINT format) {
+std::optional<std::vector<uint8_t>> BytesOnClipboard(UINT format) {
+    std::vector<uint8_t> copy;
+    if (!IsClipboardFormatAvailable(format)) {
+        return copy;
+    }
+    SetLastError(ERROR_NOT_ENOUGH_MEMORY);
     const UniqueMemory memory(GetClipboardDataAlloc(format));
-    const size_t size = memory ? LocalSize(memory.Get()) : 0;
+    if (!memory) {
+        return std::nullopt;
+    }
     const auto bytes = static_cast<const uint8_t*>(memory.Get());
-    return std::vector<uint8_t>(bytes, bytes + size);
+    copy.assign(bytes, bytes + LocalSize(memory.Get()));
+    return copy;
 }
 
 std::wstring PathForOthers(const std::wstring& path) {
     return path;
-}
-
-// The file system takes several backslashes within a path for one; two begin a path elsewhere.
-std::wstring PathFromOthers(const std::wstring& path) {
-    std::wstring plain;
-    for (const wchar_t character : path) {
-        if (character != L'\\' || plain.size() < 2 || plain.back() != L'\\') {
-            plain += character;
-        }
-    }
-    plain.resize(plain.find_last_not_of(L'\\') + 1);
-    return plain;
 }
 
 }  // namespace platform

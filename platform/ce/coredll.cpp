@@ -16,6 +16,8 @@ HANDLE FindFirst(const wchar_t* pattern, FindData* data) {
 }
 
 bool FindNext(HANDLE search, FindData* data) {
+    // A driver that ends a search without a word must not end it with another call's error.
+    SetLastError(ERROR_NO_MORE_FILES);
     return CeFindNextFile(search, data) != FALSE;
 }
 

@@ -1,5 +1,7 @@
 #include "platform/shortcuts.h"
 
+#include <cwchar>
+
 extern "C" {
 BOOL SHCreateShortcut(const wchar_t* shortcut, const wchar_t* target);
 BOOL SHGetShortcutTarget(const wchar_t* shortcut, wchar_t* target, int capacity);
@@ -8,6 +10,14 @@ BOOL SHGetShortcutTarget(const wchar_t* shortcut, wchar_t* target, int capacity)
 namespace platform {
 
 bool CreateShortcut(const wchar_t* shortcut, const wchar_t* command) {
+    // What the shell makes of a longer command is not documented.
+    constexpr size_t longestCommand = 256;
+    if (std::wcslen(command) > longestCommand) {
+        SetLastError(ERROR_FILENAME_EXCED_RANGE);
+        return false;
+    }
+    // The shell may refuse without saying why, most of all where there is such a file.
+    SetLastError(ERROR_FILE_EXISTS);
     return SHCreateShortcut(shortcut, command) != FALSE;
 }
 

@@ -22,31 +22,26 @@ bool PutOnClipboard(UINT format, const void* bytes, size_t size) {
     return false;
 }
 
-std::vector<uint8_t> BytesOnClipboard(UINT format) {
+std::optional<std::vector<uint8_t>> BytesOnClipboard(UINT format) {
+    std::vector<uint8_t> copy;
+    if (!IsClipboardFormatAvailable(format)) {
+        return copy;
+    }
     const HANDLE memory = GetClipboardData(format);
     const auto bytes = static_cast<const uint8_t*>(memory ? GlobalLock(memory) : nullptr);
     if (!bytes) {
-        return {};
+        return std::nullopt;
     }
-    std::vector<uint8_t> copy(bytes, bytes + GlobalSize(memory));
-    GlobalUnlock(memory);
+    struct Unlock {
+        HANDLE memory;
+        ~Unlock() { GlobalUnlock(memory); }
+    } unlock{memory};
+    copy.assign(bytes, bytes + GlobalSize(memory));
     return copy;
 }
 
 std::wstring PathForOthers(const std::wstring& path) {
     return desktop::ToDesktopPath(path);
-}
-
-std::wstring PathFromOthers(const std::wstring& path) {
-    std::wstring full = path;
-    // Longer paths than the system's own are left for it to refuse.
-    wchar_t buffer[MAX_PATH] = {};
-    const DWORD length = GetFullPathNameW(path.c_str(), MAX_PATH, buffer, nullptr);
-    if (length > 0 && length < MAX_PATH) {
-        full.assign(buffer, length);
-    }
-    full = desktop::FromDesktopPath(full);
-    return full.substr(0, full.find_last_not_of(L'\\') + 1);
 }
 
 }  // namespace platform

@@ -47,11 +47,19 @@ bool FailingCalls::IsTooLong(LPCWSTR path) {
 
 BOOL WINAPI FailingCalls::Copy(LPCWSTR from, LPCWSTR to, BOOL keep) {
     // A copy that keeps what is there looks for it before it can fail otherwise.
-    if (keep && GetFileAttributesW(to) != INVALID_FILE_ATTRIBUTES) {
+    if (keep && current->destinationFirst &&
+        current->attributes_.Original()(to) != INVALID_FILE_ATTRIBUTES) {
         SetLastError(ERROR_FILE_EXISTS);
         return FALSE;
     }
-    return !Fails("CopyFileW") && !IsTooLong(to) && current->copy_.Original()(from, to, keep);
+    if (Fails("CopyFileW")) {
+        if (current->leavesHalfDone) {
+            CloseHandle(CreateFileW(to, GENERIC_WRITE, 0, nullptr, CREATE_NEW, 0, nullptr));
+            SetLastError(current->error_);
+        }
+        return FALSE;
+    }
+    return !IsTooLong(to) && current->copy_.Original()(from, to, keep);
 }
 
 BOOL WINAPI FailingCalls::Move(LPCWSTR from, LPCWSTR to) {

@@ -26,6 +26,11 @@ class FailingCalls {
     // The longest path in characters; this machine may know longer ones than a handheld.
     size_t longestPath = 32000;
 
+    // Whether a copy that may not overwrite looks for what is in its way before anything else.
+    bool destinationFirst = true;
+    // Whether a copy that fails leaves the beginning of its file behind.
+    bool leavesHalfDone = false;
+
     // The last path that was found to exist by GetFileAttributesW.
     const std::wstring& LastFound() const { return lastFound_; }
     // Walks begun and not ended.

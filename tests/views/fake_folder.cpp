@@ -44,6 +44,10 @@ BOOL FakeFolder::Give(WIN32_FIND_DATAW* data) {
 }
 
 HANDLE WINAPI FakeFolder::First(LPCWSTR pattern, WIN32_FIND_DATAW* data) {
+    // One entry is looked for, not a folder read.
+    if (!std::wstring_view(pattern).ends_with(L'*')) {
+        return current->first_.Original()(pattern, data);
+    }
     current->patterns.push_back(pattern);
     current->position_ = 0;
     return current->Give(data) ? FakeHandle() : INVALID_HANDLE_VALUE;
@@ -55,7 +59,9 @@ BOOL WINAPI FakeFolder::Next(HANDLE, WIN32_FIND_DATAW* data) {
 }
 
 BOOL WINAPI FakeFolder::Close(HANDLE search) {
-    EXPECT_EQ(search, FakeHandle());
+    if (search != FakeHandle()) {
+        return current->close_.Original()(search);
+    }
     ++current->closed;
     return TRUE;
 }

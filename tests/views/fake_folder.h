@@ -8,7 +8,7 @@
 
 namespace test {
 
-// Answers every FindFirstFileW with its entries for as long as it lives. One at a time.
+// Answers every search through a folder with its entries for as long as it lives. One at a time.
 class FakeFolder {
  public:
     FakeFolder();

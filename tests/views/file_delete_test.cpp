@@ -227,6 +227,24 @@ TEST_F(FilesDelete, CancelAtAFileInUseEndsItAtOnce) {
     EXPECT_TRUE(List().Marking());
 }
 
+// Enter alone would close every running application.
+TEST_F(FilesDelete, AFileInUseAmongSeveralHasNoDefaultAnswer) {
+    Fill({L"a.txt", L"b.txt", L"c.txt"});
+    Mark({L"a.txt", L"b.txt", L"c.txt"});
+    Hold(L"b.txt");
+    Give(612, [&] {
+        Answer(L"Are you sure you want to permanently delete these 3 items?\r\n", "Return");
+        EXPECT_TRUE(WaitFor([&] { return texts.Has(AskClosing(L"b.txt")); }));
+        const HWND box = WaitForWindow(L"#32770");
+        EXPECT_TRUE(WaitFor([&] { return GetForegroundWindow() == box; }));
+        // The keys arrive in their order: what Enter had done would have been done before Escape.
+        Finger().Key("Return").Key("Escape").Play();
+    });
+    EXPECT_TRUE(Exists(L"b.txt"));
+    EXPECT_TRUE(Exists(L"c.txt"));
+    EXPECT_TRUE(List().Marking());
+}
+
 TEST_F(FilesDelete, NoAtAFileInUseGoesOnWithTheOthers) {
     Fill({L"a.txt", L"b.txt", L"c.txt"});
     Mark({L"a.txt", L"b.txt", L"c.txt"});
@@ -234,7 +252,7 @@ TEST_F(FilesDelete, NoAtAFileInUseGoesOnWithTheOthers) {
     Give(612, [&] {
         Answer(L"Are you sure you want to permanently delete these 3 items?\r\n", "Return");
         EXPECT_TRUE(WaitFor([&] { return texts.Has(AskClosing(L"b.txt")); }));
-        Finger().Key("Right").Key("Return").Play();
+        Finger().Key("Right").Key("Right").Key("Return").Play();
     });
     EXPECT_EQ(Rows(), (Names{L"b.txt"}));
     EXPECT_FALSE(List().Marking());
@@ -252,7 +270,7 @@ TEST_F(FilesDelete, WhatWasMarkedGoesAlsoWhenTheRowsChangeMeanwhile) {
         refreshed = &View();
         SetTimer(frame.Handle(), 7, 10, RefreshOnce);
         EXPECT_TRUE(WaitFor([&] { return !refreshed; }));
-        Finger().Key("Right").Key("Return").Play();
+        Finger().Key("Right").Key("Right").Key("Return").Play();
     });
     EXPECT_EQ(Rows(), (Names{L"b.txt", L"d.txt"}));
 }

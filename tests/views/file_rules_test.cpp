@@ -7,6 +7,7 @@
 #include "faults/fault.h"
 #include "tests/support/platform_hook.h"
 #include "tests/support/world.h"
+#include "tests/views/tree.h"
 #include "views/files/drop_files.h"
 #include "views/files/file_names.h"
 #include "views/files/folder_walk.h"
@@ -162,7 +163,7 @@ TEST(FolderWalks, ATreeAsDeepAsAPathAllowsIsDeleted) {
         path += L"\\d";
     }
     EXPECT_GT(path.size(), 240u);
-    EXPECT_TRUE(RecursiveDelete(top));
+    EXPECT_EQ(ErrorOfDelete(top), DWORD{ERROR_SUCCESS});
     EXPECT_EQ(GetFileAttributesW(top.c_str()), INVALID_FILE_ATTRIBUTES);
 }
 
@@ -171,14 +172,11 @@ TEST(FolderWalks, AReadOnlyFileStopsItWithThePlatformsError) {
     const std::wstring top = folder.MakeFolder(L"top");
     const std::wstring file = folder.MakeFile(L"top\\locked");
     SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_READONLY);
-    SetLastError(0);
-    EXPECT_FALSE(RecursiveDelete(top));
-    EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_ACCESS_DENIED));
+    EXPECT_EQ(ErrorOfDelete(top), DWORD{ERROR_ACCESS_DENIED});
     EXPECT_NE(GetFileAttributesW(file.c_str()), INVALID_FILE_ATTRIBUTES);
     SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_NORMAL);
     const Held before = CountHeld();
-    EXPECT_TRUE(RecursiveDelete(top));
+    EXPECT_EQ(ErrorOfDelete(top), DWORD{ERROR_SUCCESS});
     EXPECT_EQ(CountHeld().handles, before.handles);
-    EXPECT_FALSE(RecursiveDelete(top));
-    EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_PATH_NOT_FOUND));
+    EXPECT_EQ(ErrorOfDelete(top), DWORD{ERROR_PATH_NOT_FOUND});
 }

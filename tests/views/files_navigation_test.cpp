@@ -204,7 +204,7 @@ TEST_F(FilesRelist, SelectsTheEntryThatWasMade) {
     folder.MakeFile(L"c");
     OpenFolder();
     folder.MakeFile(L"b");
-    View().RelistAndSelect(folder.Path(), L"b");
+    View().RelistAndSelect(L"b");
     EXPECT_EQ(Rows(), (Names{L"a", L"b", L"c"}));
     EXPECT_EQ(Selected(), L"b");
     EXPECT_EQ(View().Title(), folder.Path());
@@ -214,9 +214,9 @@ TEST_F(FilesRelist, TellsAFileFromAFolderOfTheSameKindOfName) {
     folder.MakeFile(L"new");
     OpenFolder();
     folder.MakeFolder(L"newer");
-    View().RelistAndSelect(folder.Path(), L"newer");
+    View().RelistAndSelect(L"newer");
     EXPECT_EQ(List().GetSelection(), 0u);
-    View().RelistAndSelect(folder.Path(), L"NEW");
+    View().RelistAndSelect(L"NEW");
     EXPECT_EQ(List().GetSelection(), 1u);
 }
 
@@ -224,7 +224,7 @@ TEST_F(FilesRelist, SelectsNothingWhenTheEntryIsMissing) {
     folder.MakeFile(L"a");
     OpenFolder();
     Select(L"a");
-    View().RelistAndSelect(folder.Path(), L"b");
+    View().RelistAndSelect(L"b");
     EXPECT_EQ(Rows(), Names{L"a"});
     EXPECT_EQ(Selected(), L"");
 }
@@ -234,13 +234,13 @@ TEST_F(FilesRelist, SelectsNothingWhenTheEntryIsNotListed) {
     SetFileAttributesW(folder.MakeFile(L"b").c_str(), FILE_ATTRIBUTE_HIDDEN);
     OpenFolder();
     Select(L"a");
-    View().RelistAndSelect(folder.Path(), L"b");
+    View().RelistAndSelect(L"b");
     EXPECT_EQ(Selected(), L"");
 }
 
 TEST_F(FilesRelist, WorksInTheRoot) {
     Open();
-    View().RelistAndSelect(L"", L"temp");
+    View().RelistAndSelect(L"temp");
     EXPECT_EQ(Selected(), L"Temp");
 }
 

@@ -20,7 +20,7 @@ class LargeTrees : public testing::Test {
         // Short, so that the paths below have room for many levels.
         EXPECT_TRUE(CreateDirectoryW(top.c_str(), nullptr)) << GetLastError();
     }
-    ~LargeTrees() override { RecursiveDelete(top); }
+    ~LargeTrees() override { ErrorOfDelete(top); }
 
     // A chain of folders below `folder`, with a file at its end; how deep it is.
     static size_t MakeChain(const std::wstring& folder, const std::string& content) {
@@ -112,7 +112,7 @@ TEST_F(LargeTrees, TellOfEachEntryThatIsDeleted) {
     ASSERT_TRUE(CreateDirectoryW(L"\\T\\a", nullptr));
     const size_t depth = MakeChain(L"\\T\\a", "content");
     const Held before = CountHeld();
-    EXPECT_TRUE(RecursiveDelete(L"\\T\\a", &prompts));
+    EXPECT_EQ(ErrorOfDelete(L"\\T\\a", &prompts), DWORD{ERROR_SUCCESS});
     EXPECT_EQ(prompts.entries, depth + 1);
     EXPECT_EQ(GetFileAttributesW(L"\\T\\a"), INVALID_FILE_ATTRIBUTES);
     EXPECT_EQ(CountHeld(), before);

@@ -8,6 +8,7 @@
 #include "tests/views/failing_calls.h"
 #include "tests/views/recorded_prompts.h"
 #include "tests/views/tree.h"
+#include "views/files/file_names.h"
 #include "views/files/folder_walk.h"
 
 using namespace test;
@@ -52,6 +53,12 @@ class FailingDelete : public FailingTransfer {};
 BOOL WINAPI NoIdentity(HANDLE, BY_HANDLE_FILE_INFORMATION*) {
     SetLastError(ERROR_NOT_READY);
     return FALSE;
+}
+
+// As some file systems answer.
+BOOL WINAPI EmptyIdentity(HANDLE, BY_HANDLE_FILE_INFORMATION* identity) {
+    *identity = {};
+    return TRUE;
 }
 
 const Tree nested = {
@@ -169,24 +176,117 @@ TEST_F(FailingTransfer, AFileInUseIsNotOverwritten) {
 }
 
 // The order is kept on purpose: what was confirmed goes first.
-TEST_F(FailingTransfer, AConfirmedFileIsDeletedBeforeItsSuccessorComes) {
+// Whatever fails behind the "Yes": the file that was given up is back under its name.
+TEST_F(FailingTransfer, AFileThatIsNotOverwrittenInTheEndStays) {
     MakeTree(from, {{L"D", "new"}});
     MakeTree(to, {{L"D", "old"}});
-    calls.Fail("CopyFileW", 0, ERROR_DISK_FULL);
-    EXPECT_EQ(Transfer(false), Code(ERROR_DISK_FULL));
-    EXPECT_EQ(ReadTree(to), Tree());
-    EXPECT_EQ(ReadTree(from), (Tree{{L"D", "new"}}));
+    for (const bool moving : {false, true}) {
+        for (const char* name : {"CopyFileW", "MoveFileW"}) {
+            for (size_t number = 0; number < 3; ++number) {
+                calls.Fail(name, number, ERROR_DISK_FULL);
+                const HRESULT result = Transfer(moving);
+                if (!calls.HasFailed()) {
+                    EXPECT_EQ(result, S_OK);
+                    ErrorOfDelete(from);
+                    ErrorOfDelete(to);
+                    CreateDirectoryW(from.c_str(), nullptr);
+                    CreateDirectoryW(to.c_str(), nullptr);
+                    MakeTree(from, {{L"D", "new"}});
+                    MakeTree(to, {{L"D", "old"}});
+                    break;
+                }
+                EXPECT_EQ(result, Code(ERROR_DISK_FULL)) << name << number;
+                EXPECT_EQ(ReadTree(to), (Tree{{L"D", "old"}})) << name << number;
+                EXPECT_EQ(ReadTree(from), (Tree{{L"D", "new"}})) << name << number;
+            }
+        }
+    }
 }
 
-TEST_F(FailingTransfer, TellsWhetherTwoPathsAreOneFileBeforeItDeletes) {
+TEST_F(FailingTransfer, AReadOnlyFileIsNotOverwritten) {
     MakeTree(from, {{L"D", "new"}});
     MakeTree(to, {{L"D", "old"}});
+    SetFileAttributesW((to + L"\\D").c_str(), FILE_ATTRIBUTE_READONLY);
+    for (const bool moving : {false, true}) {
+        EXPECT_EQ(Transfer(moving), Code(ERROR_ACCESS_DENIED));
+        EXPECT_EQ(ReadTree(to), (Tree{{L"D", "old"}}));
+        EXPECT_EQ(ReadTree(from), (Tree{{L"D", "new"}}));
+    }
+    SetFileAttributesW((to + L"\\D").c_str(), FILE_ATTRIBUTE_NORMAL);
+}
+
+// As a mail store that its program holds open, copied over last week's copy.
+TEST_F(FailingTransfer, ASourceThatCannotBeReadAsksNothing) {
+    MakeTree(from, {{L"D", "new"}});
+    MakeTree(to, {{L"D", "old"}});
+    const platform::UniqueHandle holder(
+        CreateFileW((from + L"\\D").c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr));
+    calls.destinationFirst = false;
+    EXPECT_EQ(Transfer(false), Code(ERROR_SHARING_VIOLATION));
+    EXPECT_TRUE(prompts.asked.empty());
+    EXPECT_EQ(ReadTree(to), (Tree{{L"D", "old"}}));
+}
+
+TEST_F(FailingTransfer, AFileIsAskedAboutAlsoWhenItsAttributesCannotBeRead) {
+    MakeTree(from, {{L"D", "new"}});
+    MakeTree(to, {{L"D", "old"}});
+    prompts.answer = answerSkip;
+    for (const bool moving : {false, true}) {
+        // The first look is at the source.
+        calls.Fail("GetFileAttributesW", 1, ERROR_ACCESS_DENIED);
+        EXPECT_EQ(Transfer(moving), S_OK);
+        EXPECT_EQ(answer, answerSkip);
+        EXPECT_EQ(prompts.asked, (std::vector<std::wstring>{L"file D"}));
+        EXPECT_EQ(ReadTree(to), (Tree{{L"D", "old"}}));
+        EXPECT_EQ(ReadTree(from), (Tree{{L"D", "new"}}));
+    }
+}
+
+TEST_F(FailingTransfer, WhatACopyLeavesHalfDoneGoes) {
+    MakeTree(from, nested);
+    calls.leavesHalfDone = true;
+    calls.Fail("CopyFileW", 0, ERROR_DISK_FULL);
+    EXPECT_EQ(Transfer(false), S_OK);
+    EXPECT_EQ(ReadTree(to), (Tree{{L"D\\", ""}, {L"D\\in\\", ""}}));
+    MakeTree(from, {{L"E", "new"}});
+    calls.Fail("CopyFileW", 0, ERROR_DISK_FULL);
+    EXPECT_EQ(Transfer(false, L"\\E"), Code(ERROR_DISK_FULL));
+    EXPECT_FALSE(ReadTree(to).contains(L"E"));
+    // Over a file that was given up: the half goes, the old one is back.
+    MakeTree(to, {{L"E", "old"}});
+    calls.Fail("CopyFileW", 0, ERROR_DISK_FULL);
+    EXPECT_EQ(Transfer(false, L"\\E"), Code(ERROR_DISK_FULL));
+    EXPECT_EQ(ReadTree(to).at(L"E"), "old");
+}
+
+TEST_F(FailingTransfer, AFileSetAsideGetsANameThatNothingHas) {
+    MakeTree(from, {{L"D", "new"}});
+    MakeTree(to,
+             {{L"D", "old"}, {L"D.vantor-replaced", "older"}, {L"D.vantor-replaced-1", "oldest"}});
+    EXPECT_EQ(Transfer(false), S_OK);
+    EXPECT_EQ(
+        ReadTree(to),
+        (Tree{{L"D", "new"}, {L"D.vantor-replaced", "older"}, {L"D.vantor-replaced-1", "oldest"}}));
+}
+
+TEST_F(FailingTransfer, FilesWithoutAnIdentityAreComparedByTheirPaths) {
+    MakeTree(from, {{L"D", "new"}});
+    MakeTree(to, {{L"D", "old"}});
+    for (auto* identity : {NoIdentity, EmptyIdentity}) {
+        const PlatformHook<BOOL WINAPI(HANDLE, BY_HANDLE_FILE_INFORMATION*)> hook(
+            "GetFileInformationByHandle", identity);
+        EXPECT_EQ(Transfer(false), S_OK);
+        EXPECT_EQ(ReadTree(to), (Tree{{L"D", "new"}}));
+        EXPECT_TRUE(views::IsSameFile(from + L"\\D", from + L"\\.\\d"));
+        EXPECT_FALSE(views::IsSameFile(from + L"\\D", to + L"\\D"));
+    }
+    // A spelling that only an identity could see through costs nothing either.
     const PlatformHook<BOOL WINAPI(HANDLE, BY_HANDLE_FILE_INFORMATION*)> hook(
         "GetFileInformationByHandle", NoIdentity);
-    EXPECT_EQ(Transfer(false), Code(ERROR_NOT_READY));
-    EXPECT_EQ(Transfer(true), Code(ERROR_NOT_READY));
-    EXPECT_EQ(ReadTree(to), (Tree{{L"D", "old"}}));
-    EXPECT_EQ(ReadTree(from), (Tree{{L"D", "new"}}));
+    FileTransfer transfer(prompts);
+    EXPECT_THROW(transfer.CopyItem(L"\\\\?\\C:" + to + L"\\D", to + L"\\D"), faults::W32Fault);
+    EXPECT_THROW(transfer.MoveItem(L"\\\\?\\C:" + to + L"\\D", to + L"\\D"), faults::W32Fault);
+    EXPECT_EQ(ReadTree(to), (Tree{{L"D", "new"}}));
 }
 
 TEST_F(FailingTransfer, APathThatDoesNotFitIsThePlatformsError) {
@@ -216,20 +316,19 @@ TEST_F(FailingDelete, StopsAtTheFirstFailureWithItsError) {
     for (const std::string_view name :
          {"FindFirstFileW", "FindNextFileW", "DeleteFileW", "RemoveDirectoryW"}) {
         for (size_t number = 0; number < 20; ++number) {
-            RecursiveDelete(to);
+            ErrorOfDelete(to);
             CreateDirectoryW(to.c_str(), nullptr);
             MakeTree(to, nested);
             calls.Fail(name, number, ERROR_NOT_READY);
-            const bool deleted = RecursiveDelete(to + L"\\D");
-            const DWORD error = GetLastError();
+            const DWORD error = ErrorOfDelete(to + L"\\D");
             const bool failed = calls.HasFailed();
             calls.FailNothing();
             EXPECT_EQ(calls.OpenWalks(), 0);
-            EXPECT_EQ(deleted, !failed) << name << number;
+            EXPECT_EQ(error, failed ? DWORD{ERROR_NOT_READY} : DWORD{ERROR_SUCCESS})
+                << name << number;
             if (!failed) {
                 break;
             }
-            EXPECT_EQ(error, DWORD{ERROR_NOT_READY}) << name << number;
             EXPECT_TRUE(ReadTree(to).contains(L"D\\"));
         }
     }
@@ -239,20 +338,18 @@ TEST_F(FailingDelete, StopsAtTheFirstFailureWithItsError) {
 TEST_F(FailingDelete, ChangesNoAttributeOfAReadOnlyFile) {
     MakeTree(from, nested);
     SetFileAttributesW((from + L"\\D\\in\\b").c_str(), FILE_ATTRIBUTE_READONLY);
-    EXPECT_FALSE(RecursiveDelete(from + L"\\D"));
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_ACCESS_DENIED});
+    EXPECT_EQ(ErrorOfDelete(from + L"\\D"), DWORD{ERROR_ACCESS_DENIED});
     EXPECT_TRUE(GetFileAttributesW((from + L"\\D\\in\\b").c_str()) & FILE_ATTRIBUTE_READONLY);
     EXPECT_FALSE(ReadTree(from).contains(L"D\\in\\a")) << "what was deleted before stays deleted";
 }
 
 TEST_F(FailingDelete, OfAFolderThatIsNotThere) {
-    EXPECT_FALSE(RecursiveDelete(from + L"\\nothing"));
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_PATH_NOT_FOUND});
+    EXPECT_EQ(ErrorOfDelete(from + L"\\nothing"), DWORD{ERROR_PATH_NOT_FOUND});
 }
 
 TEST_F(FailingDelete, TakesWhatBeginsWithADotAndWhatIsHidden) {
     MakeTree(from, {{L"D\\", ""}, {L"D\\.a\\", ""}, {L"D\\.a\\..b", "b"}, {L"D\\c", "c"}});
     SetFileAttributesW((from + L"\\D\\c").c_str(), FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM);
-    EXPECT_TRUE(RecursiveDelete(from + L"\\D"));
+    EXPECT_EQ(ErrorOfDelete(from + L"\\D"), DWORD{ERROR_SUCCESS});
     EXPECT_EQ(ReadTree(from), Tree());
 }

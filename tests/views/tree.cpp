@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "faults/fault.h"
 #include "platform/handles.h"
 
 namespace test {
@@ -64,6 +65,15 @@ Tree ReadTree(const std::wstring& folder) {
     Tree tree;
     ReadInto(tree, folder, L"");
     return tree;
+}
+
+DWORD ErrorOfDelete(const std::wstring& folder, views::WalkProgress* progress) {
+    try {
+        views::RecursiveDelete(folder, progress);
+    } catch (const faults::W32Fault& fault) {
+        return static_cast<DWORD>(fault.Code()) & 0xFFFF;
+    }
+    return ERROR_SUCCESS;
 }
 
 }  // namespace test

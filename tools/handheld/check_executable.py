@@ -17,7 +17,7 @@ SUBSYSTEM_VERSION = (4, 20)
 LIBRARIES = {"coredll", "aygshell", "note_prj", "toolhelp", "ole32", "oleaut32", "commctrl"}
 FRAME_LIMIT = 2048
 FILE_BUDGET = 400 * 1024
-CODE_BUDGET = 250 * 1024
+CODE_BUDGET = 300 * 1024
 BUDGETED_SECTIONS = (".text", ".rdata", ".data", ".idata", ".reloc")
 
 RESOURCE_KINDS = {"CURSOR": 1, "BITMAP": 2, "ICON": 3, "MENU": 4, "DIALOG": 5, "STRING": 6, "FONTDIR": 7, "FONT": 8,

@@ -106,7 +106,12 @@ OpenedFile OpenFile(const std::wstring& path) {
     }
     OpenedFile file = {CreateDocument(), false};
     Succeed(file.document->put_async(VARIANT_FALSE));
-    file.readable = platform::LoadXmlFile(file.document.Get(), path.c_str()) == S_OK;
+    const HRESULT loaded = platform::LoadXmlFile(file.document.Get(), path.c_str());
+    // For want of memory nobody knows what the file holds.
+    if (loaded == E_OUTOFMEMORY) {
+        Succeed(loaded);
+    }
+    file.readable = loaded == S_OK;
     return file;
 }
 

@@ -10,6 +10,7 @@
 #include "ui/menu_items.h"
 #include "views/display_flags.h"
 #include "views/files/chooser_list.h"
+#include "views/files/file_names.h"
 #include "views/files/path_bar.h"
 #include "views/properties_page.h"
 
@@ -44,13 +45,16 @@ class AppChooser final : public ui::FullScreenDialog {
 
  private:
     bool HasSelection() const { return list_.GetSelection() != ui::noRow; }
+    // Throws W32Fault for a name that the system takes for another's.
     std::wstring SelectedPath() const {
-        return path_ + L"\\" + list_.ItemAt(list_.GetSelection()).name;
+        std::wstring path = path_ + L"\\" + list_.ItemAt(list_.GetSelection()).name;
+        RequireOwnName(path);
+        return path;
     }
     std::wstring FirstFolder() const;
     void AddCancel();
     void UpdateMenu();
-    void Show(const std::wstring& folder);
+    void Show(std::wstring folder);
     // Lists the folder again and keeps the selection.
     void Relist();
     void SelectName(const std::wstring& name, DWORD attributes);
@@ -72,14 +76,12 @@ class AppChooser final : public ui::FullScreenDialog {
 std::wstring AppChooser::FirstFolder() const {
     std::optional<std::wstring> stored = frame_.StoredText(pathSetting);
     if (stored) {
-        CutTrailingBackslashes(*stored);
-        if (stored->empty() || IsExistingFolder(*stored)) {
-            return *stored;
+        std::wstring folder = PathOnDisk(*stored);
+        if (folder.empty() || IsExistingFolder(folder)) {
+            return folder;
         }
     }
-    std::wstring path = platform::SpecialFolder(Handle(), CSIDL_PROGRAM_FILES);
-    CutTrailingBackslashes(path);
-    return path;
+    return PathOnDisk(platform::SpecialFolder(Handle(), CSIDL_PROGRAM_FILES));
 }
 
 // The menu has no way out for a finger.
@@ -116,11 +118,13 @@ void AppChooser::ContentsReady() {
     ui::RunAction(Handle(), ui::actionFailed, [this] { Show(FirstFolder()); });
 }
 
-void AppChooser::Show(const std::wstring& folder) {
-    path_ = folder;
-    pathBar_.SetPath(path_);
-    list_.Show(path_, HideMask(flags_),
+// Path, strip and rows change together: what may fail comes first.
+void AppChooser::Show(std::wstring folder) {
+    std::wstring text = TextOfFolder(folder);
+    list_.Show(folder, HideMask(flags_),
                ListsApplications(flags_) ? NamePatterns(applicationsFilter) : NamePatterns());
+    path_ = std::move(folder);
+    pathBar_.SetText(std::move(text));
 }
 
 void AppChooser::SelectName(const std::wstring& name, DWORD attributes) {
@@ -142,8 +146,14 @@ void AppChooser::Relist() {
 }
 
 void AppChooser::SetFlag(DWORD flag, bool set) {
+    const DWORD before = flags_;
     flags_ = set ? flags_ | flag : flags_ & ~flag;
-    Relist();
+    try {
+        Relist();
+    } catch (...) {
+        flags_ = before;
+        throw;
+    }
 }
 
 void AppChooser::Choose() {

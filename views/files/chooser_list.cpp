@@ -19,18 +19,7 @@ bool ChooserList::Open(HWND parent, UINT_PTR id) {
 
 void ChooserList::Show(const std::wstring& folder, DWORD hideMask, const NamePatterns& patterns) {
     const platform::WaitCursor cursor;
-    Clear();
-    struct ShowsRows {
-        ChooserList& list;
-        ~ShowsRows() { list.Layout(); }
-    } shown{*this};
-    FolderReader reader(folder, hideMask);
-    while (const platform::FindData* entry = reader.Next()) {
-        if ((entry->dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) ||
-            patterns.Match(entry->cFileName)) {
-            InsertSorted(*this, reader.MakeItem());
-        }
-    }
+    ShowItems(*this, ReadFolder(folder, hideMask, patterns));
 }
 
 void ChooserList::OnTap(unsigned index, ui::GestureResult gesture) {

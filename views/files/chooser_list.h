@@ -18,7 +18,7 @@ class ChooserList final : public ui::TouchList<ChooserList> {
     // Creates the list as a child of `parent`; false when the platform fails.
     bool Open(HWND parent, UINT_PTR id);
     // Lists a folder's entries that are not hidden by `hideMask`: its folders, and the files whose
-    // names match.
+    // names match. Where memory is short the rows stay as they are: throws std::bad_alloc.
     void Show(const std::wstring& folder, DWORD hideMask, const NamePatterns& patterns);
     const FileItem& ItemAt(unsigned row) const { return ItemOf(GetItemData(row)); }
 

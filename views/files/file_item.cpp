@@ -3,6 +3,8 @@
 #include <cstring>
 #include <new>
 
+#include "platform/files.h"
+
 namespace views {
 
 FileItemOwner MakeFileItem(std::wstring_view name, DWORD attributes, FILETIME created,
@@ -24,15 +26,7 @@ FileItemOwner MakeFileItem(const platform::FindData& found) {
 }
 
 bool IsSameEntry(const FileItem& first, const FileItem& second) {
-    const wchar_t* one = first.name;
-    const wchar_t* other = second.name;
-    while (*one && *other &&
-           (*one == *other ||
-            CompareStringW(LOCALE_USER_DEFAULT, NORM_IGNORECASE, one, 1, other, 1) == CSTR_EQUAL)) {
-        ++one;
-        ++other;
-    }
-    return first.IsFolder() == second.IsFolder() && *one == *other;
+    return first.IsFolder() == second.IsFolder() && platform::SameSpelling(first.name, second.name);
 }
 
 bool OrdersBefore(const FileItem& first, const FileItem& second) {

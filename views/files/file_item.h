@@ -32,8 +32,8 @@ FileItemOwner MakeFileItem(std::wstring_view name, DWORD attributes, FILETIME cr
                            uint64_t size);
 FileItemOwner MakeFileItem(const platform::FindData& found);
 
-// Whether two items are one entry: both folders or both files, and of one name letter by letter,
-// ignoring case. The locale's order finds some different names equal, of which one with a sharp s
+// Whether two items are one entry: both folders or both files, and of one name as the file system
+// compares names. The locale's order finds some different names equal, of which one with a sharp s
 // and one with two s are both found in folders.
 bool IsSameEntry(const FileItem& first, const FileItem& second);
 

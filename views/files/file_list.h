@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "views/files/file_item.h"
+#include "views/files/file_names.h"
 #include "views/view.h"
 
 namespace views {
@@ -22,13 +23,21 @@ class FileList {
     virtual unsigned InsertRow(FileItemOwner item) = 0;
     // Reads the folder anew.
     virtual void Relist() = 0;
+    // The same, and selects an entry that has been made or renamed.
+    virtual void RelistAndSelect(const std::wstring& name) = 0;
     // The marked rows in ascending order.
     virtual std::vector<unsigned> MarkedRows() const = 0;
     virtual void EndMarking() = 0;
     // Lets the user edit a name over a row; IDOK or IDCANCEL, the name as edited in `name`.
     virtual int EditName(unsigned row, std::wstring* name) = 0;
 
-    std::wstring PathOf(unsigned row) const { return Folder() + L'\\' + ItemAt(row).name; }
+    // A row's path for the system's calls. Throws W32Fault (ERROR_INVALID_NAME) for one that they
+    // take for another entry's.
+    std::wstring PathOf(unsigned row) const {
+        std::wstring path = Folder() + L'\\' + ItemAt(row).name;
+        RequireOwnName(path);
+        return path;
+    }
 
  protected:
     ~FileList() = default;

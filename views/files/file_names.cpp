@@ -4,7 +4,9 @@
 #include <stdexcept>
 
 #include "faults/fault.h"
+#include "platform/coredll.h"
 #include "platform/files.h"
+#include "platform/handles.h"
 #include "text/format.h"
 #include "text/resources.h"
 
@@ -53,17 +55,65 @@ bool SameName(std::wstring_view first, std::wstring_view second) {
 }
 
 bool BeginsWithPath(std::wstring_view folder, std::wstring_view other) {
-    return other.size() <= folder.size() && SameName(folder.substr(0, other.size()), other);
+    return other.empty() ||
+           (other.size() <= folder.size() && SameName(folder.substr(0, other.size()), other));
+}
+
+bool IsSameFile(const std::wstring& first, const std::wstring& second) {
+    bool same = false;
+    return platform::CompareFiles(first, second, platform::Links::Kept, &same) && same;
+}
+
+bool IsSameFolder(const std::wstring& first, const std::wstring& second) {
+    bool same = false;
+    return platform::SameSpelling(first, second) ||
+           (platform::CompareFiles(first, second, platform::Links::Followed, &same) && same);
 }
 
 bool LiesWithin(const std::wstring& folder, const std::wstring& other) {
     for (std::wstring_view part = folder; !part.empty(); part = FolderOfPath(part)) {
         bool same = false;
-        if (platform::CompareFiles(std::wstring(part).c_str(), other.c_str(), &same) && same) {
+        if (platform::CompareFiles(std::wstring(part), other, platform::Links::Followed, &same) &&
+            same) {
             return true;
         }
     }
     return false;
+}
+
+std::wstring NameOnDisk(const std::wstring& path) {
+    const std::wstring_view name = NameOfPath(path);
+    platform::FindData found;
+    // A name that is a pattern to the search would find something else.
+    if (!name.empty() && name.find_first_of(L"*?") == std::wstring_view::npos) {
+        const platform::UniqueSearch search(platform::FindFirst(path.c_str(), &found));
+        if (search) {
+            return found.cFileName;
+        }
+    }
+    return std::wstring(name);
+}
+
+std::wstring PathOnDisk(const std::wstring& path) {
+    const std::wstring canonical = platform::CanonicalPath(path);
+    size_t end = canonical.find(L'\\');
+    // A drive's letter, or another computer with what it shares, is no entry of a folder.
+    if (canonical.starts_with(L"\\\\")) {
+        end = std::wstring::npos;
+    }
+    std::wstring spelt = canonical.substr(0, end);
+    while (end != std::wstring::npos) {
+        end = canonical.find(L'\\', end + 1);
+        const std::wstring name = NameOnDisk(canonical.substr(0, end));
+        (spelt += L'\\') += name;
+    }
+    return spelt;
+}
+
+void RequireOwnName(const std::wstring& path) {
+    if (!platform::NamesItself(path)) {
+        throw faults::W32Fault(faults::ResultFromError(ERROR_INVALID_NAME));
+    }
 }
 
 NameParts SplitForCopy(const std::wstring& name, bool folder) {

@@ -12,6 +12,11 @@ std::wstring_view NameOfPath(std::wstring_view path);
 // What stands before it: the folder, empty for the root.
 std::wstring_view FolderOfPath(std::wstring_view path);
 
+// A folder's path as it is shown and as the system takes it: the root, an empty path, is "\".
+inline std::wstring TextOfFolder(const std::wstring& path) {
+    return path.empty() ? L"\\" : path;
+}
+
 // Whether two names or paths differ in nothing but the case of letters (CompareStringW).
 bool SameName(std::wstring_view first, std::wstring_view second);
 
@@ -19,8 +24,26 @@ bool SameName(std::wstring_view first, std::wstring_view second);
 // lying within "\A".
 bool BeginsWithPath(std::wstring_view folder, std::wstring_view other);
 
-// Whether a folder, or one that it lies in, is another one under a different spelling.
+// Whether two paths are one file or folder; not when that cannot be found out. A link is the one
+// that it is, not the one it leads to.
+bool IsSameFile(const std::wstring& first, const std::wstring& second);
+
+// Whether two folder paths lead to one folder, be it through a link.
+bool IsSameFolder(const std::wstring& first, const std::wstring& second);
+
+// Whether a folder, or one that it lies in, is another one under a different spelling or behind a
+// link.
 bool LiesWithin(const std::wstring& folder, const std::wstring& other);
+
+// The name under which the disk has an entry (FindFirstFileW): its own letter case, without what
+// the system drops. The path's own name when the entry cannot be found.
+std::wstring NameOnDisk(const std::wstring& path);
+
+// A path's canonical spelling with the names that the disk has.
+std::wstring PathOnDisk(const std::wstring& path);
+
+// Throws W32Fault (ERROR_INVALID_NAME) for a path that the system takes for another entry's.
+void RequireOwnName(const std::wstring& path);
 
 // A name without and from its extension's dot on.
 struct NameParts {

@@ -1,9 +1,12 @@
 #include "views/files/file_operations.h"
 
 #include <cstring>
+#include <new>
+#include <optional>
 
 #include "faults/fault.h"
 #include "platform/clipboard.h"
+#include "platform/files.h"
 #include "platform/handles.h"
 #include "platform/shortcuts.h"
 #include "text/format.h"
@@ -15,6 +18,7 @@
 #include "views/app_closer.h"
 #include "views/files/drop_files.h"
 #include "views/files/file_names.h"
+#include "views/files/folder_listing.h"
 
 namespace views {
 
@@ -43,33 +47,42 @@ constexpr UINT yesNoCancel[] = {ui::buttonYes, ui::buttonNo, ui::buttonCancel};
 // How long the screen may wait to be drawn, in milliseconds.
 constexpr DWORD paintPeriod = 100;
 
+// The longest path that the system finds an entry by, in characters.
+constexpr size_t longestPath = MAX_PATH - 1;
+
 bool IsGone(DWORD error) {
     return error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND;
 }
 
-// Deletes a file or a folder with all that is in it; the platform's error, 0 on success.
-DWORD Remove(const std::wstring& path, DWORD attributes, WalkProgress* progress) {
-    const platform::WaitCursor cursor;
-    const bool removed = attributes & FILE_ATTRIBUTE_DIRECTORY ? RecursiveDelete(path, progress)
-                                                               : DeleteFileW(path.c_str()) != FALSE;
-    return removed ? ERROR_SUCCESS : GetLastError();
+DWORD ErrorOf(const faults::W32Fault& fault) {
+    return static_cast<DWORD>(fault.Code()) & 0xFFFF;
 }
 
-DWORD Remove(const std::wstring& path, WalkProgress* progress) {
-    const DWORD attributes = GetFileAttributesW(path.c_str());
-    return attributes == INVALID_FILE_ATTRIBUTES ? GetLastError()
-                                                 : Remove(path, attributes, progress);
+// Deletes a file or a folder with all that is in it; the platform's error, ERROR_SUCCESS when it is
+// gone.
+DWORD Remove(const std::wstring& path, DWORD attributes, WalkProgress* progress) {
+    const platform::WaitCursor cursor;
+    try {
+        if (attributes & FILE_ATTRIBUTE_DIRECTORY) {
+            RecursiveDelete(path, progress);
+        } else if (!DeleteFileW(path.c_str())) {
+            throw faults::W32Fault();
+        }
+    } catch (const faults::W32Fault& fault) {
+        return ErrorOf(fault);
+    }
+    return ERROR_SUCCESS;
 }
 
 // The same after applications have been closed: a process gives its files back only a little after
 // its windows are gone.
-DWORD RemoveOnceFree(const std::wstring& path, WalkProgress* progress) {
+DWORD RemoveOnceFree(const std::wstring& path, DWORD attributes, WalkProgress* progress) {
     constexpr DWORD period = 100;
     constexpr int mostPeriods = 10;
-    DWORD error = Remove(path, progress);
+    DWORD error = Remove(path, attributes, progress);
     for (int waited = 0; error == ERROR_SHARING_VIOLATION && waited < mostPeriods; ++waited) {
         Sleep(period);
-        error = Remove(path, progress);
+        error = Remove(path, attributes, progress);
     }
     return error;
 }
@@ -78,9 +91,32 @@ DWORD RemoveOnceFree(const std::wstring& path, WalkProgress* progress) {
     throw faults::W32Fault(faults::ResultFromError(error));
 }
 
+// Asked for again after a failure.
 UINT DropEffectFormat() {
-    static const UINT format = RegisterClipboardFormatW(L"Preferred DropEffect");
+    static UINT format = 0;
+    if (format == 0) {
+        format = RegisterClipboardFormatW(L"Preferred DropEffect");
+        if (format == 0) {
+            throw faults::W32Fault();
+        }
+    }
     return format;
+}
+
+std::vector<uint8_t> BytesOnClipboard(UINT format) {
+    std::optional<std::vector<uint8_t>> bytes = platform::BytesOnClipboard(format);
+    if (!bytes) {
+        throw faults::W32Fault();
+    }
+    return std::move(*bytes);
+}
+
+std::vector<std::wstring> PathsOnClipboard() {
+    std::vector<std::wstring> paths = ReadDropFiles(BytesOnClipboard(CF_HDROP));
+    for (std::wstring& path : paths) {
+        path = platform::CanonicalPath(path);
+    }
+    return paths;
 }
 
 // A copy of an item that outlives its row.
@@ -96,14 +132,6 @@ const std::wstring& NameWithinFolder(const std::wstring& name) {
     return name;
 }
 
-int IconOf(const std::wstring& path, DWORD attributes, UINT flags) {
-    SHFILEINFOW info;
-    return platform::FileInfo(path.c_str(), attributes, &info,
-                              SHGFI_SYSICONINDEX | SHGFI_SMALLICON | flags)
-               ? info.iIcon
-               : -1;
-}
-
 }  // namespace
 
 bool FileOperations::Confirm(UINT text, const std::wstring& insert) const {
@@ -111,17 +139,27 @@ bool FileOperations::Confirm(UINT text, const std::wstring& insert) const {
                            0) == ui::buttonYes;
 }
 
-FileItemOwner FileOperations::ReadItem(const std::wstring& name) const {
-    const std::wstring path = list_.Folder() + L'\\' + name;
+template <typename Update>
+void FileOperations::UpdateRows(Update update) {
+    try {
+        update();
+    } catch (const std::bad_alloc&) {
+        list_.Relist();
+    }
+}
+
+FileItemOwner FileOperations::ReadItem(const std::wstring& path) {
     WIN32_FILE_ATTRIBUTE_DATA data;
     if (!GetFileAttributesExW(path.c_str(), GetFileExInfoStandard, &data)) {
         return nullptr;
     }
-    FileItemOwner item =
-        MakeFileItem(name, data.dwFileAttributes, data.ftCreationTime,
-                     static_cast<uint64_t>(data.nFileSizeHigh) << 32 | data.nFileSizeLow);
-    item->iconIndex = IconOf(path, data.dwFileAttributes, 0);
-    return item;
+    return MakeFileItem(NameOnDisk(path), data.dwFileAttributes, data.ftCreationTime,
+                        static_cast<uint64_t>(data.nFileSizeHigh) << 32 | data.nFileSizeLow);
+}
+
+void FileOperations::ShowItem(FileItemOwner item, int iconIndex) {
+    item->iconIndex = iconIndex;
+    list_.InsertRow(std::move(item));
 }
 
 void FileOperations::RemoveRowOf(const FileItem& item) {
@@ -134,7 +172,7 @@ void FileOperations::RemoveRowOf(const FileItem& item) {
 // Deleting.
 
 void FileOperations::Delete(unsigned row) {
-    const std::wstring path = list_.PathOf(row);
+    const std::wstring path = list_.Folder() + L'\\' + list_.ItemAt(row).name;
     ui::RunAction(
         Owner(), cannotDelete, [&] { DeleteRow(row); }, path);
 }
@@ -153,20 +191,20 @@ void FileOperations::DeleteRow(unsigned row) {
         }
         error = Remove(path, attributes, this);
     }
-    if (DeletePath(path, error, false) == Removal::Removed) {
-        RemoveRowOf(*probe);
+    if (DeletePath(path, attributes, error, false) == Removal::Removed) {
+        UpdateRows([&] { RemoveRowOf(*probe); });
     }
 }
 
 // What becomes of a path that has been deleted with `error`, asking again where another program
 // uses it. Throws W32Fault for what stays undeleted without the user's wish.
-FileOperations::Removal FileOperations::DeletePath(const std::wstring& path, DWORD error,
-                                                   bool several) {
+FileOperations::Removal FileOperations::DeletePath(const std::wstring& path, DWORD attributes,
+                                                   DWORD error, bool several) {
     if (error == ERROR_SHARING_VIOLATION) {
         const unsigned buttons = several ? 3 : 2;
-        const int answer =
-            ui::ShowMessage(Owner(), text::FormatText(askCloseApplications, path),
-                            ui::captionWarning, buttons, yesNoCancel, several ? 0 : 1);
+        const int answer = ui::ShowMessage(Owner(), text::FormatText(askCloseApplications, path),
+                                           ui::captionWarning, buttons, yesNoCancel,
+                                           several ? ui::noDefaultButton : 1);
         if (answer != ui::buttonYes) {
             return several && answer != ui::buttonNo ? Removal::Stopped : Removal::Kept;
         }
@@ -174,12 +212,21 @@ FileOperations::Removal FileOperations::DeletePath(const std::wstring& path, DWO
             const platform::WaitCursor cursor;
             list_.GetFrame().Closer().CloseAllApps();
         }
-        error = RemoveOnceFree(path, this);
+        if (attributes == INVALID_FILE_ATTRIBUTES) {
+            attributes = GetFileAttributesW(path.c_str());
+        }
+        error = attributes == INVALID_FILE_ATTRIBUTES ? GetLastError()
+                                                      : RemoveOnceFree(path, attributes, this);
+    }
+    if (error == ERROR_SUCCESS) {
+        return Removal::Removed;
     }
     // Within a folder an entry may be missing that the folder still has, as where its path is too
-    // long: only the path itself tells.
-    if (error != ERROR_SUCCESS &&
-        !(IsGone(error) && GetFileAttributesW(path.c_str()) == INVALID_FILE_ATTRIBUTES)) {
+    // long: only the path itself tells, and one that is too long itself does not.
+    if (IsGone(error) && path.size() > longestPath) {
+        Throw(ERROR_FILENAME_EXCED_RANGE);
+    }
+    if (!IsGone(error) || GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES) {
         Throw(error);
     }
     return Removal::Removed;
@@ -202,7 +249,7 @@ void FileOperations::DeleteMarkedRows(const std::vector<unsigned>& rows) {
     // What is asked about is what goes, whatever becomes of the rows meanwhile.
     std::vector<std::wstring> paths;
     for (const unsigned row : rows) {
-        paths.push_back(list_.PathOf(row));
+        paths.push_back(list_.Folder() + L'\\' + list_.ItemAt(row).name);
     }
     const auto count = static_cast<int>(rows.size());
     if (ui::ShowMessage(Owner(), text::FormatText(askDeleteSeveral, count), ui::captionWarning, 2,
@@ -214,16 +261,17 @@ void FileOperations::DeleteMarkedRows(const std::vector<unsigned>& rows) {
         bool goOn = true;
         for (size_t index = 0; goOn && index < paths.size(); ++index) {
             const std::wstring& path = paths[index];
-            const DWORD attributes = GetFileAttributesW(path.c_str());
-            if (attributes == INVALID_FILE_ATTRIBUTES) {
-                continue;
-            }
             Removal removal = Removal::Removed;
             goOn = false;
             ui::RunAction(
                 Owner(), cannotDelete,
                 [&] {
-                    removal = DeletePath(path, Remove(path, attributes, this), true);
+                    RequireOwnName(path);
+                    const DWORD attributes = GetFileAttributesW(path.c_str());
+                    if (attributes != INVALID_FILE_ATTRIBUTES) {
+                        removal =
+                            DeletePath(path, attributes, Remove(path, attributes, this), true);
+                    }
                     goOn = true;
                 },
                 path);
@@ -248,6 +296,7 @@ void FileOperations::Rename(unsigned row) {
 void FileOperations::RenameRow(unsigned row) {
     const FileItemOwner old = ProbeOf(list_.ItemAt(row));
     const std::wstring oldName = old->name;
+    const std::wstring oldPath = list_.PathOf(row);
     const std::wstring folder = list_.Folder() + L'\\';
     std::wstring name = oldName;
     while (list_.EditName(row, &name) == IDOK) {
@@ -262,13 +311,15 @@ void FileOperations::RenameRow(unsigned row) {
             return;
         }
         const std::wstring newPath = folder + NameWithinFolder(name);
-        if (!MoveFileW((folder + oldName).c_str(), newPath.c_str())) {
+        if (!MoveFileW(oldPath.c_str(), newPath.c_str())) {
             throw faults::W32Fault();
         }
-        FileItemOwner item = MakeFileItem(name, old->attributes, old->created, old->size);
-        item->iconIndex = IconOf(newPath, 0, 0);
-        RemoveRowOf(*old);
-        list_.InsertRow(std::move(item));
+        UpdateRows([&] {
+            FileItemOwner item =
+                MakeFileItem(NameOnDisk(newPath), old->attributes, old->created, old->size);
+            RemoveRowOf(*old);
+            ShowItem(std::move(item), IconOf(newPath, 0));
+        });
         return;
     }
 }
@@ -287,25 +338,31 @@ void FileOperations::MakeFolder() {
     struct Provisional {
         FileOperations& operations;
         const FileItem& item;
-        ~Provisional() { operations.RemoveRowOf(item); }
+        ~Provisional() {
+            try {
+                operations.RemoveRowOf(item);
+            } catch (...) {
+                ui::HoldException();
+            }
+        }
     };
+    std::wstring path;
     {
         const Provisional goes{*this, *probe};
         const unsigned row = list_.InsertRow(std::move(provisional));
         if (list_.EditName(row, &name) != IDOK) {
             return;
         }
-        const std::wstring path = list_.Folder() + L'\\' + NameWithinFolder(name);
+        path = list_.Folder() + L'\\' + NameWithinFolder(name);
         if (!CreateDirectoryW(path.c_str(), nullptr)) {
             throw faults::W32Fault();
         }
     }
-    FileItemOwner item = ReadItem(name);
-    if (item) {
-        list_.InsertRow(std::move(item));
-    } else {
-        list_.Relist();
-    }
+    UpdateRows([&] {
+        if (!ShowEntry(path)) {
+            list_.RelistAndSelect(name);
+        }
+    });
 }
 
 // The clipboard.
@@ -328,71 +385,89 @@ void FileOperations::PutPaths(const std::vector<unsigned>& rows, Effect effect) 
         paths.push_back(platform::PathForOthers(list_.PathOf(row)));
     }
     const std::vector<uint8_t> block = MakeDropFiles(paths);
+    constexpr DWORD move = 2;
     const platform::Clipboard clipboard(Owner());
     if (!clipboard || !EmptyClipboard() ||
         !platform::PutOnClipboard(CF_HDROP, block.data(), block.size())) {
         throw faults::W32Fault();
     }
-    constexpr DWORD move = 2;
-    if (effect == Effect::Move &&
-        !platform::PutOnClipboard(DropEffectFormat(), &move, sizeof move)) {
-        throw faults::W32Fault();
+    if (effect == Effect::Move) {
+        try {
+            if (!platform::PutOnClipboard(DropEffectFormat(), &move, sizeof move)) {
+                throw faults::W32Fault();
+            }
+        } catch (...) {
+            // Paths alone would be pasted as copies.
+            EmptyClipboard();
+            throw;
+        }
     }
     list_.EndMarking();
 }
 
 void FileOperations::Paste() {
-    std::vector<std::wstring> paths;
-    bool move = false;
-    ui::RunAction(Owner(), ui::actionFailed, [&] {
-        platform::Clipboard clipboard(Owner());
+    ui::RunAction(Owner(), ui::actionFailed, [this] {
+        // Open until all is pasted: what is pasted stays what was read.
+        const platform::Clipboard clipboard(Owner());
         if (!clipboard) {
             throw faults::W32Fault();
         }
-        ui::RunAction(Owner(), cannotReadClipboard, [&] {
-            // Closed before a person is told that it cannot be read.
-            const platform::Clipboard read(std::move(clipboard));
-            DWORD effect = 0;
-            const std::vector<uint8_t> bytes = platform::BytesOnClipboard(DropEffectFormat());
-            if (bytes.size() >= sizeof effect) {
-                std::memcpy(&effect, bytes.data(), sizeof effect);
-            }
-            move = (effect & 2) != 0;
-            paths = ReadDropFiles(platform::BytesOnClipboard(CF_HDROP));
-        });
+        PasteFromClipboard();
+    });
+}
+
+void FileOperations::PasteFromClipboard() {
+    std::vector<std::wstring> paths;
+    bool move = false;
+    ui::RunAction(Owner(), cannotReadClipboard, [&] {
+        DWORD effect = 0;
+        const std::vector<uint8_t> bytes = BytesOnClipboard(DropEffectFormat());
+        if (bytes.size() >= sizeof effect) {
+            std::memcpy(&effect, bytes.data(), sizeof effect);
+        }
+        move = (effect & 2) != 0;
+        paths = PathsOnClipboard();
     });
     FileTransfer transfer(*this);
     TransferAnswer answer = answerGoAhead;
     for (size_t index = 0; index < paths.size() && answer != answerStop; ++index) {
-        const std::wstring source = platform::PathFromOthers(paths[index]);
+        const std::wstring& source = paths[index];
         ui::RunAction(
-            Owner(), cannotPaste, [&] { answer = PasteOne(transfer, source, move); }, source);
+            Owner(), cannotPaste, [&] { answer = PasteOne(transfer, source, move); },
+            TextOfFolder(source));
     }
 }
 
 TransferAnswer FileOperations::PasteOne(FileTransfer& transfer, const std::wstring& source,
                                         bool move) {
-    const DWORD attributes = GetFileAttributesW(source.c_str());
+    const DWORD attributes = GetFileAttributesW(TextOfFolder(source).c_str());
     if (attributes == INVALID_FILE_ATTRIBUTES) {
         throw faults::W32Fault();
     }
     const std::wstring name(NameOfPath(source));
     const bool folder = (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
-    if (folder && (BeginsWithPath(list_.Folder(), source) || LiesWithin(list_.Folder(), source))) {
+    // A link lies nowhere but where it is, wherever it leads.
+    const bool entered = folder && !IsFolderLink(attributes);
+    if ((folder && BeginsWithPath(list_.Folder(), source)) ||
+        (entered && LiesWithin(list_.Folder(), source))) {
         ui::ShowError(Owner(), std::wstring(text::LoadText(intoItself)));
         return answerGoAhead;
     }
     std::wstring destination = list_.Folder() + L'\\' + name;
-    if (SameName(destination, source)) {
+    if (GetFileAttributesW(destination.c_str()) != INVALID_FILE_ATTRIBUTES &&
+        IsSameFile(destination, source)) {
         destination = UniqueCopyPath(list_.Folder(), name, folder);
     }
+    const bool hasRow = move && IsSameFolder(std::wstring(FolderOfPath(source)), list_.Folder());
     const platform::WaitCursor cursor;
     // The rows tell what has become of both, also when a fault passes.
     const auto show = [&] {
-        if (move && SameName(FolderOfPath(source), list_.Folder())) {
-            ShowEntry(source, attributes);
-        }
-        ShowEntry(destination, attributes);
+        UpdateRows([&] {
+            if (hasRow) {
+                UpdateEntry(list_.Folder() + L'\\' + name, attributes);
+            }
+            UpdateEntry(destination, attributes);
+        });
     };
     TransferAnswer answer = answerGoAhead;
     try {
@@ -406,29 +481,33 @@ TransferAnswer FileOperations::PasteOne(FileTransfer& transfer, const std::wstri
     return answer;
 }
 
-void FileOperations::ShowEntry(const std::wstring& path, DWORD attributes) {
-    const std::wstring name(NameOfPath(path));
-    if (FileItemOwner item = ReadItem(name)) {
-        list_.InsertRow(std::move(item));
-    } else {
-        RemoveRowOf(*MakeFileItem(name, attributes, FILETIME{}, 0));
+bool FileOperations::ShowEntry(const std::wstring& path) {
+    FileItemOwner item = ReadItem(path);
+    if (!item) {
+        return false;
+    }
+    const int icon = IconOf(path, item->attributes);
+    ShowItem(std::move(item), icon);
+    return true;
+}
+
+void FileOperations::UpdateEntry(const std::wstring& path, DWORD attributes) {
+    if (!ShowEntry(path) && IsGone(GetLastError())) {
+        RemoveRowOf(*MakeFileItem(NameOfPath(path), attributes, FILETIME{}, 0));
     }
 }
 
 void FileOperations::PasteShortcuts() {
-    std::vector<std::wstring> paths;
-    ui::RunAction(Owner(), ui::actionFailed, [&] {
+    ui::RunAction(Owner(), ui::actionFailed, [this] {
         const platform::Clipboard clipboard(Owner());
         if (!clipboard) {
             throw faults::W32Fault();
         }
-        paths = ReadDropFiles(platform::BytesOnClipboard(CF_HDROP));
+        for (const std::wstring& target : PathsOnClipboard()) {
+            ui::RunAction(
+                Owner(), cannotMakeShortcut, [&] { CreateShortcut(target); }, TextOfFolder(target));
+        }
     });
-    for (const std::wstring& path : paths) {
-        const std::wstring target = platform::PathFromOthers(path);
-        ui::RunAction(
-            Owner(), cannotMakeShortcut, [&] { CreateShortcut(target); }, target);
-    }
 }
 
 void FileOperations::CreateShortcut(const std::wstring& target) {
@@ -439,11 +518,14 @@ void FileOperations::CreateShortcut(const std::wstring& target) {
     if (!platform::CreateShortcut((folder + L'\\' + fileName).c_str(), command.c_str())) {
         throw faults::W32Fault();
     }
-    FileItemOwner item = ReadItem(fileName);
-    if (!item) {
-        throw faults::W32Fault();
-    }
-    list_.InsertRow(std::move(item));
+    UpdateRows([&] {
+        const std::wstring path = list_.Folder() + L'\\' + fileName;
+        FileItemOwner item = ReadItem(path);
+        if (!item) {
+            throw faults::W32Fault();
+        }
+        ShowItem(std::move(item), IconOf(path, 0));
+    });
 }
 
 // What a transfer asks.
@@ -487,8 +569,12 @@ void FileOperations::OnProgress() {
         return;
     }
     lastPainted_ = now;
+    // A window that cannot be painted, for want of memory, asks for it again and again.
+    constexpr int mostPaints = 16;
     MSG message;
-    while (ui::PeekInput(&message, nullptr, WM_PAINT, WM_PAINT, PM_REMOVE)) {
+    for (int paints = 0;
+         paints < mostPaints && ui::PeekInput(&message, nullptr, WM_PAINT, WM_PAINT, PM_REMOVE);
+         ++paints) {
         ui::Dispatch(message);
     }
 }

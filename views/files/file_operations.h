@@ -28,19 +28,29 @@ class FileOperations final : private TransferPrompts {
 
     // Throws W32Fault.
     void DeleteRow(unsigned row);
-    Removal DeletePath(const std::wstring& path, DWORD error, bool several);
+    Removal DeletePath(const std::wstring& path, DWORD attributes, DWORD error, bool several);
     void DeleteMarkedRows(const std::vector<unsigned>& rows);
     void RenameRow(unsigned row);
     void MakeFolder();
     void PutPaths(const std::vector<unsigned>& rows, Effect effect);
+    void PasteFromClipboard();
     TransferAnswer PasteOne(FileTransfer& transfer, const std::wstring& source, bool move);
-    // Brings the row of an entry of the list's folder up to date, or removes it.
-    void ShowEntry(const std::wstring& path, DWORD attributes);
+    // Brings the row of an entry of the list's folder up to date, or removes it when the entry has
+    // gone.
+    void UpdateEntry(const std::wstring& path, DWORD attributes);
     void CreateShortcut(const std::wstring& target);
-    // The item of an entry of the list's folder as it is now, with its icon; null when it cannot
-    // be read.
-    FileItemOwner ReadItem(const std::wstring& name) const;
+    // Gives an entry of the list's folder its row; false when it cannot be read, with the thread's
+    // last error.
+    bool ShowEntry(const std::wstring& path);
+    void ShowItem(FileItemOwner item, int iconIndex);
+    // The item of an entry as it is now, under the name that the disk has; null when it cannot be
+    // read, with the thread's last error (GetFileAttributesExW).
+    static FileItemOwner ReadItem(const std::wstring& path);
     void RemoveRowOf(const FileItem& item);
+    // Brings rows up to date after the disk has changed: for want of memory all of them are read
+    // anew, as what has been done is done.
+    template <typename Update>
+    void UpdateRows(Update update);
 
     HWND Owner() const { return list_.GetFrame().MainWindow(); }
     bool Confirm(UINT text, const std::wstring& insert) const;

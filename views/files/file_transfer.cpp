@@ -3,6 +3,7 @@
 #include "faults/fault.h"
 #include "platform/files.h"
 #include "views/files/file_names.h"
+#include "views/files/set_aside.h"
 
 namespace views {
 
@@ -17,20 +18,37 @@ void ThrowUnless(BOOL succeeded) {
     }
 }
 
-// Whether a copy that must not overwrite anything failed before it wrote anything, so that what
-// stands in its way is not its own beginning.
+// What stands at a path, as far as it can be told.
+struct Destination {
+    DWORD attributes;
+    // The file system has said that there is nothing.
+    bool free;
+
+    bool Exists() const { return attributes != INVALID_FILE_ATTRIBUTES; }
+};
+
+Destination LookAt(const std::wstring& path) {
+    const DWORD attributes = GetFileAttributesW(path.c_str());
+    return Destination{attributes, attributes == INVALID_FILE_ATTRIBUTES &&
+                                       GetLastError() == ERROR_FILE_NOT_FOUND};
+}
+
+bool IsFolder(DWORD attributes) {
+    return (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+}
+
+bool IsInTheWay(DWORD error) {
+    return error == ERROR_FILE_EXISTS || error == ERROR_ALREADY_EXISTS;
+}
+
+// Whether a copy failed before it made its destination.
 bool FailedUntouched(DWORD error) {
-    switch (error) {
-        case ERROR_FILE_EXISTS:
-        case ERROR_ALREADY_EXISTS:
-        case ERROR_ACCESS_DENIED:
-        case ERROR_SHARING_VIOLATION:
-        case ERROR_FILE_NOT_FOUND:
-        case ERROR_PATH_NOT_FOUND:
-            return true;
-        default:
-            return false;
-    }
+    return error == ERROR_ACCESS_DENIED || error == ERROR_SHARING_VIOLATION ||
+           error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND;
+}
+
+[[noreturn]] void Throw(DWORD error) {
+    throw faults::W32Fault(faults::ResultFromError(error));
 }
 
 DWORD AttributesOf(const std::wstring& path) {
@@ -59,74 +77,136 @@ TransferAnswer FileTransfer::Run(const std::wstring& source, const std::wstring&
 
 std::optional<TransferAnswer> FileTransfer::Begin(DWORD attributes, bool topLevel) {
     prompts_.OnProgress();
+    RequireOwnName(source_);
     return moving_ ? BeginMove(attributes, topLevel) : BeginCopy(attributes, topLevel);
 }
 
 std::optional<TransferAnswer> FileTransfer::BeginCopy(DWORD attributes, bool topLevel) {
-    const bool folder = (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
-    if (!folder) {
-        // Most files have nothing in their way, and to look for it first is a search through the
-        // whole folder: the copy itself tells as well.
-        if (CopyFileW(source_.c_str(), destination_.c_str(), TRUE)) {
-            return answerGoAhead;
-        }
-        ThrowUnless(FailedUntouched(GetLastError()));
+    if (!IsFolder(attributes)) {
+        return CopyOneFile(attributes, topLevel);
     }
-    const TransferAnswer conflict = CheckConflict(folder, topLevel);
-    if (conflict != answerGoAhead && conflict != answerOverwrite) {
-        return conflict;
+    if (IsFolderLink(attributes)) {
+        return CopyOneLink(attributes, topLevel);
     }
     TransferAnswer own = answerGoAhead;
-    if (conflict == answerOverwrite) {
+    if (const Destination there = LookAt(destination_); there.Exists()) {
+        const TransferAnswer conflict = CheckConflict(there.attributes, attributes, topLevel);
+        if (conflict != answerOverwrite) {
+            return conflict;
+        }
         own = answerSkip;
         RefuseItself();
     }
-    if (!folder) {
-        if (conflict == answerOverwrite) {
-            ThrowUnless(DeleteFileW(destination_.c_str()));
-        }
-        ThrowUnless(CopyFileW(source_.c_str(), destination_.c_str(), FALSE));
-        return own;
-    }
-    if (CreateDirectoryW(destination_.c_str(), nullptr)) {
+    const bool isNew = CreateDirectoryW(destination_.c_str(), nullptr) != FALSE;
+    if (isNew) {
         SetFileAttributesW(destination_.c_str(), attributes);
     } else {
         ThrowUnless(GetLastError() == ERROR_ALREADY_EXISTS);
     }
-    Enter(own);
+    Enter(own, isNew);
     return std::nullopt;
 }
 
-std::optional<TransferAnswer> FileTransfer::BeginMove(DWORD attributes, bool topLevel) {
-    const bool folder = (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
-    const TransferAnswer conflict = CheckConflict(folder, topLevel);
-    if (conflict != answerGoAhead && conflict != answerOverwrite) {
+// The copy that must not overwrite anything tells by itself that something is in the way, after it
+// has found the source readable.
+TransferAnswer FileTransfer::CopyOneFile(DWORD attributes, bool topLevel) {
+    const bool isNew = !levels_.empty() && levels_.back().isNew;
+    const Destination there =
+        isNew ? Destination{INVALID_FILE_ATTRIBUTES, true} : LookAt(destination_);
+    if (!there.Exists() || !IsFolder(there.attributes)) {
+        const DWORD error = PutFile(there.free);
+        if (error == ERROR_SUCCESS) {
+            return answerGoAhead;
+        }
+        if (!IsInTheWay(error)) {
+            Throw(error);
+        }
+    }
+    const TransferAnswer conflict = CheckConflict(there.attributes, attributes, topLevel);
+    if (conflict != answerOverwrite) {
         return conflict;
     }
-    if (conflict == answerOverwrite) {
-        RefuseItself();
-        if (folder) {
-            Enter(answerGoAhead);
-            return std::nullopt;
-        }
-        ThrowUnless(DeleteFileW(destination_.c_str()));
+    Overwrite();
+    return answerSkip;
+}
+
+TransferAnswer FileTransfer::CopyOneLink(DWORD attributes, bool topLevel) {
+    if (const Destination there = LookAt(destination_); there.Exists()) {
+        return CheckConflict(there.attributes, attributes, topLevel);
     }
-    ThrowUnless(MoveFileW(source_.c_str(), destination_.c_str()));
+    ThrowUnless(platform::CopyLink(source_, destination_));
     return answerGoAhead;
 }
 
-// Of two spellings of one path what would be deleted is the only copy.
-void FileTransfer::RefuseItself() const {
-    bool same = true;
-    ThrowUnless(platform::CompareFiles(source_.c_str(), destination_.c_str(), &same));
-    if (same) {
-        throw faults::W32Fault(faults::ResultFromError(ERROR_FILE_EXISTS));
+std::optional<TransferAnswer> FileTransfer::BeginMove(DWORD attributes, bool topLevel) {
+    const bool folder = IsFolder(attributes);
+    const Destination there = LookAt(destination_);
+    if (!there.Exists()) {
+        const DWORD error = PutFile(there.free && !folder);
+        if (error == ERROR_SUCCESS) {
+            return answerGoAhead;
+        }
+        if (folder || !IsInTheWay(error)) {
+            Throw(error);
+        }
+    }
+    const TransferAnswer conflict = CheckConflict(there.attributes, attributes, topLevel);
+    if (conflict != answerOverwrite) {
+        return conflict;
+    }
+    if (folder) {
+        RefuseItself();
+        Enter(answerGoAhead, false);
+        return std::nullopt;
+    }
+    Overwrite();
+    return answerGoAhead;
+}
+
+void FileTransfer::Overwrite() {
+    RefuseItself();
+    SetAside old(destination_);
+    if (const DWORD error = PutFile(true); error != ERROR_SUCCESS) {
+        Throw(error);
+    }
+    if (const DWORD error = old.Discard(); error != ERROR_SUCCESS) {
+        // The old file cannot go, so the new one does.
+        ThrowUnless(moving_ ? MoveFileW(destination_.c_str(), source_.c_str())
+                            : DeleteFileW(destination_.c_str()));
+        Throw(error);
     }
 }
 
-void FileTransfer::Enter(TransferAnswer own) {
+DWORD FileTransfer::PutFile(bool wasFree) const {
+    const BOOL done = moving_ ? MoveFileW(source_.c_str(), destination_.c_str())
+                              : CopyFileW(source_.c_str(), destination_.c_str(), TRUE);
+    const DWORD error = done ? ERROR_SUCCESS : GetLastError();
+    if (error == ERROR_SUCCESS || IsInTheWay(error) || !wasFree) {
+        return error;
+    }
+    // A full card, or one pulled out, leaves the beginning of a file; a move to another volume the
+    // whole of one whose source could not be deleted.
+    const bool leftHalfDone = moving_
+                                  ? GetFileAttributesW(source_.c_str()) != INVALID_FILE_ATTRIBUTES
+                                  : !FailedUntouched(error);
+    if (leftHalfDone) {
+        DeleteFileW(destination_.c_str());
+    }
+    return error;
+}
+
+// Of two spellings of one path what would be overwritten is the only copy.
+void FileTransfer::RefuseItself() const {
+    bool same = true;
+    ThrowUnless(platform::CompareFiles(source_, destination_, platform::Links::Kept, &same));
+    if (same) {
+        Throw(ERROR_FILE_EXISTS);
+    }
+}
+
+void FileTransfer::Enter(TransferAnswer own, bool isNew) {
     levels_.push_back(Level{std::make_unique<FolderWalk>(source_ + L"\\*"), source_.size(),
-                            destination_.size(), own, answerGoAhead});
+                            destination_.size(), own, answerGoAhead, isNew});
 }
 
 const platform::FindData* FileTransfer::NextEntry() {
@@ -182,20 +262,24 @@ TransferAnswer FileTransfer::Leave() {
     return contents;
 }
 
-TransferAnswer FileTransfer::CheckConflict(bool sourceIsFolder, bool topLevel) {
-    const DWORD attributes = GetFileAttributesW(destination_.c_str());
-    if (attributes == INVALID_FILE_ATTRIBUTES) {
-        return answerGoAhead;
-    }
+TransferAnswer FileTransfer::CheckConflict(DWORD destination, DWORD source, bool topLevel) {
+    const bool sourceIsFolder = IsFolder(source);
     const unsigned shift = sourceIsFolder ? folderShift : 0;
     if (const TransferAnswer known = remembered_ >> shift & answerBits) {
         return known;
     }
     const std::wstring name(NameOfPath(destination_));
-    const bool destinationIsFolder = (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
-    if (destinationIsFolder != sourceIsFolder) {
-        prompts_.TellOtherKind(name, sourceIsFolder);
-        return answerSkip;
+    if (destination != INVALID_FILE_ATTRIBUTES) {
+        const bool destinationIsFolder = IsFolder(destination);
+        if (destinationIsFolder != sourceIsFolder) {
+            prompts_.TellOtherKind(name, sourceIsFolder);
+            return answerSkip;
+        }
+        // Neither is merged through a link into what lies behind it.
+        if (IsFolderLink(destination) || IsFolderLink(source)) {
+            prompts_.TellOtherKind(name, false);
+            return answerSkip;
+        }
     }
     const TransferAnswer answer = prompts_.AskConflict(name, sourceIsFolder, topLevel);
     if (answer & answerForAll) {

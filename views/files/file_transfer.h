@@ -61,6 +61,8 @@ class FileTransfer {
         // The folder's own answer, and its contents'.
         TransferAnswer own;
         TransferAnswer contents;
+        // The destination is a folder that this transfer has made: nothing can be in the way.
+        bool isNew;
     };
 
     TransferAnswer Run(const std::wstring& source, const std::wstring& destination, bool moving);
@@ -69,13 +71,22 @@ class FileTransfer {
     std::optional<TransferAnswer> Begin(DWORD attributes, bool topLevel);
     std::optional<TransferAnswer> BeginCopy(DWORD attributes, bool topLevel);
     std::optional<TransferAnswer> BeginMove(DWORD attributes, bool topLevel);
+    TransferAnswer CopyOneFile(DWORD attributes, bool topLevel);
+    TransferAnswer CopyOneLink(DWORD attributes, bool topLevel);
+    // Puts the source in the place of a file that the user has given up.
+    void Overwrite();
+    // Copies or moves the source file to where nothing is; ERROR_SUCCESS or the platform's error.
+    // What a failure leaves half done goes if `wasFree`: nothing stood there before.
+    DWORD PutFile(bool wasFree) const;
     // The next entry of the innermost folder; null at its end, or when it is to be left.
     const platform::FindData* NextEntry();
     // Begins the next entry of the innermost folder, or leaves that folder.
     std::optional<TransferAnswer> Advance();
     TransferAnswer Leave();
-    void Enter(TransferAnswer own);
-    TransferAnswer CheckConflict(bool sourceIsFolder, bool topLevel);
+    void Enter(TransferAnswer own, bool isNew);
+    // Whether the destination may be touched; asks about one that exists with these attributes
+    // (INVALID_FILE_ATTRIBUTES: nobody knows them).
+    TransferAnswer CheckConflict(DWORD destination, DWORD source, bool topLevel);
     void RefuseItself() const;
 
     TransferPrompts& prompts_;

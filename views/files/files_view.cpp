@@ -6,6 +6,7 @@
 #include "text/format.h"
 #include "ui/action.h"
 #include "ui/drawing_resources.h"
+#include "ui/held_fault.h"
 #include "views/files/folder_listing.h"
 #include "views/files/open_file.h"
 #include "views/properties_page.h"
@@ -16,25 +17,12 @@ namespace {
 
 constexpr wchar_t pathSetting[] = L"path";
 
-// Measures and shows what has been read of a folder, also when a fault passes.
-class ShowsRows {
- public:
-    explicit ShowsRows(ViewList& list) : list_(list) {}
-    ~ShowsRows() { list_.Layout(); }
-    ShowsRows(const ShowsRows&) = delete;
-    ShowsRows& operator=(const ShowsRows&) = delete;
-
- private:
-    ViewList& list_;
-};
-
 }  // namespace
 
 FilesView::FilesView(Frame& frame) : ListView(frame, menuResource) {
     const std::optional<std::wstring> stored = frame.StoredText(pathSetting);
     if (stored && !stored->empty() && IsExistingFolder(*stored)) {
-        path_ = *stored;
-        CutTrailingBackslashes(path_);
+        path_ = PathOnDisk(*stored);
     }
 }
 
@@ -48,6 +36,7 @@ void FilesView::Layout(HDC dc) {
     oneLineHeight_ = rows_.OneLineHeight();
     if (!pathBar_.Handle()) {
         pathBar_.Open(GetFrame().Pane(), [this] { GoUp(); });
+        pathBar_.SetText(TextOfFolder(path_));
     }
 }
 
@@ -94,7 +83,7 @@ void FilesView::Refresh() {
 }
 
 std::wstring FilesView::Title() const {
-    const std::wstring folder = path_.empty() ? L"\\" : path_;
+    const std::wstring folder = TextOfFolder(path_);
     return List().Marking() ? text::Format(L"%1 (%2!i!)", folder, List().MarkedCount()) : folder;
 }
 
@@ -107,9 +96,8 @@ void FilesView::Tap(unsigned row) {
 }
 
 void FilesView::Open(unsigned row) {
-    const FileItem& item = ItemAt(row);
-    std::wstring path = path_ + L'\\' + item.name;
-    if (!item.IsFolder()) {
+    std::wstring path = PathOf(row);
+    if (!ItemAt(row).IsFolder()) {
         const std::optional<std::wstring> folder = FolderOfShortcut(path);
         if (!folder) {
             OpenWithShell(GetFrame().MainWindow(), path);
@@ -117,9 +105,7 @@ void FilesView::Open(unsigned row) {
         }
         path = *folder;
     }
-    path_ = std::move(path);
-    ShowPath();
-    Enumerate(path_);
+    ShowFolder(std::move(path));
 }
 
 void FilesView::UpdateMenu(HMENU menu) {
@@ -325,9 +311,13 @@ int FilesView::EditName(unsigned row, std::wstring* name) {
         FilesView& view;
         ~Editing() {
             view.editor_ = nullptr;
-            if (view.List().Handle()) {
-                view.GetFrame().Bar().LoadBar(menuResource);
-                view.GetFrame().MenuStateChanged();
+            try {
+                if (view.List().Handle()) {
+                    view.GetFrame().Bar().LoadBar(menuResource);
+                    view.GetFrame().MenuStateChanged();
+                }
+            } catch (...) {
+                ui::HoldException();
             }
         }
     } editing{*this};
@@ -372,44 +362,36 @@ void FilesView::Close() {
 }
 
 void FilesView::Navigate(const wchar_t* path) {
+    std::wstring folder = path_;
     std::wstring fileName;
-    DWORD attributes = INVALID_FILE_ATTRIBUTES;
-    if (path) {
-        attributes = GetFileAttributesW(path);
-        if (attributes != INVALID_FILE_ATTRIBUTES) {
-            path_ = std::wstring(path);
-            CutTrailingBackslashes(path_);
-            if (!(attributes & FILE_ATTRIBUTE_DIRECTORY)) {
-                const size_t backslash = path_.rfind(L'\\');
-                fileName = path_.substr(backslash == std::wstring::npos ? 0 : backslash + 1);
-                path_.resize(backslash == std::wstring::npos ? 0 : backslash);
-            }
+    const DWORD attributes = path ? GetFileAttributesW(path) : INVALID_FILE_ATTRIBUTES;
+    if (attributes != INVALID_FILE_ATTRIBUTES) {
+        folder = PathOnDisk(path);
+        if (!(attributes & FILE_ATTRIBUTE_DIRECTORY)) {
+            fileName = NameOfPath(folder);
+            folder = FolderOfPath(folder);
         }
     }
     RebuildHideMask();
-    ShowPath();
-    Enumerate(path_);
+    ShowFolder(std::move(folder));
     if (!fileName.empty()) {
         SelectName(fileName, attributes);
     }
 }
 
 bool FilesView::Up() {
-    const size_t backslash = path_.rfind(L'\\');
-    if (backslash == std::wstring::npos) {
+    if (path_.find(L'\\') == std::wstring::npos) {
         return false;
     }
-    const std::wstring left = path_.substr(backslash + 1);
-    path_.resize(backslash);
-    ShowPath();
-    Enumerate(path_);
+    const std::wstring left(NameOfPath(path_));
+    ShowFolder(std::wstring(FolderOfPath(path_)));
     SelectName(left, FILE_ATTRIBUTE_DIRECTORY);
     return true;
 }
 
-void FilesView::RelistAndSelect(const std::wstring& folder, const std::wstring& name) {
-    const DWORD attributes = GetFileAttributesW((folder + L"\\" + name).c_str());
-    Enumerate(folder);
+void FilesView::RelistAndSelect(const std::wstring& name) {
+    const DWORD attributes = GetFileAttributesW((path_ + L'\\' + name).c_str());
+    ShowFolder(path_);
     if (attributes != INVALID_FILE_ATTRIBUTES) {
         SelectName(name, attributes);
     }
@@ -419,24 +401,24 @@ void FilesView::RebuildHideMask() {
     hideMask_ = HideMask(GetFrame().Flags());
 }
 
-void FilesView::Enumerate(const std::wstring& folder) {
+void FilesView::ShowFolder(std::wstring folder) {
     const platform::WaitCursor cursor;
-    List().Clear();
-    {
-        const ShowsRows shown(List());
-        ReadFolder(folder);
+    FileItems items = ReadFolder(folder, hideMask_);
+    std::wstring text = TextOfFolder(folder);
+    path_.swap(folder);
+    try {
+        GetFrame().TitleChanged();
+        ShowItems(List(), std::move(items));
+    } catch (...) {
+        path_.swap(folder);
+        RestoreTitle();
+        throw;
     }
+    pathBar_.SetText(std::move(text));
     if (List().Marking()) {
         GetFrame().TitleChanged();
     }
     GetFrame().MenuStateChanged();
-}
-
-void FilesView::ReadFolder(const std::wstring& folder) {
-    FolderReader reader(folder, hideMask_);
-    while (reader.Next()) {
-        InsertSorted(reader.MakeItem());
-    }
 }
 
 unsigned FilesView::LowerBound(const FileItem& item) const {
@@ -455,9 +437,12 @@ void FilesView::SelectName(const std::wstring& name, DWORD attributes) {
     SelectItem(*MakeFileItem(name, attributes, FILETIME{}, 0));
 }
 
-void FilesView::ShowPath() {
-    pathBar_.SetPath(path_);
-    GetFrame().TitleChanged();
+// After a fault, which is told: one more changes nothing.
+void FilesView::RestoreTitle() noexcept {
+    try {
+        GetFrame().TitleChanged();
+    } catch (...) {
+    }
 }
 
 int FilesView::RowHeight(ULONG_PTR data) const {

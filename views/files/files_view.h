@@ -41,8 +41,8 @@ class FilesView final : public ListView, private FileList {
     void Navigate(const wchar_t* path);
     // Goes to the parent folder and selects the folder that was left; false at the root.
     bool Up();
-    // Lists `folder` and selects the entry `name` if it is there.
-    void RelistAndSelect(const std::wstring& folder, const std::wstring& name);
+    // Lists the folder again and selects the entry `name` if it is there.
+    void RelistAndSelect(const std::wstring& name) override;
 
  private:
     static constexpr UINT menuResource = 500;
@@ -71,15 +71,16 @@ class FilesView final : public ListView, private FileList {
     // Starts or ends multi-selection, which has a bar of its own.
     void SetMarking(bool marking);
     void RebuildHideMask();
-    void Enumerate(const std::wstring& folder);
-    void ReadFolder(const std::wstring& folder);
+    // Reads a folder and shows it: path, strip, title and rows change together or not at all.
+    // Throws std::bad_alloc.
+    void ShowFolder(std::wstring folder);
+    void RestoreTitle() noexcept;
     void InsertSorted(FileItemOwner item);
     void SelectItem(const FileItem& probe);
     void SelectName(const std::wstring& name, DWORD attributes);
     void Open(unsigned row);
     // Up as a user's action: its faults are shown. False at the root.
     bool GoUp();
-    void ShowPath();
 
     std::wstring path_;
     DWORD hideMask_ = 0;

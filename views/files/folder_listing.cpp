@@ -1,5 +1,6 @@
 #include "views/files/folder_listing.h"
 
+#include "platform/handles.h"
 #include "views/display_flags.h"
 
 namespace views {
@@ -15,52 +16,43 @@ DWORD HideMask(DWORD flags) {
     return mask;
 }
 
-void CutTrailingBackslashes(std::wstring& path) {
-    while (!path.empty() && path.back() == L'\\') {
-        path.pop_back();
-    }
-}
-
 bool IsExistingFolder(const std::wstring& path) {
     const DWORD attributes = GetFileAttributesW(path.c_str());
     return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY);
 }
 
-FolderReader::FolderReader(const std::wstring& folder, DWORD hideMask)
-    : search_(platform::FindFirst((folder + L"\\*").c_str(), &found_)),
-      hideMask_(hideMask),
-      child_(folder + L"\\"),
-      folderLength_(child_.size()) {}
-
-FolderReader::~FolderReader() {
-    if (search_ != INVALID_HANDLE_VALUE) {
-        FindClose(search_);
-    }
-}
-
-const platform::FindData* FolderReader::Next() {
-    if (search_ == INVALID_HANDLE_VALUE) {
-        return nullptr;
-    }
-    do {
-        if (!first_ && !platform::FindNext(search_, &found_)) {
-            return nullptr;
+FileItems ReadFolder(const std::wstring& folder, DWORD hideMask, const NamePatterns& patterns) {
+    FileItems items;
+    // The folder with a backslash, and room for the names behind it.
+    std::wstring child = folder + L'\\';
+    const size_t folderLength = child.size();
+    platform::FindData found;
+    const platform::UniqueSearch search(platform::FindFirst((child + L'*').c_str(), &found));
+    for (bool more = static_cast<bool>(search); more;
+         more = platform::FindNext(search.Get(), &found)) {
+        const bool isFolder = (found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+        if ((found.dwFileAttributes & hideMask) ||
+            (!isFolder && !patterns.Match(found.cFileName))) {
+            continue;
         }
-        first_ = false;
-    } while (found_.dwFileAttributes & hideMask_);
-    return &found_;
+        FileItemOwner item = MakeFileItem(found);
+        child.resize(folderLength);
+        child += item->name;
+        item->iconIndex = IconOf(child, item->attributes);
+        const unsigned place =
+            LowerBound(static_cast<unsigned>(items.size()), *item,
+                       [&items](unsigned index) -> const FileItem& { return *items[index]; });
+        items.insert(items.begin() + static_cast<ptrdiff_t>(place), std::move(item));
+    }
+    return items;
 }
 
-FileItemOwner FolderReader::MakeItem() {
-    FileItemOwner item = MakeFileItem(found_);
-    child_.resize(folderLength_);
-    child_ += item->name;
+int IconOf(const std::wstring& path, DWORD attributes, UINT flags) {
     SHFILEINFOW info;
-    if (platform::FileInfo(child_.c_str(), item->attributes, &info,
-                           SHGFI_SYSICONINDEX | SHGFI_SMALLICON)) {
-        item->iconIndex = info.iIcon;
-    }
-    return item;
+    return platform::FileInfo(path.c_str(), attributes, &info,
+                              SHGFI_SYSICONINDEX | SHGFI_SMALLICON | flags)
+               ? info.iIcon
+               : -1;
 }
 
 }  // namespace views

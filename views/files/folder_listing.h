@@ -3,60 +3,63 @@
 
 #include <algorithm>
 #include <string>
+#include <vector>
 
 #include "ui/list_layout.h"
 #include "views/files/file_item.h"
+#include "views/files/name_patterns.h"
 
 namespace views {
 
 // The attributes that keep an entry out of a list, for the display options.
 DWORD HideMask(DWORD flags);
 
-// Cuts the backslashes at a folder's end: the root is the empty string.
-void CutTrailingBackslashes(std::wstring& path);
-
 // Whether a path names an existing folder (GetFileAttributesW).
 bool IsExistingFolder(const std::wstring& path);
 
-// Goes through a folder's entries once. One that cannot be read, or no further, ends early.
-class FolderReader {
- public:
-    FolderReader(const std::wstring& folder, DWORD hideMask);
-    ~FolderReader();
-    FolderReader(const FolderReader&) = delete;
-    FolderReader& operator=(const FolderReader&) = delete;
+// The index of a path's icon in the system's small-icon image list (SHGetFileInfo with `flags`
+// besides the two for that); -1 when it has none.
+int IconOf(const std::wstring& path, DWORD attributes, UINT flags = 0);
 
-    // The next entry that is not hidden, valid until the next call; null at the end.
-    const platform::FindData* Next();
-    // The entry that Next gave, with its icon (SHGetFileInfo).
-    FileItemOwner MakeItem();
+// The entries of a folder in the order of Files.
+using FileItems = std::vector<FileItemOwner>;
 
- private:
-    platform::FindData found_;
-    HANDLE search_;
-    DWORD hideMask_;
-    bool first_ = true;
-    // The folder with a backslash, and room for the names behind it.
-    std::wstring child_;
-    size_t folderLength_;
-};
+// Reads a folder once (FindFirstFileW, FindNextFileW): the entries that `hideMask` does not hide,
+// of its files those whose names match, with their icons (SHGetFileInfo). A folder that cannot be
+// read, or no further, gives what could be read. Throws std::bad_alloc.
+FileItems ReadFolder(const std::wstring& folder, DWORD hideMask,
+                     const NamePatterns& patterns = NamePatterns());
+
+// Puts other rows in the place of all rows of a list, all of them or none. Throws std::bad_alloc.
+template <typename List>
+void ShowItems(List& list, FileItems items) {
+    ui::ItemRecords rows;
+    rows.reserve(items.size());
+    for (const FileItemOwner& item : items) {
+        rows.push_back(ui::ItemRecord{0, 0, reinterpret_cast<ULONG_PTR>(item.get())});
+    }
+    for (FileItemOwner& item : items) {
+        item.release();
+    }
+    list.ReplaceItems(std::move(rows));
+    list.Layout();
+}
 
 inline FileItem& ItemOf(ULONG_PTR data) {
     return *reinterpret_cast<FileItem*>(data);
 }
 
-// The first row of a list that does not order before the item.
-template <typename List>
-unsigned LowerBound(const List& list, const FileItem& item) {
+// The first of `count` items, which `itemAt` gives in their order, that does not order before the
+// item. Most file systems give their entries in order, so the end is tried first.
+template <typename ItemAt>
+unsigned LowerBound(unsigned count, const FileItem& item, ItemAt itemAt) {
     unsigned first = 0;
-    unsigned count = list.GetCount();
-    // Most file systems give their entries in order, so the end is tried first.
-    if (count > 0 && OrdersBefore(ItemOf(list.GetItemData(count - 1)), item)) {
+    if (count > 0 && OrdersBefore(itemAt(count - 1), item)) {
         return count;
     }
     while (count > 0) {
         const unsigned half = count / 2;
-        if (OrdersBefore(ItemOf(list.GetItemData(first + half)), item)) {
+        if (OrdersBefore(itemAt(first + half), item)) {
             first += half + 1;
             count -= half + 1;
         } else {
@@ -64,6 +67,14 @@ unsigned LowerBound(const List& list, const FileItem& item) {
         }
     }
     return first;
+}
+
+// The first row of a list that does not order before the item.
+template <typename List>
+unsigned LowerBound(const List& list, const FileItem& item) {
+    return LowerBound(list.GetCount(), item, [&list](unsigned row) -> const FileItem& {
+        return ItemOf(list.GetItemData(row));
+    });
 }
 
 template <typename List>

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "faults/fault.h"
+#include "views/files/file_names.h"
 
 namespace views {
 
@@ -19,39 +20,9 @@ void Enter(std::vector<Level>& levels, const std::wstring& path) {
     levels.push_back(Level{std::make_unique<FolderWalk>(path + L"\\*.*"), path.size()});
 }
 
-// Throws W32Fault at the first failure.
-void DeleteTree(std::wstring path, WalkProgress* progress) {
-    std::vector<Level> levels;
-    Enter(levels, path);
-    while (!levels.empty()) {
-        path.resize(levels.back().length);
-        const platform::FindData* const entry = levels.back().walk->Next();
-        if (!entry) {
-            // A folder that is being read cannot be removed.
-            levels.pop_back();
-            if (!RemoveDirectoryW(path.c_str())) {
-                throw faults::W32Fault();
-            }
-            continue;
-        }
-        if (progress) {
-            progress->OnProgress();
-        }
-        path += L'\\';
-        path += entry->cFileName;
-        const DWORD attributes = entry->dwFileAttributes;
-        if (!(attributes & FILE_ATTRIBUTE_DIRECTORY)) {
-            if (!DeleteFileW(path.c_str())) {
-                throw faults::W32Fault();
-            }
-        } else if (attributes & FILE_ATTRIBUTE_REPARSE_POINT) {
-            // A PC's link to a folder elsewhere: the link goes, that folder stays.
-            if (!RemoveDirectoryW(path.c_str())) {
-                throw faults::W32Fault();
-            }
-        } else {
-            Enter(levels, path);
-        }
+void ThrowUnless(BOOL succeeded) {
+    if (!succeeded) {
+        throw faults::W32Fault();
     }
 }
 
@@ -59,7 +30,7 @@ void DeleteTree(std::wstring path, WalkProgress* progress) {
 
 FolderWalk::FolderWalk(const std::wstring& pattern)
     : search_(platform::FindFirst(pattern.c_str(), &found_)) {
-    if (search_ != INVALID_HANDLE_VALUE) {
+    if (search_) {
         return;
     }
     const DWORD error = GetLastError();
@@ -68,32 +39,48 @@ FolderWalk::FolderWalk(const std::wstring& pattern)
     }
 }
 
-FolderWalk::~FolderWalk() {
-    if (search_ != INVALID_HANDLE_VALUE) {
-        FindClose(search_);
-    }
-}
-
 const platform::FindData* FolderWalk::Next() {
-    if (search_ == INVALID_HANDLE_VALUE) {
+    if (!search_) {
         return nullptr;
     }
-    if (!std::exchange(first_, false) && !platform::FindNext(search_, &found_)) {
-        if (GetLastError() != ERROR_NO_MORE_FILES) {
-            throw faults::W32Fault();
-        }
+    if (!std::exchange(first_, false) && !platform::FindNext(search_.Get(), &found_)) {
+        ThrowUnless(GetLastError() == ERROR_NO_MORE_FILES);
         return nullptr;
     }
     return &found_;
 }
 
-bool RecursiveDelete(const std::wstring& folderPath, WalkProgress* progress) {
-    try {
-        DeleteTree(folderPath, progress);
-        return true;
-    } catch (const faults::W32Fault& fault) {
-        SetLastError(static_cast<DWORD>(fault.Code()) & 0xFFFF);
-        return false;
+void RecursiveDelete(const std::wstring& folderPath, WalkProgress* progress) {
+    if (IsFolderLink(GetFileAttributesW(folderPath.c_str()))) {
+        ThrowUnless(RemoveDirectoryW(folderPath.c_str()));
+        return;
+    }
+    std::wstring path = folderPath;
+    std::vector<Level> levels;
+    Enter(levels, path);
+    while (!levels.empty()) {
+        path.resize(levels.back().length);
+        const platform::FindData* const entry = levels.back().walk->Next();
+        if (!entry) {
+            // A folder that is being read cannot be removed.
+            levels.pop_back();
+            ThrowUnless(RemoveDirectoryW(path.c_str()));
+            continue;
+        }
+        if (progress) {
+            progress->OnProgress();
+        }
+        path += L'\\';
+        path += entry->cFileName;
+        RequireOwnName(path);
+        const DWORD attributes = entry->dwFileAttributes;
+        if (!(attributes & FILE_ATTRIBUTE_DIRECTORY)) {
+            ThrowUnless(DeleteFileW(path.c_str()));
+        } else if (IsFolderLink(attributes)) {
+            ThrowUnless(RemoveDirectoryW(path.c_str()));
+        } else {
+            Enter(levels, path);
+        }
     }
 }
 

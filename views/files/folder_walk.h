@@ -4,6 +4,7 @@
 #include <string>
 
 #include "platform/coredll.h"
+#include "platform/handles.h"
 
 namespace views {
 
@@ -21,9 +22,6 @@ class FolderWalk {
  public:
     // Throws W32Fault when the folder cannot be read (FindFirstFileW).
     explicit FolderWalk(const std::wstring& pattern);
-    ~FolderWalk();
-    FolderWalk(const FolderWalk&) = delete;
-    FolderWalk& operator=(const FolderWalk&) = delete;
 
     // The next entry, valid until the next call; null at the end. Throws W32Fault when the folder
     // cannot be read any further (FindNextFileW).
@@ -31,13 +29,20 @@ class FolderWalk {
 
  private:
     platform::FindData found_;
-    HANDLE search_;
+    platform::UniqueSearch search_;
     bool first_ = true;
 };
 
-// Deletes a folder and all that is in it, whatever its depth, without recursion. False at the
-// first failure, with the thread's last error; what was deleted before stays deleted.
-// The progress is borrowed and may be null.
-bool RecursiveDelete(const std::wstring& folderPath, WalkProgress* progress = nullptr);
+// Whether an entry is a link to a folder elsewhere (a PC's junction, symbolic link or mount point):
+// one entry, which no walk enters.
+constexpr bool IsFolderLink(DWORD attributes) {
+    constexpr DWORD link = FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_REPARSE_POINT;
+    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & link) == link;
+}
+
+// Deletes a folder and all that is in it, whatever its depth, without recursion; of a link the link
+// alone. What was deleted before a failure stays deleted. The progress is borrowed and may be null.
+// Throws W32Fault at the first failure (DeleteFileW, RemoveDirectoryW, FindFirstFileW, ...).
+void RecursiveDelete(const std::wstring& folderPath, WalkProgress* progress = nullptr);
 
 }  // namespace views

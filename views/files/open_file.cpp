@@ -5,6 +5,7 @@
 #include "platform/shortcuts.h"
 #include "ui/message_box.h"
 #include "views/files/app_chooser.h"
+#include "views/files/file_names.h"
 #include "views/files/folder_listing.h"
 
 namespace views {
@@ -36,8 +37,7 @@ std::optional<std::wstring> FolderOfCommand(std::wstring command) {
     if (command.size() > 1 && command[1] == L'0') {
         return std::wstring();
     }
-    CutTrailingBackslashes(command);
-    return command;
+    return PathOnDisk(command);
 }
 
 std::optional<std::wstring> FolderOfShortcut(const std::wstring& path) {

@@ -16,8 +16,8 @@ bool PathBar::Open(HWND parent, std::function<void()> onUp) {
                   parent);
 }
 
-void PathBar::SetPath(const std::wstring& path) {
-    path_ = path.empty() ? L"\\" : path;
+void PathBar::SetText(std::wstring text) {
+    path_ = std::move(text);
     SetWindowTextW(Handle(), path_.c_str());
     InvalidateRect(Handle(), nullptr, FALSE);
 }

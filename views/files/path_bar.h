@@ -15,8 +15,8 @@ class PathBar final : public ui::Window {
 
     // `onUp` is called for a leftward drag. False when the platform fails.
     bool Open(HWND parent, std::function<void()> onUp);
-    // An empty path is the root.
-    void SetPath(const std::wstring& path);
+    // Takes a folder as TextOfFolder writes it. Nothing is thrown.
+    void SetText(std::wstring text);
     // The height that the strip wants, in pixels.
     static int PreferredHeight(int textHeight) { return textHeight + (textHeight + 2) / 3 * 2; }
 

@@ -31,6 +31,9 @@ unsigned tlsCall(unsigned purpose, unsigned slot) asm("TlsCall");
 void* tlsGetValue(unsigned slot) asm("TlsGetValue");
 int tlsSetValue(unsigned slot, void* value) asm("TlsSetValue");
 
+unsigned getLastError() asm("GetLastError");
+void setLastError(unsigned error) asm("SetLastError");
+
 long interlockedExchange(volatile long* target, long value) asm("InterlockedExchange");
 long interlockedExchangeAdd(volatile long* target, long value) asm("InterlockedExchangeAdd");
 // Gives back what was there; stores newValue if that was oldValue.

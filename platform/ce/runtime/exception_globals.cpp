@@ -36,8 +36,11 @@ void releaseThread() {
 }
 }  // namespace runtime
 
+// A handler is entered and left through here, and TlsGetValue clears the last error when it
+// succeeds: the program's own is put back.
 extern "C" {
 void* __cxa_get_globals() {
+    const unsigned error = runtime::getLastError();
     auto* globals = static_cast<ExceptionGlobals*>(runtime::tlsGetValue(slot));
     if (globals == nullptr) {
         globals = static_cast<ExceptionGlobals*>(runtime::localAlloc(
@@ -46,6 +49,7 @@ void* __cxa_get_globals() {
             std::abort();
         }
     }
+    runtime::setLastError(error);
     return globals;
 }
 
