@@ -33,6 +33,10 @@ enum class Links { Kept, Followed };
 // out, with the thread's last error.
 bool CompareFiles(const std::wstring& first, const std::wstring& second, Links links, bool* same);
 
+// Whether the system's calls reach a link to a folder itself. Windows's do; Wine's delete and move
+// the folder behind it (seen at a handle of CreateFileW with FILE_FLAG_OPEN_REPARSE_POINT).
+bool ReachesLink(const std::wstring& path);
+
 // Makes a link that leads where another one does (DeviceIoControl with its reparse point; a
 // handheld has no links). False on failure, with the thread's last error.
 bool CopyLink(const std::wstring& source, const std::wstring& destination);

@@ -80,6 +80,12 @@ bool CompareFiles(const std::wstring& first, const std::wstring& second, Links l
     return true;
 }
 
+bool ReachesLink(const std::wstring& path) {
+    BY_HANDLE_FILE_INFORMATION entry;
+    return Identify(path, Links::Kept, &entry) &&
+           (entry.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
+}
+
 bool CopyLink(const std::wstring& source, const std::wstring& destination) {
     std::vector<char> point(MAXIMUM_REPARSE_DATA_BUFFER_SIZE);
     DWORD size = 0;

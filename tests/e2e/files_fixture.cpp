@@ -97,13 +97,17 @@ void FilesProgram::Start(DWORD flags) {
 void FilesProgram::StartAt(const std::wstring& path, DWORD flags) {
     CleanSettings::SetText(L"path", path);
     CleanSettings::SetNumber(L"flags", flags);
-    program_ = std::make_unique<Program>(L"-explorer ");
-    ASSERT_TRUE(program_->WaitForMainWindow());
+    StartAsStored();
     ASSERT_TRUE(Shows(path.empty() ? L"\\" : path));
     // What lies on the screen before the list is drawn has other colours, or no rows.
     ASSERT_TRUE(WaitFor([this] {
         return List() && ListPicture().At(2, 2) == GetSysColor(COLOR_WINDOW) && RowHeight() > 0;
     }));
+}
+
+void FilesProgram::StartAsStored() {
+    program_ = std::make_unique<Program>(L"-explorer ");
+    ASSERT_TRUE(program_->WaitForMainWindow());
 }
 
 void FilesProgram::StartWith(const std::wstring& words, const std::wstring& caption,

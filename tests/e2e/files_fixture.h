@@ -22,6 +22,8 @@ class FilesProgram : public testing::Test {
     // Starts the program in the temporary folder with the given display options.
     void Start(DWORD flags = 0);
     void StartAt(const std::wstring& path, DWORD flags = 0);
+    // Starts the program in the folder that the settings name.
+    void StartAsStored();
     // Starts the program with these words and waits for a caption that begins so.
     void StartWith(const std::wstring& words, const std::wstring& caption,
                    const std::optional<FailingCall>& failing = std::nullopt);

@@ -176,13 +176,70 @@ TEST_F(FilesWork, TheBackKeyEndsTheEditingOfAName) {
 }
 
 // Another spelling of a path must not end with a file overwritten by itself.
-TEST_F(FilesWork, AFileIsKnownByAPathWithTwoBackslashes) {
+TEST_F(FilesWork, AFileIsKnownByEverySpellingOfItsPath) {
     folder.MakeFile(L"one.txt", "1");
     Start();
-    PutOnClipboard(PathForOthers(folder.Path()) + L"\\\\one.txt", 1);
-    ChooseCommand(files, paste);
-    EXPECT_TRUE(WaitFor([&] { return Exists(In(L"one - Copy.txt")); }));
-    EXPECT_EQ(Content(In(L"one.txt")), "1");
+    const std::wstring parent = PathForOthers(folder.Path());
+    const std::wstring spellings[] = {
+        parent + L"\\\\one.txt",
+        parent + L"\\.\\one.txt",
+        parent + L"\\x\\..\\ONE.TXT",
+        // What becomes of the root's path and a name behind it.
+        (RunsOnHandheld() ? L"\\" : L"") + parent + L"\\one.txt",
+        folder.Path().substr(1) + L"\\one.txt",
+    };
+    std::wstring copy = L"one - Copy.txt";
+    for (const std::wstring& spelling : spellings) {
+        PutOnClipboard(spelling, 1);
+        ChooseCommand(files, paste);
+        EXPECT_TRUE(WaitFor([&] { return Exists(In(copy)); })) << testing::PrintToString(spelling);
+        EXPECT_FALSE(FindVisible(L"#32770", true)) << testing::PrintToString(spelling);
+        EXPECT_EQ(Content(In(L"one.txt")), "1");
+        EXPECT_TRUE(DeleteFileW(In(copy).c_str()));
+    }
+}
+
+// What a shortcut or a setting spells its own way is shown as the disk has it.
+TEST_F(FilesWork, AFolderIsShownUnderOneSpelling) {
+    const std::wstring inner = folder.MakeFolder(L"Inner");
+    folder.MakeFile(L"Inner\\a.txt");
+    Start();
+    std::wstring other = folder.Path() + L"\\.\\INNER\\";
+    CleanSettings::SetText(L"path", other);
+    Running().Close();
+    // The program stores the folder that it showed.
+    CleanSettings::SetText(L"path", other);
+    StartAsStored();
+    EXPECT_TRUE(Shows(inner));
+}
+
+// A folder is deleted up to what cannot be, and says so.
+TEST_F(FilesWork, AFolderThatCannotBeDeletedStaysWithAMessage) {
+    folder.MakeFolder(L"inner");
+    const std::wstring file = folder.MakeFile(L"inner\\locked.txt", "1");
+    SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_READONLY);
+    Start();
+    HoldRow(0);
+    ChooseCommand(files, deleteRows);
+    EXPECT_EQ(CaptionAnswered(Return()), L"Warning");
+    EXPECT_EQ(CaptionAnswered(Return()), L"Error");
+    EXPECT_TRUE(Exists(file));
+    EXPECT_TRUE(ShowsSelected(0)) << "its row stays";
+    SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_NORMAL);
+}
+
+TEST_F(FilesWork, AFolderWithAFileInUseAsksAboutIt) {
+    folder.MakeFolder(L"inner");
+    const std::wstring file = folder.MakeFile(L"inner\\held.txt", "1");
+    const SampleProgram holder(L"polite", L"Holder", file);
+    Start();
+    HoldRow(0);
+    ChooseCommand(files, deleteRows);
+    EXPECT_EQ(CaptionAnswered(Return()), L"Warning");
+    // "No" has the focus.
+    EXPECT_EQ(CaptionAnswered(Return()), L"Warning");
+    EXPECT_TRUE(Exists(file));
+    EXPECT_TRUE(holder.Runs());
 }
 
 TEST_F(FilesWork, PropertiesAreShownAndChangeNothing) {

@@ -297,6 +297,7 @@ void FileOperations::RenameRow(unsigned row) {
     const FileItemOwner old = ProbeOf(list_.ItemAt(row));
     const std::wstring oldName = old->name;
     const std::wstring oldPath = list_.PathOf(row);
+    RequireOwnLink(oldPath, old->attributes);
     const std::wstring folder = list_.Folder() + L'\\';
     std::wstring name = oldName;
     while (list_.EditName(row, &name) == IDOK) {

@@ -142,6 +142,7 @@ std::optional<TransferAnswer> FileTransfer::BeginMove(DWORD attributes, bool top
     const bool folder = IsFolder(attributes);
     const Destination there = LookAt(destination_);
     if (!there.Exists()) {
+        RequireOwnLink(source_, attributes);
         const DWORD error = PutFile(there.free && !folder);
         if (error == ERROR_SUCCESS) {
             return answerGoAhead;

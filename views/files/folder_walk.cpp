@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "faults/fault.h"
+#include "platform/files.h"
 #include "views/files/file_names.h"
 
 namespace views {
@@ -24,6 +25,11 @@ void ThrowUnless(BOOL succeeded) {
     if (!succeeded) {
         throw faults::W32Fault();
     }
+}
+
+void RemoveLink(const std::wstring& path) {
+    RequireOwnLink(path, FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_REPARSE_POINT);
+    ThrowUnless(RemoveDirectoryW(path.c_str()));
 }
 
 }  // namespace
@@ -50,9 +56,15 @@ const platform::FindData* FolderWalk::Next() {
     return &found_;
 }
 
+void RequireOwnLink(const std::wstring& path, DWORD attributes) {
+    if (IsFolderLink(attributes) && !platform::ReachesLink(path)) {
+        throw faults::W32Fault(faults::ResultFromError(ERROR_NOT_SUPPORTED));
+    }
+}
+
 void RecursiveDelete(const std::wstring& folderPath, WalkProgress* progress) {
     if (IsFolderLink(GetFileAttributesW(folderPath.c_str()))) {
-        ThrowUnless(RemoveDirectoryW(folderPath.c_str()));
+        RemoveLink(folderPath);
         return;
     }
     std::wstring path = folderPath;
@@ -77,7 +89,7 @@ void RecursiveDelete(const std::wstring& folderPath, WalkProgress* progress) {
         if (!(attributes & FILE_ATTRIBUTE_DIRECTORY)) {
             ThrowUnless(DeleteFileW(path.c_str()));
         } else if (IsFolderLink(attributes)) {
-            ThrowUnless(RemoveDirectoryW(path.c_str()));
+            RemoveLink(path);
         } else {
             Enter(levels, path);
         }

@@ -40,6 +40,10 @@ constexpr bool IsFolderLink(DWORD attributes) {
     return attributes != INVALID_FILE_ATTRIBUTES && (attributes & link) == link;
 }
 
+// Throws W32Fault (ERROR_NOT_SUPPORTED) for a link to a folder where the system would delete or
+// move the folder behind it instead.
+void RequireOwnLink(const std::wstring& path, DWORD attributes);
+
 // Deletes a folder and all that is in it, whatever its depth, without recursion; of a link the link
 // alone. What was deleted before a failure stays deleted. The progress is borrowed and may be null.
 // Throws W32Fault at the first failure (DeleteFileW, RemoveDirectoryW, FindFirstFileW, ...).

@@ -1,0 +1,152 @@
+// The clipboard when it fails, and while a person is asked.
+#include <algorithm>
+
+#include "tests/views/clipboard_fixture.h"
+
+using namespace test;
+using namespace views;
+
+namespace {
+
+constexpr WORD copyCommand = 57634;
+constexpr WORD cutCommand = 57635;
+constexpr WORD pasteCommand = 57637;
+constexpr WORD pasteShortcutCommand = 57638;
+
+UINT EffectFormat() {
+    return RegisterClipboardFormatW(L"Preferred DropEffect");
+}
+
+using GetData = HANDLE WINAPI(UINT);
+using SetData = HANDLE WINAPI(UINT, HANDLE);
+GetData* getData = nullptr;
+SetData* setData = nullptr;
+UINT failingFormat = 0;
+
+HANDLE WINAPI FailToGive(UINT format) {
+    if (format != failingFormat) {
+        return getData(format);
+    }
+    SetLastError(ERROR_NOT_ENOUGH_MEMORY);
+    return nullptr;
+}
+
+HANDLE WINAPI FailToTake(UINT format, HANDLE memory) {
+    if (format != failingFormat) {
+        return setData(format, memory);
+    }
+    SetLastError(ERROR_NOT_ENOUGH_MEMORY);
+    return nullptr;
+}
+
+class ClipboardFaults : public ClipboardFixture {
+ protected:
+    std::wstring CannotRead(DWORD error) const {
+        return L"Can't paste data from clipboard\r\n" + Error(error);
+    }
+};
+
+}  // namespace
+
+// A person who cuts wants the files to be in one place in the end.
+TEST_F(ClipboardFaults, ACutWhoseEffectCannotBeReadIsNotPastedAsACopy) {
+    GoTo(L"to");
+    PutPaths({From(L"photo.jpg")}, 2);
+    failingFormat = EffectFormat();
+    const PlatformHook<GetData> hook("GetClipboardData", FailToGive);
+    getData = hook.Original();
+    Give(pasteCommand, [&] { Answer(CannotRead(ERROR_NOT_ENOUGH_MEMORY), "Return"); });
+    EXPECT_TRUE(Rows().empty());
+    EXPECT_EQ(ContentAt(From(L"photo.jpg")), "photo");
+}
+
+TEST_F(ClipboardFaults, PathsThatCannotBeReadAreTold) {
+    GoTo(L"to");
+    PutPaths({From(L"photo.jpg")});
+    failingFormat = CF_HDROP;
+    const PlatformHook<GetData> hook("GetClipboardData", FailToGive);
+    getData = hook.Original();
+    Give(pasteCommand, [&] { Answer(CannotRead(ERROR_NOT_ENOUGH_MEMORY), "Return"); });
+    Give(pasteShortcutCommand, [&] {
+        Answer(L"The action can't be completed\r\n" + Error(ERROR_NOT_ENOUGH_MEMORY), "Return");
+    });
+    EXPECT_TRUE(Rows().empty());
+}
+
+TEST_F(ClipboardFaults, ACutThatFailsHalfWayLeavesNothingToCopy) {
+    GoTo(L"from");
+    Select(L"photo.jpg");
+    failingFormat = EffectFormat();
+    {
+        const PlatformHook<SetData> hook("SetClipboardData", FailToTake);
+        setData = hook.Original();
+        Give(cutCommand, [&] {
+            Answer(L"The action can't be completed\r\n" + Error(ERROR_NOT_ENOUGH_MEMORY), "Return");
+        });
+    }
+    EXPECT_FALSE(IsClipboardFormatAvailable(CF_HDROP));
+}
+
+TEST_F(ClipboardFaults, PathsThatCannotBePutAreTold) {
+    GoTo(L"from");
+    Select(L"photo.jpg");
+    failingFormat = CF_HDROP;
+    const PlatformHook<SetData> hook("SetClipboardData", FailToTake);
+    setData = hook.Original();
+    Give(copyCommand, [&] {
+        Answer(L"The action can't be completed\r\n" + Error(ERROR_NOT_ENOUGH_MEMORY), "Return");
+    });
+    EXPECT_TRUE(OpenClipboard(frame.Handle())) << "it is closed";
+    CloseClipboard();
+}
+
+TEST_F(ClipboardFaults, TheEffectsBitForMovingCounts) {
+    GoTo(L"to");
+    PutPaths({From(L"photo.jpg")}, 5);
+    Give(pasteCommand);
+    EXPECT_TRUE(ExistsAt(From(L"photo.jpg")));
+    DeleteFileW(To(L"photo.jpg").c_str());
+    PutPaths({From(L"photo.jpg")}, 3);
+    Give(pasteCommand);
+    EXPECT_FALSE(ExistsAt(From(L"photo.jpg")));
+    EXPECT_TRUE(ExistsAt(To(L"photo.jpg")));
+}
+
+// What is pasted stays what was read.
+TEST_F(ClipboardFaults, NobodyElseOpensTheClipboardDuringAPaste) {
+    folder.MakeFile(L"to\\photo.jpg", "older");
+    GoTo(L"to");
+    PutPaths({From(L"photo.jpg")});
+    Give(pasteCommand, [&] {
+        EXPECT_TRUE(WaitFor([&] { return texts.Has(L"No"); }));
+        EXPECT_FALSE(OpenClipboard(nullptr));
+        Answer(
+            L"The destination already contains a file named\r\n'photo.jpg'.\r\nWould you like "
+            L"to overwrite existing file?",
+            "Return");
+    });
+    EXPECT_TRUE(OpenClipboard(nullptr));
+    CloseClipboard();
+}
+
+TEST_F(ClipboardFaults, TheRootOfTheDeviceIsNotPastedIntoItself) {
+    GoTo(L"to");
+    PutPaths({L"\\"});
+    Give(pasteCommand,
+         [&] { Answer(L"The destination folder is a subfolder of the source folder.", "Return"); });
+}
+
+// The locale finds the folders equal, the disk does not.
+TEST_F(ClipboardFaults, ACopyIsNamedAnewOnlyInItsOwnFolder) {
+    const std::wstring street =
+        L"Stra\x00DF"
+        L"e";
+    folder.MakeFolder(street);
+    folder.MakeFile(street + L"\\plain", "p");
+    folder.MakeFolder(L"Strasse");
+    GoTo(L"Strasse");
+    PutPaths({folder.Path() + L"\\" + street + L"\\plain"});
+    Give(pasteCommand);
+    EXPECT_EQ(Rows(), Names{L"plain"});
+    EXPECT_EQ(Content(L"Strasse\\plain"), "p");
+}
