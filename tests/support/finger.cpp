@@ -28,6 +28,12 @@ Finger& Finger::Up() {
     return *this;
 }
 
+Finger& Finger::QuickTap(POINT point) {
+    MoveTo(point);
+    commands_ += " mousedown 1 mouseup 1";
+    return *this;
+}
+
 Finger& Finger::Wait(DWORD milliseconds) {
     const std::string fraction = std::to_string(1000 + milliseconds % 1000).substr(1);
     commands_ += " sleep " + std::to_string(milliseconds / 1000) + '.' + fraction;

@@ -21,6 +21,8 @@ class Finger {
     // A press shorter than any that means something else.
     Finger& Tap(POINT point) { return Down(point).Wait(60).Up(); }
     Finger& Tap(int x, int y) { return Tap(POINT{x, y}); }
+    // A press without any pause, for a finger that taps many times.
+    Finger& QuickTap(POINT point);
     // A press of more than half a second.
     Finger& Hold(POINT point) { return Down(point).Wait(650).Up(); }
     // The other button of a PC's mouse.
