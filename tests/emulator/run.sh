@@ -48,6 +48,10 @@ Expect pass-unended-text 99 'GetFileAttributesW: .* may not be read: 8 bytes int
 Expect use-sixty-kilobytes 7
 Expect use-seventy-kilobytes 99 'the stack of 64 KB is used up' 'Deeper'
 Expect destroy-register 99 'returned to EnumWindows with r8 changed to 00000005'
+Expect return-in-wrong-state 7
+VANTOR_HANDHELD_PROCESSOR=arm926 VANTOR_HANDHELD_CALLER=thumb Expect return-in-wrong-state 99 'returned to EnumWindows in the wrong state'
+VANTOR_HANDHELD_PROCESSOR=sa1110 VANTOR_HANDHELD_CALLER=thumb Expect none 99 'no Thumb state'
+Expect make-window-of-nobody 99 'CreateWindowExW: 00000000 is not the program'
 Expect run-heap 99 'cannot run: the heap is not code'
 Expect call-what-the-device-lacks 99 'called MessageBeep, which the device does not export' 'CallWhatTheDeviceLacks'
 Expect call-what-is-not-served 99 'called keybd_event, which this emulator does not serve' 'CallWhatIsNotServed'
@@ -69,7 +73,7 @@ device=$folder/nameless.txt Expect identify-files 7 'a file of 5 bytes with one 
     'without an identifier'
 
 # Wherever it is loaded and whatever processor it has, the program is the same.
-for processor in sa1110 ti925t arm926; do
+for processor in sa1110 ti925t arm926 cortex-a8; do
     VANTOR_HANDHELD_PROCESSOR=$processor VANTOR_HANDHELD_BASE=0x2a540000 Expect none 7
     VANTOR_HANDHELD_PROCESSOR=$processor VANTOR_HANDHELD_BASE=0x2a540000 Expect read-unaligned 99 'ReadUnaligned'
 done

@@ -1,4 +1,4 @@
-// The heap, thread-local slots, atomic operations, and the C library's functions on memory.
+// The heap, atomic operations, and the C library's functions on memory.
 #include <cmath>
 #include <cstring>
 
@@ -9,10 +9,6 @@
 namespace emulator {
 
 namespace {
-
-constexpr unsigned slotCount = 64;
-Address slots[slotCount];
-bool slotTaken[slotCount];
 
 std::uint64_t OutOfMemory() {
     SetLastError(ERROR_NOT_ENOUGH_MEMORY);
@@ -61,41 +57,6 @@ std::uint64_t HeapAllocate(Call& call) {
 
 std::uint64_t HeapGiveBack(Call& call) {
     TheMachine().heap.Free(call.Word(2), call.Caller(), call.Name());
-    return TRUE;
-}
-
-std::uint64_t TakeOrReturnSlot(Call& call) {
-    if (call.Word(0) == 0) {
-        for (unsigned slot = 0; slot < slotCount; ++slot) {
-            if (!slotTaken[slot]) {
-                slotTaken[slot] = true;
-                slots[slot] = 0;
-                return slot;
-            }
-        }
-        return 0xFFFFFFFF;
-    }
-    if (call.Word(1) >= slotCount || !slotTaken[call.Word(1)]) {
-        return FALSE;
-    }
-    slotTaken[call.Word(1)] = false;
-    return TRUE;
-}
-
-unsigned SlotOf(const Call& call) {
-    if (call.Word(0) >= slotCount || !slotTaken[call.Word(0)]) {
-        Stop("%s: nobody has taken slot %u", call.Name(), call.Word(0));
-    }
-    return call.Word(0);
-}
-
-std::uint64_t GetSlot(Call& call) {
-    SetLastError(ERROR_SUCCESS);
-    return slots[SlotOf(call)];
-}
-
-std::uint64_t SetSlot(Call& call) {
-    slots[SlotOf(call)] = call.Word(1);
     return TRUE;
 }
 
@@ -213,9 +174,6 @@ const Services services = {
     {"GetProcessHeap", HeapOfProcess},
     {"HeapAlloc", HeapAllocate},
     {"HeapFree", HeapGiveBack},
-    {"TlsCall", TakeOrReturnSlot},
-    {"TlsGetValue", GetSlot},
-    {"TlsSetValue", SetSlot},
     {"InterlockedExchange", Exchange},
     {"InterlockedExchangeAdd", ExchangeAdd},
     {"InterlockedTestExchange", TestExchange},

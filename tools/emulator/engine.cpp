@@ -42,12 +42,17 @@ void AddHook(uc_engine* engine, int type, Function function, void* self, std::ui
 
 }  // namespace
 
-void Engine::Create(Processor processor) {
+void Engine::Create(Processor processor, CallerState callerState) {
     Check(uc_open(UC_ARCH_ARM, UC_MODE_ARM, &engine_), "be made");
     const int model = processor == Processor::Sa1110   ? UC_CPU_ARM_SA1110
                       : processor == Processor::Ti925t ? UC_CPU_ARM_TI925T
-                                                       : UC_CPU_ARM_926;
+                      : processor == Processor::Arm926 ? UC_CPU_ARM_926
+                                                       : UC_CPU_ARM_CORTEX_A8;
     Check(uc_ctl_set_cpu_model(engine_, model), "be of this model");
+    if (processor == Processor::Sa1110 && callerState == CallerState::Thumb) {
+        Stop("this processor has no Thumb state to be called from");
+    }
+    callerState_ = callerState;
     Check(uc_mem_map(engine_, trapStart, trapSize, UC_PROT_READ | UC_PROT_EXEC), "map its traps");
     AddHook(engine_, UC_HOOK_CODE, &Engine::OnTrap, this, trapStart, trapStart + trapSize - 1);
     AddHook(engine_, UC_HOOK_MEM_READ | UC_HOOK_MEM_WRITE, &Engine::OnAccess, this);
@@ -70,6 +75,10 @@ void Engine::Unmap(const Region& region) {
 void Engine::MapCopy(Address page, Address offset, const void* bytes, Address size) {
     Check(uc_mem_map(engine_, page, pageSize, UC_PROT_READ), "map a page of the system");
     Check(uc_mem_write(engine_, page + offset, bytes, size), "fill a page of the system");
+}
+
+void Engine::ChangeCopy(Address address, const void* bytes, Address size) {
+    Check(uc_mem_write(engine_, address, bytes, size), "change a page of the system");
 }
 
 void Engine::SetStack(Address start, Address size) {
@@ -126,11 +135,17 @@ Address Engine::Call(Address function, std::initializer_list<Address> arguments,
         }
         ++index;
     }
-    SetRegister(UC_ARM_REG_LR, returnTrap);
+    // Bit 0 of a return address is the state to return to.
+    const bool fromThumb = callerState_ == CallerState::Thumb;
+    SetRegister(UC_ARM_REG_LR, returnTrap | (fromThumb ? 1u : 0u));
     SetRegister(UC_ARM_REG_CPSR, savedState & ~thumbState);
     ++depth_;
     Run(function);
     --depth_;
+    if (((Register(UC_ARM_REG_CPSR) & thumbState) != 0) != fromThumb) {
+        Stop("%s returned to %s in the wrong state", TheMachine().symbols.Name(function).c_str(),
+             caller);
+    }
     for (const int number : calleeSaved) {
         if (Register(number) != Poison(number)) {
             Stop("%s returned to %s with r%d changed to %08x",
@@ -150,6 +165,18 @@ Address Engine::Call(Address function, std::initializer_list<Address> arguments,
     SetRegister(UC_ARM_REG_SP, savedStack);
     SetRegister(UC_ARM_REG_LR, savedLink);
     SetRegister(UC_ARM_REG_CPSR, savedState);
+    return result;
+}
+
+Address Engine::CallOnStack(Address start, Address size, Address function,
+                            std::initializer_list<Address> arguments, const char* caller) {
+    const Address savedStart = stackStart_;
+    const Address savedSize = stackSize_;
+    const Address savedPointer = StackPointer();
+    SetStack(start, size);
+    const Address result = Call(function, arguments, caller);
+    SetStack(savedStart, savedSize);
+    SetRegister(UC_ARM_REG_SP, savedPointer);
     return result;
 }
 

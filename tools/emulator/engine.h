@@ -16,18 +16,23 @@
 namespace emulator {
 
 // What the oldest of these devices lack is missing here too: SA-1110 has no BX, TI925T no ARMv5.
-enum class Processor { Sa1110, Ti925t, Arm926 };
+enum class Processor { Sa1110, Ti925t, Arm926, CortexA8 };
+
+// The state from which the system calls the program, and in which it wants to be returned to.
+enum class CallerState { Arm, Thumb };
 
 class Engine {
  public:
     // Called once, before anything else.
-    void Create(Processor processor);
+    void Create(Processor processor, CallerState callerState);
     void Map(const Region& region);
     void Unmap(const Region& region);
     // Where the stack lies; sp starts at its upper end.
     void SetStack(Address start, Address size);
     // A page of the system that can only be read, with some bytes in it.
     void MapCopy(Address page, Address offset, const void* bytes, Address size);
+    // Changes bytes in such a page.
+    void ChangeCopy(Address address, const void* bytes, Address size);
     // What lies between is counted, instruction by instruction.
     void CountCode(Address start, Address size);
 
@@ -37,6 +42,9 @@ class Engine {
     // Calls a function of the program and gives its result. Stops the run when a register that it
     // has to keep comes back changed.
     Address Call(Address function, std::initializer_list<Address> arguments, const char* caller);
+    // The same on another stack, that of another thread.
+    Address CallOnStack(Address start, Address size, Address function,
+                        std::initializer_list<Address> arguments, const char* caller);
 
     Address Register(int number) const;
     void SetRegister(int number, Address value);
@@ -71,6 +79,7 @@ class Engine {
     void StopForAccess(uc_mem_type type, Address address, int size, const char* why);
 
     uc_engine* engine_ = nullptr;
+    CallerState callerState_ = CallerState::Arm;
     unsigned depth_ = 0;
     Address stackStart_ = 0;
     Address stackSize_ = 0;

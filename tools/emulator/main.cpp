@@ -10,6 +10,7 @@
 #include "machine.h"
 #include "shell_strip.h"
 #include "stop.h"
+#include "threads.h"
 
 namespace emulator {
 
@@ -17,7 +18,6 @@ namespace {
 
 constexpr Address heapBase = 0x30000000;
 constexpr Address stackBase = 0x2E000000;
-constexpr Address kernelPage = 0xFFFFC000;
 
 struct Options {
     std::string executable;
@@ -25,6 +25,7 @@ struct Options {
     std::string exports;
     Address base = 0;
     Processor processor = Processor::Ti925t;
+    CallerState callerState = CallerState::Arm;
     bool coveredCalls = false;
     bool missingCalls = false;
     unsigned functions = 0;
@@ -50,8 +51,16 @@ Options ReadOptions() {
         read.processor = Processor::Sa1110;
     } else if (processor == "arm926") {
         read.processor = Processor::Arm926;
+    } else if (processor == "cortex-a8") {
+        read.processor = Processor::CortexA8;
     } else if (!processor.empty() && processor != "ti925t") {
         Stop("there is no processor %s", processor.c_str());
+    }
+    const std::string caller = FromEnvironment("VANTOR_HANDHELD_CALLER");
+    if (caller == "thumb") {
+        read.callerState = CallerState::Thumb;
+    } else if (!caller.empty() && caller != "arm") {
+        Stop("the system has no state %s to call from", caller.c_str());
     }
     TheMachine().counts.tellsSteps = !FromEnvironment("VANTOR_HANDHELD_STEPS").empty();
     read.coveredCalls = !FromEnvironment("VANTOR_HANDHELD_CALLS").empty();
@@ -80,12 +89,6 @@ const WCHAR* Arguments() {
     return rest;
 }
 
-// The page that Windows CE shows every process: the running thread and process stand in it.
-void MakeKernelPage(Engine& engine) {
-    const Address words[2] = {GetCurrentThreadId(), GetCurrentProcessId()};
-    engine.MapCopy(kernelPage, 0x808, words, sizeof words);
-}
-
 void ReadSymbols(const std::string& executable) {
     Symbols& symbols = TheMachine().symbols;
     const size_t slash = executable.find_last_of('/');
@@ -98,7 +101,7 @@ void ReadSymbols(const std::string& executable) {
 unsigned RunProgram() {
     options = ReadOptions();
     Machine& machine = TheMachine();
-    machine.engine.Create(options.processor);
+    machine.engine.Create(options.processor, options.callerState);
     if (!options.device.empty()) {
         machine.device.Read(options.device);
     }
@@ -124,9 +127,10 @@ unsigned RunProgram() {
     machine.commandLine =
         machine.heap.Allocate(2 * static_cast<Address>(arguments.size() + 1), true, 0);
     std::memcpy(PointerTo(machine.commandLine), arguments.data(), 2 * arguments.size());
-    return machine.engine.Call(machine.image.Entry(),
-                               {machine.image.Base(), 0, machine.commandLine, SW_SHOWNORMAL},
-                               "the system, which started it");
+    machine.engine.Call(machine.image.Entry(),
+                        {machine.image.Base(), 0, machine.commandLine, SW_SHOWNORMAL},
+                        "the system, which started it");
+    Stop("the program's entry returned instead of ending the process");
 }
 
 }  // namespace

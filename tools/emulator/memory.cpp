@@ -30,6 +30,10 @@ Address Memory::Reserve(Address wanted, Address size) {
     return AddressOf(memory);
 }
 
+void Memory::Release(Address start) {
+    VirtualFree(PointerTo(start), 0, MEM_RELEASE);
+}
+
 void Memory::Add(const Region& region) {
     regions_.push_back(region);
     TheMachine().engine.Map(region);

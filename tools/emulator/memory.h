@@ -25,6 +25,8 @@ class Memory {
  public:
     // Takes memory of this process, zeroed, at the wanted address or at another below 2 GB.
     static Address Reserve(Address wanted, Address size);
+    // Gives back what Reserve took.
+    static void Release(Address start);
 
     // Makes a region visible to the program. Its memory stays the caller's.
     void Add(const Region& region);

@@ -94,6 +94,9 @@ DWORD StyleFor(DWORD style) {
 }
 
 std::uint64_t CreateAWindow(Call& call) {
+    if (call.Word(10) != TheMachine().image.Base()) {
+        Stop("CreateWindowExW: %08x is not the program", call.Word(10));
+    }
     return Result(CreateWindowExW(
         call.Word(0), call.String(1), call.String(2), StyleFor(call.Word(3)), call.Signed(4),
         call.Signed(5), call.Signed(6), call.Signed(7), call.HandleAt<HWND>(8),

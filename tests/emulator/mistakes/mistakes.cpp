@@ -83,6 +83,20 @@ void DestroyRegister() {
         0);
 }
 
+// Leaves without a change of state, whatever the caller's is.
+__attribute__((naked)) BOOL CALLBACK ReturnAsItIs(HWND, LPARAM) {
+    asm("mov r0, #0\n"
+        "mov pc, lr\n");
+}
+
+void ReturnInWrongState() {
+    EnumWindows(ReturnAsItIs, 0);
+}
+
+void MakeWindowOfNobody() {
+    CreateWindowExW(0, L"EDIT", L"", WS_POPUP, 0, 0, 10, 10, nullptr, nullptr, nullptr, nullptr);
+}
+
 void RunHeap() {
     auto* code = static_cast<unsigned*>(LocalAlloc(LMEM_FIXED, 16));
     reinterpret_cast<void (*)()>(code)();
@@ -300,6 +314,8 @@ constexpr Mistake mistakes[] = {
     {L"use-sixty-kilobytes", UseSixtyKilobytes},
     {L"use-seventy-kilobytes", UseSeventyKilobytes},
     {L"destroy-register", DestroyRegister},
+    {L"return-in-wrong-state", ReturnInWrongState},
+    {L"make-window-of-nobody", MakeWindowOfNobody},
     {L"run-heap", RunHeap},
     {L"call-what-the-device-lacks", CallWhatTheDeviceLacks},
     {L"call-what-is-not-served", CallWhatIsNotServed},
