@@ -52,44 +52,6 @@ done
 python3 "$root/tools/handheld/check_executable.py" "$build/sample.exe" --stack-usage "$build" \
     --expect-resources "$here/expected_resources.txt" || fail "check_executable.py"
 
-machine="$folder/arm_machine"
-[ "$machine" -nt "$here/arm_machine.cpp" ] ||
-    g++ -std=c++20 -O1 -Wall -Wextra -Werror "$here/arm_machine.cpp" -o "$machine" -lunicorn
-
-# Every processor, at two bases, called from ARM state and (where there is one) from Thumb state.
-runs=0
-for processor in sa1110 ti925t arm926 cortex-a8; do
-    for base in 0x10000 0x2a540000; do
-        for caller in "" --thumb-caller; do
-            [ "$processor$caller" = sa1110--thumb-caller ] && continue
-            status=0
-            "$machine" "$build/sample.exe" --processor "$processor" --base "$base" $caller > "$folder/lines.txt" ||
-                status=$?
-            [ "$status" = 23 ] || fail "on $processor at $base $caller the sample ended with $status"
-            diff "$here/expected_lines.txt" "$folder/lines.txt" ||
-                fail "on $processor at $base $caller the sample printed other lines"
-            runs=$((runs + 1))
-        done
-    done
-done
-echo "the sample ran $runs times"
-
-# What the machine is there to notice, it notices.
-expectFailure() {
-    local status=0
-    "$machine" "$build/sample.exe" --arguments "$1" > "$folder/lines.txt" 2>&1 || status=$?
-    [ "$status" = "$2" ] || fail "the sample told to \"$1\" ended with $status, not $2"
-    grep -q "$3" "$folder/lines.txt" || fail "the sample told to \"$1\" did not lead to \"$3\""
-}
-expectFailure "read unaligned" 99 "unaligned read"
-expectFailure "write constant" 99 "write-protected"
-expectFailure "write code" 99 "write-protected"
-expectFailure "run data" 99 "non-executable"
-expectFailure "free twice" 99 "not allocated"
-expectFailure "destroy register" 99 "did not preserve r9"
-expectFailure "throw into system" 3 "The program ended itself: abort"
-expectFailure "throw out" 3 "The program ended itself: abort"
-
 python3 -m unittest discover --start-directory "$here" --pattern 'test_*.py' || fail "the tests of the tools"
 
 if [ "$failures" -ne 0 ]; then

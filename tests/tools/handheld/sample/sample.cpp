@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <atomic>
 #include <cstring>
+#include <exception>
 #include <functional>
 #include <map>
 #include <memory>
@@ -21,6 +22,7 @@
 #include <vector>
 
 extern "C" void* SHFindMenuBar(HWND window);
+extern "C" BOOL SHFullScreen(HWND window, DWORD flags);
 
 namespace {
 int failures = 0;
@@ -68,7 +70,15 @@ Counted& onlyOne() {
     return object;
 }
 
-DWORD WINAPI threadMain(void* result) {
+struct ThreadReport {
+    int caught = 0;
+    bool foreign = false;
+    DWORD identifier = 0;
+};
+
+DWORD WINAPI threadMain(void* parameter) {
+    auto* report = static_cast<ThreadReport*>(parameter);
+    report->foreign = std::current_exception() != nullptr;
     int caught = 0;
     for (int i = 0; i < 20; ++i) {
         try {
@@ -77,7 +87,8 @@ DWORD WINAPI threadMain(void* result) {
             ++caught;
         }
     }
-    *static_cast<int*>(result) = caught;
+    report->caught = caught;
+    report->identifier = GetCurrentThreadId();
     runtime::releaseThread();
     return 0;
 }
@@ -183,20 +194,32 @@ void checkResources(HINSTANCE module) {
           L"picture from the resources");
 }
 
-void checkSystem(HINSTANCE module, const std::wstring& wanted) {
-    check(GetCurrentThreadId() == 0x1001 && GetCurrentProcessId() == 0x2002,
-          L"identifiers from the kernel's page");
-    check(SHFindMenuBar(reinterpret_cast<HWND>(0x55)) == reinterpret_cast<void*>(0x56),
-          L"import by ordinal");
+// Gives whether the thread's identifiers agree.
+bool runThread(ThreadReport* report, DWORD creator) {
+    DWORD identifier = 0;
+    const HANDLE thread = CreateThread(nullptr, 0, threadMain, report, 0, &identifier);
+    return WaitForSingleObject(thread, INFINITE) == WAIT_OBJECT_0 && CloseHandle(thread) &&
+           report->identifier == identifier && identifier != creator;
+}
 
-    int caught[2] = {};
-    for (int& count : caught) {
-        const HANDLE thread = CreateThread(nullptr, 0, threadMain, &count, 0, nullptr);
-        WaitForSingleObject(thread, INFINITE);
-        CloseHandle(thread);
+void checkThreads(DWORD creator) {
+    ThreadReport reports[2];
+    bool agree = runThread(&reports[0], creator);
+    // A thread knows nothing of the exceptions that another has under way.
+    try {
+        throw 1;
+    } catch (int) {
+        agree = runThread(&reports[1], creator) && agree && std::current_exception() != nullptr;
     }
-    check(caught[0] == 20 && caught[1] == 20, L"exceptions in other threads");
+    check(reports[0].caught == 20 && reports[1].caught == 20 && !reports[0].foreign &&
+              !reports[1].foreign,
+          L"exceptions in other threads");
+    check(
+        agree && reports[0].identifier != reports[1].identifier && GetCurrentThreadId() == creator,
+        L"threads with identifiers of their own");
+}
 
+void checkSystem(HINSTANCE module, const std::wstring& wanted) {
     WNDCLASSW description{};
     description.lpfnWndProc = windowProcedure;
     description.hInstance = module;
@@ -204,6 +227,13 @@ void checkSystem(HINSTANCE module, const std::wstring& wanted) {
     RegisterClassW(&description);
     const HWND window = CreateWindowExW(0, L"Sample", L"Sample", 0, 0, 0, 10, 10, nullptr, nullptr,
                                         module, nullptr);
+    DWORD process = 0;
+    const DWORD thread = GetWindowThreadProcessId(window, &process);
+    check(window != nullptr && GetCurrentThreadId() == thread && GetCurrentProcessId() == process,
+          L"identifiers from the kernel's page");
+    check(SHFindMenuBar(window) == nullptr && SHFullScreen(window, 0) && !SHFullScreen(nullptr, 0),
+          L"imports by ordinal");
+    checkThreads(thread);
     if (wanted == L"destroy register") {
         SendMessageW(window, WM_USER + 1, 0, 0);
     }
@@ -213,8 +243,7 @@ void checkSystem(HINSTANCE module, const std::wstring& wanted) {
     check(SendMessageW(window, WM_USER, 0, 0) == 17, L"called back by the system");
 }
 
-// Does on demand what the emulated machine must notice, so that its silence otherwise means
-// something.
+// Does on demand what the emulator must notice, so that its silence otherwise means something.
 void misbehave(const std::wstring& wanted) {
     static const unsigned constant[2] = {1, 2};
     const unsigned* words = constant;
