@@ -85,6 +85,10 @@ std::wstring UpperCase(std::wstring_view text) {
 }  // namespace
 
 std::wstring CanonicalPath(const std::wstring& path) {
+    // No name here holds a colon: a drive's letter is another system's.
+    if (path.find(L':') != std::wstring::npos) {
+        return path;
+    }
     const std::wstring plain = WithPlainComponents(path);
     return LeadsElsewhere(path, plain) ? L'\\' + plain : plain;
 }

@@ -89,9 +89,9 @@ TEST_F(Failures, OfMemoryAreToldAndTheProgramGoesOn) {
     PutOnClipboard(header, large, 1);
     ChooseCommand(filesMenu, paste);
     EXPECT_EQ(CaptionOfBox(), L"Error");
-    // While the message stands the clipboard is free for others.
-    ClearClipboard();
     Answer(Finger().Key("Return"));
+    // The clipboard is free for others again.
+    ClearClipboard();
     ASSERT_TRUE(Finger().Key("Left").Play());
     EXPECT_TRUE(Shows(L"\\Temp"));
 }

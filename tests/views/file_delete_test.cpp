@@ -27,6 +27,16 @@ void CALLBACK RefreshOnce(HWND window, UINT, UINT_PTR timer, DWORD) {
     refreshed = nullptr;
 }
 
+DWORD(WINAPI* attributesOf)(const wchar_t*) = nullptr;
+
+DWORD WINAPI TooLongToFind(const wchar_t* path) {
+    if (std::wstring_view(path).size() < MAX_PATH) {
+        return attributesOf(path);
+    }
+    SetLastError(ERROR_PATH_NOT_FOUND);
+    return INVALID_FILE_ATTRIBUTES;
+}
+
 BOOL WINAPI NothingThere(const wchar_t*) {
     SetLastError(ERROR_PATH_NOT_FOUND);
     return FALSE;
@@ -130,6 +140,26 @@ TEST_F(FilesDelete, AFolderThatStaysForWhatIsMissingInItIsReported) {
         Answer(text, "Return");
     });
     EXPECT_EQ(Rows(), (Names{L"full"}));
+}
+
+// The listing shows an entry that no other call finds.
+TEST_F(FilesDelete, AnEntryWhosePathIsTooLongKeepsItsRow) {
+    const std::wstring name(200, L'n');
+    folder.MakeFolder(name);
+    ASSERT_GT(At(name).size() + 101, size_t{MAX_PATH});
+    folder.MakeFile(name + L"\\" + std::wstring(100, L'm'), "a");
+    View().Navigate(At(name).c_str());
+    ASSERT_EQ(Rows().size(), 1u);
+    List().SetSelection(0);
+    const PlatformHook<DWORD WINAPI(const wchar_t*)> missing("GetFileAttributesW", TooLongToFind);
+    attributesOf = missing.Original();
+    // A path so long is shown as a list of lines.
+    Give(612, [&] {
+        Answer(
+            faults::FullText(faults::W32Fault(faults::ResultFromError(ERROR_FILENAME_EXCED_RANGE))),
+            "Return");
+    });
+    EXPECT_EQ(Rows().size(), 1u);
 }
 
 TEST_F(FilesDelete, AReadOnlyFileInAFolderStopsItAndIsReported) {

@@ -1,6 +1,9 @@
 #include "tests/views/files_fixture.h"
 
+#include <utility>
+
 #include "app/settings.h"
+#include "faults/fault.h"
 #include "platform/handles.h"
 #include "tests/support/windows_seen.h"
 #include "ui/paint.h"
@@ -27,6 +30,13 @@ void OneViewFrame::StoreNumber(const wchar_t* name, DWORD value) {
 
 void OneViewFrame::StoreText(const wchar_t* name, const std::wstring& value) {
     app::WriteText(name, value);
+}
+
+void OneViewFrame::TitleChanged() {
+    ++titleChanges;
+    if (std::exchange(titleFails, false)) {
+        throw faults::W32Fault(faults::ResultFromError(ERROR_NOT_ENOUGH_MEMORY));
+    }
 }
 
 LRESULT OneViewFrame::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {

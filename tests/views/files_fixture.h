@@ -28,7 +28,7 @@ class OneViewFrame final : public ui::Window, public views::Frame {
     ui::CommandBar& Bar() override { return bar_; }
     DWORD Flags() const override { return flags; }
     void SwitchTo(views::ViewIndex, const views::ViewArgument&) override {}
-    void TitleChanged() override { ++titleChanges; }
+    void TitleChanged() override;
     void MenuStateChanged() override { ++menuChanges; }
     views::AppCloser& Closer() override { return closer; }
     bool FrameKey(WPARAM) override { return false; }
@@ -40,6 +40,8 @@ class OneViewFrame final : public ui::Window, public views::Frame {
     views::AppCloser closer;
     DWORD flags = 0;
     int titleChanges = 0;
+    // The next title cannot be shown.
+    bool titleFails = false;
     int menuChanges = 0;
     // The commands that reached the window.
     std::vector<WORD> commands;

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "faults/fault.h"
 #include "platform/handles.h"
 #include "tests/support/windows_seen.h"
 #include "tests/views/files_fixture.h"
@@ -309,4 +310,38 @@ TEST_F(FilesRefresh, AFolderThatHasVanishedIsEmpty) {
     View().Refresh();
     EXPECT_EQ(View().Title(), gone);
     EXPECT_EQ(List().GetCount(), 0u);
+}
+
+class FilesTruth : public FilesFixture {};
+
+// No operation may work in a folder that is not the one on the screen.
+TEST_F(FilesTruth, AFolderWhoseTitleCannotBeShownIsNotEntered) {
+    folder.MakeFolder(L"a");
+    folder.MakeFile(L"a\\same.txt", "inner");
+    folder.MakeFile(L"same.txt", "outer");
+    OpenFolder();
+    for (const bool up : {false, true}) {
+        frame.titleFails = true;
+        if (up) {
+            EXPECT_THROW(View().Up(), faults::W32Fault);
+        } else {
+            EXPECT_THROW(View().Navigate((folder.Path() + L"\\a").c_str()), faults::W32Fault);
+        }
+        EXPECT_EQ(View().Title(), folder.Path());
+        EXPECT_EQ(TextOf(PathBar()), folder.Path());
+        EXPECT_EQ(Rows(), (Names{L"a", L"same.txt"}));
+    }
+}
+
+TEST_F(FilesTruth, AFolderHasOneSpelling) {
+    const std::wstring inner = folder.MakeFolder(L"Inner");
+    folder.MakeFile(L"Inner\\a.txt");
+    OpenFolder();
+    for (const std::wstring& path : {folder.Path() + L"\\INNER", folder.Path() + L"\\.\\inner\\",
+                                     L"C:" + inner, folder.Path() + L"\\x\\..\\Inner\\A.TXT"}) {
+        View().Navigate(path.c_str());
+        EXPECT_EQ(View().Title(), inner) << testing::PrintToString(path);
+        EXPECT_EQ(TextOf(PathBar()), inner);
+    }
+    EXPECT_EQ(Selected(), L"a.txt");
 }

@@ -36,6 +36,12 @@ class HiddenApplications : public ApplicationsFixture {
     }
 };
 
+BSTR(WINAPI* allocateText)(const wchar_t*) = nullptr;
+
+BSTR WINAPI NoRoomForThePath(const wchar_t* text) {
+    return std::wstring_view(text).ends_with(L"hiddenapps.xml") ? nullptr : allocateText(text);
+}
+
 HRESULT WINAPI UnknownProgram(const wchar_t*, CLSID*) {
     return CO_E_CLASSSTRING;
 }
@@ -146,6 +152,23 @@ TEST_F(HiddenApplications, AFileThatCannotBeReadIsKeptBesideTheNewOne) {
     EXPECT_EQ(CodeOfHiding(program.Window()), S_OK);
     EXPECT_EQ(hiddenApps.Read(L".bak"), broken);
     EXPECT_EQ(CountOf(hiddenApps.Read(), "sample_program.exe"), 1u);
+}
+
+// Nobody knows what it holds.
+TEST_F(HiddenApplications, AFileThatCannotBeReadForWantOfMemoryIsNotReplaced) {
+    const SampleProgram program(L"polite", L"Sample 1");
+    WriteEntries("<application name=\"other.exe\"/>");
+    const std::string before = hiddenApps.Read();
+    Open();
+    {
+        const PlatformHook<BSTR WINAPI(const wchar_t*)> hook("SysAllocString", NoRoomForThePath);
+        allocateText = hook.Original();
+        EXPECT_EQ(CodeOfHiding(program.Window()), E_OUTOFMEMORY);
+    }
+    EXPECT_EQ(hiddenApps.Read(), before);
+    EXPECT_TRUE(hiddenApps.Read(L".bak").empty());
+    EXPECT_EQ(CodeOfHiding(program.Window()), S_OK);
+    EXPECT_EQ(CountOf(hiddenApps.Read(), "other.exe"), 1u);
 }
 
 TEST_F(HiddenApplications, AnotherProgramsFileIsLeftAlone) {

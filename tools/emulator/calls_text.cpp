@@ -76,6 +76,10 @@ std::uint64_t CompareTexts(Call& call) {
         CompareStringW(call.Word(0), call.Word(1), first, call.Signed(3), second, call.Signed(5)));
 }
 
+std::uint64_t UpperCase(Call& call) {
+    return Result(CharUpperBuffW(call.Room(0, call.Word(1)), call.Word(1)));
+}
+
 std::uint64_t ToWide(Call& call) {
     const int length = call.Signed(3);
     if (length >= 0) {
@@ -166,6 +170,7 @@ const Services services = {
     {"GetDateFormatW", FormatDate},
     {"GetTimeFormatW", FormatTime},
     {"CompareStringW", CompareTexts},
+    {"CharUpperBuffW", UpperCase},
     {"MultiByteToWideChar", ToWide},
     {"WideCharToMultiByte", ToNarrow},
     {"FormatMessageW", FormatAMessage},
