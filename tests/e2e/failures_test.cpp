@@ -16,7 +16,7 @@ constexpr unsigned always = 0x7FFFFFFF;
 class Failures : public FilesProgram {
  protected:
     enum Menu : UINT { filesMenu = 500, applicationsMenu = 501, processesMenu = 503 };
-    enum Command : UINT { stopOrKill = 615, goToProcess = 670, paste = 57637 };
+    enum Command : UINT { stopOrKill = 615, goToProcess = 670, cut = 57635, paste = 57637 };
 
     // The caption of the box that opens; the box stays.
     std::wstring CaptionOfBox(HWND previous = nullptr) const { return TextOf(Dialog(previous)); }
@@ -94,4 +94,24 @@ TEST_F(Failures, OfMemoryAreToldAndTheProgramGoesOn) {
     ClearClipboard();
     ASSERT_TRUE(Finger().Key("Left").Play());
     EXPECT_TRUE(Shows(L"\\Temp"));
+}
+
+// The number of the clipboard's format is asked for again.
+TEST_F(Failures, OfACutEndWithTheirCause) {
+    const std::wstring file = folder.MakeFile(L"a.txt", "a");
+    CleanSettings::SetText(L"path", folder.Path());
+    ClearClipboard();
+    StartWith(L"-explorer ", folder.Path(),
+              FailingCall{"RegisterClipboardFormatW", 0, ERROR_NOT_ENOUGH_MEMORY, 1});
+    HoldFirstRow();
+    ChooseCommand(filesMenu, cut);
+    EXPECT_EQ(CaptionOfBox(), L"Error");
+    Answer(Finger().Key("Return"));
+    EXPECT_FALSE(IsClipboardFormatAvailable(CF_HDROP)) << "it would be pasted as a copy";
+    ChooseCommand(filesMenu, cut);
+    const UINT effect = RegisterClipboardFormatW(L"Preferred DropEffect");
+    EXPECT_TRUE(WaitFor([&] { return IsClipboardFormatAvailable(effect) != FALSE; }));
+    EXPECT_TRUE(
+        WaitFor([&] { return PathsOnClipboard(nullptr) == std::vector{PathForOthers(file)}; }));
+    ClearClipboard();
 }

@@ -1,5 +1,7 @@
 #include "tests/views/failing_calls.h"
 
+#include <utility>
+
 namespace test {
 
 namespace {
@@ -67,6 +69,9 @@ BOOL WINAPI FailingCalls::Move(LPCWSTR from, LPCWSTR to) {
 }
 
 BOOL WINAPI FailingCalls::Delete(LPCWSTR path) {
+    if (const auto before = std::exchange(current->beforeDelete, nullptr)) {
+        before();
+    }
     return !Fails("DeleteFileW") && !IsTooLong(path) && current->delete_.Original()(path);
 }
 

@@ -1,6 +1,7 @@
 // Makes single calls of the file system fail, and remembers what was asked of it.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -30,6 +31,9 @@ class FailingCalls {
     bool destinationFirst = true;
     // Whether a copy that fails leaves the beginning of its file behind.
     bool leavesHalfDone = false;
+
+    // Called before each file is deleted.
+    std::function<void()> beforeDelete;
 
     // The last path that was found to exist by GetFileAttributesW.
     const std::wstring& LastFound() const { return lastFound_; }

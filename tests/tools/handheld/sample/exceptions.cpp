@@ -9,6 +9,8 @@
 #include <variant>
 #include <vector>
 
+#include <windows.h>
+
 namespace {
 struct Fault : std::runtime_error {
     explicit Fault(int code) : std::runtime_error("fault"), code(code) {}
@@ -107,5 +109,12 @@ void checkExceptions() {
           L"thrown inside a catch block");
     check(throws<Fault>([] { madeAtSecondTry(); }) && madeAtSecondTry().value == 9,
           L"static made at the second try");
+    SetLastError(0);
+    try {
+        throwFrom(2);
+    } catch (const Fault&) {
+        SetLastError(5);
+    }
+    check(GetLastError() == 5, L"the last error outlives its handler");
     check(std::uncaught_exceptions() == 0 && !std::current_exception(), L"nothing left under way");
 }
