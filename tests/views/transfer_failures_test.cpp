@@ -55,6 +55,17 @@ BOOL WINAPI NoIdentity(HANDLE, BY_HANDLE_FILE_INFORMATION*) {
     return FALSE;
 }
 
+BOOL(WINAPI* moveFile)(const wchar_t*, const wchar_t*) = nullptr;
+
+// A move between "from" and "to" as the system makes it between two volumes: a copy, with the
+// file's attributes, and a deletion.
+BOOL WINAPI MoveToAnotherVolume(const wchar_t* source, const wchar_t* destination) {
+    if (std::wstring_view(source).find(L"\\from\\") == std::wstring_view::npos) {
+        return moveFile(source, destination);
+    }
+    return CopyFileW(source, destination, TRUE) && DeleteFileW(source);
+}
+
 // As some file systems answer.
 BOOL WINAPI EmptyIdentity(HANDLE, BY_HANDLE_FILE_INFORMATION* identity) {
     *identity = {};
@@ -165,6 +176,15 @@ TEST_F(FailingTransfer, AFileThatCannotBeDeletedIsNotOverwritten) {
     }
 }
 
+TEST_F(FailingTransfer, ACopyOfAReadOnlyFileGoesWhereTheOldFileCannot) {
+    MakeTree(from, {{L"D", "new"}});
+    MakeTree(to, {{L"D", "old"}});
+    SetFileAttributesW((from + L"\\D").c_str(), FILE_ATTRIBUTE_READONLY);
+    calls.Fail("DeleteFileW", 0, ERROR_SHARING_VIOLATION);
+    EXPECT_EQ(Transfer(false), Code(ERROR_SHARING_VIOLATION));
+    EXPECT_EQ(ReadTree(to), (Tree{{L"D", "old"}}));
+}
+
 TEST_F(FailingTransfer, AFileInUseIsNotOverwritten) {
     MakeTree(from, {{L"D", "new"}});
     MakeTree(to, {{L"D", "old"}});
@@ -175,7 +195,6 @@ TEST_F(FailingTransfer, AFileInUseIsNotOverwritten) {
     EXPECT_EQ(ReadTree(to), (Tree{{L"D", "old"}}));
 }
 
-// The order is kept on purpose: what was confirmed goes first.
 // Whatever fails behind the "Yes": the file that was given up is back under its name.
 TEST_F(FailingTransfer, AFileThatIsNotOverwrittenInTheEndStays) {
     MakeTree(from, {{L"D", "new"}});
@@ -257,6 +276,21 @@ TEST_F(FailingTransfer, WhatACopyLeavesHalfDoneGoes) {
     calls.Fail("CopyFileW", 0, ERROR_DISK_FULL);
     EXPECT_EQ(Transfer(false, L"\\E"), Code(ERROR_DISK_FULL));
     EXPECT_EQ(ReadTree(to).at(L"E"), "old");
+}
+
+TEST_F(FailingTransfer, AReadOnlyFileThatCannotLeaveItsVolumeIsNotThereTwice) {
+    MakeTree(from, {{L"D", "new"}, {L"E", "new too"}});
+    MakeTree(to, {{L"E", "old"}});
+    const Tree before = ReadTree(folder.Path());
+    SetFileAttributesW((from + L"\\D").c_str(), FILE_ATTRIBUTE_READONLY);
+    SetFileAttributesW((from + L"\\E").c_str(), FILE_ATTRIBUTE_READONLY);
+    moveFile = &MoveFileW;
+    const PlatformHook<BOOL WINAPI(const wchar_t*, const wchar_t*)> hook("MoveFileW",
+                                                                         MoveToAnotherVolume);
+    for (const wchar_t* name : {L"\\D", L"\\E"}) {
+        EXPECT_EQ(Transfer(true, name), Code(ERROR_ACCESS_DENIED));
+        EXPECT_EQ(ReadTree(folder.Path()), before);
+    }
 }
 
 TEST_F(FailingTransfer, AFileSetAsideGetsANameThatNothingHas) {

@@ -47,6 +47,12 @@ bool FailedUntouched(DWORD error) {
            error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND;
 }
 
+// Deletes a file that this transfer has made; a read-only source makes it read-only.
+BOOL DeleteOwn(const std::wstring& path) {
+    SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_NORMAL);
+    return DeleteFileW(path.c_str());
+}
+
 [[noreturn]] void Throw(DWORD error) {
     throw faults::W32Fault(faults::ResultFromError(error));
 }
@@ -173,7 +179,7 @@ void FileTransfer::Overwrite() {
     if (const DWORD error = old.Discard(); error != ERROR_SUCCESS) {
         // The old file cannot go, so the new one does.
         ThrowUnless(moving_ ? MoveFileW(destination_.c_str(), source_.c_str())
-                            : DeleteFileW(destination_.c_str()));
+                            : DeleteOwn(destination_));
         Throw(error);
     }
 }
@@ -191,7 +197,7 @@ DWORD FileTransfer::PutFile(bool wasFree) const {
                                   ? GetFileAttributesW(source_.c_str()) != INVALID_FILE_ATTRIBUTES
                                   : !FailedUntouched(error);
     if (leftHalfDone) {
-        DeleteFileW(destination_.c_str());
+        DeleteOwn(destination_);
     }
     return error;
 }
