@@ -19,6 +19,7 @@
 #include "views/files/drop_files.h"
 #include "views/files/file_names.h"
 #include "views/files/folder_listing.h"
+#include "views/files/paste_target.h"
 
 namespace views {
 
@@ -446,19 +447,12 @@ TransferAnswer FileOperations::PasteOne(FileTransfer& transfer, const std::wstri
         throw faults::W32Fault();
     }
     const std::wstring name(NameOfPath(source));
-    const bool folder = (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
-    // A link lies nowhere but where it is, wherever it leads.
-    const bool entered = folder && !IsFolderLink(attributes);
-    if ((folder && BeginsWithPath(list_.Folder(), source)) ||
-        (entered && LiesWithin(list_.Folder(), source))) {
+    const std::optional<std::wstring> target = PasteTarget(list_.Folder(), source, attributes);
+    if (!target) {
         ui::ShowError(Owner(), std::wstring(text::LoadText(intoItself)));
         return answerGoAhead;
     }
-    std::wstring destination = list_.Folder() + L'\\' + name;
-    if (GetFileAttributesW(destination.c_str()) != INVALID_FILE_ATTRIBUTES &&
-        IsSameFile(destination, source)) {
-        destination = UniqueCopyPath(list_.Folder(), name, folder);
-    }
+    const std::wstring& destination = *target;
     const bool hasRow = move && IsSameFolder(std::wstring(FolderOfPath(source)), list_.Folder());
     const platform::WaitCursor cursor;
     // The rows tell what has become of both, also when a fault passes.
