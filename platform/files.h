@@ -37,6 +37,10 @@ bool CompareFiles(const std::wstring& first, const std::wstring& second, Links l
 // the folder behind it (seen at a handle of CreateFileW with FILE_FLAG_OPEN_REPARSE_POINT).
 bool ReachesLink(const std::wstring& path);
 
+// Where a folder lies once every link on the way is followed (GetFinalPathNameByHandleW; a handheld
+// has no links). The path itself where that cannot be found out.
+std::wstring PathBehindLinks(const std::wstring& folder);
+
 // Makes a link that leads where another one does (DeviceIoControl with its reparse point; a
 // handheld has no links). False on failure, with the thread's last error.
 bool CopyLink(const std::wstring& source, const std::wstring& destination);

@@ -117,6 +117,10 @@ bool ReachesLink(const std::wstring&) {
     return true;
 }
 
+std::wstring PathBehindLinks(const std::wstring& folder) {
+    return folder;
+}
+
 bool CopyLink(const std::wstring&, const std::wstring&) {
     SetLastError(ERROR_NOT_SUPPORTED);
     return false;

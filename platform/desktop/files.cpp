@@ -86,6 +86,21 @@ bool ReachesLink(const std::wstring& path) {
            (entry.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
 }
 
+std::wstring PathBehindLinks(const std::wstring& folder) {
+    constexpr std::wstring_view prefix = L"\\\\?\\";
+    constexpr std::wstring_view elsewhere = L"\\\\?\\UNC";
+    wchar_t buffer[MAX_PATH + prefix.size()] = {};
+    const UniqueHandle handle = OpenEntry(folder, 0, Links::Followed);
+    const DWORD size = static_cast<DWORD>(std::size(buffer));
+    const DWORD length =
+        handle ? GetFinalPathNameByHandleW(handle.Get(), buffer, size, FILE_NAME_NORMALIZED) : 0;
+    const std::wstring path(buffer, length < size ? length : 0);
+    if (path.starts_with(elsewhere)) {
+        return L'\\' + path.substr(elsewhere.size());
+    }
+    return path.starts_with(prefix) ? path.substr(prefix.size()) : folder;
+}
+
 bool CopyLink(const std::wstring& source, const std::wstring& destination) {
     std::vector<char> point(MAXIMUM_REPARSE_DATA_BUFFER_SIZE);
     DWORD size = 0;

@@ -9,6 +9,7 @@
 #include "tests/views/operations_fixture.h"
 #include "tests/views/recorded_prompts.h"
 #include "tests/views/tree.h"
+#include "views/files/file_names.h"
 
 using namespace test;
 using namespace views;
@@ -235,6 +236,18 @@ TEST_F(FolderLinks, AFolderPastedIntoItselfThroughOneIsRefused) {
     Give(57637,
          [&] { Answer(L"The destination folder is a subfolder of the source folder.", "Return"); });
     EXPECT_TRUE(Rows().empty());
+}
+
+TEST_F(FolderLinks, AFolderLiesWithinWhatIsAboveTheFolderThatALinkLeadsTo) {
+    folder.MakeFolder(L"tree");
+    folder.MakeFolder(L"tree\\in");
+    folder.MakeFolder(L"tree\\in\\deep");
+    Link(L"way", L"tree\\in");
+    EXPECT_TRUE(LiesWithin(At(L"way\\deep"), At(L"tree")));
+    EXPECT_TRUE(LiesWithin(At(L"way"), At(L"tree")));
+    EXPECT_TRUE(LiesWithin(At(L"tree\\in"), At(L"tree")));
+    EXPECT_FALSE(LiesWithin(At(L"tree"), At(L"tree\\in")));
+    EXPECT_FALSE(LiesWithin(At(L"way"), At(L"docs")));
 }
 
 TEST_F(FolderLinks, AreCopiedWithWhereTheyLead) {

@@ -71,7 +71,9 @@ bool IsSameFolder(const std::wstring& first, const std::wstring& second) {
 }
 
 bool LiesWithin(const std::wstring& folder, const std::wstring& other) {
-    for (std::wstring_view part = folder; !part.empty(); part = FolderOfPath(part)) {
+    // What lies above a link is not what lies above the folder that it leads to.
+    const std::wstring behind = platform::PathBehindLinks(folder);
+    for (std::wstring_view part = behind; !part.empty(); part = FolderOfPath(part)) {
         bool same = false;
         if (platform::CompareFiles(std::wstring(part), other, platform::Links::Followed, &same) &&
             same) {
