@@ -1,0 +1,28 @@
+// A person who answers this and that.
+#pragma once
+
+#include "tests/conservation/sequence.h"
+#include "views/files/file_transfer.h"
+
+namespace conservation {
+
+class Answers final : public views::TransferPrompts {
+ public:
+    // All are borrowed. What may be overwritten is noted in the step.
+    Answers(Step& step, const Outcome& outcome, Counts& counts)
+        : step_(step), outcome_(outcome), counts_(counts) {}
+
+    views::TransferAnswer AskConflict(const std::wstring& name, bool folder,
+                                      bool topLevel) override;
+    void TellOtherKind(const std::wstring&, bool) override {}
+    views::TransferAnswer AskAfterFailure(const std::wstring& source,
+                                          const std::wstring& destination, bool moving) override;
+    void OnProgress() override {}
+
+ private:
+    Step& step_;
+    const Outcome& outcome_;
+    Counts& counts_;
+};
+
+}  // namespace conservation
