@@ -57,7 +57,7 @@ class ModuleReader {
         }
         // The list of directories begins where the image's own words end.
         const size_t directories = Half(optional) == IMAGE_NT_OPTIONAL_HDR64_MAGIC ? 112 : 96;
-        const size_t resources = directories + 8 * IMAGE_DIRECTORY_ENTRY_RESOURCE;
+        const size_t resources = directories + size_t{8} * IMAGE_DIRECTORY_ENTRY_RESOURCE;
         if (optionalSize < resources + 8 || Word(optional + resources) == 0) {
             return false;
         }

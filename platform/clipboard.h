@@ -21,7 +21,7 @@ class Clipboard {
             CloseClipboard();
         }
     }
-    Clipboard(Clipboard&& other) : open_(std::exchange(other.open_, false)) {}
+    Clipboard(Clipboard&& other) noexcept : open_(std::exchange(other.open_, false)) {}
     Clipboard& operator=(Clipboard&&) = delete;
     explicit operator bool() const { return open_; }
 

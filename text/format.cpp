@@ -109,7 +109,7 @@ std::wstring FormatSize(uint64_t bytes) {
 }
 
 std::wstring FormatSizeWithBytes(uint64_t bytes) {
-    const std::wstring size = FormatSize(bytes);
+    std::wstring size = FormatSize(bytes);
     if (bytes < 1024) {
         return size;
     }

@@ -73,7 +73,7 @@ void CopyName(const std::wstring& name, wchar_t* buffer) {
 
 // A storage folder as the system knows it: "\D:" is the drive's root.
 std::wstring PathOfStorage(const wchar_t* folder) {
-    const std::wstring path(folder);
+    std::wstring path(folder);
     if (path.size() == 3 && path[0] == L'\\' && path[2] == L':') {
         return path.substr(1) + L"\\";
     }

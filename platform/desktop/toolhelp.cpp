@@ -26,7 +26,7 @@ ULONG_PTR BaseOfProcess(DWORD processId) {
         OpenProcess(PROCESS_QUERY_INFORMATION | PROCESS_VM_READ, FALSE, processId));
     HMODULE executable = nullptr;
     DWORD needed = 0;
-    if (!process || !EnumProcessModules(process.Get(), &executable, sizeof executable, &needed)) {
+    if (!process || !EnumProcessModules(process.Get(), &executable, sizeof(HMODULE), &needed)) {
         return 0;
     }
     return reinterpret_cast<ULONG_PTR>(executable);

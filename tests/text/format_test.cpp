@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
-#include "tests/support/platform_hook.h"
 #include "tests/support/heaps.h"
+#include "tests/support/platform_hook.h"
 #include "text/format.h"
 #include "text/resources.h"
 

@@ -238,7 +238,8 @@ TEST_F(TouchListSize, TheChangeIsPassedOn) {
 
 TEST_F(TouchListState, RowsReplacedByTheOneWhoIsAskedKeepNoSelectionThatIsGone) {
     Open(EqualHeights(20, 40));
-    owner.answer = [this, answer = owner.answer](UINT message, WPARAM wParam, LPARAM lParam, LRESULT* result) {
+    owner.answer = [this, answer = owner.answer](UINT message, WPARAM wParam, LPARAM lParam,
+                                                 LRESULT* result) {
         const auto& header = *reinterpret_cast<const NMHDR*>(lParam);
         if (message == WM_NOTIFY && static_cast<int>(header.code) == ui::LSN_SELCHANGING) {
             list.Fill(EqualHeights(2, 40));

@@ -1,9 +1,10 @@
-// The device's picture viewer: shows the picture named on its command line, as large as the screen allows.
+// The device's picture viewer: shows the picture named on its command line, as large as the screen
+// allows.
 
-#include <windows.h>
 #include <ole2.h>
 #include <olectl.h>
 #include <shellapi.h>
+#include <windows.h>
 
 namespace {
 
@@ -17,8 +18,8 @@ void Paint(HWND window) {
     FillRect(context, &area, static_cast<HBRUSH>(GetStockObject(BLACK_BRUSH)));
     OLE_XSIZE_HIMETRIC pictureWidth = 0;
     OLE_YSIZE_HIMETRIC pictureHeight = 0;
-    if (picture && SUCCEEDED(picture->get_Width(&pictureWidth)) && SUCCEEDED(picture->get_Height(&pictureHeight)) &&
-        pictureWidth > 0 && pictureHeight > 0) {
+    if (picture && SUCCEEDED(picture->get_Width(&pictureWidth)) &&
+        SUCCEEDED(picture->get_Height(&pictureHeight)) && pictureWidth > 0 && pictureHeight > 0) {
         int width = area.right;
         int height = MulDiv(width, pictureHeight, pictureWidth);
         if (height > area.bottom) {
@@ -26,26 +27,26 @@ void Paint(HWND window) {
             width = MulDiv(height, pictureWidth, pictureHeight);
         }
         // A picture's own coordinates run from its bottom edge upwards.
-        picture->Render(context, (area.right - width) / 2, (area.bottom - height) / 2, width, height, 0, pictureHeight,
-                        pictureWidth, -pictureHeight, nullptr);
+        picture->Render(context, (area.right - width) / 2, (area.bottom - height) / 2, width,
+                        height, 0, pictureHeight, pictureWidth, -pictureHeight, nullptr);
     }
     EndPaint(window, &paint);
 }
 
 LRESULT CALLBACK Handle(HWND window, UINT message, WPARAM first, LPARAM second) {
     switch (message) {
-    case WM_PAINT:
-        Paint(window);
-        return 0;
-    case WM_LBUTTONUP:
-    case WM_KEYDOWN:
-        DestroyWindow(window);
-        return 0;
-    case WM_DESTROY:
-        PostQuitMessage(0);
-        return 0;
-    default:
-        return DefWindowProcW(window, message, first, second);
+        case WM_PAINT:
+            Paint(window);
+            return 0;
+        case WM_LBUTTONUP:
+        case WM_KEYDOWN:
+            DestroyWindow(window);
+            return 0;
+        case WM_DESTROY:
+            PostQuitMessage(0);
+            return 0;
+        default:
+            return DefWindowProcW(window, message, first, second);
     }
 }
 
@@ -57,7 +58,8 @@ int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, PWSTR, int) {
     if (!words || count < 2 || FAILED(OleInitialize(nullptr))) {
         return 1;
     }
-    if (FAILED(OleLoadPicturePath(words[1], nullptr, 0, 0, IID_IPicture, reinterpret_cast<void**>(&picture)))) {
+    if (FAILED(OleLoadPicturePath(words[1], nullptr, 0, 0, IID_IPicture,
+                                  reinterpret_cast<void**>(&picture)))) {
         MessageBoxW(nullptr, words[1], L"This picture cannot be shown", MB_ICONWARNING);
         return 1;
     }

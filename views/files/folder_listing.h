@@ -39,7 +39,7 @@ void ShowItems(List& list, FileItems items) {
         rows.push_back(ui::ItemRecord{0, 0, reinterpret_cast<ULONG_PTR>(item.get())});
     }
     for (FileItemOwner& item : items) {
-        item.release();
+        static_cast<void>(item.release());
     }
     list.ReplaceItems(std::move(rows));
     list.Layout();
@@ -80,7 +80,7 @@ unsigned LowerBound(const List& list, const FileItem& item) {
 template <typename List>
 void InsertSorted(List& list, FileItemOwner item) {
     list.InsertItem(LowerBound(list, *item), reinterpret_cast<ULONG_PTR>(item.get()));
-    item.release();
+    static_cast<void>(item.release());
 }
 
 // The row of an entry equal to the item in the order; noRow when there is none. Of several it is

@@ -19,16 +19,18 @@ int wmain(int count, wchar_t** words) {
         return 0;
     }
     if (!std::wcscmp(task, L"window")) {
-        HWND window = CreateWindowW(L"STATIC", L"Stand-in", WS_POPUP | WS_VISIBLE, 0, 0, 100, 100, nullptr, nullptr,
-                                    nullptr, nullptr);
+        HWND window = CreateWindowW(L"STATIC", L"Stand-in", WS_POPUP | WS_VISIBLE, 0, 0, 100, 100,
+                                    nullptr, nullptr, nullptr, nullptr);
         HDC context = GetDC(window);
-        std::printf("window %d, screen %dx%d, %d dots per inch\n", window != nullptr, GetSystemMetrics(SM_CXSCREEN),
-                    GetSystemMetrics(SM_CYSCREEN), GetDeviceCaps(context, LOGPIXELSX));
+        std::printf("window %d, screen %dx%d, %d dots per inch\n", window != nullptr,
+                    GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN),
+                    GetDeviceCaps(context, LOGPIXELSX));
         ReleaseDC(window, context);
         return 0;
     }
     if (!std::wcscmp(task, L"stay")) {
-        CreateWindowW(L"STATIC", L"Stand-in", WS_POPUP | WS_VISIBLE, 0, 0, 100, 100, nullptr, nullptr, nullptr, nullptr);
+        CreateWindowW(L"STATIC", L"Stand-in", WS_POPUP | WS_VISIBLE, 0, 0, 100, 100, nullptr,
+                      nullptr, nullptr, nullptr);
         MSG message;
         while (GetMessageW(&message, nullptr, 0, 0) > 0) {
             DispatchMessageW(&message);
@@ -41,7 +43,8 @@ int wmain(int count, wchar_t** words) {
     GetModuleFileNameW(nullptr, text, MAX_PATH);
     std::printf("program %ls\n", text);
     GetEnvironmentVariableW(L"VANTOR_EXE", text, MAX_PATH);
-    std::printf("product %ls %s\n", text, GetFileAttributesW(text) == INVALID_FILE_ATTRIBUTES ? "missing" : "there");
+    std::printf("product %ls %s\n", text,
+                GetFileAttributesW(text) == INVALID_FILE_ATTRIBUTES ? "missing" : "there");
     std::printf("drives %lx\n", GetLogicalDrives());
     SYSTEMTIME moment = {};
     moment.wYear = 2026;
