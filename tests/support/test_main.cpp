@@ -3,11 +3,26 @@
 #include <gtest/gtest.h>
 #include <objbase.h>
 
+#include <cstdio>
+
+#include "tests/support/crash.h"
 #include "text/resources.h"
 #include "ui/drawing_resources.h"
 
+namespace {
+
+void DescribeTest(char* text, size_t size) {
+    if (const testing::TestInfo* const test =
+            testing::UnitTest::GetInstance()->current_test_info()) {
+        std::snprintf(text, size, "  in the test %s.%s\n", test->test_suite_name(), test->name());
+    }
+}
+
+}  // namespace
+
 int main(int count, char** arguments) {
     testing::InitGoogleTest(&count, arguments);
+    test::EndWhenCrashed(DescribeTest);
     if (FAILED(CoInitializeEx(nullptr, COINIT_MULTITHREADED))) {
         return 2;
     }

@@ -49,8 +49,9 @@ DWORD_PTR WINAPI FileInfoWatchingTheCursor(LPCWSTR, DWORD, SHFILEINFOW*, UINT, U
 
 // The shell of this machine looks through the whole folder for each file.
 DWORD_PTR WINAPI QuickFileInfo(LPCWSTR, DWORD, SHFILEINFOW* info, UINT, UINT) {
-    info->iIcon = 1;
-    return 1;
+    static const HIMAGELIST list = ImageList_Create(32, 32, ILC_COLOR, 1, 1);
+    info->iIcon = 0;
+    return reinterpret_cast<DWORD_PTR>(list);
 }
 
 using FileInfoHook = PlatformHook<decltype(QuickFileInfo)>;

@@ -9,6 +9,7 @@ namespace views {
 class SystemStatusView final : public ListView {
  public:
     explicit SystemStatusView(Frame& frame) : ListView(frame, menuResource) {}
+    ~SystemStatusView() override { List().Clear(); }
 
     void Layout(HDC dc) override;
     bool Activate(const ViewArgument& argument) override;
