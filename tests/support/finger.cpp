@@ -1,30 +1,26 @@
 #include "tests/support/finger.h"
 
+#include <gtest/gtest.h>
+
+#include "tests/support/keyboard.h"
+#include "tests/support/unix_command.h"
 #include "tests/support/wait.h"
 
 namespace test {
 
-namespace {
-
-std::wstring Widen(const std::string& text) {
-    return std::wstring(text.begin(), text.end());
-}
-
-}  // namespace
-
 Finger& Finger::Down(POINT point) {
     MoveTo(point);
-    commands_ += " sleep 0.02 mousedown 1";
+    Add(false, " sleep 0.02 mousedown 1");
     return *this;
 }
 
 Finger& Finger::MoveTo(POINT point) {
-    commands_ += " mousemove " + std::to_string(point.x) + ' ' + std::to_string(point.y);
+    Add(false, " mousemove " + std::to_string(point.x) + ' ' + std::to_string(point.y));
     return *this;
 }
 
 Finger& Finger::Up() {
-    commands_ += " mouseup 1";
+    Add(false, " mouseup 1");
     return *this;
 }
 
@@ -36,13 +32,14 @@ Finger& Finger::QuickTap(POINT point) {
 
 Finger& Finger::Wait(DWORD milliseconds) {
     const std::string fraction = std::to_string(1000 + milliseconds % 1000).substr(1);
-    commands_ += " sleep " + std::to_string(milliseconds / 1000) + '.' + fraction;
+    Add(!parts_.empty() && parts_.back().keys,
+        " sleep " + std::to_string(milliseconds / 1000) + '.' + fraction);
     return *this;
 }
 
 Finger& Finger::RightClick(POINT point) {
     MoveTo(point);
-    commands_ += " sleep 0.02 mousedown 3 sleep 0.06 mouseup 3";
+    Add(false, " sleep 0.02 mousedown 3 sleep 0.06 mouseup 3");
     return *this;
 }
 
@@ -56,53 +53,78 @@ Finger& Finger::DragTo(POINT from, POINT to, int steps) {
 }
 
 Finger& Finger::Key(const std::string& name) {
-    commands_ += " key " + name;
+    Add(true, " key " + name);
     return *this;
 }
 
 Finger& Finger::KeyDown(const std::string& name) {
-    commands_ += " keydown " + name;
+    Add(true, " keydown " + name);
     return *this;
 }
 
 Finger& Finger::KeyUp(const std::string& name) {
-    commands_ += " keyup " + name;
+    Add(true, " keyup " + name);
     return *this;
 }
 
-// The player is a program of the system underneath, whose process handle is signalled at once; a
-// file says when it is through.
+Finger& Finger::In(HWND window) {
+    window_ = window;
+    return *this;
+}
+
+void Finger::Add(bool keys, const std::string& command) {
+    if (parts_.empty() || parts_.back().keys != keys) {
+        parts_.push_back(Part{keys, ""});
+    }
+    parts_.back().commands += command;
+}
+
 bool Finger::Play() {
-    static volatile LONG count = 0;
-    // Devices that run side by side may number their processes alike, but no two share a screen.
-    char display[32] = {};
-    GetEnvironmentVariableA("DISPLAY", display, sizeof display);
-    const std::string marker = std::string("/tmp/vantor-finger") + display + '-' +
-                               std::to_string(GetCurrentProcessId()) + '-' +
-                               std::to_string(InterlockedIncrement(&count));
-    const std::wstring seen = L"\\\\?\\unix" + Widen(marker);
-    std::wstring markerPath = seen;
-    for (wchar_t& character : markerPath) {
-        if (character == L'/') {
-            character = L'\\';
+    std::vector<Part> parts;
+    parts.swap(parts_);
+    for (const Part& part : parts) {
+        if (part.keys) {
+            if (!PlayKeys(part.commands)) {
+                return false;
+            }
+        } else if (!RunUnixCommand("xdotool" + part.commands)) {
+            ADD_FAILURE() << "the finger does not move\n" << DescribeScreen();
+            return false;
         }
     }
-    DeleteFileW(markerPath.c_str());
-    std::wstring command =
-        Widen("\\\\?\\unix\\bin\\sh -c \"xdotool" + commands_ + "; echo > " + marker + "\"");
-    commands_.clear();
-    STARTUPINFOW startup = {};
-    startup.cb = sizeof startup;
-    PROCESS_INFORMATION process = {};
-    if (!CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
-                        &startup, &process)) {
-        return false;
-    }
-    CloseHandle(process.hThread);
-    CloseHandle(process.hProcess);
+    return true;
+}
+
+// A window that has come to the front asks the screen for the keyboard with the time of the last
+// message that its thread has taken. The screen refuses when the keyboard has moved since, as it
+// does by itself when the window that had it goes; the keys then go to whatever lies under the
+// finger, or to nobody. So the screen's keyboard is put where the window in front is, in the same
+// breath in which the keys are sent. Windows of one thread share it: that thread passes keys on by
+// itself.
+bool Finger::PlayKeys(const std::string& commands) const {
+    std::string answer;
     const bool played = WaitFor(
-        [&] { return GetFileAttributesW(markerPath.c_str()) != INVALID_FILE_ATTRIBUTES; }, 30000);
-    DeleteFileW(markerPath.c_str());
+        [&] {
+            const KeyboardState state = LookAtKeyboard();
+            const HWND wanted = window_ ? GetAncestor(window_, GA_ROOT) : state.front;
+            if (!wanted || state.front != wanted || !state.focus || !state.screenWindow) {
+                answer = "not sent";
+                return false;
+            }
+            // What the screen's names of one program's windows have in common.
+            constexpr unsigned programShift = 21;
+            answer = RunUnixCommand("k=$(xdotool getwindowfocus -f); if [ $((k >> " +
+                                    std::to_string(programShift) +
+                                    ")) = " + std::to_string(state.screenWindow >> programShift) +
+                                    " ]; then xdotool" + commands + "; else xdotool windowfocus " +
+                                    std::to_string(state.screenWindow) + commands +
+                                    "; fi && echo sent || echo refused")
+                         .value_or("not answered");
+            return answer == "sent";
+        },
+        longestWait);
+    EXPECT_TRUE(played) << "keys are " << answer << ':' << commands << '\n'
+                        << DescribeScreen(window_);
     return played;
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "platform/windows.h"
 
@@ -10,6 +11,8 @@ namespace test {
 // A sequence of input, collected first and then played at once without a pause but those it names.
 // Points are screen coordinates. Plays on the thread that calls Play, which returns when all of it
 // has been sent; a program under test in the same process needs another thread for its messages.
+// Keys are sent once the window in front has the keyboard: one that has just appeared gets it a
+// little later, and what is pressed before goes to nobody.
 class Finger {
  public:
     Finger& Down(POINT point);
@@ -34,11 +37,23 @@ class Finger {
     Finger& KeyDown(const std::string& name);
     Finger& KeyUp(const std::string& name);
 
-    // False when the input could not be sent.
+    // The keys are meant for this window or what lies in it, which must come to the front.
+    Finger& In(HWND window);
+
+    // False when the input could not be sent; a test fails then and tells what was on the screen.
     bool Play();
 
  private:
-    std::string commands_;
+    // Input of one kind in a row.
+    struct Part {
+        bool keys;
+        std::string commands;
+    };
+    void Add(bool keys, const std::string& command);
+    bool PlayKeys(const std::string& commands) const;
+
+    std::vector<Part> parts_;
+    HWND window_ = nullptr;
 };
 
 }  // namespace test

@@ -5,6 +5,7 @@
 #include <atomic>
 #include <thread>
 
+#include "tests/support/keyboard.h"
 #include "tests/support/wait.h"
 
 namespace test {
@@ -29,7 +30,7 @@ void WhileUser(const std::function<void()>& script, const std::function<void()>&
     std::thread user([&] {
         RunScript(script);
         if (!WaitFor([&] { return programEnded.load(); })) {
-            ADD_FAILURE() << "the program did not end with the script";
+            ADD_FAILURE() << "the program did not end with the script\n" << DescribeScreen();
             while (!programEnded) {
                 PostThreadMessageW(programThread, WM_QUIT, 0, 0);
                 Sleep(50);

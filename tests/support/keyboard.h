@@ -1,0 +1,25 @@
+// Where the keyboard is, and what the screen shows when a test gives up.
+#pragma once
+
+#include <string>
+
+#include "platform/windows.h"
+
+namespace test {
+
+struct KeyboardState {
+    // The window in front; null when there is none but the desktop.
+    HWND front = nullptr;
+    // The window that gets the keys, in front or within the window in front.
+    HWND focus = nullptr;
+    // How the screen calls the window in front; 0 before the screen has it.
+    unsigned screenWindow = 0;
+};
+
+KeyboardState LookAtKeyboard();
+
+// All top-level windows with class, caption, process and state, and which of them is in front, has
+// the keyboard or the capture. `expected` is the window that something was meant for, if any.
+std::string DescribeScreen(HWND expected = nullptr);
+
+}  // namespace test
