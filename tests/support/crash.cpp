@@ -211,12 +211,12 @@ bool DescribeFault(const EXCEPTION_RECORD& exception, char* text) {
     return true;
 }
 
-void EndWhenCrashed(void (*describe)(char* text, size_t size)) {
+void EndWhenCrashed(void (*describe)(char* text, size_t size), HANDLE output) {
     static Teller only;
     wchar_t path[MAX_PATH] = {};
     GetModuleFileNameW(nullptr, path, MAX_PATH);
     only.symbols.Open(path);
-    only.output = GetStdHandle(STD_OUTPUT_HANDLE);
+    only.output = output ? output : GetStdHandle(STD_OUTPUT_HANDLE);
     only.begin = CreateEventW(nullptr, FALSE, FALSE, nullptr);
     only.done = CreateEventW(nullptr, TRUE, FALSE, nullptr);
     only.describe = describe;

@@ -14,9 +14,9 @@ inline constexpr UINT crashedCode = 99;
 inline constexpr size_t faultTextSize = 96;
 bool DescribeFault(const EXCEPTION_RECORD& exception, char* text);
 
-// From now on a fault in any thread of this process tells on standard output where it happened and
-// ends the process. `describe` may write what the process was about.
-void EndWhenCrashed(void (*describe)(char* text, size_t size) = nullptr);
+// From now on a fault in any thread of this process tells where it happened, on standard output or
+// in `output`, and ends the process. `describe` may write what the process was about.
+void EndWhenCrashed(void (*describe)(char* text, size_t size) = nullptr, HANDLE output = nullptr);
 
 // While it lives, a fault in a library of the system is left to that library, which may be prepared
 // for it: some read what they are given until it points nowhere, and then say so.

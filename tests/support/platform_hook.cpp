@@ -6,9 +6,7 @@
 
 namespace test {
 
-namespace {
-
-void** FindImportSlot(const char* name) {
+void** FindImport(const char* name) {
     const auto base = reinterpret_cast<char*>(GetModuleHandleW(nullptr));
     const auto dos = reinterpret_cast<const IMAGE_DOS_HEADER*>(base);
     const auto headers = reinterpret_cast<const IMAGE_NT_HEADERS*>(base + dos->e_lfanew);
@@ -32,27 +30,25 @@ void** FindImportSlot(const char* name) {
     return nullptr;
 }
 
-void WriteSlot(void** slot, void* value) {
+void SetImport(void** slot, void* value) {
     DWORD protection = 0;
     VirtualProtect(slot, sizeof *slot, PAGE_READWRITE, &protection);
     *slot = value;
     VirtualProtect(slot, sizeof *slot, protection, &protection);
 }
 
-}  // namespace
-
-ImportHook::ImportHook(const char* name, void* replacement) : slot_(FindImportSlot(name)) {
+ImportHook::ImportHook(const char* name, void* replacement) : slot_(FindImport(name)) {
     if (!slot_) {
         ADD_FAILURE() << "the executable does not import " << name;
         return;
     }
     original_ = *slot_;
-    WriteSlot(slot_, replacement);
+    SetImport(slot_, replacement);
 }
 
 ImportHook::~ImportHook() {
     if (slot_) {
-        WriteSlot(slot_, original_);
+        SetImport(slot_, original_);
     }
 }
 

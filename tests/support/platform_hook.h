@@ -5,6 +5,11 @@
 
 namespace test {
 
+// The place in this process's executable that holds the address of an imported function; null when
+// it imports none of this name.
+void** FindImport(const char* name);
+void SetImport(void** slot, void* value);
+
 // Puts `replacement` into the import table in place of the function `name` ("GetMonitorInfoW")
 // for as long as it lives. A test fails when the executable does not import the function.
 class ImportHook {

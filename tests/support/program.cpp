@@ -1,8 +1,14 @@
 #include "tests/support/program.h"
 
 #include <gtest/gtest.h>
+#include <tlhelp32.h>
+
+#include <vector>
 
 #include "tests/support/failing_call.h"
+#include "tests/support/keyboard.h"
+#include "tests/support/loaded_library.h"
+#include "tests/support/unix_command.h"
 #include "tests/support/wait.h"
 #include "tests/support/windows_seen.h"
 
@@ -12,6 +18,7 @@ namespace {
 
 constexpr wchar_t mainWindowClass[] = L"Vantor Main Window";
 constexpr wchar_t failingCallVariable[] = L"VANTOR_HANDHELD_FAILING";
+constexpr wchar_t crashesVariable[] = L"VANTOR_CRASHES";
 
 std::wstring InstalledProgram() {
     wchar_t path[MAX_PATH] = {};
@@ -27,13 +34,43 @@ std::wstring Describe(const FailingCall& call) {
            std::to_wstring(call.atLeast);
 }
 
+// The library that tells of crashes lies beside this executable.
+std::wstring CrashWatch() {
+    wchar_t path[MAX_PATH];
+    const std::wstring own(path, GetModuleFileNameW(nullptr, path, MAX_PATH));
+    return own.substr(0, own.rfind(L'\\')) + L"\\crash_watch.dll";
+}
+
+bool Runs(HANDLE process) {
+    return WaitForSingleObject(process, 0) == WAIT_TIMEOUT;
+}
+
+// The processes of the program that another one has started, in its place, and that still run.
+std::vector<DWORD> StartedBy(DWORD process) {
+    std::vector<DWORD> found;
+    const std::wstring path = InstalledProgram();
+    const std::wstring name = path.substr(path.rfind(L'\\') + 1);
+    const HANDLE snapshot = CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0);
+    PROCESSENTRY32W entry = {};
+    entry.dwSize = sizeof entry;
+    for (BOOL more = Process32FirstW(snapshot, &entry); more;
+         more = Process32NextW(snapshot, &entry)) {
+        if (entry.th32ParentProcessID == process && lstrcmpiW(entry.szExeFile, name.c_str()) == 0) {
+            found.push_back(entry.th32ProcessID);
+        }
+    }
+    CloseHandle(snapshot);
+    return found;
+}
+
 }  // namespace
 
 bool RunsOnHandheld() {
     return GetEnvironmentVariableW(L"VANTOR_HANDHELD_DEVICE", nullptr, 0) != 0;
 }
 
-Program::Program(const std::wstring& arguments, const std::optional<FailingCall>& failing) {
+Program::Program(const std::wstring& arguments, const std::optional<FailingCall>& failing)
+    : crashes_(UnixFileName()) {
     const std::wstring path = InstalledProgram();
     std::wstring command = L'"' + path + L'"';
     if (!arguments.empty()) {
@@ -44,6 +81,7 @@ Program::Program(const std::wstring& arguments, const std::optional<FailingCall>
     if (failing && !patched) {
         SetEnvironmentVariableW(failingCallVariable, Describe(*failing).c_str());
     }
+    SetEnvironmentVariableW(crashesVariable, crashes_.c_str());
     STARTUPINFOW startup = {};
     startup.cb = sizeof startup;
     PROCESS_INFORMATION information = {};
@@ -51,6 +89,7 @@ Program::Program(const std::wstring& arguments, const std::optional<FailingCall>
                                         patched ? DEBUG_ONLY_THIS_PROCESS : 0, nullptr, L"C:\\",
                                         &startup, &information);
     SetEnvironmentVariableW(failingCallVariable, nullptr);
+    SetEnvironmentVariableW(crashesVariable, nullptr);
     if (!started) {
         ADD_FAILURE() << "the program does not start: error " << GetLastError();
         return;
@@ -62,20 +101,55 @@ Program::Program(const std::wstring& arguments, const std::optional<FailingCall>
         EXPECT_TRUE(LetCallFail(process_.Get(), processId_, *failing))
             << failing->name << " is not called by the program";
     }
+    // The emulator notices by itself what a handheld's program does wrong, and ends it.
+    EXPECT_TRUE(RunsOnHandheld() || LoadInto(process_.Get(), CrashWatch().c_str()))
+        << "the program is not watched";
 }
 
 Program::~Program() {
-    if (process_ && WaitForSingleObject(process_.Get(), 0) == WAIT_TIMEOUT && Close() == ~0u) {
-        TerminateProcess(process_.Get(), 1);
-        WaitForSingleObject(process_.Get(), longestWait);
+    if (!process_) {
+        return;
     }
+    std::string wrong = End(process_.Get(), processId_);
+    for (const DWORD id : StartedBy(processId_)) {
+        const platform::UniqueHandle other(
+            OpenProcess(SYNCHRONIZE | PROCESS_TERMINATE | PROCESS_QUERY_INFORMATION, FALSE, id));
+        wrong += End(other.Get(), id);
+    }
+    wrong += ReadUnixFile(crashes_);
+    DeleteFileW(crashes_.c_str());
+    EXPECT_TRUE(wrong.empty()) << wrong;
 }
 
-HWND Program::MainWindow() const {
-    const HWND window = FindVisible(mainWindowClass, true);
-    DWORD process = 0;
-    GetWindowThreadProcessId(window, &process);
-    return process == processId_ ? window : nullptr;
+std::string Program::End(HANDLE process, DWORD id) const {
+    const HWND window = Runs(process) ? MainWindowOf(id) : nullptr;
+    if (window) {
+        PostMessageW(window, WM_CLOSE, 0, 0);
+    }
+    DWORD code = 0;
+    if (WaitForSingleObject(process, longestWait) != WAIT_OBJECT_0) {
+        const std::string screen = DescribeScreen();
+        TerminateProcess(process, 1);
+        WaitForSingleObject(process, longestWait);
+        return "the program does not end when it is closed\n" + screen;
+    }
+    if (GetExitCodeProcess(process, &code) && code != expectedCode_) {
+        return "the program ended with the code " + std::to_string(code) + ", not " +
+               std::to_string(expectedCode_) + '\n';
+    }
+    return "";
+}
+
+HWND Program::MainWindowOf(DWORD process) {
+    HWND window = nullptr;
+    DWORD owner = 0;
+    while ((window = FindWindowExW(nullptr, window, mainWindowClass, nullptr)) != nullptr) {
+        GetWindowThreadProcessId(window, &owner);
+        if (owner == process && IsWindowVisible(window)) {
+            return window;
+        }
+    }
+    return nullptr;
 }
 
 bool Program::WaitForMainWindow() const {

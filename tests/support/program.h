@@ -28,7 +28,9 @@ struct FailingCall {
 
 class Program {
  public:
-    // Starts the installed program with the given arguments. Ends it when the object goes.
+    // Starts the installed program with the given arguments. With the object the program is closed;
+    // a test fails when it does not close, when it or one that it has started in its place crashes,
+    // and when its exit code is another than the one expected.
     explicit Program(const std::wstring& arguments = L"",
                      const std::optional<FailingCall>& failing = std::nullopt);
     ~Program();
@@ -39,16 +41,25 @@ class Program {
     DWORD ProcessId() const { return processId_; }
     HANDLE Process() const { return process_.Get(); }
     // The visible main window; null until there is one.
-    HWND MainWindow() const;
+    HWND MainWindow() const { return MainWindowOf(processId_); }
     bool WaitForMainWindow() const;
     // The exit code; 0xFFFFFFFF when the program did not end in time.
     DWORD WaitForExit() const;
     // Closes the main window and waits.
     DWORD Close() const;
+    // The exit code is to be this one at the end, not 0.
+    void ExpectExit(DWORD code) { expectedCode_ = code; }
 
  private:
+    static HWND MainWindowOf(DWORD process);
+    // Closes a process of the program, if it runs; empty when it ended as it should.
+    std::string End(HANDLE process, DWORD id) const;
+
+    // Where the crashes are told.
+    std::wstring crashes_;
     platform::UniqueHandle process_;
     DWORD processId_ = 0;
+    DWORD expectedCode_ = 0;
 };
 
 }  // namespace test
