@@ -3,7 +3,7 @@
 #include "app/main_frame.h"
 #include "app/module.h"
 #include "app/run.h"
-#include "tests/support/finger.h"
+#include "tests/support/box.h"
 #include "tests/support/user.h"
 #include "tests/support/wait.h"
 #include "tests/support/windows_seen.h"
@@ -36,13 +36,13 @@ void RunningProgram::Run(const std::function<void()>& script) {
 void RunningProgram::RunToMessage(const std::function<void()>& script) {
     Run([&] {
         script();
-        const HWND box = WaitForWindow(L"#32770");
-        ASSERT_TRUE(box) << "there is no message box";
+        const HWND box = WaitForBox();
+        ASSERT_TRUE(box);
         hasButton = WaitFor([this] { return drawn.Has(L"Ok"); });
         caption = TextOf(box);
         hasOwner = GetWindow(box, GW_OWNER) != nullptr;
         mainWindowExisted = FindWindowW(app::mainWindowClass, nullptr) != nullptr;
-        EXPECT_TRUE(Finger().Key("Return").Play());
+        AnswerBox(box, Finger().Key("Return"));
     });
 }
 

@@ -6,6 +6,7 @@
 
 #include "platform/desktop/paths.h"
 #include "platform/handles.h"
+#include "tests/support/box.h"
 #include "ui/window.h"
 
 namespace test {
@@ -211,21 +212,13 @@ Picture FilesProgram::StillListPicture() const {
 }
 
 HWND FilesProgram::Dialog(HWND previous) const {
-    HWND dialog = nullptr;
-    const bool found = WaitFor([&] {
-        dialog = FindVisible(L"#32770", true);
-        return dialog && dialog != previous && GetForegroundWindow() == dialog;
-    });
-    return found ? dialog : nullptr;
+    return WaitForBox(true, previous);
 }
 
 void FilesProgram::Answer(Finger keys) const {
     const HWND dialog = Dialog();
-    ASSERT_TRUE(dialog) << "no dialog opens";
-    // A dialog takes the keyboard a moment before it is ready for keys.
-    ASSERT_EQ(SendMessageW(dialog, WM_NULL, 0, 0), 0);
-    ASSERT_TRUE(keys.Play());
-    ASSERT_TRUE(WaitFor([&] { return !IsWindow(dialog); })) << "the dialog stays";
+    ASSERT_TRUE(dialog);
+    ASSERT_TRUE(AnswerBox(dialog, keys));
     ASSERT_TRUE(WaitFor([&] {
         const HWND front = GetForegroundWindow();
         return !IsWindow(Window()) || (front && front != dialog && IsWindowEnabled(front));

@@ -1,4 +1,5 @@
 // What a person does with an application: a real one, in a process of its own.
+#include "tests/support/box.h"
 #include "tests/support/drawn_texts.h"
 #include "tests/support/finger.h"
 #include "tests/support/sample_program.h"
@@ -31,19 +32,17 @@ class ApplicationsCommands : public ApplicationsFixture {
 
     // Answers the message box with this text, which must appear.
     void Answer(const std::wstring& text, const std::vector<std::string>& keys) {
-        const HWND box = WaitForWindow(L"#32770");
-        ASSERT_TRUE(box) << "no message";
-        EXPECT_TRUE(WaitFor([&] { return GetForegroundWindow() == box; }));
+        const HWND box = WaitForBox();
+        ASSERT_TRUE(box) << "for \"" << text << '"';
         EXPECT_TRUE(WaitFor([&] { return Shows(text); })) << texts.All();
+        Finger answer;
         for (const std::string& key : keys) {
-            Finger().Key(key).Play();
+            answer.Key(key);
         }
-        EXPECT_TRUE(WaitFor([&] { return !IsWindow(box); }));
+        AnswerBox(box, answer);
     }
     // Runs the command while the user answers.
     void Answered(UINT command, const std::wstring& text, const std::vector<std::string>& keys) {
-        // The screen moves the keyboard between windows by messages.
-        PumpWhileUser([] { Sleep(100); });
         texts.Forget();
         WhileUser([&] { Answer(text, keys); }, [&] { view->Command(static_cast<WORD>(command)); });
     }
@@ -237,7 +236,7 @@ TEST_F(ApplicationsCommands, InformationShowsTheWindowAsItIs) {
     Select(L"Sample 1");
     WhileUser(
         [&] {
-            EXPECT_TRUE(WaitForWindow(L"#32770"));
+            const HWND page = WaitForBox();
             wchar_t process[64];
             swprintf(process, 64, L"0x%lx", program.ProcessId());
             wchar_t handle[64];
@@ -248,7 +247,7 @@ TEST_F(ApplicationsCommands, InformationShowsTheWindowAsItIs) {
             EXPECT_TRUE(texts.Shows(L"Window handle:")) << texts.All();
             EXPECT_TRUE(texts.Shows(L"owner process PID:")) << texts.All();
             EXPECT_TRUE(texts.Shows(L"  Sample 1")) << texts.All();
-            Finger().Key("Return").Play();
+            AnswerBox(page, Finger().Key("Return"));
         },
         [&] { view->Command(614); });
 }

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
+#include "tests/support/box.h"
 #include "tests/support/finger.h"
-#include "tests/support/input_taken.h"
 #include "tests/support/platform_hook.h"
 #include "tests/support/user.h"
 #include "tests/support/wait.h"
@@ -201,20 +201,10 @@ class FilesKeys : public FilesFixture {
         SetForegroundWindow(frame.Handle());
         View().Focus();
         PumpWhileUser([&] {
-            // A key goes astray while the screen still gives it to the window that was in front.
-            const LONG before = InputTaken::Count(WM_KEYDOWN);
-            const auto taken = [&] { return InputTaken::Count(WM_KEYDOWN) != before; };
-            for (int attempt = 0; attempt < 5 && !taken(); ++attempt) {
-                SetForegroundWindow(frame.Handle());
-                EXPECT_TRUE(Finger().Key(key).Play());
-                WaitFor(taken, 1000);
-            }
+            EXPECT_TRUE(Finger().Key(key).In(frame.Handle()).Play());
             EXPECT_TRUE(WaitFor(condition)) << key;
         });
     }
-
- private:
-    const InputTaken input_;
 };
 
 TEST_F(FilesKeys, TheLeftArrowGoesUp) {
@@ -280,11 +270,9 @@ class FilesFaults : public FilesFixture {
         fake.throwAfter = 2;
         WhileUser(
             [&] {
-                const HWND box = WaitForWindow(L"#32770");
-                EXPECT_TRUE(box);
-                EXPECT_TRUE(WaitFor([&] { return FindChild(box, L"kx::MBButtonsBar"); }));
-                EXPECT_TRUE(Finger().Key("Return").Play());
-                EXPECT_TRUE(WaitFor([&] { return !FindVisible(L"#32770"); }));
+                const HWND box = WaitForBox();
+                EXPECT_TRUE(FindChild(box, L"kx::MBButtonsBar"));
+                AnswerBox(box, Finger().Key("Return"));
             },
             action);
         EXPECT_EQ(Rows(), (Names{L"a", L"b", L"c"}));

@@ -4,6 +4,7 @@
 
 #include "platform/desktop/paths.h"
 #include "platform/handles.h"
+#include "tests/support/box.h"
 
 namespace test {
 
@@ -30,21 +31,17 @@ void OperationsFixture::Give(WORD command, const std::function<void()>& script) 
 }
 
 void OperationsFixture::Answer(const std::wstring& text, const std::string& key) {
-    const HWND box = WaitForWindow(L"#32770");
-    ASSERT_TRUE(box) << "no prompt";
-    EXPECT_TRUE(WaitFor([&] { return GetForegroundWindow() == box; }));
-    EXPECT_TRUE(WaitFor([&] { return texts.Has(text); }, 2000)) << texts.All();
-    Finger().Key(key).Play();
-    EXPECT_TRUE(WaitFor([&] { return !IsWindow(box); }));
+    const HWND box = WaitForBox();
+    ASSERT_TRUE(box) << "for \"" << text << '"';
+    EXPECT_TRUE(WaitFor([&] { return texts.Has(text); })) << texts.All();
+    AnswerBox(box, Finger().Key(key));
 }
 
 void OperationsFixture::AnswerPlatformBox(const std::wstring& text, const std::string& key) {
-    const HWND box = WaitForWindow(L"#32770");
-    ASSERT_TRUE(box) << "no prompt";
-    EXPECT_TRUE(WaitFor([&] { return GetForegroundWindow() == box; }));
+    const HWND box = WaitForBox();
+    ASSERT_TRUE(box) << "for \"" << text << '"';
     EXPECT_EQ(TextOf(GetDlgItem(box, 0xFFFF)), text);
-    Finger().Key(key).Play();
-    EXPECT_TRUE(WaitFor([&] { return !IsWindow(box); }));
+    AnswerBox(box, Finger().Key(key));
 }
 
 HWND OperationsFixture::WaitForEditor() const {

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "tests/support/box.h"
 #include "tests/support/drawn_texts.h"
 #include "tests/support/fake_frame.h"
 #include "tests/support/finger.h"
@@ -62,21 +63,18 @@ class ImagesFixture : public testing::Test {
     }
     // Answers the message box with this text; for the user's thread.
     void Answer(const std::wstring& text, const std::vector<std::string>& keys) {
-        HWND box = nullptr;
-        ASSERT_TRUE(WaitFor([&] {
-            box = FindVisible(L"#32770");
-            return box && GetForegroundWindow() == box && texts.Contains(text);
-        })) << texts.All();
-        Sleep(50);
+        const HWND box = WaitForBox();
+        ASSERT_TRUE(box) << "for \"" << text << '"';
+        EXPECT_TRUE(WaitFor([&] { return texts.Contains(text); })) << texts.All();
+        Finger answer;
         for (const std::string& key : keys) {
-            Finger().Key(key).Play();
+            answer.Key(key);
         }
-        EXPECT_TRUE(WaitFor([&] { return !IsWindow(box); }));
+        AnswerBox(box, answer);
     }
     // Does something while the user answers.
     void Answered(const std::function<void()>& action, const std::wstring& text,
                   const std::vector<std::string>& keys) {
-        PumpWhileUser([] { Sleep(100); });
         texts.Forget();
         WhileUser([&] { Answer(text, keys); }, action);
     }

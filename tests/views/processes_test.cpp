@@ -279,11 +279,10 @@ TEST_F(FakeDeviceProcesses, TellTheirMemoryAndHeapsOnAPage) {
                        {MEM_COMMIT, 0x1000, MEM_PRIVATE}};
     Open();
     Select(L"process2.exe");
-    PumpWhileUser([] { Sleep(100); });
     texts.Forget();
     WhileUser(
         [&] {
-            EXPECT_TRUE(WaitForWindow(L"#32770"));
+            const HWND page = WaitForBox();
             EXPECT_TRUE(texts.Shows(L"4.00 KB")) << texts.All();
             for (const wchar_t* text :
                  {L"Process Information", L"process2.exe", L"Process id:", L"Threads number:",
@@ -292,7 +291,7 @@ TEST_F(FakeDeviceProcesses, TellTheirMemoryAndHeapsOnAPage) {
                 EXPECT_TRUE(texts.Shows(text)) << std::string(text, text + wcslen(text)) << "\n"
                                                << texts.All();
             }
-            Finger().Key("Return").Play();
+            AnswerBox(page, Finger().Key("Return"));
         },
         [&] { view.Command(614); });
 }
@@ -324,7 +323,6 @@ TEST_F(FakeDeviceProcesses, ThatCannotBeOpenedStayWithAMessage) {
     Open();
     Select(L"process9.exe");
     device.openError = ERROR_ACCESS_DENIED;
-    PumpWhileUser([] { Sleep(100); });
     WhileUser(
         [&] {
             Answer(L"Are you sure you want to end selected process?", {"Left", "Return"});
@@ -339,7 +337,6 @@ TEST_F(FakeDeviceProcesses, WhoseWaitFailsAreAMessage) {
     Open();
     Select(L"process9.exe");
     device.waitResult = WAIT_FAILED;
-    PumpWhileUser([] { Sleep(100); });
     WhileUser(
         [&] {
             Answer(L"Are you sure you want to end selected process?", {"Left", "Return"});

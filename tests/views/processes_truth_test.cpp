@@ -110,7 +110,6 @@ TEST_F(ProcessesTruth, AProcessIsOpenedWithTheAccessThatEverySystemKnows) {
     Open();
     Select(L"a.exe");
     const PlatformHook<HANDLE WINAPI(DWORD, BOOL, DWORD)> open("OpenProcess", NotingOpen);
-    PumpWhileUser([] { Sleep(100); });
     askedAccess = 0;
     WhileUser(
         [&] {
