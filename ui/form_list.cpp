@@ -31,7 +31,7 @@ bool FormList::Open(HWND parent, const RECT& bounds, UINT_PTR id) {
 
 void FormList::InsertRow(unsigned index, std::unique_ptr<FormRow> row) {
     InsertItem(index, reinterpret_cast<ULONG_PTR>(row.get()));
-    row.release();
+    static_cast<void>(row.release());
 }
 
 void FormList::Layout() {

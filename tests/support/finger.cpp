@@ -26,7 +26,7 @@ Finger& Finger::Up() {
 
 Finger& Finger::QuickTap(POINT point) {
     MoveTo(point);
-    commands_ += " mousedown 1 mouseup 1";
+    Add(false, " mousedown 1 mouseup 1");
     return *this;
 }
 
