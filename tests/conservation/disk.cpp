@@ -7,7 +7,6 @@
 #include "platform/handles.h"
 #include "tests/conservation/chance.h"
 #include "tests/conservation/system.h"
-#include "views/files/folder_walk.h"
 
 namespace conservation {
 
@@ -71,6 +70,11 @@ void ForEach(const std::wstring& folder, Visit visit) {
     }
 }
 
+// By itself: the program may be wrong about what a link is.
+bool IsLink(DWORD attributes) {
+    return (attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
+}
+
 bool MakeFolder(const std::wstring& path) {
     return CreateDirectoryW(Exact(path).c_str(), nullptr) != FALSE;
 }
@@ -105,7 +109,7 @@ bool LiesIn(const std::wstring& path, const std::wstring& parent) {
 bool Wipe(const std::wstring& path) {
     const std::wstring exact = Exact(path);
     const DWORD attributes = GetFileAttributesW(exact.c_str());
-    if (attributes == INVALID_FILE_ATTRIBUTES || views::IsFolderLink(attributes)) {
+    if (attributes == INVALID_FILE_ATTRIBUTES || IsLink(attributes)) {
         return false;
     }
     if (attributes & FILE_ATTRIBUTE_READONLY) {
@@ -232,7 +236,7 @@ void Disk::Read(const std::wstring& folder, State* state) {
         const std::wstring key = Key(path);
         Entry& entry = (*state)[key];
         entry.path = path;
-        if (views::IsFolderLink(found.dwFileAttributes)) {
+        if (IsLink(found.dwFileAttributes)) {
             entry.kind = Entry::Kind::Link;
         } else if (found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) {
             entry.kind = Entry::Kind::Folder;

@@ -329,7 +329,10 @@ BOOL WINAPI WrappedRemoveDirectoryW(const wchar_t* path) {
 }
 
 BOOL WINAPI WrappedSetFileAttributesW(const wchar_t* path, DWORD attributes) {
-    return Carry(false, FALSE, [=] { return RealSetFileAttributesW(path, attributes); });
+    const unsigned failures = outcome.failures;
+    const BOOL set = Carry(false, FALSE, [=] { return RealSetFileAttributesW(path, attributes); });
+    NoteOutOfReach(path, failures);
+    return set;
 }
 
 DWORD WINAPI WrappedGetFileAttributesW(const wchar_t* path) {

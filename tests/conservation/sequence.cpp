@@ -112,7 +112,9 @@ bool Sequence::Choose(Step* step) {
     // With a backslash behind it a link is the folder that it leads to: what is pasted loses it.
     const bool plain = dotted || (entry.kind == Entry::Kind::Link && !pasted_);
     step->toldSource = plain ? entry.path : Spell(entry.path, links_);
-    const std::wstring folder = SomeFolder();
+    // Seldom to where it is already.
+    const std::wstring folder =
+        chance.OneIn(6) ? now_.at(std::wstring(views::FolderOfPath(key))).path : SomeFolder();
     if (HasDottedFolder(folder + L'\\')) {
         return false;
     }

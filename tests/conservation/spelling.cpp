@@ -39,6 +39,11 @@ std::wstring ThereAndBack(const std::wstring& path) {
     if (end == 0 || start == std::wstring::npos) {
         return path;
     }
+    // What stands between two backslashes or is a dot already is no folder to come back from.
+    const std::wstring folder = path.substr(start + 1, end - start - 1);
+    if (folder.find_first_not_of(L'.') == std::wstring::npos) {
+        return path;
+    }
     return path.substr(0, end) + L"\\.." + path.substr(start);
 }
 
