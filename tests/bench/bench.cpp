@@ -179,7 +179,8 @@ class NoPrompts final : public views::TransferPrompts {
         return views::answerStop;
     }
     void TellOtherKind(const std::wstring&, bool) override {}
-    views::TransferAnswer AskAfterFailure(const std::wstring&, const std::wstring&, bool) override {
+    views::TransferAnswer AskAfterFailure(const std::wstring&, const std::wstring&, bool,
+                                          views::FailedEntry) override {
         return views::answerStop;
     }
     void OnProgress() override {}

@@ -31,7 +31,8 @@ TransferAnswer Answers::AskConflict(const std::wstring& name, bool folder, bool)
     return answer;
 }
 
-TransferAnswer Answers::AskAfterFailure(const std::wstring&, const std::wstring&, bool) {
+TransferAnswer Answers::AskAfterFailure(const std::wstring&, const std::wstring&, bool,
+                                        views::FailedEntry) {
     return outcome_.ended || chance.OneIn(3) ? views::answerStop : views::answerSkip;
 }
 

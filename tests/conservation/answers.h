@@ -16,7 +16,8 @@ class Answers final : public views::TransferPrompts {
                                       bool topLevel) override;
     void TellOtherKind(const std::wstring&, bool) override {}
     views::TransferAnswer AskAfterFailure(const std::wstring& source,
-                                          const std::wstring& destination, bool moving) override;
+                                          const std::wstring& destination, bool moving,
+                                          views::FailedEntry entry) override;
     void OnProgress() override {}
 
  private:

@@ -5,6 +5,7 @@
 
 #include "faults/fault.h"
 #include "platform/files.h"
+#include "tests/support/box.h"
 #include "tests/support/host_files.h"
 #include "tests/views/operations_fixture.h"
 #include "tests/views/recorded_prompts.h"
@@ -208,7 +209,11 @@ TEST_F(FolderLinksOfWindows, AreNotWalkedThroughByACopy) {
     folder.MakeFolder(L"to");
     prompts.afterFailure = answerSkip;
     EXPECT_EQ(transfer.CopyItem(At(L"tree"), At(L"to\\tree")), answerSkip);
-    EXPECT_EQ(prompts.asked.size(), 2u) << "each is reported where it cannot be copied as a link";
+    EXPECT_EQ(prompts.asked,
+              (std::vector<std::wstring>{
+                  L"failed link " + At(L"tree\\link") + L" to " + At(L"to\\tree\\link"),
+                  L"failed link " + At(L"tree\\round") + L" to " + At(L"to\\tree\\round")}))
+        << "each is reported where it cannot be copied as a link";
     EXPECT_EQ(ReadTree(At(L"to")), (Tree{{L"tree\\", ""}, {L"tree\\a", "1"}}));
     ExpectTheFolderBehindUntouched();
 }
@@ -224,6 +229,31 @@ TEST_F(FolderLinksOfWindows, AreNotWalkedThroughByAMergingMove) {
     EXPECT_TRUE(Exists(L"to\\tree\\a"));
     EXPECT_TRUE(Exists(L"tree\\plain\\b")) << "the link in the way leads elsewhere";
     EXPECT_TRUE(Exists(L"tree\\link"));
+    ExpectTheFolderBehindUntouched();
+}
+
+// This machine cannot copy one; what else is in the tree need not stay behind.
+TEST_F(FolderLinks, OneThatCannotBeCopiedIsSkippedIfThePersonWants) {
+    MakeTree(folder.MakeFolder(L"tree"), {{L"a", "1"}, {L"z", "2"}});
+    Link(L"tree\\link", L"docs");
+    folder.MakeFolder(L"to");
+    GoTo(L"to");
+    PutPaths({At(L"tree")});
+    for (const char* key : {"Escape", "Return"}) {
+        Give(57637, [&] {
+            const HWND box = WaitForBox();
+            EXPECT_TRUE(WaitFor([&] {
+                return texts.All().find("skip this item?") != std::string::npos;
+            })) << texts.All();
+            AnswerBox(box, Finger().Key(key));
+        });
+        EXPECT_FALSE(Exists(L"to\\tree\\link"));
+        if (key == std::string("Return")) {
+            EXPECT_EQ(ReadTree(At(L"to\\tree")), (Tree{{L"a", "1"}, {L"z", "2"}}));
+        }
+        ErrorOfDelete(At(L"to\\tree"));
+        View().Refresh();
+    }
     ExpectTheFolderBehindUntouched();
 }
 

@@ -27,11 +27,13 @@ void RecordedPrompts::TellOtherKind(const std::wstring& name, bool) {
 }
 
 views::TransferAnswer RecordedPrompts::AskAfterFailure(const std::wstring& source,
-                                                       const std::wstring& destination, bool) {
+                                                       const std::wstring& destination, bool,
+                                                       views::FailedEntry entry) {
     if (whileAsked) {
         whileAsked();
     }
-    asked.push_back(L"failed " + source + L" to " + destination);
+    asked.push_back((entry == views::FailedEntry::Link ? L"failed link " : L"failed ") + source +
+                    L" to " + destination);
     try {
         throw;
     } catch (const faults::W32Fault& fault) {

@@ -15,7 +15,8 @@ class RecordedPrompts final : public views::TransferPrompts {
                                       bool topLevel) override;
     void TellOtherKind(const std::wstring& name, bool sourceIsFolder) override;
     views::TransferAnswer AskAfterFailure(const std::wstring& source,
-                                          const std::wstring& destination, bool moving) override;
+                                          const std::wstring& destination, bool moving,
+                                          views::FailedEntry entry) override;
     void OnProgress() override { ++entries; }
 
     // The answers to conflicts in turn; `answer` when there are no more.

@@ -544,11 +544,17 @@ void FileOperations::TellOtherKind(const std::wstring& name, bool sourceIsFolder
 }
 
 TransferAnswer FileOperations::AskAfterFailure(const std::wstring& source,
-                                               const std::wstring& destination, bool moving) {
+                                               const std::wstring& destination, bool moving,
+                                               FailedEntry entry) {
     const wchar_t* const pattern = moving ? L"can't move %1 to %2%n%3%nskip this item?"
                                           : L"can't copy %1 to %2%n%3%nskip this item?";
     const std::wstring text =
         text::Format(pattern, source, destination, ui::TextOfCurrentException());
+    if (entry == FailedEntry::Link) {
+        return ui::ShowMessage(Owner(), text, ui::captionWarning, 2, yesNo, 0) == ui::buttonYes
+                   ? answerSkip
+                   : answerStop;
+    }
     const std::wstring caption(text::LoadText(ui::captionWarning));
     const platform::ArrowCursor arrow;
     // The box has no button of that name: whatever is answered stops the transfer.

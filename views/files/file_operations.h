@@ -58,7 +58,7 @@ class FileOperations final : private TransferPrompts {
     TransferAnswer AskConflict(const std::wstring& name, bool folder, bool topLevel) override;
     void TellOtherKind(const std::wstring& name, bool sourceIsFolder) override;
     TransferAnswer AskAfterFailure(const std::wstring& source, const std::wstring& destination,
-                                   bool moving) override;
+                                   bool moving, FailedEntry entry) override;
     void OnProgress() override;
 
     FileList& list_;

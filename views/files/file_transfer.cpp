@@ -232,6 +232,7 @@ std::optional<TransferAnswer> FileTransfer::Advance() {
     source_.resize(levels_.back().sourceLength);
     destination_.resize(levels_.back().destinationLength);
     bool folderFails = true;
+    FailedEntry failed = FailedEntry::Any;
     try {
         const platform::FindData* const entry = NextEntry();
         if (!entry) {
@@ -240,6 +241,7 @@ std::optional<TransferAnswer> FileTransfer::Advance() {
         (source_ += L'\\') += entry->cFileName;
         (destination_ += L'\\') += entry->cFileName;
         folderFails = false;
+        failed = IsFolderLink(entry->dwFileAttributes) ? FailedEntry::Link : FailedEntry::Any;
         return Begin(entry->dwFileAttributes, false);
     } catch (...) {
         // A failure is answered for by the folder that what failed lies in.
@@ -251,7 +253,7 @@ std::optional<TransferAnswer> FileTransfer::Advance() {
                 throw;
             }
         }
-        return prompts_.AskAfterFailure(source_, destination_, moving_);
+        return prompts_.AskAfterFailure(source_, destination_, moving_, failed);
     }
 }
 

@@ -21,6 +21,9 @@ inline constexpr TransferAnswer answerStop = 3;
 // Added to an answer that holds for all further conflicts of its kind.
 inline constexpr TransferAnswer answerForAll = 4;
 
+// What of a folder's contents has failed.
+enum class FailedEntry { Any, Link };
+
 // Who asks the user.
 class TransferPrompts : public WalkProgress {
  public:
@@ -29,9 +32,11 @@ class TransferPrompts : public WalkProgress {
     virtual TransferAnswer AskConflict(const std::wstring& name, bool folder, bool topLevel) = 0;
     // What exists is of the other kind; it is skipped.
     virtual void TellOtherKind(const std::wstring& name, bool sourceIsFolder) = 0;
-    // An entry within a folder failed. Called while its exception is handled.
+    // An entry within a folder failed; a link to a folder can be skipped. Called while its
+    // exception is handled.
     virtual TransferAnswer AskAfterFailure(const std::wstring& source,
-                                           const std::wstring& destination, bool moving) = 0;
+                                           const std::wstring& destination, bool moving,
+                                           FailedEntry entry) = 0;
 
  protected:
     ~TransferPrompts() = default;
