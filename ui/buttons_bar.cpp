@@ -66,8 +66,10 @@ void ButtonsBar::AddButton(UINT id) {
 }
 
 void ButtonsBar::FocusButton(unsigned index) {
-    focused_ = index < buttons_.size() ? index : noButton;
-    InvalidateRect(Handle(), nullptr, FALSE);
+    if (index < buttons_.size() || index == noButton) {
+        focused_ = index;
+        InvalidateRect(Handle(), nullptr, FALSE);
+    }
 }
 
 void ButtonsBar::Measure() {

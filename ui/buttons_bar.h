@@ -40,7 +40,7 @@ class ButtonsBar final : public Window {
     bool Open(HWND parent);
     // Adds a button whose label and command identifier are a string resource.
     void AddButton(UINT id);
-    // Gives the keyboard to a button; to none where the bar has no such button.
+    // Gives the keyboard to a button, to none (~0u), or leaves it where there is no such button.
     void FocusButton(unsigned index);
     unsigned FocusedButton() const { return focused_; }
 

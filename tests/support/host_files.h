@@ -6,10 +6,6 @@
 
 namespace test {
 
-// Runs a command of the shell of the system underneath and waits for its end; false when it cannot
-// be started or does not end in time.
-bool RunOnHost(const std::string& command);
-
 // The path of an entry of the device, or of one to be made in an existing folder, as the system
 // underneath knows it, within single quotes.
 std::string HostPath(const std::wstring& path);

@@ -7,6 +7,7 @@
 #include "platform/files.h"
 #include "tests/support/box.h"
 #include "tests/support/host_files.h"
+#include "tests/support/unix_command.h"
 #include "tests/views/operations_fixture.h"
 #include "tests/views/recorded_prompts.h"
 #include "tests/views/tree.h"
@@ -88,11 +89,13 @@ class WindowsLinks {
         return result;
     }
     static BOOL WINAPI Remove(const wchar_t* path) {
-        return IsLink(path) ? RunOnHost("rm " + HostPath(path)) : current->remove_.Original()(path);
+        return IsLink(path) ? RunUnixCommand("rm " + HostPath(path)).has_value()
+                            : current->remove_.Original()(path);
     }
     static BOOL WINAPI Move(const wchar_t* from, const wchar_t* to) {
-        return IsLink(from) ? RunOnHost("mv -T " + HostPath(from) + ' ' + HostPath(to))
-                            : current->move_.Original()(from, to);
+        return IsLink(from)
+                   ? RunUnixCommand("mv -T " + HostPath(from) + ' ' + HostPath(to)).has_value()
+                   : current->move_.Original()(from, to);
     }
 
     static inline WindowsLinks* current = nullptr;

@@ -1,6 +1,7 @@
 // Names that the system's calls take for another entry's: reached as they stand or refused.
 #include "faults/fault.h"
 #include "tests/support/host_files.h"
+#include "tests/support/unix_command.h"
 #include "tests/views/clipboard_fixture.h"
 #include "tests/views/recorded_prompts.h"
 #include "tests/views/tree.h"
@@ -83,7 +84,7 @@ TEST_F(NeighbourNames, WithinATreeStopWhatIsDoneToIt) {
     EXPECT_EQ(transfer.CopyItem(At(L"from\\Docs"), At(L"to\\Docs")), answerStop);
     EXPECT_EQ(prompts.failure, faults::ResultFromError(ERROR_INVALID_NAME));
     EXPECT_EQ(ErrorOfDelete(At(L"from\\Docs")), DWORD{ERROR_INVALID_NAME});
-    EXPECT_TRUE(RunOnHost("rm " + HostPath(At(L"from\\Docs\\a.txt."))));
+    EXPECT_TRUE(RunUnixCommand("rm " + HostPath(At(L"from\\Docs\\a.txt."))));
 }
 
 // The system makes "a" of both.
