@@ -148,10 +148,21 @@ class OptionTest(CommandTest):
             self.assert_one_sentence(self.run_command(self.repository / "run", *words), sentence)
             self.assertFalse((self.folder / "started").exists())
 
-    def test_build_server_runs_the_tests(self):
+    def test_build_server_checks_the_sources_and_runs_the_tests(self):
+        self.fake("cmake", "exit 0\n")
+        for name in ("tools/prepare/prepare", "tools/checks/form", "tools/checks/tidy"):
+            write_command(self.repository / name, f'echo "{name}"\n')
         write_command(self.repository / "test", 'echo "the tests, $*"; exit 4\n')
         result = self.run_command(self.repository / ".ci/run", "-R", "x")
-        self.assertEqual((result.stdout, result.returncode), ("the tests, --parallel 1 -R x\n", 4))
+        steps = [line for line in result.stdout.splitlines() if not line.startswith("Checking")]
+        expected = ["tools/prepare/prepare", "tools/checks/form", "tools/checks/tidy", "the tests, --parallel 1 -R x"]
+        self.assertEqual((steps, result.returncode), (expected, 4))
+        for name in ("tools/checks/form", "tools/checks/tidy"):
+            write_command(self.repository / name, "exit 3\n")
+            result = self.run_command(self.repository / ".ci/run")
+            self.assertNotEqual(result.returncode, 0)
+            self.assertNotIn("the tests", result.stdout)
+            write_command(self.repository / name, "exit 0\n")
 
 
 class PrepareTest(CommandTest):
