@@ -55,9 +55,12 @@ void Say(const char* text) {
 void SayPlace(const char* word, DWORD64 address) {
     char line[640];
     HMODULE module = nullptr;
-    teller->system.findModule(
-        GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
-        reinterpret_cast<const wchar_t*>(address), &module);
+    // The system takes the address 0 for a question after the program.
+    if (address) {
+        teller->system.findModule(
+            GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
+            reinterpret_cast<const wchar_t*>(address), &module);
+    }
     const size_t offset = address - reinterpret_cast<size_t>(module);
     char name[512] = "no function";
     if (module) {

@@ -111,6 +111,16 @@ bool Finger::PlayKeys(const std::string& commands) const {
                 answer = "not sent";
                 return false;
             }
+            // A window may have the keyboard before it has passed it on to what lies in it: its
+            // thread must have come back for messages. One that follows a finger may not.
+            DWORD_PTR result = 0;
+            constexpr UINT longestAnswer = 500;
+            if (!state.captured && (!SendMessageTimeoutW(state.front, WM_NULL, 0, 0, SMTO_NORMAL,
+                                                         longestAnswer, &result) ||
+                                    LookAtKeyboard() != state)) {
+                answer = "not taken by a thread that is busy";
+                return false;
+            }
             // What the screen's names of one program's windows have in common.
             constexpr unsigned programShift = 21;
             answer = RunUnixCommand("k=$(xdotool getwindowfocus -f); if [ $((k >> " +

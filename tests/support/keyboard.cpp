@@ -62,7 +62,9 @@ KeyboardState LookAtKeyboard() {
     if (!state.front || state.front == GetDesktopWindow()) {
         return KeyboardState{};
     }
-    const HWND focus = ThreadOf(state.front).hwndFocus;
+    const GUITHREADINFO thread = ThreadOf(state.front);
+    const HWND focus = thread.hwndFocus;
+    state.captured = thread.hwndCapture != nullptr;
     if (focus == state.front || IsChild(state.front, focus)) {
         state.focus = focus;
     }

@@ -14,6 +14,9 @@ struct KeyboardState {
     HWND focus = nullptr;
     // How the screen calls the window in front; 0 before the screen has it.
     unsigned screenWindow = 0;
+    // Whether some window of that thread holds the finger.
+    bool captured = false;
+    bool operator==(const KeyboardState&) const = default;
 };
 
 KeyboardState LookAtKeyboard();
