@@ -1,4 +1,6 @@
 // What a person does with an application: a real one, in a process of its own.
+#include <algorithm>
+
 #include "tests/support/box.h"
 #include "tests/support/drawn_texts.h"
 #include "tests/support/finger.h"
@@ -24,6 +26,13 @@ DWORD WINAPI NoWait(HANDLE handle, DWORD milliseconds) {
         return WAIT_FAILED;
     }
     return realWait(handle, milliseconds);
+}
+
+// The time is over as soon as it is asked for.
+DWORD longestAsked = 0;
+DWORD WINAPI WaitInVain(HANDLE, DWORD milliseconds) {
+    longestAsked = std::max(longestAsked, milliseconds);
+    return WAIT_TIMEOUT;
 }
 
 class ApplicationsCommands : public ApplicationsFixture {
@@ -114,9 +123,12 @@ TEST_F(ApplicationsCommands, StopLeavesAnApplicationThatRefuses) {
     const SampleProgram program(L"stubborn", L"Sample stubborn");
     Open();
     Select(L"Sample stubborn");
-    const DWORD start = GetTickCount();
-    Silently(615);
-    EXPECT_GE(GetTickCount() - start, 2900u);
+    {
+        const PlatformHook<DWORD WINAPI(HANDLE, DWORD)> wait("WaitForSingleObject", WaitInVain);
+        longestAsked = 0;
+        Silently(615);
+        EXPECT_EQ(longestAsked, 3000u);
+    }
     EXPECT_TRUE(program.Runs());
     EXPECT_TRUE(Lists(L"Sample stubborn"));
 }
