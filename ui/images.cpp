@@ -63,7 +63,7 @@ UniqueBitmap MapPixels(HDC compatible, HBITMAP source, Choose choose) {
         return UniqueBitmap();
     }
     for (int y = 0; y < copy.height; ++y) {
-        uint8_t* pixel = copy.pixels + y * copy.Stride();
+        uint8_t* pixel = copy.pixels + static_cast<ptrdiff_t>(y) * copy.Stride();
         for (int x = 0; x < copy.width; ++x, pixel += 3) {
             const COLORREF color = choose(RGB(pixel[2], pixel[1], pixel[0]));
             pixel[0] = GetBValue(color);

@@ -68,7 +68,8 @@ void BlendSurface::BlendSpan(int left, int right, int y, COLORREF color, uint32_
     if (!pixels_ || y < 0 || y >= height_) {
         return;
     }
-    uint8_t* pixel = pixels_ + y * stride_ + left * 3;
+    uint8_t* pixel =
+        pixels_ + static_cast<ptrdiff_t>(y) * stride_ + static_cast<ptrdiff_t>(left) * 3;
     for (int x = left; x < right; ++x, pixel += 3) {
         pixel[0] = BlendChannel(GetBValue(color), pixel[0], opacity);
         pixel[1] = BlendChannel(GetGValue(color), pixel[1], opacity);

@@ -58,11 +58,12 @@ LRESULT CALLBACK Window::Procedure(HWND window, UINT message, WPARAM wParam, LPA
     if (!self) {
         return DefWindowProcW(window, message, wParam, lParam);
     }
-    LRESULT result = message == WM_CREATE ? -1 : 0;
+    LRESULT result;
     try {
         result = self->OnMessage(message, wParam, lParam);
     } catch (...) {
         HoldException();
+        result = message == WM_CREATE ? -1 : 0;
         // A dialog's loop is the platform's: the dialog must come to know.
         PostMessageW(GetActiveWindow(), WM_NULL, 0, 0);
     }

@@ -178,5 +178,5 @@ TEST(FolderWalks, AReadOnlyFileStopsItWithThePlatformsError) {
     const Held before = CountHeld();
     EXPECT_EQ(ErrorOfDelete(top), DWORD{ERROR_SUCCESS});
     EXPECT_EQ(CountHeld().handles, before.handles);
-    EXPECT_EQ(ErrorOfDelete(top), DWORD{ERROR_PATH_NOT_FOUND});
+    EXPECT_EQ(ErrorOfDelete(top), DWORD{ERROR_FILE_NOT_FOUND});
 }

@@ -8,6 +8,7 @@
 #include "tests/support/box.h"
 #include "tests/support/host_files.h"
 #include "tests/support/unix_command.h"
+#include "tests/views/failing_calls.h"
 #include "tests/views/operations_fixture.h"
 #include "tests/views/recorded_prompts.h"
 #include "tests/views/tree.h"
@@ -257,6 +258,15 @@ TEST_F(FolderLinks, OneThatCannotBeCopiedIsSkippedIfThePersonWants) {
         ErrorOfDelete(At(L"to\\tree"));
         View().Refresh();
     }
+    ExpectTheFolderBehindUntouched();
+}
+
+TEST_F(FolderLinks, OneWhoseAttributesCannotBeReadIsNotTakenForAFolder) {
+    Link(L"link", L"docs");
+    FailingCalls calls;
+    calls.Fail("GetFileAttributesW", 0, ERROR_NOT_READY);
+    EXPECT_EQ(ErrorOfDelete(At(L"link")), DWORD{ERROR_NOT_READY});
+    calls.FailNothing();
     ExpectTheFolderBehindUntouched();
 }
 

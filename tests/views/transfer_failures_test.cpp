@@ -378,7 +378,7 @@ TEST_F(FailingDelete, ChangesNoAttributeOfAReadOnlyFile) {
 }
 
 TEST_F(FailingDelete, OfAFolderThatIsNotThere) {
-    EXPECT_EQ(ErrorOfDelete(from + L"\\nothing"), DWORD{ERROR_PATH_NOT_FOUND});
+    EXPECT_EQ(ErrorOfDelete(from + L"\\nothing"), DWORD{ERROR_FILE_NOT_FOUND});
 }
 
 TEST_F(FailingDelete, TakesWhatBeginsWithADotAndWhatIsHidden) {

@@ -63,7 +63,10 @@ void RequireOwnLink(const std::wstring& path, DWORD attributes) {
 }
 
 void RecursiveDelete(const std::wstring& folderPath, WalkProgress* progress) {
-    if (IsFolderLink(GetFileAttributesW(folderPath.c_str()))) {
+    // Without its attributes nobody knows whether what is walked lies here or behind a link.
+    const DWORD attributesOfTop = GetFileAttributesW(folderPath.c_str());
+    ThrowUnless(attributesOfTop != INVALID_FILE_ATTRIBUTES);
+    if (IsFolderLink(attributesOfTop)) {
         RemoveLink(folderPath);
         return;
     }
