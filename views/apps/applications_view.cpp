@@ -170,7 +170,7 @@ void ApplicationsView::InsertSorted(std::unique_ptr<AppItem> item) {
         }
     }
     List().InsertItem(first, reinterpret_cast<ULONG_PTR>(item.get()));
-    item.release();
+    static_cast<void>(item.release());
 }
 
 void ApplicationsView::Hide(HWND window) {

@@ -249,6 +249,7 @@ void FileOperations::DeleteMarked() {
 void FileOperations::DeleteMarkedRows(const std::vector<unsigned>& rows) {
     // What is asked about is what goes, whatever becomes of the rows meanwhile.
     std::vector<std::wstring> paths;
+    paths.reserve(rows.size());
     for (const unsigned row : rows) {
         paths.push_back(list_.Folder() + L'\\' + list_.ItemAt(row).name);
     }
@@ -383,6 +384,7 @@ void FileOperations::PutPaths(const std::vector<unsigned>& rows, Effect effect) 
         return;
     }
     std::vector<std::wstring> paths;
+    paths.reserve(rows.size());
     for (const unsigned row : rows) {
         paths.push_back(platform::PathForOthers(list_.PathOf(row)));
     }

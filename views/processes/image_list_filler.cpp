@@ -51,7 +51,7 @@ void ImageListFiller::Insert(std::unique_ptr<ImageItem> item) {
     const unsigned row = LowerBound(list_, item->base);
     const bool selected = selected_ != 0 && item->id == selected_;
     list_.InsertItem(row, reinterpret_cast<ULONG_PTR>(item.get()));
-    item.release();
+    static_cast<void>(item.release());
     if (selected) {
         selectedRow_ = row;
     } else if (selectedRow_ != ui::noRow && row <= selectedRow_) {

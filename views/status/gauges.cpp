@@ -63,7 +63,7 @@ class StorageGauge : public Gauge {
 
 class StorageCardGauge final : public StorageGauge {
  public:
-    explicit StorageCardGauge(std::wstring folder)
+    explicit StorageCardGauge(const std::wstring& folder)
         : StorageGauge(folder.substr(1), folder, GaugeIcon::StorageCard) {}
 
     bool Update() override {
@@ -89,8 +89,8 @@ GaugeOwner MakeStorageGauge(std::wstring folder) {
     return std::make_unique<StorageGauge>(std::move(folder));
 }
 
-GaugeOwner MakeStorageCardGauge(std::wstring folder) {
-    return std::make_unique<StorageCardGauge>(std::move(folder));
+GaugeOwner MakeStorageCardGauge(const std::wstring& folder) {
+    return std::make_unique<StorageCardGauge>(folder);
 }
 
 }  // namespace views

@@ -34,6 +34,6 @@ GaugeOwner MakeBatteryGauge();
 GaugeOwner MakeMemoryGauge();
 // Of a folder, with its leading backslash.
 GaugeOwner MakeStorageGauge(std::wstring folder);
-GaugeOwner MakeStorageCardGauge(std::wstring folder);
+GaugeOwner MakeStorageCardGauge(const std::wstring& folder);
 
 }  // namespace views

@@ -160,7 +160,7 @@ void SystemStatusView::AddStorage() {
 
 void SystemStatusView::Insert(unsigned row, GaugeOwner gauge) {
     List().InsertItem(row, reinterpret_cast<ULONG_PTR>(gauge.get()));
-    gauge.release();
+    static_cast<void>(gauge.release());
 }
 
 void SystemStatusView::StartTimer() {
