@@ -138,9 +138,13 @@ TEST_F(MessageBoxKeys, EnterAtOnceAnswersTheDefault) {
     EXPECT_EQ(After(yesNoCancel, 2, {"Return"}), 135);
 }
 
-TEST_F(MessageBoxKeys, ADefaultThatIsNotThereLeavesTheChoiceToTheFirstKey) {
-    EXPECT_EQ(After(yesNo, 7, {"Return", "Right", "Return"}), 133);
-    EXPECT_EQ(After(yesNo, 7, {"Return", "Left", "Return"}), 134);
+TEST_F(MessageBoxKeys, ADefaultThatIsNotThereIsTheFirst) {
+    EXPECT_EQ(After(yesNo, 7, {"Return"}), 133);
+}
+
+TEST_F(MessageBoxKeys, WithoutADefaultTheChoiceIsLeftToTheFirstKey) {
+    EXPECT_EQ(After(yesNo, ui::noDefaultButton, {"Return", "Right", "Return"}), 133);
+    EXPECT_EQ(After(yesNo, ui::noDefaultButton, {"Return", "Left", "Return"}), 134);
 }
 
 TEST_F(MessageBoxKeys, EscapeAnswersTwo) {
