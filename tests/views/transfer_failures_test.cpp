@@ -10,6 +10,7 @@
 #include "tests/views/tree.h"
 #include "views/files/file_names.h"
 #include "views/files/folder_walk.h"
+#include "views/files/set_aside.h"
 
 using namespace test;
 using namespace views;
@@ -259,6 +260,23 @@ TEST_F(FailingTransfer, AFileIsAskedAboutAlsoWhenItsAttributesCannotBeRead) {
         EXPECT_EQ(ReadTree(to), (Tree{{L"D", "old"}}));
         EXPECT_EQ(ReadTree(from), (Tree{{L"D", "new"}}));
     }
+}
+
+// What was asked about is a file; what nobody can tell about may be a folder.
+TEST_F(FailingTransfer, OnlyAFileIsSetAside) {
+    MakeTree(from, {{L"D", "new"}});
+    MakeTree(to, {{L"D\\", ""}, {L"D\\a", "1"}});
+    for (const size_t unknown : {size_t{1}, size_t{2}}) {
+        for (const bool moving : {false, true}) {
+            calls.Fail("GetFileAttributesW", unknown, ERROR_ACCESS_DENIED);
+            Transfer(moving);
+            calls.FailNothing();
+            EXPECT_EQ(ReadTree(to), (Tree{{L"D\\", ""}, {L"D\\a", "1"}})) << unknown << moving;
+            EXPECT_EQ(ReadTree(from), (Tree{{L"D", "new"}})) << unknown << moving;
+        }
+    }
+    EXPECT_THROW(SetAside(to + L"\\D"), faults::W32Fault);
+    EXPECT_EQ(ReadTree(to), (Tree{{L"D\\", ""}, {L"D\\a", "1"}}));
 }
 
 TEST_F(FailingTransfer, WhatACopyLeavesHalfDoneGoes) {

@@ -29,7 +29,11 @@ std::wstring AsidePath(const std::wstring& path, int number) {
 
 SetAside::SetAside(const std::wstring& path) : path_(path) {
     const DWORD attributes = GetFileAttributesW(path.c_str());
-    if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY)) {
+    if (attributes == INVALID_FILE_ATTRIBUTES) {
+        throw faults::W32Fault();
+    }
+    // What a deletion of a file refuses; a folder was not asked about.
+    if (attributes & (FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_DIRECTORY)) {
         throw faults::W32Fault(faults::ResultFromError(ERROR_ACCESS_DENIED));
     }
     for (int number = 0;; ++number) {
