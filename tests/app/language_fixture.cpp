@@ -49,21 +49,30 @@ std::vector<BYTE> Node(const std::wstring& name, WORD type, size_t valueLength,
 
 }  // namespace
 
-std::vector<BYTE> VersionBlock(const std::wstring& table,
-                               const std::vector<std::pair<std::wstring, std::wstring>>& texts) {
-    std::vector<BYTE> strings;
-    for (const auto& [name, text] : texts) {
-        std::vector<BYTE> value;
-        AppendText(value, text);
-        const std::vector<BYTE> string = Node(name, 1, text.size() + 1, value, {});
-        Align(strings);
-        strings.insert(strings.end(), string.begin(), string.end());
+std::vector<BYTE> VersionBlock(const std::vector<VersionTable>& tables) {
+    std::vector<BYTE> children;
+    for (const auto& [language, texts] : tables) {
+        std::vector<BYTE> strings;
+        for (const auto& [name, text] : texts) {
+            std::vector<BYTE> value;
+            AppendText(value, text);
+            const std::vector<BYTE> string = Node(name, 1, text.size() + 1, value, {});
+            Align(strings);
+            strings.insert(strings.end(), string.begin(), string.end());
+        }
+        const std::vector<BYTE> table = Node(language, 1, 0, {}, strings);
+        Align(children);
+        children.insert(children.end(), table.begin(), table.end());
     }
     VS_FIXEDFILEINFO fixed = {};
     fixed.dwSignature = 0xFEEF04BD;
     const auto bytes = reinterpret_cast<const BYTE*>(&fixed);
     return Node(L"VS_VERSION_INFO", 0, sizeof fixed, {bytes, bytes + sizeof fixed},
-                Node(L"StringFileInfo", 1, 0, {}, Node(table, 1, 0, {}, strings)));
+                Node(L"StringFileInfo", 1, 0, {}, children));
+}
+
+std::vector<BYTE> VersionBlock(const std::wstring& language, const VersionTexts& texts) {
+    return VersionBlock({VersionTable{language, texts}});
 }
 
 LanguageFixture::LanguageFixture() {

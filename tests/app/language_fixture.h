@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "tests/support/platform_hook.h"
@@ -16,9 +17,16 @@ inline constexpr LANGID german = 0x0407;
 inline constexpr LANGID french = 0x040C;
 inline constexpr UINT okText = 131;
 
-// The bytes of a version block with one table, named `table`, of the given texts.
-std::vector<BYTE> VersionBlock(const std::wstring& table,
-                               const std::vector<std::pair<std::wstring, std::wstring>>& texts);
+using VersionTexts = std::vector<std::pair<std::wstring, std::wstring>>;
+struct VersionTable {
+    // Language and code page in hexadecimal digits: "040704B0".
+    std::wstring language;
+    VersionTexts texts;
+};
+
+// The bytes of a version block with these tables of texts.
+std::vector<BYTE> VersionBlock(const std::wstring& language, const VersionTexts& texts);
+std::vector<BYTE> VersionBlock(const std::vector<VersionTable>& tables);
 
 // The program's own texts are in use again at the end.
 class LanguageFixture : public testing::Test {

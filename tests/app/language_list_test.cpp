@@ -47,7 +47,8 @@ TEST_F(LanguageList, HoldsThePacksBesideTheProgramInAscendingOrder) {
     folder.MakeFile(L"vantor.exe.0407.ui");
     folder.MakeFile(L"VANTOR.EXE.040C.UI");
     folder.MakeFile(L"vantor.exe.0409.ui");
-    EXPECT_EQ(Languages(), (Numbers{0x0407, 0x0409, 0x040C, 0x0419}));
+    folder.MakeFile(L"vantor.exe.080a.ui");
+    EXPECT_EQ(Languages(), (Numbers{0x0407, 0x0409, 0x040C, 0x0419, 0x080A}));
     EXPECT_EQ(app::ListLanguages()[0].name, L"German (Germany)");
 }
 

@@ -15,6 +15,18 @@ using app::LoadLanguage;
 
 namespace {
 
+decltype(ReadFile)* readFile = nullptr;
+BOOL WINAPI ReadAndFail(HANDLE file, void* buffer, DWORD size, DWORD* read, OVERLAPPED* place) {
+    readFile(file, buffer, size, read, place);
+    SetLastError(ERROR_READ_FAULT);
+    return FALSE;
+}
+BOOL WINAPI ReadLess(HANDLE file, void* buffer, DWORD size, DWORD* read, OVERLAPPED* place) {
+    const BOOL done = readFile(file, buffer, size, read, place);
+    --*read;
+    return done;
+}
+
 class HostilePacks : public LanguageFixture {
  protected:
     std::wstring PackPath() const { return folder.Path() + L"\\vantor.exe.0407.ui"; }
@@ -185,6 +197,15 @@ TEST_F(HostilePacks, WithAMenuWithoutAnEndLeaveTheMenuEnglish) {
     for (const std::vector<BYTE>& menu : menus) {
         EXPECT_FALSE(text::IsSoundMenu(menu.data(), menu.size()));
     }
+    // As deep as a menu may be, and one deeper.
+    for (const int popups : {3, 4}) {
+        std::vector<BYTE> nested(4);
+        for (int floor = 0; floor < popups; ++floor) {
+            nested.insert(nested.end(), {0x90, 0, 'D', 0, 0, 0});
+        }
+        nested.insert(nested.end(), {0x80, 0, 77, 0, 'D', 0, 0, 0});
+        EXPECT_EQ(text::IsSoundMenu(nested.data(), nested.size()), popups == 3);
+    }
     std::vector<BYTE> deep(4);
     for (int floor = 0; floor < 1000; ++floor) {
         deep.insert(deep.end(), {0x90, 0, 'D', 0, 0, 0});
@@ -217,6 +238,16 @@ TEST_F(HostilePacks, WithPicturesHigherThanAnyScreenLeaveTheProgramsPictures) {
         const HMODULE pack = text::ResourceModule();
         text::SetProgramModule(text::ProgramModule());
         FreeLibrary(pack);
+    }
+}
+
+TEST_F(HostilePacks, ThatCannotBeReadWholeAreDamaged) {
+    SoundPack();
+    EXPECT_FALSE(app::IsDamagedPack(PackPath().c_str()));
+    for (decltype(ReadFile)* const fault : {ReadAndFail, ReadLess}) {
+        const PlatformHook<decltype(ReadFile)> hook("ReadFile", fault);
+        readFile = hook.Original();
+        EXPECT_TRUE(app::IsDamagedPack(PackPath().c_str()));
     }
 }
 

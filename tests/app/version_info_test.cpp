@@ -38,6 +38,19 @@ TEST(VersionInfo, GivesTheTextsOfALanguagesTable) {
     EXPECT_FALSE(info->GetVersionString(L"TranslatedInfo", german));
 }
 
+TEST(VersionInfo, GivesEachLanguageItsOwnTable) {
+    const Bytes block = VersionBlock({{L"041904B0", {{L"Translated", L"Vse"}}},
+                                      {L"040704B0", {{L"Translated", L"Wir alle"}}},
+                                      {L"040c04b0", {{L"Translated", L"Nous"}}}});
+    const std::optional<VersionInfo> info = Parse(block);
+    ASSERT_TRUE(info);
+    EXPECT_EQ(info->GetVersionString(L"Translated", 0x0419), L"Vse");
+    EXPECT_EQ(info->GetVersionString(L"Translated", german), L"Wir alle");
+    EXPECT_EQ(info->GetVersionString(L"Translated", french), L"Nous");
+    // Any other language gets the lowest one, wherever it stands.
+    EXPECT_EQ(info->GetVersionString(L"Translated", 0x0410), L"Wir alle");
+}
+
 TEST(VersionInfo, GivesTheFirstTableToALanguageWithoutOne) {
     const Bytes block = German();
     EXPECT_EQ(Parse(block)->GetVersionString(L"Translated", french), L"Wir alle");

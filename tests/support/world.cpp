@@ -41,10 +41,16 @@ void RemoveTree(const std::wstring& folder) {
 TemporaryFolder::TemporaryFolder() {
     static int count = 0;
     CreateDirectoryW(L"\\Temp", nullptr);
-    path_ = L"\\Temp\\vantor-" + std::to_wstring(GetCurrentProcessId()) + L'-' +
-            std::to_wstring(++count);
-    RemoveTree(path_);
-    EXPECT_TRUE(CreateDirectoryW(path_.c_str(), nullptr));
+    bool made = false;
+    do {
+        path_ = L"\\Temp\\vantor-" + std::to_wstring(GetCurrentProcessId()) + L'-' +
+                std::to_wstring(++count);
+        // A process of the same number that was killed may have left one, and what it started may
+        // still use it.
+        RemoveTree(path_);
+        made = CreateDirectoryW(path_.c_str(), nullptr);
+    } while (!made && GetLastError() == ERROR_ALREADY_EXISTS);
+    EXPECT_TRUE(made) << GetLastError();
 }
 
 TemporaryFolder::~TemporaryFolder() {

@@ -5,6 +5,7 @@
 #include "tests/ui/sample_bar.h"
 #include "tests/ui/sample_form.h"
 #include "text/format.h"
+#include "ui/clipped_text.h"
 #include "ui/drawing_resources.h"
 
 using namespace test;
@@ -149,10 +150,19 @@ TEST_F(FormValueRow, AValueOfManyLinesGoesOnInRowsThatAFingerReaches) {
         list.SetTopIndex(top);
         Show();
     }
+    // The first row has the label and as many lines as fit into a third of the window.
+    list.SetTopIndex(0);
+    const int shown = HeightOfFirstRow();
+    EXPECT_LE(list.GetMaxItemWidth(), width);
     const std::string all = texts.All();
     for (int word = 100; word < 300; ++word) {
         EXPECT_NE(all.find("word" + std::to_string(word)), std::string::npos) << word;
     }
+    const int one = HeightOf(L"Path", L"a");
+    const platform::WindowDC dc(list.Handle());
+    const int line = ui::TextHeight(dc, ui::Fonts().Base());
+    const int lines = (height / 3 - line - line / 2) / line;
+    EXPECT_EQ(shown, one + lines * line);
 }
 
 TEST_F(FormValueRow, FlowsAnewWithTheWidthAndKeepsTheSelectionOnItsRow) {
@@ -207,11 +217,29 @@ TEST_F(FormHeadingRow, ALongTextWrapsAndIsDrawnAsAWhole) {
     const std::wstring text = L"a rather long name of a file that nobody remembers anyway.txt";
     const DrawnTexts drawn;
     EXPECT_GT(HeightOf(text), one);
+    {
+        const platform::WindowDC dc(list.Handle());
+        const platform::Selected font(dc, ui::Fonts().Base());
+        EXPECT_GT(list.GetMaxItemWidth(), ui::TextWidth(dc, L"remembers"));
+        EXPECT_LE(list.GetMaxItemWidth(), width);
+    }
     Show();
     std::string all = drawn.All();
     std::replace(all.begin(), all.end(), '\n', ' ');
     EXPECT_NE(all.find(std::string(text.begin(), text.end())), std::string::npos) << all;
     EXPECT_GT(HeightOf(std::wstring(200, L'x')), HeightOf(text));
+}
+
+TEST_F(FormHeadingRow, ATextOfManyLinesGoesOnInRowsThatAFingerReaches) {
+    OpenEmpty();
+    std::wstring text;
+    for (int word = 0; word < 60; ++word) {
+        text += L"nobody remembers ";
+    }
+    HeightOf(text);
+    EXPECT_GT(list.GetTotalHeight(), 2 * height);
+    EXPECT_GT(list.GetCount(), 10u);
+    EXPECT_LT(HeightOfFirstRow(), height);
 }
 
 TEST_F(FormCheckRow, ATapTurnsIt) {

@@ -232,6 +232,20 @@ TEST(DrawingResources, ReloadingGivesTheOldOnesBack) {
     EXPECT_EQ(test::CountHeld().gdiObjects, before);
 }
 
+TEST(DrawingResources, ReloadingLooksForEveryPictureAgain) {
+    DrawingResources resources;
+    resources.Load();
+    ASSERT_TRUE(resources.SecondStrip());
+    ASSERT_TRUE(resources.StatusStrip());
+    const test::PlatformHook find("FindResourceW", FindWithGaps);
+    findResource = find.Original();
+    missing = {1001, 1002, 1005, 1006};
+    resources.Load();
+    EXPECT_EQ(resources.mainStrip.IconSize(), 38);
+    EXPECT_FALSE(resources.SecondStrip());
+    EXPECT_FALSE(resources.StatusStrip());
+}
+
 TEST(StatusStrip, FindsItsKeyOnAScreenOf16Bits) {
     const test::PlatformHook color("GetSysColor", DarkTheme);
     systemColor = color.Original();

@@ -107,6 +107,44 @@ TEST_F(MessageBoxTall, ATextOfTenThousandCharactersIsShown) {
               131);
 }
 
+// Beside a word that has to be broken, the other lines are as long as ever.
+TEST_F(MessageBoxTall, HasRoomForTheLinesBesideABrokenWord) {
+    screen.SetWorkArea(RECT{0, 0, 480, 640});
+    const auto heightOf = [&](const std::wstring& text) {
+        int shown = 0;
+        Show(text, {131}, 0, [&] {
+            const HWND box = WaitForBox();
+            EXPECT_FALSE(Lines(box));
+            const RECT place = ScreenRectangleOf(box);
+            shown = place.bottom - place.top;
+            End();
+        });
+        return shown;
+    };
+    const std::wstring word(60, L'w');
+    const std::wstring words =
+        L"some short words that do not fit into one line of the box, not at all";
+    EXPECT_GE(heightOf(word + L"\n" + words) - heightOf(word),
+              heightOf(L"one\n" + words) - heightOf(L"one"));
+}
+
+TEST_F(MessageBoxTall, KeepsItsPlaceInTheTextWhenTheScreenChanges) {
+    Show(FortyLines(), {133, 134}, 1, [&] {
+        const HWND box = WaitForBox();
+        input.Play(Finger().Key("Tab"));
+        ASSERT_TRUE(FocusIs(Lines(box)));
+        for (int step = 0; step < 20; ++step) {
+            input.Play(Finger().Key("Down"));
+        }
+        const DrawnTexts drawn;
+        screen.SetWorkArea(RECT{0, 0, 240, 300});
+        SendMessageW(box, WM_SETTINGCHANGE, 0, 0);
+        EXPECT_TRUE(WaitFor([&] { return drawn.Has(Line(20)); })) << drawn.All();
+        EXPECT_FALSE(drawn.Has(Line(0))) << drawn.All();
+        End();
+    });
+}
+
 TEST_F(MessageBoxTall, FollowsTheScreen) {
     std::wstring text;
     for (int number = 0; number < 12; ++number) {

@@ -342,6 +342,7 @@ TEST_F(PageSliderEntries, NewOnesStartAtTheFirst) {
     slider.SetEntries({{L"X", 800}, {L"Y", 801}});
     EXPECT_EQ(slider.Current(), 0u);
     EXPECT_EQ(slider.Count(), 2u);
+    EXPECT_TRUE(GetUpdateRect(slider.Handle(), nullptr, FALSE));
     Run([&] { input.Play(Finger().Key("Right")); });
     EXPECT_EQ(Commands().back().wParam, static_cast<WPARAM>(MAKEWPARAM(801, 1)));
 }

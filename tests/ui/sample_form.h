@@ -73,6 +73,14 @@ class FormTest : public testing::Test {
         Press(name);
         return list.GetSelection();
     }
+    // As far as it is in the window.
+    int HeightOfFirstRow() const {
+        int y = 0;
+        while (y < height && list.HitTest(POINT{5, y}) == 0) {
+            ++y;
+        }
+        return y;
+    }
     // Draws what is waiting to be drawn.
     void Show() { UpdateWindow(list.Handle()); }
 
