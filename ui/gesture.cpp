@@ -12,6 +12,9 @@ namespace {
 // The longest press that still is a tap, in milliseconds.
 constexpr DWORD longestTap = 500;
 
+// What is served while a finger rests; it does not decide the gesture.
+constexpr UINT otherThanInput = QS_POSTMESSAGE | QS_TIMER | QS_PAINT | QS_SENDMESSAGE;
+
 bool PastThreshold(const GestureInfo& info, const DragThreshold& threshold) {
     return std::abs(info.x - info.startX) > threshold.horizontal ||
            std::abs(info.y - info.startY) > threshold.vertical;
@@ -28,6 +31,24 @@ bool TakeMoves(HWND window, GestureInfo& info, const DragThreshold& threshold) {
         past = past || PastThreshold(info, threshold);
     }
     return past;
+}
+
+// Dispatches what waits and is no input, one message of a kind. False when nothing waits.
+bool DispatchOthers() {
+    constexpr struct {
+        UINT first;
+        UINT last;
+    } ranges[] = {
+        {WM_NULL, WM_KEYFIRST - 1}, {WM_KEYLAST + 1, WM_MOUSEFIRST - 1}, {WM_MOUSELAST + 1, ~0u}};
+    bool dispatched = false;
+    for (const auto& range : ranges) {
+        MSG message;
+        if (PeekInput(&message, nullptr, range.first, range.last, PM_REMOVE)) {
+            Dispatch(message);
+            dispatched = true;
+        }
+    }
+    return dispatched;
 }
 
 // Gives the capture back, also when a fault passes.
@@ -53,7 +74,9 @@ GestureResult DecideGesture(HWND window, GestureInfo& info, DWORD timeout) {
     constexpr DWORD mouseButtonMessagesLast = 0x20A;
     const DWORD start = GetTickCount();
     const DragThreshold threshold = DragThreshold::ForWindow(window);
+    bool lookedInVain = false;
     for (;;) {
+        const bool dispatched = DispatchOthers();
         if (GetCapture() != window) {
             return GestureNone;
         }
@@ -78,10 +101,22 @@ GestureResult DecideGesture(HWND window, GestureInfo& info, DWORD timeout) {
             }
             return GetTickCount() - start <= longestTap ? GestureTap : GestureHold;
         }
-        const DWORD wait = MsgWaitForMultipleObjectsEx(0, nullptr, timeout - elapsed,
-                                                       QS_MOUSEMOVE | QS_MOUSEBUTTON, 0);
+        // Nor would what has come since it was looked for. What is said to wait and cannot be had
+        // (a key that was posted) stays for later.
+        const bool more = HIWORD(GetQueueStatus(otherThanInput)) != 0;
+        if (dispatched || (more && !lookedInVain)) {
+            lookedInVain = !dispatched;
+            continue;
+        }
+        lookedInVain = false;
+        // What was sent meanwhile may have taken it.
+        if (GetCapture() != window) {
+            return GestureNone;
+        }
+        const DWORD wait = MsgWaitForMultipleObjectsEx(
+            0, nullptr, timeout - elapsed, QS_MOUSEMOVE | QS_MOUSEBUTTON | otherThanInput, 0);
         if (wait == WAIT_TIMEOUT) {
-            return GestureHold;
+            return GetCapture() == window ? GestureHold : GestureNone;
         }
         if (wait != WAIT_OBJECT_0) {
             return GestureNone;

@@ -84,6 +84,7 @@ inline constexpr DWORD gestureTimeout = 60000;
 
 // Runs from the button-down message with the start point filled in (SetCapture,
 // MsgWaitForMultipleObjectsEx) until the press is decided, `timeout` milliseconds at the most.
+// Meanwhile what is neither mouse nor key is dispatched. The window may be gone afterwards.
 GestureResult TrackGesture(HWND window, GestureInfo& info, DWORD timeout);
 
 // Tells the gesture of a press at (x, y) and, for a drag, runs it if the window accepts it.

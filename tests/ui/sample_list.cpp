@@ -136,6 +136,13 @@ std::vector<Notice> ListTest::SelectionNotices() const {
     return found;
 }
 
+bool ListTest::Captured() const {
+    GUITHREADINFO info = {};
+    info.cbSize = sizeof info;
+    GetGUIThreadInfo(GetWindowThreadProcessId(list.Handle(), nullptr), &info);
+    return info.hwndCapture && info.hwndCapture == list.Handle();
+}
+
 bool ListTest::Shows(Frame frame) const {
     const bool shown = WaitFor([&] { return list.LastFrame() == frame; });
     EXPECT_TRUE(shown) << "row " << list.LastFrame().top << " at " << list.LastFrame().y

@@ -57,6 +57,7 @@ class SampleList final : public ui::TouchList<SampleList> {
     void EraseBackground(HDC dc, const RECT& area);
     void OnTap(unsigned index, ui::GestureResult gesture);
     void DeleteItem(ULONG_PTR data) { deleted.push_back(data); }
+    bool TapsOpen() const { return tapsOpen; }
 
     // Every frame that was drawn; safe from any thread.
     std::vector<Frame> Frames() const;
@@ -77,6 +78,7 @@ class SampleList final : public ui::TouchList<SampleList> {
     SIZE measuredFor = {};
     std::vector<std::pair<unsigned, ui::GestureResult>> taps;
     int sizeMessages = 0;
+    bool tapsOpen = false;
 
  protected:
     LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override {
@@ -102,6 +104,8 @@ class ListTest : public testing::Test {
     std::vector<Notice> Notices() const;
     // Those of the selection alone.
     std::vector<Notice> SelectionNotices() const;
+    // Whether the list follows a finger. Any thread.
+    bool Captured() const;
     // Waits until the list shows a frame; for the user's thread.
     bool Shows(Frame frame) const;
     // Runs the user's script beside the list.

@@ -18,12 +18,6 @@ class TouchListAbort : public ListTest {
         EXPECT_TRUE(WaitFor([&] { return list.LastFrame() == Frame{top, 0}; }));
         EXPECT_EQ(list.GetTopIndex(), top);
     }
-    bool Captured() {
-        GUITHREADINFO info = {};
-        info.cbSize = sizeof info;
-        GetGUIThreadInfo(GetWindowThreadProcessId(owner.Handle(), nullptr), &info);
-        return info.hwndCapture == list.Handle();
-    }
     void Lift() { input.Play(Finger().Up()); }
 };
 
@@ -59,6 +53,19 @@ TEST_F(TouchListAbort, OtherKeysAreDispatchedAndTheDragGoesOn) {
     });
     EXPECT_EQ(list.GetSelection(), 0u);
     EXPECT_EQ(list.GetTopIndex(), 2u);
+}
+
+TEST_F(TouchListAbort, NoKeyTypesALetterDuringADrag) {
+    Open(EqualHeights(20, 40));
+    const LONG before = InputTaken::Count(WM_CHAR);
+    Run([&] {
+        PullAndHold();
+        input.Play(Finger().Key("a").Key("space"));
+        EXPECT_EQ(InputTaken::Count(WM_CHAR), before);
+        Lift();
+        input.Play(Finger().Key("a"));
+    });
+    EXPECT_EQ(InputTaken::Count(WM_CHAR), before + 1);
 }
 
 TEST_F(TouchListAbort, RowsThatBecomeFewerUnderTheFingerComeToRest) {
@@ -162,6 +169,76 @@ TEST_F(TouchListTimers, GoOnDuringADrag) {
     KillTimer(owner.Handle(), 5);
 }
 
+TEST_F(TouchListTimers, GoOnWhileAFingerRests) {
+    Open(EqualHeights(20, 40));
+    std::atomic<int> ticks = 0;
+    owner.answer = [&](UINT message, WPARAM, LPARAM, LRESULT*) {
+        ticks += message == WM_TIMER;
+        return false;
+    };
+    SetTimer(owner.Handle(), 5, 20, nullptr);
+    Run([&] {
+        Finger().Down(At(60, 90)).Play();
+        EXPECT_TRUE(WaitFor([&] { return Captured(); }));
+        const int before = ticks;
+        EXPECT_TRUE(WaitFor([&] { return ticks >= before + 5; }));
+        EXPECT_TRUE(Captured());
+        Lift();
+    });
+    KillTimer(owner.Handle(), 5);
+    EXPECT_EQ(list.taps.size(), 1u);
+}
+
+TEST_F(TouchListTimers, WhatIsPostedSentOrToBeDrawnIsServedWhileAFingerRests) {
+    Open(EqualHeights(20, 40));
+    std::atomic<int> posted = 0;
+    owner.answer = [&](UINT message, WPARAM, LPARAM, LRESULT*) {
+        posted += message == WM_APP + 1 || message == WM_COMMAND;
+        return false;
+    };
+    Run([&] {
+        Finger().Down(At(60, 90)).Play();
+        EXPECT_TRUE(WaitFor([&] { return Captured(); }));
+        list.ForgetFrames();
+        InvalidateRect(list.Handle(), nullptr, FALSE);
+        Shows({0, 0});
+        PostMessageW(owner.Handle(), WM_APP + 1, 0, 0);
+        EXPECT_TRUE(WaitFor([&] { return posted == 1; }));
+        PostMessageW(owner.Handle(), WM_COMMAND, 0, 0);
+        EXPECT_TRUE(WaitFor([&] { return posted == 2; }));
+        DWORD_PTR answer = 0;
+        EXPECT_TRUE(
+            SendMessageTimeoutW(owner.Handle(), WM_NULL, 0, 0, SMTO_NORMAL, longestWait, &answer));
+        // A key waits until the finger has been lifted.
+        Finger().Key("Down").Play();
+        PostMessageW(owner.Handle(), WM_APP + 1, 0, 0);
+        EXPECT_TRUE(WaitFor([&] { return posted == 3; }));
+        EXPECT_EQ(list.GetSelection(), noRow);
+        EXPECT_TRUE(Captured());
+        Lift();
+    });
+    EXPECT_EQ(list.GetSelection(), 3u);
+}
+
+TEST_F(TouchListTimers, AListDestroyedUnderARestingFingerIsLeftAlone) {
+    Open(EqualHeights(20, 40));
+    owner.answer = [&](UINT message, WPARAM, LPARAM, LRESULT*) {
+        if (message == WM_APP + 1) {
+            list.Destroy();
+        }
+        return false;
+    };
+    Run([&] {
+        Finger().Down(At(60, 90)).Play();
+        EXPECT_TRUE(WaitFor([&] { return Captured(); }));
+        PostMessageW(owner.Handle(), WM_APP + 1, 0, 0);
+        EXPECT_TRUE(WaitFor([&] { return !list.Handle(); }));
+        Finger().Up().Play();
+    });
+    EXPECT_TRUE(list.taps.empty());
+    EXPECT_EQ(GetCapture(), nullptr);
+}
+
 TEST_F(TouchListTimers, MayRefillTheListDuringADrag) {
     Open(EqualHeights(20, 40));
     owner.answer = [&](UINT message, WPARAM, LPARAM, LRESULT*) {
@@ -182,6 +259,28 @@ TEST_F(TouchListTimers, MayRefillTheListDuringADrag) {
     });
     EXPECT_EQ(list.GetTopIndex(), 0u);
     EXPECT_EQ(list.GetCount(), 0u);
+}
+
+TEST_F(TouchListQuit, EndsThePressOfARestingFinger) {
+    Open(EqualHeights(20, 40));
+    const DWORD program = GetCurrentThreadId();
+    int code = 0;
+    WhileUser(
+        [&] {
+            Finger().Down(At(60, 90)).Play();
+            EXPECT_TRUE(WaitFor([&] { return Captured(); }));
+            PostThreadMessageW(program, WM_QUIT, 7, 0);
+        },
+        [&] {
+            MSG message;
+            while (GetMessageW(&message, nullptr, 0, 0) > 0) {
+                DispatchMessageW(&message);
+            }
+            code = static_cast<int>(message.wParam);
+        });
+    EXPECT_EQ(code, 7);
+    EXPECT_TRUE(list.taps.empty());
+    Run([&] { Lift(); });
 }
 
 TEST_F(TouchListQuit, IsPostedAgainForTheOuterLoop) {
