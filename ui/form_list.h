@@ -77,7 +77,7 @@ class FormList final : public TouchList<FormList> {
     bool OfferKeyFirst(WPARAM key, LPARAM keyData);
     bool HandleNavigationKey(WPARAM key);
     bool DragsWhenAllRowsFit() const { return true; }
-    bool TakesRepeatedTaps() const { return true; }
+    bool TapsOpen() const { return false; }
     bool MayLeaveSelection() { return CloseEditor(); }
     void OnSelected() { OpenEditor(); }
 
@@ -92,6 +92,8 @@ class FormList final : public TouchList<FormList> {
     // The room that the list advises to its rows.
     SIZE RoomIn(int clientWidth, int clientHeight) const;
     void Reflow();
+    // The row at the top, or the one that it continues; none in an empty list.
+    const FormRow* TopRow() const;
     void OpenEditor();
     void ForgetEditor();
     void PlaceEditor();

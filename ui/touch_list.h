@@ -31,8 +31,10 @@ class TouchList : public Window {
     void Layout(int clientWidth, int clientHeight);
     // Layout with the window's own size.
     void Layout() {
-        const RECT client = ClientRectangle();
-        Layout(Width(client), Height(client));
+        RECT client;
+        if (GetClientRect(Handle(), &client)) {
+            Layout(Width(client), Height(client));
+        }
     }
 
     // Measures all rows anew and keeps the selection and, as far as possible, the top row.
@@ -82,8 +84,9 @@ class TouchList : public Window {
     bool HandleNavigationKey(WPARAM key);
     // Whether rows that all fit may be dragged nevertheless.
     bool DragsWhenAllRowsFit() const { return false; }
-    // Whether the second tap of a quick pair counts as one of its own.
-    bool TakesRepeatedTaps() const { return false; }
+    // Whether a tap opens something. Then a second one that follows quickly does nothing: it was
+    // not meant for what has come to its place.
+    bool TapsOpen() const { return true; }
     // Asked before the selection leaves its row; false keeps it.
     bool MayLeaveSelection() { return true; }
     // The selection has changed and its parent been told.
@@ -106,7 +109,7 @@ class TouchList : public Window {
     void UpdateMaxTop(int clientHeight);
     void FitTo(int clientHeight);
     void PaintRows(HDC dc, const RECT& client, unsigned top, int firstY);
-    void OnButtonDown(POINT point, bool repeatedTap);
+    void OnButtonDown(POINT point, bool repeated);
     bool OnQueryDragTracker(GestureInfo& info);
     void OnKeyDown(WPARAM key, LPARAM keyData);
     void OnGetDialogCode(const MSG* message);
@@ -119,6 +122,8 @@ class TouchList : public Window {
     unsigned selection_ = noRow;
     int maxItemWidth_ = 0;
     int totalHeight_ = 0;
+    // Whether the last press was a tap that opened something.
+    bool opened_ = false;
 };
 
 // Scrolls the list during one drag; the list's own scroll state changes at the end only.
@@ -195,8 +200,10 @@ void TouchList<Kind>::Layout(int clientWidth, int clientHeight) {
 
 template <typename Kind>
 void TouchList<Kind>::Remeasure() {
-    const RECT client = ClientRectangle();
-    MeasureItems(Width(client), Height(client));
+    RECT client;
+    if (GetClientRect(Handle(), &client)) {
+        MeasureItems(Width(client), Height(client));
+    }
 }
 
 template <typename Kind>
@@ -273,13 +280,12 @@ unsigned TouchList<Kind>::SetSelection(unsigned index) {
 
 template <typename Kind>
 void TouchList<Kind>::BringIntoView(unsigned index) {
-    if (index >= GetCount()) {
+    RECT client;
+    if (index >= GetCount() || !GetClientRect(Handle(), &client)) {
         return;
     }
     const unsigned top =
-        index < topIndex_
-            ? index
-            : std::max(topIndex_, TopToShow(items_, index, Height(ClientRectangle())));
+        index < topIndex_ ? index : std::max(topIndex_, TopToShow(items_, index, Height(client)));
     if (top != topIndex_) {
         topIndex_ = top;
         InvalidateRect(Handle(), nullptr, TRUE);
@@ -323,7 +329,9 @@ bool TouchList<Kind>::RowRectangle(unsigned index, RECT* row) const {
     if (index < topIndex_ || index >= GetCount()) {
         return false;
     }
-    *row = ClientRectangle();
+    if (!GetClientRect(Handle(), row)) {
+        return false;
+    }
     const int bottom = row->bottom;
     for (unsigned above = topIndex_; above < index && row->top < bottom; ++above) {
         row->top += items_[above].height;
@@ -380,8 +388,9 @@ LRESULT TouchList<Kind>::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
             return 1;
         case WM_WINDOWPOSCHANGED: {
             const auto position = reinterpret_cast<const WINDOWPOS*>(lParam);
-            if (!(position->flags & SWP_NOSIZE)) {
-                FitTo(Height(ClientRectangle()));
+            RECT client;
+            if (!(position->flags & SWP_NOSIZE) && GetClientRect(Handle(), &client)) {
+                FitTo(Height(client));
             }
             return Default(message, wParam, lParam);
         }
@@ -409,21 +418,20 @@ LRESULT TouchList<Kind>::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
 }
 
 template <typename Kind>
-void TouchList<Kind>::OnButtonDown(POINT point, bool repeatedTap) {
+void TouchList<Kind>::OnButtonDown(POINT point, bool repeated) {
     const RECT client = ClientRectangle();
     if (!PtInRect(&client, point)) {
         return;
     }
+    const bool meantForAnother = std::exchange(opened_, false) && repeated;
     const GestureResult gesture = StartDrag(Handle(), point.x, point.y);
-    // The second tap of a quick pair is meant for what the first has taken away, unless the rows
-    // stay where they are.
-    if ((gesture != GestureTap && gesture != GestureHold) ||
-        (repeatedTap && !Self().TakesRepeatedTaps())) {
+    if (gesture != GestureHold && (gesture != GestureTap || meantForAnother)) {
         return;
     }
     SetFocus(Handle());
     const unsigned index = HitTest(point);
     if (index != noRow) {
+        opened_ = gesture == GestureTap && Self().TapsOpen();
         Self().OnTap(index, gesture);
     }
 }
@@ -469,6 +477,7 @@ bool TouchList<Kind>::HandleNavigationKey(WPARAM key) {
     }
     const unsigned last = GetCount() - 1;
     const unsigned start = selection_ == noRow ? 0 : selection_;
+    RECT client;
     switch (key) {
         case VK_UP:
             if (selection_ != 0) {
@@ -487,10 +496,14 @@ bool TouchList<Kind>::HandleNavigationKey(WPARAM key) {
             SetSelection(last);
             return true;
         case VK_PRIOR:
-            SetSelection(PageUp(items_, start, Height(ClientRectangle())));
+            if (GetClientRect(Handle(), &client)) {
+                SetSelection(PageUp(items_, start, Height(client)));
+            }
             return true;
         case VK_NEXT:
-            SetSelection(PageDown(items_, start, Height(ClientRectangle())));
+            if (GetClientRect(Handle(), &client)) {
+                SetSelection(PageDown(items_, start, Height(client)));
+            }
             return true;
         default:
             return false;

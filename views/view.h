@@ -47,6 +47,8 @@ class View {
     virtual void DeleteRow(ULONG_PTR data) = 0;
     // A row was tapped, or Enter pressed on it; it is selected already.
     virtual void Tap(unsigned row) = 0;
+    // Whether Tap opens something.
+    virtual bool TapsOpen() const { return false; }
     // Enables the commands of the bar's menu for the current state.
     virtual void UpdateMenu(HMENU menu) = 0;
     // False leaves the key to the frame.

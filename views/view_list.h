@@ -45,7 +45,7 @@ class ViewList final : public ui::TouchList<ViewList> {
     }
     void OnTap(unsigned index, ui::GestureResult gesture);
     void DeleteItem(ULONG_PTR data) { view_.DeleteRow(data); }
-    bool TakesRepeatedTaps() const { return marking_; }
+    bool TapsOpen() const { return !marking_ && view_.TapsOpen(); }
 
     using TouchList::BringIntoView;
     using TouchList::RowRectangle;

@@ -31,6 +31,13 @@ BOOL WINAPI NoClient(HWND, RECT*) {
 HDC WINAPI NoDC(HDC) {
     return nullptr;
 }
+
+// What was asked to be drawn anew: the whole window or not, with its background or not.
+std::vector<std::pair<bool, bool>> invalidated;
+BOOL WINAPI NoteInvalid(HWND, const RECT* area, BOOL erase) {
+    invalidated.emplace_back(area == nullptr, erase != FALSE);
+    return TRUE;
+}
 HBITMAP WINAPI NoBitmap(HDC, int, int) {
     return nullptr;
 }
@@ -172,6 +179,32 @@ TEST_F(TouchListSnap, ExactlyHalfARowGoesBack) {
         Lift();
     });
     EXPECT_EQ(list.GetTopIndex(), 0u);
+}
+
+TEST_F(TouchListSnap, DrawsTheWholeListAnewWhereTheLastFrameIsNotTheListAtRest) {
+    Open(EqualHeights(20, 100));
+    // Drags from y by steps, and tells what was asked to be drawn at the release.
+    const auto afterDragBy = [&](const std::vector<int>& steps) {
+        GestureInfo info;
+        info.result = GestureHold;
+        SendMessageW(list.Handle(), WM_QUERYDRAGTRACKER, 0, reinterpret_cast<LPARAM>(&info));
+        EXPECT_TRUE(info.tracker && info.tracker->Start(60, 200));
+        int y = 200;
+        for (const int step : steps) {
+            info.tracker->Move(60, y += step);
+        }
+        const PlatformHook hook("InvalidateRect", NoteInvalid);
+        invalidated.clear();
+        info.tracker->Release();
+        return invalidated;
+    };
+    const std::vector<std::pair<bool, bool>> all = {{true, true}};
+    EXPECT_TRUE(afterDragBy({-30}).empty());
+    EXPECT_EQ(afterDragBy({-60}), all);
+    EXPECT_EQ(list.GetTopIndex(), 1u);
+    // Back to the row of before, but the last frame's indicator stood for the one above.
+    EXPECT_EQ(afterDragBy({30}), all);
+    EXPECT_EQ(list.GetTopIndex(), 1u);
 }
 
 TEST_F(TouchListSnap, SlidesInStepsOfTheMeanHeightToTheRowsEdge) {

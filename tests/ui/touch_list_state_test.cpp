@@ -98,6 +98,20 @@ TEST_F(TouchListSelection, IsNotYetChangedWhenTheParentIsAsked) {
     owner.answer = note;
 }
 
+TEST_F(TouchListSelection, IsInViewWhenTheParentIsTold) {
+    Open(EqualHeights(20, 40));
+    std::vector<unsigned> tops;
+    owner.answer = [&, note = owner.answer](UINT message, WPARAM wParam, LPARAM lParam,
+                                            LRESULT* result) {
+        if (message == WM_NOTIFY) {
+            tops.push_back(list.GetTopIndex());
+        }
+        return note(message, wParam, lParam, result);
+    };
+    list.SetSelection(19);
+    EXPECT_EQ(tops, (std::vector<unsigned>{0, 13}));
+}
+
 TEST_F(TouchListSelection, AVetoKeepsTheOldOneSilently) {
     Open(EqualHeights(20, 40));
     list.SetSelection(4);
@@ -193,6 +207,36 @@ TEST_F(TouchListHits, AreNoneWhenTheWindowCannotBeMeasured) {
     Open({30, 50});
     const PlatformHook client("GetClientRect", NoClient);
     EXPECT_EQ(list.HitTest(POINT{10, 10}), noRow);
+}
+
+TEST_F(TouchListSelection, ScrollsNothingInAWindowThatCannotBeMeasured) {
+    Open(EqualHeights(20, 40));
+    list.SetTopIndex(4);
+    list.SetSelection(5);
+    const PlatformHook client("GetClientRect", NoClient);
+    EXPECT_EQ(list.SetSelection(19), 19u);
+    EXPECT_EQ(list.GetTopIndex(), 4u);
+    for (const WPARAM key : {VK_PRIOR, VK_NEXT}) {
+        list.SetSelection(10);
+        SendMessageW(list.Handle(), WM_KEYDOWN, key, 0);
+        EXPECT_EQ(list.GetSelection(), 10u);
+    }
+}
+
+TEST_F(TouchListSize, OneThatCannotBeReadChangesNothing) {
+    Open(EqualHeights(20, 40));
+    list.SetTopIndex(4);
+    list.SetSelection(5);
+    list.measured.clear();
+    const PlatformHook client("GetClientRect", NoClient);
+    MoveWindow(list.Handle(), 0, 0, width, 390, FALSE);
+    EXPECT_EQ(list.GetMaxTop(), 13u);
+    list.Layout();
+    list.Remeasure();
+    EXPECT_TRUE(list.measured.empty());
+    EXPECT_EQ(list.GetTopIndex(), 4u);
+    EXPECT_EQ(list.GetSelection(), 5u);
+    EXPECT_EQ(list.GetTotalHeight(), 20 * 40);
 }
 
 TEST_F(TouchListSize, AHigherWindowThatShowsAllGoesToTheTop) {

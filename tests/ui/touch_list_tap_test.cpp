@@ -6,6 +6,10 @@ using namespace ui;
 
 namespace {
 
+// What other programs and other parts of this one count on.
+static_assert(GestureNone == 0 && GestureTap == 2 && GestureHold == 3 && GestureDrag == 4);
+static_assert(WM_QUERYDRAGTRACKER == 0x8001);
+
 RECT hookedMonitor = {};
 BOOL WINAPI OtherMonitor(HMONITOR, MONITORINFO* monitor) {
     monitor->rcMonitor = hookedMonitor;
@@ -19,21 +23,69 @@ DWORD WINAPI WaitFails(DWORD, const HANDLE*, DWORD, DWORD, DWORD) {
     return WAIT_FAILED;
 }
 
-// A clock of the test's own; every wait is woken by something that is no input after 40 ms.
+DWORD WINAPI WaitLosesTheCapture(DWORD, const HANDLE*, DWORD, DWORD, DWORD) {
+    ReleaseCapture();
+    return WAIT_TIMEOUT;
+}
+
+// A clock of the test's own; every wait is woken by something that is no input after its time.
+struct WaitAsked {
+    DWORD handles;
+    bool anyHandle;
+    DWORD milliseconds;
+    DWORD mask;
+    DWORD flags;
+};
 DWORD testTime = 0;
-std::vector<DWORD> asked;
+std::vector<WaitAsked> waits;
+std::vector<DWORD> waited;
+// The window whose press is lifted after the last of the waits; null for none.
+HWND liftedAfterwards = nullptr;
 DWORD WINAPI TestTime() {
     return testTime;
 }
-DWORD WINAPI WaitWakesEarly(DWORD, const HANDLE*, DWORD milliseconds, DWORD, DWORD) {
-    asked.push_back(milliseconds);
-    testTime += 40;
+DWORD WINAPI WaitWakesEarly(DWORD count, const HANDLE* handles, DWORD milliseconds, DWORD mask,
+                            DWORD flags) {
+    waits.push_back(WaitAsked{count, handles != nullptr, milliseconds, mask, flags});
+    testTime += waited.at(waits.size() - 1);
+    if (liftedAfterwards && waits.size() == waited.size()) {
+        PostMessageW(liftedAfterwards, WM_LBUTTONUP, 0, 0);
+    }
     return WAIT_OBJECT_0;
 }
+
+// The finger leaves the threshold and is lifted before anybody looks.
+HWND pressed = nullptr;
+DWORD WINAPI WaitForAFlick(DWORD, const HANDLE*, DWORD, DWORD, DWORD) {
+    PostMessageW(pressed, WM_MOUSEMOVE, MK_LBUTTON, MAKELPARAM(5, 200));
+    PostMessageW(pressed, WM_LBUTTONUP, 0, MAKELPARAM(5, 200));
+    return WAIT_OBJECT_0;
+}
+DWORD WINAPI WaitForAFarMove(DWORD, const HANDLE*, DWORD, DWORD, DWORD) {
+    PostMessageW(pressed, WM_MOUSEMOVE, MK_LBUTTON, MAKELPARAM(5, 200));
+    return WAIT_OBJECT_0;
+}
+
+// A tracker that does not want the drag after all.
+class RefusingTracker final : public DragTracker {
+ public:
+    bool Begin(HWND) override { return calls += "begin ", true; }
+    bool Start(int x, int y) override {
+        EXPECT_EQ(x, 5);
+        EXPECT_EQ(y, 6);
+        calls += "start ";
+        return false;
+    }
+    void Destroy() override { calls += "destroy "; }
+    bool Move(int, int) override { return calls += "move ", true; }
+    void Release() override { calls += "release "; }
+    std::string calls;
+};
 
 using Taps = std::vector<std::pair<unsigned, GestureResult>>;
 
 class TouchListTap : public ListTest {};
+class QuickPairs : public ListTest {};
 
 class DragThresholdTest : public ListTest {
  protected:
@@ -42,25 +94,36 @@ class DragThresholdTest : public ListTest {
         const PlatformHook hook("GetMonitorInfoW", OtherMonitor);
         return DragThreshold::ForWindow(owner.Handle());
     }
-    // Presses, moves by a distance and lifts; each time elsewhere, since a second press in the same
-    // place is a repeated tap.
+    // Presses, moves by a distance and lifts.
     void PressAndMove(int x, int y) {
-        place_ += 40;
-        const POINT start = At(20 + place_, 60 + place_);
+        const POINT start = At(60, 100);
         Run([&] {
             input.Play(
                 Finger().Down(start).Wait(30).MoveTo(start.x + x, start.y + y).Wait(60).Up());
         });
     }
-
- private:
-    int place_ = 0;
 };
 
 using DragThresholds = DragThresholdTest;
 
 class GestureTracking : public ListTest {
  protected:
+    // What the recognizer makes of a press at this time that rests for these times and is lifted
+    // then, if at all.
+    GestureResult AfterWaits(DWORD start, const std::vector<DWORD>& milliseconds, bool lifted) {
+        GestureInfo info;
+        testTime = start;
+        waited = milliseconds;
+        waits.clear();
+        liftedAfterwards = lifted ? owner.Handle() : nullptr;
+        const PlatformHook time("GetTickCount", TestTime);
+        const PlatformHook wait("MsgWaitForMultipleObjectsEx", WaitWakesEarly);
+        const GestureResult result = TrackGesture(owner.Handle(), info, gestureTimeout);
+        MSG message;
+        while (PeekMessageW(&message, owner.Handle(), WM_MOUSEFIRST, WM_MOUSELAST, PM_REMOVE)) {
+        }
+        return result;
+    }
     // Runs the recognizer for a press that the script makes.
     GestureResult Track(const std::function<void()>& script, GestureInfo& info) {
         GestureResult result = GestureIdle;
@@ -150,6 +213,43 @@ TEST_F(TouchListTap, OutsideTheClientAreaStartsNothing) {
     SendMessageW(list.Handle(), WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(width, 10));
     SendMessageW(list.Handle(), WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(10, -1));
     EXPECT_EQ(GetFocus(), owner.Handle());
+}
+
+TEST_F(QuickPairs, TheSecondTapDoesNothingWhereTheFirstOneHasOpenedSomething) {
+    Open(EqualHeights(20, 40));
+    list.tapsOpen = true;
+    Run([&] { input.Play(Finger().Tap(At(60, 90)).Tap(At(60, 90))); });
+    EXPECT_EQ(list.taps, (Taps{{2, GestureTap}}));
+    // A third one is a first one again.
+    Run([&] { input.Play(Finger().Tap(At(60, 170)).Tap(At(60, 170)).Tap(At(60, 170))); });
+    EXPECT_EQ(list.taps, (Taps{{2, GestureTap}, {4, GestureTap}, {4, GestureTap}}));
+}
+
+TEST_F(QuickPairs, BothTapsCountWhereTheyOpenNothing) {
+    Open(EqualHeights(20, 40));
+    Run([&] { input.Play(Finger().Tap(At(60, 79)).Tap(At(60, 80))); });
+    EXPECT_EQ(list.taps, (Taps{{1, GestureTap}, {2, GestureTap}}));
+}
+
+TEST_F(QuickPairs, AHoldCountsAfterATapThatHasOpenedSomething) {
+    Open(EqualHeights(20, 40));
+    list.tapsOpen = true;
+    Run([&] { input.Play(Finger().Tap(At(60, 90)).Hold(At(60, 90))); });
+    EXPECT_EQ(list.taps, (Taps{{2, GestureTap}, {2, GestureHold}}));
+    EXPECT_EQ(list.GetSelection(), 2u);
+}
+
+TEST_F(QuickPairs, ATapCountsAfterAFlick) {
+    Open(EqualHeights(20, 40));
+    list.tapsOpen = true;
+    const POINT start = At(60, 250);
+    Run([&] {
+        input.Play(
+            Finger().Down(start).Wait(20).MoveTo(start.x, start.y - 150).Wait(30).Up().Tap(start));
+    });
+    ASSERT_GT(list.GetTopIndex(), 0u);
+    ASSERT_EQ(list.taps.size(), 1u);
+    EXPECT_EQ(list.taps[0].second, GestureTap);
 }
 
 TEST_F(DragThresholds, AreTwentiethsOfTheMonitor) {
@@ -261,9 +361,10 @@ TEST_F(GestureTracking, ALostCaptureIsNoGesture) {
         [&] {
             Finger().Down(50, 60).Wait(30).Play();
             WaitFor([&] { return InputTaken::Count(WM_LBUTTONDOWN) > before; });
-            // The loss is noticed at the next input.
             SendNotifyMessageW(owner.Handle(), WM_CANCELMODE, 0, 0);
-            input.Play(Finger().MoveTo(52, 62).Wait(60).Up());
+            // Nothing else need happen.
+            EXPECT_TRUE(WaitFor([&] { return info.result == GestureNone; }));
+            input.Play(Finger().Up());
         },
         info);
     EXPECT_EQ(result, GestureNone);
@@ -278,6 +379,13 @@ TEST_F(GestureTracking, AWaitThatTimesOutIsAHold) {
     EXPECT_EQ(GetCapture(), nullptr);
 }
 
+TEST_F(GestureTracking, AWaitThatTimesOutWithoutTheCaptureIsNoGesture) {
+    OpenOwner();
+    GestureInfo info;
+    const PlatformHook wait("MsgWaitForMultipleObjectsEx", WaitLosesTheCapture);
+    EXPECT_EQ(TrackGesture(owner.Handle(), info, 60000), GestureNone);
+}
+
 TEST_F(GestureTracking, AWaitThatFailsIsNoGesture) {
     OpenOwner();
     GestureInfo info;
@@ -288,16 +396,63 @@ TEST_F(GestureTracking, AWaitThatFailsIsNoGesture) {
 
 TEST_F(GestureTracking, APressIsFollowedForItsTimeAtTheMost) {
     OpenOwner();
-    GestureInfo info;
-    {
-        const PlatformHook time("GetTickCount", TestTime);
-        const PlatformHook wait("MsgWaitForMultipleObjectsEx", WaitWakesEarly);
-        testTime = 1000;
-        asked.clear();
-        EXPECT_EQ(TrackGesture(owner.Handle(), info, 120), GestureHold);
+    EXPECT_EQ(AfterWaits(1000, {40, 59959, 1}, false), GestureHold);
+    ASSERT_EQ(waits.size(), 3u);
+    EXPECT_EQ(waits[0].milliseconds, 60000u);
+    EXPECT_EQ(waits[1].milliseconds, 59960u);
+    EXPECT_EQ(waits[2].milliseconds, 1u);
+}
+
+TEST_F(GestureTracking, WaitsForTheMouseAndForWhatIsNoInput) {
+    OpenOwner();
+    EXPECT_EQ(AfterWaits(1000, {60000}, false), GestureHold);
+    ASSERT_EQ(waits.size(), 1u);
+    EXPECT_EQ(waits[0].handles, 0u);
+    EXPECT_FALSE(waits[0].anyHandle);
+    constexpr DWORD mouse = QS_MOUSEMOVE | QS_MOUSEBUTTON;
+    EXPECT_EQ(waits[0].mask & QS_INPUT, mouse);
+    EXPECT_EQ(waits[0].mask & QS_ALLINPUT & ~QS_INPUT,
+              static_cast<DWORD>(QS_POSTMESSAGE | QS_TIMER | QS_PAINT | QS_SENDMESSAGE));
+    EXPECT_EQ(waits[0].flags, 0u);
+}
+
+TEST_F(GestureTracking, ATapLastsHalfASecondAtTheMost) {
+    OpenOwner();
+    // The clock goes round every 50 days.
+    for (const DWORD start : {1000u, 0xFFFFFFFFu - 200u}) {
+        EXPECT_EQ(AfterWaits(start, {100, 400}, true), GestureTap);
+        EXPECT_EQ(AfterWaits(start, {100, 401}, true), GestureHold);
+        EXPECT_EQ(AfterWaits(start, {59999}, true), GestureHold);
     }
-    EXPECT_EQ(asked, (std::vector<DWORD>{120, 80, 40}));
-    EXPECT_EQ(gestureTimeout, 60000u);
+}
+
+TEST_F(GestureTracking, AFingerLiftedBeforeAnybodyLookedHasTapped) {
+    OpenOwner();
+    pressed = owner.Handle();
+    GestureInfo info;
+    const PlatformHook wait("MsgWaitForMultipleObjectsEx", WaitForAFlick);
+    EXPECT_EQ(TrackGesture(owner.Handle(), info, gestureTimeout), GestureTap);
+    MSG message;
+    while (PeekMessageW(&message, owner.Handle(), WM_MOUSEFIRST, WM_MOUSELAST, PM_REMOVE)) {
+    }
+}
+
+TEST_F(GestureTracking, ATrackerThatDoesNotStartIsDestroyedOnceAndNothingElse) {
+    OpenOwner();
+    pressed = owner.Handle();
+    RefusingTracker tracker;
+    owner.answer = [&](UINT message, WPARAM, LPARAM lParam, LRESULT* result) {
+        if (message == WM_QUERYDRAGTRACKER) {
+            reinterpret_cast<GestureInfo*>(lParam)->tracker = DragTrackerOwner(&tracker);
+            *result = TRUE;
+            return true;
+        }
+        return false;
+    };
+    const PlatformHook wait("MsgWaitForMultipleObjectsEx", WaitForAFarMove);
+    EXPECT_EQ(StartDrag(owner.Handle(), 5, 6), GestureDrag);
+    EXPECT_EQ(tracker.calls, "start destroy ");
+    EXPECT_EQ(GetCapture(), nullptr);
 }
 
 TEST(InputLookedFor, AQuitIsLeftInTheQueue) {

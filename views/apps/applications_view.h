@@ -20,6 +20,7 @@ class ApplicationsView final : public ListView {
     void DrawRow(const DRAWITEMSTRUCT& row) override;
     void DeleteRow(ULONG_PTR data) override;
     void Tap(unsigned row) override;
+    bool TapsOpen() const override { return true; }
     void UpdateMenu(HMENU menu) override;
     bool Key(WPARAM key) override;
     bool Command(WORD command) override;

@@ -24,6 +24,7 @@ class FilesView final : public ListView, private FileList {
     void DrawRow(const DRAWITEMSTRUCT& row) override;
     void DeleteRow(ULONG_PTR data) override;
     void Tap(unsigned row) override;
+    bool TapsOpen() const override { return true; }
     void UpdateMenu(HMENU menu) override;
     bool Key(WPARAM key) override;
     bool Command(WORD command) override;
