@@ -40,9 +40,24 @@ void FormList::Layout() {
     TouchList::Layout();
 }
 
+const FormRow* FormList::TopRow() const {
+    unsigned index = GetTopIndex();
+    while (index > 0 && RowAt(index).ContinuesAnother()) {
+        --index;
+    }
+    return index < GetCount() ? &RowAt(index) : nullptr;
+}
+
 void FormList::Remeasure() {
+    // Rows above it may come and go.
+    const FormRow* const top = TopRow();
     Reflow();
     TouchList::Remeasure();
+    for (unsigned index = 0; index < GetCount(); ++index) {
+        if (&RowAt(index) == top) {
+            SetTopIndex(index);
+        }
+    }
     if (editor_) {
         PlaceEditor();
     }
@@ -60,12 +75,15 @@ SIZE FormList::RoomIn(int clientWidth, int clientHeight) const {
 }
 
 void FormList::Reflow() {
+    RECT client;
+    if (!GetClientRect(Handle(), &client)) {
+        return;
+    }
     for (unsigned index = GetCount(); index-- > 0;) {
         if (RowAt(index).ContinuesAnother()) {
             RemoveItem(index);
         }
     }
-    const RECT client = ClientRectangle();
     const SIZE room = RoomIn(Width(client), Height(client));
     const platform::WindowDC dc(Handle());
     const platform::Selected font(dc, Fonts().Base());

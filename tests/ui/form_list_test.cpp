@@ -70,6 +70,28 @@ TEST_F(FormListMeasure, ResizingMeasuresAnewAndKeepsSelectionAndTop) {
     EXPECT_EQ(rows[0].room.cx, width - 40 - 16 * GetSystemMetrics(SM_CXBORDER));
 }
 
+TEST_F(FormListMeasure, KeepsTheRowAtTheTopWhenValuesAboveItWrapAnew) {
+    OpenEmpty();
+    Add<ui::ValueRow>(L"Path", std::wstring(400, L'w'));
+    std::vector<RowScript> rows = EqualRows(30);
+    for (RowScript& row : rows) {
+        Add<SampleRow>(row);
+    }
+    list.Layout();
+    unsigned first = list.GetCount() - 30;
+    list.SetTopIndex(first + 12);
+    const ui::FormRow* const top = &list.RowAt(first + 12);
+    MoveWindow(list.Handle(), 20, 10, width / 2, height, TRUE);
+    ASSERT_GT(list.GetCount() - 30, first);
+    EXPECT_EQ(&list.RowAt(list.GetTopIndex()), top);
+    MoveWindow(list.Handle(), 20, 10, width, height, TRUE);
+    EXPECT_EQ(&list.RowAt(list.GetTopIndex()), top);
+    // A further line of the value stands for the value.
+    list.SetTopIndex(1);
+    MoveWindow(list.Handle(), 20, 10, width / 2, height, TRUE);
+    EXPECT_EQ(list.GetTopIndex(), 0u);
+}
+
 TEST_F(FormListKeys, UpAndDownSkipRowsThatRefuseAndScrollBehindTheLast) {
     std::vector<RowScript> rows = EqualRows(20);
     for (RowScript& row : rows) {
@@ -150,6 +172,21 @@ TEST_F(FormListKeys, TheSelectedRowIsOfferedAKeyFirst) {
     EXPECT_EQ(rows[0].keyFlags[1] & 0x1FF, 0x150u);
     EXPECT_EQ(SelectionAfter("Down"), 1u);
     EXPECT_EQ(SelectionAfter("Up"), 0u);
+}
+
+TEST_F(FormListKeys, TheParentIsNotAskedFirst) {
+    std::vector<RowScript> rows = EqualRows(5);
+    Open(rows);
+    int offered = 0;
+    owner.answer = [&](UINT message, WPARAM, LPARAM lParam, LRESULT*) {
+        offered +=
+            message == WM_NOTIFY && reinterpret_cast<const NMHDR*>(lParam)->code == NM_KEYDOWN;
+        return false;
+    };
+    EXPECT_EQ(SelectionAfter("a"), noRow);
+    EXPECT_EQ(SelectionAfter("Down"), 0u);
+    EXPECT_EQ(SelectionAfter("a"), 0u);
+    EXPECT_EQ(offered, 0);
 }
 
 TEST_F(FormListKeys, AnEmptyListIgnoresThem) {
