@@ -1,7 +1,4 @@
 // Single controls: bars, menus, the page slider, the row editor, cut texts.
-#include <atomic>
-#include <thread>
-
 #include "tests/gallery/camera.h"
 #include "tests/support/finger.h"
 #include "tests/support/wait.h"
@@ -54,16 +51,7 @@ class GalleryControls : public BarTest {
                 GetGUIThreadInfo(GetWindowThreadProcessId(slideBar.Handle(), nullptr), &info);
                 return info.hwndCapture == slideBar.Handle();
             }));
-            // The bar asks for messages only when the finger moves.
-            std::atomic<bool> taken = false;
-            std::thread restless([&] {
-                for (int step = 0; !taken; ++step) {
-                    Finger().Wait(100).MoveTo(point.x + step % 2, point.y).Play();
-                }
-            });
             camera.Take((scene + "_pressed").c_str());
-            taken = true;
-            restless.join();
             input.Play(Finger().MoveTo(1, 1).Up());
         });
     }
@@ -148,7 +136,9 @@ TEST_F(GalleryControls, ThreeButtons) {
     Run([&] {
         camera.Take("bar_three_buttons");
         const POINT button = ButtonPoint(0);
-        input.Play(Finger().Down(button).Wait(500));
+        Finger().Down(button).Play();
+        // It is no quick tap any more.
+        EXPECT_TRUE(WaitFor([&] { return BarHasCapture(); }));
         camera.Take("bar_three_buttons_pressed");
         input.Play(Finger().MoveTo(button.x, button.y - 100).Up());
     });
@@ -205,7 +195,6 @@ TEST_F(GalleryControls, PageSlider) {
     Run([&] {
         camera.Take("slider");
         TakeDragged("slider_dragged", slider, ui::Width(area) / 4);
-        Sleep(400);
         input.Play(Finger().Tap(MiddleOf(slider.Handle())));
         EXPECT_TRUE(WaitForWindow(L"InternalSpinnerMenu"));
         camera.Take("slider_list");
@@ -246,7 +235,9 @@ TEST_F(GalleryControls, ADisabledButtonUnderAFinger) {
     Run([&] {
         camera.Take("bar_disabled");
         const POINT button = ButtonPoint(0);
-        input.Play(Finger().Down(button).Wait(500));
+        Finger().Down(button).Play();
+        // It is no quick tap any more.
+        EXPECT_TRUE(WaitFor([&] { return BarHasCapture(); }));
         camera.Take("bar_disabled_pressed");
         input.Play(Finger().MoveTo(button.x, button.y - 100).Up());
     });

@@ -1,5 +1,6 @@
 // Message boxes: every set of buttons, texts from one word to more than a screen.
 #include "tests/gallery/camera.h"
+#include "tests/support/box.h"
 #include "tests/support/finger.h"
 #include "tests/ui/sample_list.h"
 #include "text/format.h"
@@ -22,11 +23,10 @@ class GalleryMessages : public testing::Test {
               unsigned defaultButton, const std::function<void(HWND)>& script) {
         WhileUser(
             [&] {
-                const HWND box = WaitForWindow(L"#32770");
+                const HWND box = WaitForBox();
                 ASSERT_TRUE(box);
-                EXPECT_TRUE(WaitFor([&] { return GetForegroundWindow() == box; }));
                 script(box);
-                Finger().Key("Escape").Play();
+                AnswerBox(box, Finger().Key("Escape"));
             },
             [&] {
                 ui::ShowMessage(owner.Handle(), text, title, static_cast<unsigned>(buttons.size()),
@@ -95,8 +95,12 @@ TEST_F(GalleryMessages, ButtonsUnderAFinger) {
         input.Play(Finger().Down(second, middle));
         camera.Take("message_button_pressed");
         input.Play(Finger().MoveTo(second, bar.top - 40).Up().MoveTo(2, 2));
-        // The timer that notices it.
-        Sleep(400);
+        // A timer notices it. Near the upper edge of a button no label stands.
+        EXPECT_TRUE(WaitFor([&] {
+            const POINT edge = {second, bar.top + 4};
+            return Picture::OfScreen(RECT{edge.x, edge.y, edge.x + 1, edge.y + 1}).At(0, 0) ==
+                   GetSysColor(COLOR_BTNFACE);
+        }));
         camera.Take("message_yes_no");
     });
 }

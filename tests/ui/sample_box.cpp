@@ -1,5 +1,7 @@
 #include "tests/ui/sample_box.h"
 
+#include "tests/support/box.h"
+#include "tests/support/keyboard.h"
 #include "ui/drawing_resources.h"
 #include "ui/theme.h"
 
@@ -21,13 +23,10 @@ int BoxTest::Show(const std::wstring& text, const std::vector<UINT>& buttons,
 }
 
 HWND BoxTest::WaitForBox() const {
-    const HWND box = WaitForWindow(L"#32770");
+    const HWND box = test::WaitForBox();
     EXPECT_TRUE(box && Bar(box));
     EXPECT_TRUE(WaitFor([&] {
-        GUITHREADINFO info = {};
-        info.cbSize = sizeof info;
-        GetGUIThreadInfo(GetWindowThreadProcessId(box, nullptr), &info);
-        return info.hwndFocus == Bar(box) && Has(Picture::OfWindow(box), ui::barColor);
+        return LookAtKeyboard().focus == Bar(box) && Has(Picture::OfWindow(box), ui::barColor);
     }));
     return box;
 }

@@ -67,7 +67,7 @@ class FormTest : public testing::Test {
         Run([&] { input.Play(Finger().Key(name)); });
     }
     void Tap(int x, int y) {
-        Run([&] { input.Play(Finger().Tap(At(x, y)).Wait(700)); });
+        Run([&] { input.Play(Finger().Tap(At(x, y))); });
     }
     unsigned SelectionAfter(const std::string& name) {
         Press(name);
