@@ -19,6 +19,21 @@ BOOL WINAPI NotOnScreen(HWND, POINT*) {
     return FALSE;
 }
 
+// What was waited for; the first wait is woken by the lifted finger, if one is.
+struct Waited {
+    DWORD handles;
+    DWORD milliseconds;
+    DWORD mask;
+    DWORD flags;
+};
+std::vector<Waited> waits;
+DWORD(WINAPI* waitForInput)(DWORD, const HANDLE*, DWORD, DWORD, DWORD) = nullptr;
+DWORD WINAPI NoteWait(DWORD count, const HANDLE* handles, DWORD milliseconds, DWORD mask,
+                      DWORD flags) {
+    waits.push_back(Waited{count, milliseconds, mask, flags});
+    return waitForInput(count, handles, milliseconds, mask, flags);
+}
+
 class CommandBarTap : public BarTest {};
 class CommandBarMenu : public BarTest {};
 class CommandBarPress : public BarTest {
@@ -267,6 +282,53 @@ TEST_F(CommandBarPress, TheRightButtonCancels) {
         Lift();
     });
     EXPECT_TRUE(Commands().empty());
+}
+
+TEST_F(CommandBarPress, WaitsForAButtonOfTheMouseAtFirst) {
+    Open(twoCommands);
+    {
+        // The test waits by another call.
+        const PlatformHook wait("MsgWaitForMultipleObjectsEx", NoteWait);
+        waitForInput = wait.Original();
+        waits.clear();
+        Run([&] {
+            PressLong(0);
+            Lift();
+        });
+    }
+    ASSERT_FALSE(waits.empty());
+    DWORD before = 351;
+    for (const Waited& wait : waits) {
+        EXPECT_EQ(wait.handles, 0u);
+        EXPECT_LE(wait.milliseconds, before);
+        EXPECT_EQ(wait.mask, static_cast<DWORD>(QS_MOUSEBUTTON));
+        EXPECT_EQ(wait.flags, static_cast<DWORD>(MWMO_INPUTAVAILABLE));
+        before = wait.milliseconds;
+    }
+}
+
+TEST_F(CommandBarPress, ASecondPressCancels) {
+    Open(twoCommands);
+    Run([&] {
+        PressLong(0);
+        // A finger cannot press again before it is lifted, but what the system sends may be lost.
+        PostMessageW(bar.Handle(), WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(5, 5));
+        ExpectCancelled();
+        Lift();
+    });
+    EXPECT_TRUE(Commands().empty());
+}
+
+TEST_F(CommandBarPress, TheRightButtonsReleaseActsLikeALift) {
+    Open(twoCommands);
+    Run([&] {
+        PressLong(1);
+        PostMessageW(bar.Handle(), WM_RBUTTONUP, 0, MAKELPARAM(5, 5));
+        ExpectCancelled();
+        EXPECT_EQ(Commands(), (std::vector<Command>{CommandOf(11)}));
+        Lift();
+    });
+    EXPECT_EQ(Commands(), (std::vector<Command>{CommandOf(11)}));
 }
 
 TEST_F(CommandBarPress, TimersGoOnMeanwhile) {

@@ -224,10 +224,15 @@ TEST(DrawingResources, WithoutAnyPictureAreEmptyButWhole) {
 
 TEST(DrawingResources, ReloadingGivesTheOldOnesBack) {
     DrawingResources resources;
-    resources.Load();
+    const auto load = [&resources] {
+        resources.Load();
+        EXPECT_TRUE(resources.mainStrip && resources.StatusStrip());
+        EXPECT_EQ(static_cast<bool>(resources.SecondStrip()), resources.mainStrip.IconSize() < 152);
+    };
+    load();
     const unsigned before = test::CountHeld().gdiObjects;
     for (int round = 0; round < 20; ++round) {
-        resources.Load();
+        load();
     }
     EXPECT_EQ(test::CountHeld().gdiObjects, before);
 }

@@ -1,4 +1,5 @@
 #include "tests/support/drawn_texts.h"
+#include "tests/support/heaps.h"
 #include "tests/support/world.h"
 #include "tests/ui/sample_box.h"
 #include "ui/drawing_resources.h"
@@ -362,8 +363,10 @@ TEST_F(MessageBoxLook, ShowingItGivesBackEveryObject) {
         round();
     }
     const Held before = CountHeld();
+    const size_t bytes = BytesOnAllHeaps();
     for (int count = 0; count < 1000; ++count) {
         round();
     }
     EXPECT_EQ(CountHeld(), before);
+    EXPECT_LT(BytesOnAllHeaps(), bytes + 16000);
 }

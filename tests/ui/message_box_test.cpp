@@ -49,6 +49,25 @@ INT_PTR WINAPI NoDialog(HINSTANCE, const DLGTEMPLATE*, HWND, DLGPROC, LPARAM) {
     SetLastError(ERROR_INVALID_WINDOW_HANDLE);
     return -1;
 }
+
+// What the platform was asked for.
+struct AskedDialog {
+    std::vector<BYTE> dialogTemplate;
+    HINSTANCE instance;
+    HWND owner;
+    LPARAM parameter;
+};
+std::vector<AskedDialog> dialogs;
+INT_PTR WINAPI NoteDialog(HINSTANCE instance, const DLGTEMPLATE* dialogTemplate, HWND owner,
+                          DLGPROC procedure, LPARAM parameter) {
+    EXPECT_TRUE(procedure);
+    // The fixed part, then three empty texts and the font.
+    constexpr size_t size = 18 + 3 * 2 + 2 + 7 * 2;
+    const auto bytes = reinterpret_cast<const BYTE*>(dialogTemplate);
+    dialogs.push_back(
+        AskedDialog{std::vector<BYTE>(bytes, bytes + size), instance, owner, parameter});
+    return 131;
+}
 HWND WINAPI NoWindow(DWORD, const wchar_t*, const wchar_t*, DWORD, int, int, int, int, HWND, HMENU,
                      HINSTANCE, void*) {
     return nullptr;
@@ -194,6 +213,18 @@ TEST_F(MessageBoxKeys, TabBetweenTheButtonsIsNotPassedOn) {
     });
 }
 
+TEST_F(MessageBoxKeys, TheFocusIsSeenToMove) {
+    Show(L"Really?", yesNo, 0, [&] {
+        const HWND box = WaitForBox();
+        const Picture before = Picture::OfWindow(Bar(box));
+        Play(Finger().Key("Right"));
+        EXPECT_TRUE(WaitFor([&] { return !(Picture::OfWindow(Bar(box)) == before); }));
+        Play(Finger().Key("Left"));
+        EXPECT_TRUE(WaitFor([&] { return Picture::OfWindow(Bar(box)) == before; }));
+        End();
+    });
+}
+
 TEST_F(MessageBoxKeys, OtherKeysAreIgnored) {
     EXPECT_EQ(After(yesNo, 1, {"a", "y", "space", "Home", "F1", "Return"}), 134);
 }
@@ -203,6 +234,26 @@ TEST_F(MessageBoxFailure, WithoutMemoryForItsTemplateItIsNotCreated) {
     SetLastError(0);
     EXPECT_EQ(ui::ShowError(owner.Handle(), L"No such file."), -1);
     EXPECT_EQ(GetLastError(), 14u);
+}
+
+TEST_F(MessageBoxResult, TheDialogIsBuiltOfATemplateInThePlatformsForm) {
+    const BYTE expected[] = {0,   0, 0x88, 0x80,                  // the style
+                             0,   0, 0,    0,                     // no other style
+                             0,   0,                              // no controls
+                             0,   0, 0,    0,    10,  0, 10,  0,  // the place in dialog units
+                             0,   0, 0,    0,    0,   0,          // no menu, class and title
+                             8,   0,                              // the font
+                             'S', 0, 'y',  0,    's', 0, 't', 0, 'e', 0, 'm', 0, 0, 0};
+    dialogs.clear();
+    const PlatformHook dialog("DialogBoxIndirectParamW", NoteDialog);
+    EXPECT_EQ(ui::ShowError(owner.Handle(), L"No such file."), 131);
+    ASSERT_EQ(dialogs.size(), 1u);
+    EXPECT_EQ(dialogs[0].dialogTemplate,
+              std::vector<BYTE>(std::begin(expected), std::end(expected)));
+    // Not a language pack's, whose texts it may show.
+    EXPECT_EQ(dialogs[0].instance, GetModuleHandleW(nullptr));
+    EXPECT_EQ(dialogs[0].owner, owner.Handle());
+    EXPECT_NE(dialogs[0].parameter, 0);
 }
 
 TEST_F(MessageBoxFailure, ADialogThatCannotBeCreatedIsToldSo) {

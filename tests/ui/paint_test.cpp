@@ -86,6 +86,16 @@ TEST(Blending, SpansStayInsideTheSurface) {
     }
 }
 
+TEST(Blending, LinesCountFromTheTop) {
+    BlendSurface surface(nullptr, 5, 3);
+    ASSERT_TRUE(surface);
+    PatBlt(surface.DC(), 0, 0, 5, 3, WHITENESS);
+    surface.BlendSpan(0, 1, 0, 0, 255);
+    EXPECT_EQ(GetPixel(surface.DC(), 0, 0), 0u);
+    EXPECT_EQ(GetPixel(surface.DC(), 0, 1), 0xFFFFFFu);
+    EXPECT_EQ(GetPixel(surface.DC(), 0, 2), 0xFFFFFFu);
+}
+
 TEST(Blending, ChannelsKeepTheirOrder) {
     BlendSurface surface(nullptr, 3, 1);
     ASSERT_TRUE(surface);

@@ -1,4 +1,5 @@
 #include "ui/popup_menu.h"
+#include "tests/support/monitor.h"
 #include "tests/support/platform_hook.h"
 #include "tests/support/world.h"
 #include "tests/ui/sample_bar.h"
@@ -292,6 +293,17 @@ TEST_F(PopupMenuLook, AMenuTooTallForTheScreenScrolls) {
     EXPECT_EQ(command, 105);
 }
 
+TEST_F(PopupMenuLook, KeepsToTheWorkArea) {
+    const RECT screen = ScreenRectangleOf(owner.Handle());
+    const Monitor monitor(screen, RECT{0, 30, screen.right, screen.bottom - 50});
+    Track(Numbered(60), [&] {
+        const RECT popup = ScreenRectangleOf(WaitForPopups(1));
+        EXPECT_EQ(popup.top, 30);
+        EXPECT_EQ(popup.bottom, ButtonArea(0).top);
+        Escape();
+    });
+}
+
 TEST_F(PopupMenuLook, KeysReachTheRowsBelowTheScreen) {
     EXPECT_EQ(Track(Numbered(60),
                     [&] {
@@ -353,6 +365,21 @@ TEST_F(PopupMenuLook, LongTextsAreReadUpToTheirLimit) {
         Finger().Tap(RowPoint(Popups().front(), 1)).Play();
     });
     EXPECT_EQ(command, 21);
+    // On a screen that is wide enough, what is behind the limit counts for nothing.
+    const auto widthOf = [&](size_t length) {
+        const std::wstring text(length, L'i');
+        LONG found = 0;
+        const RECT screen = ScreenRectangleOf(owner.Handle());
+        const Monitor monitor(RECT{0, 0, 20000, screen.bottom});
+        Track({{20, text.c_str()}}, [&] {
+            found = ui::Width(ScreenRectangleOf(WaitForPopups(1)));
+            Escape();
+        });
+        return found;
+    };
+    const LONG longest = widthOf(256);
+    EXPECT_GT(longest, widthOf(255));
+    EXPECT_EQ(longest, widthOf(400));
 }
 
 TEST_F(PopupMenuLook, HasThePopupStyle) {
