@@ -69,7 +69,7 @@ DWORD WINAPI WaitForAFarMove(DWORD, const HANDLE*, DWORD, DWORD, DWORD) {
 // A tracker that does not want the drag after all.
 class RefusingTracker final : public DragTracker {
  public:
-    bool Begin(HWND) override { return calls += "begin ", true; }
+    bool Begin(HWND) override { return calls += "begin ", false; }
     bool Start(int x, int y) override {
         EXPECT_EQ(x, 5);
         EXPECT_EQ(y, 6);
