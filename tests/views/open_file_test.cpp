@@ -7,6 +7,7 @@
 #include "platform/shortcuts.h"
 #include "tests/support/drawn_texts.h"
 #include "tests/support/finger.h"
+#include "tests/support/input_taken.h"
 #include "tests/support/platform_hook.h"
 #include "tests/support/user.h"
 #include "tests/support/wait.h"
@@ -93,12 +94,14 @@ class OpenFile : public FilesFixture {
         EXPECT_TRUE(platform::CreateShortcut(path.c_str(), command.c_str())) << GetLastError();
         return path;
     }
-    void TapOn(const std::wstring& name) {
-        RECT row;
+    POINT PointOf(const std::wstring& name) {
+        RECT row = {};
         UpdateWindow(frame.Handle());
-        ASSERT_TRUE(List().RowRectangle(RowOf(name), &row));
-        const POINT point =
-            OnScreen(List().Handle(), (row.left + row.right) / 2, (row.top + row.bottom) / 2);
+        EXPECT_TRUE(List().RowRectangle(RowOf(name), &row));
+        return OnScreen(List().Handle(), (row.left + row.right) / 2, (row.top + row.bottom) / 2);
+    }
+    void TapOn(const std::wstring& name) {
+        const POINT point = PointOf(name);
         PumpWhileUser([&] {
             Finger().Tap(point).Play();
             EXPECT_TRUE(WaitFor([&] { return Selected() == name || View().Title() != before; }));
@@ -222,6 +225,14 @@ TEST_F(OpenFile, ThatIsAShortcutToAFolderGoesThere) {
     EXPECT_EQ(Selected(), L"some inner");
 }
 
+TEST_F(OpenFile, ThatIsAShortcutByAnotherNameGoesThereToo) {
+    const std::wstring inner = folder.MakeFolder(L"inner");
+    MakeShortcut(L"a.txt", L'"' + inner + L'"');
+    OpenFolder();
+    View().Tap(RowOf(L"a.txt"));
+    EXPECT_EQ(View().Title(), inner);
+}
+
 TEST_F(OpenFile, ThatIsAShortcutToTheRootGoesToTheRoot) {
     MakeShortcut(L"to.lnk", L"\"\\\"");
     OpenFolder();
@@ -268,6 +279,35 @@ TEST_F(OpenFile, ThatIsAShortcutWhoseCommandCannotBeReadIsForTheShell) {
     }
     EXPECT_EQ(asked.size(), 3u);
     EXPECT_EQ(View().Title(), folder.Path());
+}
+
+// The second press of a quick pair is meant for the row that the first one has opened.
+TEST_F(OpenFile, OfAFolderByTwoQuickTapsOpensNothingInIt) {
+    const ExecutionHook hook("ShellExecuteExW", NoteExecution);
+    const std::wstring inner = folder.MakeFolder(L"inner");
+    folder.MakeFile(L"inner\\a.txt");
+    OpenFolder();
+    View().Focus();
+    const POINT point = PointOf(L"inner");
+    const InputTaken input;
+    PumpWhileUser([&] { input.Play(Finger().Tap(point).Tap(point)); });
+    EXPECT_EQ(View().Title(), inner);
+    EXPECT_EQ(Selected(), L"");
+    EXPECT_TRUE(asked.empty());
+}
+
+TEST_F(OpenFile, OfAFolderAndAHoldAtOnceSelectsInIt) {
+    const ExecutionHook hook("ShellExecuteExW", NoteExecution);
+    const std::wstring inner = folder.MakeFolder(L"inner");
+    folder.MakeFile(L"inner\\a.txt");
+    OpenFolder();
+    View().Focus();
+    const POINT point = PointOf(L"inner");
+    const InputTaken input;
+    PumpWhileUser([&] { input.Play(Finger().Tap(point).Hold(point)); });
+    EXPECT_EQ(View().Title(), inner);
+    EXPECT_EQ(Selected(), L"a.txt");
+    EXPECT_TRUE(asked.empty());
 }
 
 TEST_F(OpenFile, OfAFolderNeverAsksTheShell) {

@@ -5,6 +5,7 @@
 #include "faults/fault.h"
 #include "tests/support/fake_processes.h"
 #include "tests/support/heaps.h"
+#include "tests/support/input_taken.h"
 #include "tests/support/sample_program.h"
 #include "tests/support/world.h"
 #include "tests/views/drawn_row.h"
@@ -69,6 +70,16 @@ TEST_F(FakeDeviceProcesses, OfOneBaseStandTheLaterFirst) {
                         {3, L"c.exe", L"C:\\c.exe", 0x20000}};
     Open();
     EXPECT_EQ(Rows(), (Titles{L"b.exe", L"c.exe", L"a.exe"}));
+}
+
+TEST_F(FakeDeviceProcesses, AreSelectedByEachOfTwoQuickTaps) {
+    Open();
+    RECT row = {};
+    ASSERT_TRUE(List().RowRectangle(1, &row));
+    const POINT point = OnScreen(List().Handle(), 40, row.top);
+    const InputTaken input;
+    PumpWhileUser([&] { input.Play(Finger().Tap(point.x, point.y - 1).Tap(point)); });
+    EXPECT_EQ(List().GetSelection(), 1u);
 }
 
 TEST_F(FakeDeviceProcesses, StayWhereTheyAreScrolledToWhenTheyAreReadAnew) {
