@@ -39,6 +39,19 @@ HANDLE WINAPI FailToTake(UINT format, HANDLE memory) {
     return nullptr;
 }
 
+// Lets memory be short for blocks of some sizes.
+SIZE_T smallestFailing = 0;
+SIZE_T largestFailing = 0;
+HGLOBAL(WINAPI* globalAlloc)(UINT, SIZE_T) = nullptr;
+
+HGLOBAL WINAPI NoMemory(UINT flags, SIZE_T size) {
+    if (size < smallestFailing || size > largestFailing) {
+        return globalAlloc(flags, size);
+    }
+    SetLastError(ERROR_OUTOFMEMORY);
+    return nullptr;
+}
+
 class ClipboardFaults : public ClipboardFixture {
  protected:
     std::wstring CannotRead(DWORD error) const {
@@ -98,6 +111,27 @@ TEST_F(ClipboardFaults, PathsThatCannotBePutAreTold) {
     });
     EXPECT_TRUE(OpenClipboard(frame.Handle())) << "it is closed";
     CloseClipboard();
+}
+
+TEST_F(ClipboardFaults, ACopyOrCutWithoutMemoryIsToldAndLeavesTheClipboardToOthers) {
+    GoTo(L"from");
+    Select(L"photo.jpg");
+    const PlatformHook<decltype(NoMemory)> hook("GlobalAlloc", NoMemory);
+    globalAlloc = hook.Original();
+    const auto fails = [&](WORD command, SIZE_T smallest, SIZE_T largest) {
+        smallestFailing = smallest;
+        largestFailing = largest;
+        Give(command, [&] {
+            Answer(L"The action can't be completed\r\n" + Error(ERROR_OUTOFMEMORY), "Return");
+        });
+        EXPECT_FALSE(IsClipboardFormatAvailable(CF_HDROP));
+        EXPECT_TRUE(OpenClipboard(nullptr)) << "it is closed";
+        CloseClipboard();
+    };
+    // The block of paths, and the effect of four bytes.
+    fails(copyCommand, 24, 10000);
+    fails(cutCommand, 24, 10000);
+    fails(cutCommand, 4, 4);
 }
 
 TEST_F(ClipboardFaults, TheEffectsBitForMovingCounts) {

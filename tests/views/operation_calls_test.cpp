@@ -148,6 +148,20 @@ TEST_F(OperationCalls, IconsAreAskedForWithTheirPathsAndAttributes) {
     EXPECT_EQ(icons, (std::vector<IconAsked>{{Outside(To(L"b.jpg")), 0, 0x4001u}}));
 }
 
+TEST_F(OperationCalls, AShortcutInTheRootIsReadByItsPlainPath) {
+    folder.MakeFile(L"from\\vantor shortcut.txt", "a");
+    while (View().Up()) {
+    }
+    PutPaths({From(L"vantor shortcut.txt")});
+    {
+        const IconHook hook("SHGetFileInfoW", NoteIcon);
+        icons.clear();
+        Give(57638);
+        EXPECT_EQ(icons, (std::vector<IconAsked>{{Outside(L"\\vantor shortcut.lnk"), 0, 0x4001u}}));
+    }
+    DeleteFileW(L"\\vantor shortcut.lnk");
+}
+
 TEST_F(OperationCalls, HiddenEntriesAreNotAskedAbout) {
     SetFileAttributesW(folder.MakeFile(L"to\\hidden").c_str(), FILE_ATTRIBUTE_HIDDEN);
     folder.MakeFile(L"to\\shown");

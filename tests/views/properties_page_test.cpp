@@ -8,17 +8,19 @@
 #include "tests/support/wait.h"
 #include "tests/support/windows_seen.h"
 #include "tests/views/files_fixture.h"
+#include "text/format.h"
 #include "ui/form_rows.h"
 
 using namespace test;
 
 namespace {
 
-DWORD attributesGiven = 0;
+// What every file is said to be, and how often that was asked for.
+WIN32_FILE_ATTRIBUTE_DATA dataGiven = {};
+int timesAsked = 0;
 BOOL WINAPI GiveAttributes(LPCWSTR, GET_FILEEX_INFO_LEVELS, void* data) {
-    auto& found = *static_cast<WIN32_FILE_ATTRIBUTE_DATA*>(data);
-    found = {};
-    found.dwFileAttributes = attributesGiven;
+    ++timesAsked;
+    *static_cast<WIN32_FILE_ATTRIBUTE_DATA*>(data) = dataGiven;
     return TRUE;
 }
 using AttributesHook = PlatformHook<decltype(GiveAttributes)>;
@@ -104,7 +106,8 @@ class PropertiesPage : public FilesFixture {
     }
     Names CheckedWith(DWORD attributes) {
         folder.MakeFile(L"file.txt");
-        attributesGiven = attributes;
+        dataGiven = {};
+        dataGiven.dwFileAttributes = attributes;
         Names checked;
         const AttributesHook hook("GetFileAttributesExW", GiveAttributes);
         OnPageOf(L"file.txt", [&](HWND page) { checked = Checked(page); });
@@ -144,6 +147,40 @@ TEST_F(PropertiesPage, HasItsLinesInOrder) {
         EXPECT_NE(found, std::string::npos) << line << " is missing in:" << texts;
         position = found == std::string::npos ? position : found;
     }
+}
+
+TEST_F(PropertiesPage, EachOfTheThreeTimesStandsBehindItsLabel) {
+    folder.MakeFile(L"file.txt");
+    dataGiven = {};
+    FILETIME* const times[] = {&dataGiven.ftCreationTime, &dataGiven.ftLastWriteTime,
+                               &dataGiven.ftLastAccessTime};
+    std::string expected;
+    const char* const labels[] = {"Created:", "Modified:", "Accessed:"};
+    for (WORD index = 0; index < 3; ++index) {
+        const SYSTEMTIME time = {static_cast<WORD>(2001 + index), 2, 0, 3, 4, 5, 6, 0};
+        ASSERT_TRUE(SystemTimeToFileTime(&time, times[index]));
+        const std::wstring shown = text::FormatFileTime(*times[index], text::Seconds::With);
+        expected += labels[index] + ('\n' + std::string(shown.begin(), shown.end()) + '\n');
+    }
+    const AttributesHook hook("GetFileAttributesExW", GiveAttributes);
+    const std::string texts = TextsOf(L"file.txt");
+    EXPECT_NE(texts.find(expected), std::string::npos) << expected << "is not in\n" << texts;
+}
+
+TEST_F(PropertiesPage, ReadsTheAttributesOnceHoweverOftenItIsDrawn) {
+    folder.MakeFile(L"file.txt");
+    dataGiven = {};
+    const AttributesHook hook("GetFileAttributesExW", GiveAttributes);
+    timesAsked = 0;
+    DrawnTexts drawn;
+    OnPageOf(L"file.txt", [&](HWND page) {
+        for (int times = 0; times < 3; ++times) {
+            drawn.Forget();
+            InvalidateRect(List(page), nullptr, FALSE);
+            EXPECT_TRUE(drawn.Shows(L"Modified:"));
+        }
+        EXPECT_EQ(timesAsked, 1);
+    });
 }
 
 TEST_F(PropertiesPage, Below1024BytesTellsTheShortSizeOnly) {
