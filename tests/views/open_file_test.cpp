@@ -226,6 +226,7 @@ TEST_F(OpenFile, ThatIsAShortcutToAFolderGoesThere) {
 }
 
 TEST_F(OpenFile, ThatIsAShortcutByAnotherNameGoesThereToo) {
+    const ExecutionHook hook("ShellExecuteExW", NoteExecution);
     const std::wstring inner = folder.MakeFolder(L"inner");
     MakeShortcut(L"a.txt", L'"' + inner + L'"');
     OpenFolder();
