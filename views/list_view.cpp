@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "faults/fault.h"
 #include "ui/action.h"
 #include "ui/drawing_resources.h"
 #include "ui/screen_metrics.h"
@@ -17,15 +18,12 @@ void ListView::Layout(HDC dc) {
     textHeight_ = ui::TextHeight(dc, ui::Fonts().Base());
     smallTextHeight_ = ui::TextHeight(dc, ui::Fonts().Small());
     oneLineHeight_ = ThumbRowHeight(textHeight_);
-    if (!list_.Handle()) {
-        list_.Open(frame_.Pane(), 1);
+    if (!list_.Handle() && !list_.Open(frame_.Pane(), 1)) {
+        throw faults::W32Fault();
     }
 }
 
 bool ListView::Activate(const ViewArgument&) {
-    if (!list_.Handle()) {
-        return false;
-    }
     frame_.Bar().LoadBar(menu_);
     ShowWindow(list_.Handle(), SW_SHOW);
     return true;

@@ -31,7 +31,8 @@ class View {
 
     // The view's operations, in the frame's order.
 
-    // Measures what depends on fonts and images.
+    // Measures what depends on fonts and images, and makes the view's windows when there are none.
+    // Throws W32Fault when they cannot be made.
     virtual void Layout(HDC dc) = 0;
     // Shows the view and loads its data; false when that failed.
     virtual bool Activate(const ViewArgument& argument) = 0;

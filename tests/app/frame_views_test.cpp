@@ -1,4 +1,5 @@
 #include <stdexcept>
+#include <vector>
 
 #include "faults/fault.h"
 #include "tests/app/frame_fixture.h"
@@ -46,19 +47,25 @@ BOOL WINAPI BreakOnHide(HWND window, int command) {
 using MakeWindow = HWND(DWORD, const wchar_t*, const wchar_t*, DWORD, int, int, int, int, HWND,
                         HMENU, HINSTANCE, void*);
 MakeWindow* makeWindow = nullptr;
-int listsAllowed = 0;
+const wchar_t* scarceClass = nullptr;
+int windowsAllowed = 0;
 
-// Has room for so many lists and no more.
-HWND WINAPI CreateFewLists(DWORD extended, const wchar_t* windowClass, const wchar_t* title,
-                           DWORD style, int x, int y, int width, int height, HWND parent,
-                           HMENU menu, HINSTANCE module, void* data) {
+// Has room for so many windows of a class and no more.
+HWND WINAPI CreateFewWindows(DWORD extended, const wchar_t* windowClass, const wchar_t* title,
+                             DWORD style, int x, int y, int width, int height, HWND parent,
+                             HMENU menu, HINSTANCE module, void* data) {
     if (reinterpret_cast<ULONG_PTR>(windowClass) > 0xFFFF &&
-        std::wstring(windowClass) == L"kx::TouchList" && listsAllowed-- <= 0) {
+        std::wstring(windowClass) == scarceClass && windowsAllowed-- <= 0) {
         SetLastError(ERROR_NOT_ENOUGH_MEMORY);
         return nullptr;
     }
     return makeWindow(extended, windowClass, title, style, x, y, width, height, parent, menu,
                       module, data);
+}
+
+BOOL CALLBACK AddWindow(HWND window, LPARAM windows) {
+    reinterpret_cast<std::vector<HWND>*>(windows)->push_back(window);
+    return TRUE;
 }
 
 class FrameViews : public FrameFixture {};
@@ -214,25 +221,22 @@ TEST_F(FrameViews, ThatFailToOpenHaveTakenThePlaceOfTheOldOne) {
     EXPECT_EQ(CleanSettings::Number(L"view"), 0u);
 }
 
-TEST_F(FrameViews, WithoutAListAreReported) {
-    const DrawnTexts drawn;
-    const PlatformHook<MakeWindow> hook("CreateWindowExW", CreateFewLists);
+TEST_F(FrameViews, WithoutAWindowOfTheirOwnAreNoFrame) {
+    const PlatformHook<MakeWindow> hook("CreateWindowExW", CreateFewWindows);
     makeWindow = hook.Original();
-    listsAllowed = 1;
-    Open();
-    RunFrame([&] {
-        SetForegroundWindow(frame.Handle());
-        PostMessageW(frame.Handle(), WM_COMMAND, 601, 0);
-        const HWND box = WaitForWindow(L"#32770");
-        ASSERT_TRUE(box);
-        EXPECT_TRUE(drawn.Shows(L"Ok"));
-        EXPECT_NE(drawn.All().find("The action can't be completed"), std::string::npos);
-        Finger().Key("Return").Play();
-        EXPECT_TRUE(WaitFor([&] { return !IsWindow(box); }));
-        PostMessageW(frame.Handle(), WM_COMMAND, 600, 0);
-        EXPECT_TRUE(WaitForCaption(L"\\"));
-    });
-    EXPECT_EQ(loopResult, 1);
+    scarceClass = L"kx::TouchList";
+    for (windowsAllowed = 0; windowsAllowed < 5;) {
+        const int allowed = windowsAllowed;
+        EXPECT_FALSE(frame.Open()) << allowed;
+        EXPECT_FALSE(frame.Handle());
+        windowsAllowed = allowed + 1;
+    }
+    scarceClass = L"kx::PathBar";
+    windowsAllowed = 0;
+    EXPECT_FALSE(frame.Open());
+    EXPECT_FALSE(CleanSettings::Number(L"view"));
+    windowsAllowed = 1;
+    EXPECT_TRUE(frame.Open());
 }
 
 TEST_F(FrameViews, StayWhenTheyFailBeforeGivingWay) {
@@ -280,6 +284,25 @@ TEST_F(FrameViews, LeaveABandOfTheFontsHeightToTheBar) {
     RECT pane;
     GetClientRect(frame.Pane(), &pane);
     EXPECT_EQ(pane.bottom + bar.bottom, client.bottom);
+}
+
+// Each window paints all of itself at once: what is erased before would flicker.
+TEST_F(FrameViews, AreNeverErased) {
+    Open();
+    for (const UINT command : {600u, 601u, 602u, 620u, 603u}) {
+        Command(command);
+        std::vector<HWND> windows = {frame.Handle()};
+        EnumChildWindows(frame.Handle(), AddWindow, reinterpret_cast<LPARAM>(&windows));
+        for (const HWND window : windows) {
+            const platform::WindowDC dc(window);
+            EXPECT_EQ(SendMessageW(window, WM_ERASEBKGND,
+                                   reinterpret_cast<WPARAM>(static_cast<HDC>(dc)), 0),
+                      1)
+                << testing::PrintToString(ClassOf(window));
+        }
+        // The frame, the pane, the bar, the slide bar, five lists and the path bar.
+        EXPECT_EQ(windows.size(), 10u);
+    }
 }
 
 TEST_F(FrameViews, StandInAWindowOfTheStatedStyles) {

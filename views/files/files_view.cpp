@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "faults/fault.h"
 #include "platform/handles.h"
 #include "text/format.h"
 #include "ui/action.h"
@@ -35,7 +36,9 @@ void FilesView::Layout(HDC dc) {
     rows_.Layout(dc);
     oneLineHeight_ = rows_.OneLineHeight();
     if (!pathBar_.Handle()) {
-        pathBar_.Open(GetFrame().Pane(), [this] { GoUp(); });
+        if (!pathBar_.Open(GetFrame().Pane(), [this] { GoUp(); })) {
+            throw faults::W32Fault();
+        }
         pathBar_.SetText(TextOfFolder(path_));
     }
 }
