@@ -267,16 +267,17 @@ void HiddenAppList::HideApp(HWND window) {
     if (process == 0) {
         return;
     }
-    std::wstring path = PathOfProcess(process);
+    const std::wstring path = PathOfProcess(process);
     if (path.empty()) {
         throw faults::W32Fault();
     }
     if (!empty_ && Matches(path)) {
         return;
     }
+    // Whether the list is empty stays as it was found at the start. The application is hidden until
+    // the program ends also when that cannot be written down.
+    paths_.Insert(path);
     WriteEntry(path);
-    // Whether the list is empty stays as it was found at the start.
-    paths_.Insert(std::move(path));
 }
 
 }  // namespace views

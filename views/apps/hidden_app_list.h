@@ -34,7 +34,8 @@ class HiddenAppList final : public HiddenApps {
     // was empty at its start, nothing is hidden until the program starts again.
     bool IsHidden(HWND window) const override;
     // Adds the window's executable and writes the file; nothing for a window without a process.
-    // Throws W32Fault or COMFault; the file is then as it was.
+    // Throws W32Fault or COMFault: the file is then as it was, and the application hidden only
+    // until the program ends.
     void HideApp(HWND window) override;
 
  private:
