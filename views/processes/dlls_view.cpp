@@ -29,7 +29,8 @@ std::wstring PathOf(DWORD processId, const platform::ModuleEntry& entry) {
 std::unique_ptr<ImageItem> MakeItem(DWORD processId, const platform::ModuleEntry& entry) {
     auto item = std::make_unique<ImageItem>();
     item->path = PathOf(processId, entry);
-    item->icon = IconOfFile(item->path);
+    // A path that the snapshot does not tell has no icon.
+    item->icon = IconOfFile(entry.path);
     item->name = entry.name;
     item->base = entry.base;
     item->id = entry.id;
