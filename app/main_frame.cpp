@@ -65,15 +65,19 @@ bool MainFrame::Open() {
                   WS_CLIPCHILDREN, anywhere, nullptr);
 }
 
-void MainFrame::CreateViews() {
-    views_[static_cast<size_t>(ViewIndex::Files)] = std::make_unique<views::FilesView>(*this);
-    views_[static_cast<size_t>(ViewIndex::Applications)] =
-        std::make_unique<views::ApplicationsView>(*this);
-    views_[static_cast<size_t>(ViewIndex::Processes)] =
-        std::make_unique<views::ProcessesView>(*this);
-    views_[static_cast<size_t>(ViewIndex::SystemStatus)] =
-        std::make_unique<views::SystemStatusView>(*this);
-    views_[static_cast<size_t>(ViewIndex::Dlls)] = std::make_unique<views::DllsView>(*this);
+std::unique_ptr<views::View> MainFrame::MakeView(ViewIndex view) {
+    switch (view) {
+        case ViewIndex::Applications:
+            return std::make_unique<views::ApplicationsView>(*this);
+        case ViewIndex::Processes:
+            return std::make_unique<views::ProcessesView>(*this);
+        case ViewIndex::SystemStatus:
+            return std::make_unique<views::SystemStatusView>(*this);
+        case ViewIndex::Dlls:
+            return std::make_unique<views::DllsView>(*this);
+        default:
+            return std::make_unique<views::FilesView>(*this);
+    }
 }
 
 void MainFrame::OnCreate() {
@@ -91,7 +95,9 @@ void MainFrame::OnCreate() {
     closer_->SpareWindow(Handle());
     hiddenApps_.LoadHiddenApps();
     closer_->SetHiddenApps(&hiddenApps_);
-    CreateViews();
+    for (size_t index = 0; index < views::viewCount; ++index) {
+        views_[index] = MakeView(static_cast<ViewIndex>(index));
+    }
     for (const std::unique_ptr<views::View>& view : views_) {
         view->Layout(dc);
     }

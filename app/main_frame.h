@@ -17,7 +17,7 @@ namespace app {
 
 inline constexpr wchar_t mainWindowClass[] = L"Vantor Main Window";
 
-class MainFrame final : public ui::Window, public views::Frame, private PaneOwner {
+class MainFrame : public ui::Window, public views::Frame, private PaneOwner {
  public:
     MainFrame() = default;
     ~MainFrame() override;
@@ -44,10 +44,11 @@ class MainFrame final : public ui::Window, public views::Frame, private PaneOwne
 
  protected:
     LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+    // Makes one of the views; called for each while the window is created.
+    virtual std::unique_ptr<views::View> MakeView(views::ViewIndex view);
 
  private:
     void OnCreate();
-    void CreateViews();
     void ArrangeView(const RECT& area) override;
     LRESULT NotifyView(const NMHDR& notification) override;
     void TimerOfView(UINT_PTR timer) override;

@@ -1,0 +1,221 @@
+// What the frame asks of its views, and in which order: of views that only note it.
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "app/main_frame.h"
+#include "faults/fault.h"
+#include "tests/support/box.h"
+#include "tests/support/drawn_texts.h"
+#include "tests/support/user.h"
+#include "tests/support/wait.h"
+#include "tests/support/windows_seen.h"
+#include "tests/support/world.h"
+
+using namespace test;
+using views::ViewIndex;
+
+namespace {
+
+// What was asked of which view: "activate 1".
+std::vector<std::string> asked;
+ViewIndex refusing = static_cast<ViewIndex>(views::viewCount);
+bool layoutFails = false;
+void (*whenCommanded)() = nullptr;
+
+struct FlagChange {
+    DWORD mask;
+    DWORD value;
+    bool operator==(const FlagChange&) const = default;
+};
+std::vector<FlagChange> flagChanges;
+
+class NotingView final : public views::View {
+ public:
+    NotingView(views::Frame& frame, ViewIndex index) : frame_(frame), index_(index) {}
+
+    void Layout(HDC dc) override {
+        EXPECT_TRUE(dc);
+        Note("layout");
+        if (layoutFails) {
+            throw faults::W32Fault(E_OUTOFMEMORY);
+        }
+    }
+    bool Activate(const views::ViewArgument& argument) override {
+        EXPECT_EQ(argument.processId, 0u);
+        EXPECT_TRUE(argument.path.empty());
+        Note("activate");
+        frame_.Bar().LoadBar(504);
+        return true;
+    }
+    bool Deactivate(HDC dc) override {
+        EXPECT_TRUE(dc);
+        Note("deactivate");
+        return index_ != refusing;
+    }
+    void Resume() override { Note("resume"); }
+    void Suspend() override { Note("suspend"); }
+    void FlagsChanged(DWORD mask, DWORD value) override { flagChanges.push_back({mask, value}); }
+    std::wstring Title() const override { return L"View " + std::to_wstring(Number()); }
+    void DrawRow(const DRAWITEMSTRUCT&) override {}
+    void DeleteRow(ULONG_PTR) override {}
+    void Tap(unsigned) override {}
+    void UpdateMenu(HMENU) override {}
+    bool Key(WPARAM) override { return false; }
+    bool Command(WORD command) override {
+        if (command != 615) {
+            return false;
+        }
+        if (whenCommanded) {
+            whenCommanded();
+        }
+        return true;
+    }
+    void Refresh() override {}
+    int RowHeight(ULONG_PTR) const override { return 1; }
+    void Arrange(const RECT&) override {}
+    bool Back() override { return false; }
+    void Close() override {}
+    void Focus() override {}
+    void MarksChanged() override {}
+    LRESULT Notify(const NMHDR&) override { return 0; }
+
+ private:
+    DWORD Number() const { return static_cast<DWORD>(index_); }
+    void Note(const char* what) const {
+        asked.push_back(std::string(what) + ' ' + std::to_string(Number()));
+    }
+
+    views::Frame& frame_;
+    ViewIndex index_;
+};
+
+class FrameOfNotingViews final : public app::MainFrame {
+ public:
+    ~FrameOfNotingViews() override { Destroy(); }
+
+ protected:
+    std::unique_ptr<views::View> MakeView(ViewIndex view) override {
+        return std::make_unique<NotingView>(*this, view);
+    }
+};
+
+using Asked = std::vector<std::string>;
+
+class FrameSwitching : public testing::Test {
+ protected:
+    FrameSwitching() {
+        asked.clear();
+        flagChanges.clear();
+        refusing = static_cast<ViewIndex>(views::viewCount);
+        layoutFails = false;
+        whenCommanded = nullptr;
+    }
+    ~FrameSwitching() override {
+        frame.Destroy();
+        MSG message;
+        while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
+        }
+    }
+    void Open() {
+        ASSERT_TRUE(frame.Open());
+        ShowWindow(frame.Handle(), SW_SHOW);
+        asked.clear();
+    }
+    Asked AskedBy(UINT command) {
+        asked.clear();
+        SendMessageW(frame.Handle(), WM_COMMAND, command, 0);
+        return asked;
+    }
+    // Runs the view's command, which fails, and reads the message box about it.
+    bool SaysOf(void (*failure)(), const std::wstring& text) {
+        whenCommanded = failure;
+        bool said = false;
+        const DrawnTexts drawn;
+        WhileUser(
+            [&] {
+                const HWND box = WaitForBox();
+                said = drawn.Shows(text);
+                EXPECT_TRUE(said) << drawn.All();
+                EXPECT_EQ(TextOf(box), L"Error");
+                EXPECT_EQ(GetWindow(box, GW_OWNER), frame.Handle());
+                AnswerBox(box, Finger().Key("Return"));
+            },
+            [&] { AskedBy(615); });
+        return said;
+    }
+
+    const CleanSettings settings;
+    FrameOfNotingViews frame;
+};
+
+}  // namespace
+
+TEST_F(FrameSwitching, LaysAllViewsOutBeforeItActivatesTheFirst) {
+    CleanSettings::SetNumber(L"view", 2);
+    ASSERT_TRUE(frame.Open());
+    EXPECT_EQ(asked,
+              (Asked{"layout 0", "layout 1", "layout 2", "layout 3", "layout 4", "activate 2"}));
+    EXPECT_EQ(TextOf(frame.Handle()), L"View 2");
+}
+
+TEST_F(FrameSwitching, LaysTheNewViewOutBetweenTheOldOnesEndAndItsOwnBeginning) {
+    Open();
+    EXPECT_EQ(AskedBy(601), (Asked{"deactivate 0", "layout 1", "activate 1"}));
+    EXPECT_EQ(AskedBy(620), (Asked{"deactivate 1", "layout 4", "activate 4"}));
+    EXPECT_EQ(AskedBy(603), (Asked{"deactivate 4", "layout 3", "activate 3"}));
+    // Also to the view that is shown already.
+    EXPECT_EQ(AskedBy(603), (Asked{"deactivate 3", "layout 3", "activate 3"}));
+    EXPECT_EQ(TextOf(frame.Handle()), L"View 3");
+}
+
+TEST_F(FrameSwitching, LeavesAViewThatRefusesWhereItIs) {
+    Open();
+    refusing = ViewIndex::Files;
+    for (const UINT command : {601u, 602u, 603u, 620u, 600u}) {
+        EXPECT_EQ(AskedBy(command), Asked{"deactivate 0"}) << command;
+        EXPECT_EQ(TextOf(frame.Handle()), L"View 0") << command;
+    }
+    refusing = ViewIndex::Dlls;
+    EXPECT_EQ(AskedBy(602), (Asked{"deactivate 0", "layout 2", "activate 2"}));
+}
+
+TEST_F(FrameSwitching, FailsToOpenWithAViewThatCannotBeLaidOut) {
+    layoutFails = true;
+    EXPECT_FALSE(frame.Open());
+    EXPECT_EQ(asked, Asked{"layout 0"});
+}
+
+TEST_F(FrameSwitching, TellsTheViewAloneThatTheWindowComesAndGoes) {
+    Open();
+    AskedBy(602);
+    asked.clear();
+    SendMessageW(frame.Handle(), WM_ACTIVATE, WA_INACTIVE, 0);
+    EXPECT_EQ(asked, Asked{"suspend 2"});
+    SendMessageW(frame.Handle(), WM_ACTIVATE, WA_ACTIVE, 0);
+    EXPECT_EQ(asked, (Asked{"suspend 2", "resume 2"}));
+}
+
+TEST_F(FrameSwitching, TellsTheViewWhichOptionHasChangedAndHow) {
+    Open();
+    AskedBy(691);
+    AskedBy(698);
+    AskedBy(691);
+    EXPECT_EQ(flagChanges,
+              (std::vector<FlagChange>{{0x0040, 0x0040}, {0x1000, 0x1000}, {0x0040, 0}}));
+    flagChanges.clear();
+    AskedBy(694);
+    AskedBy(695);
+    EXPECT_TRUE(flagChanges.empty());
+}
+
+TEST_F(FrameSwitching, TellsOfACommandThatFails) {
+    Open();
+    EXPECT_TRUE(SaysOf([] { throw faults::Fault(std::wstring(L"nobody knows")); },
+                       L"The action can't be completed\r\nnobody knows"));
+    EXPECT_TRUE(SaysOf([] { throw std::runtime_error("internal"); },
+                       L"The action can't be completed\r\nUnexpected error."));
+}
