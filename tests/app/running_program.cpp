@@ -14,8 +14,7 @@ int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, wchar_t* commandLine, int sho
 
 namespace test {
 
-RunningProgram::RunningProgram()
-    : event(CreateEventW(nullptr, FALSE, TRUE, app::instanceEventName)) {}
+RunningProgram::RunningProgram() : event(CreateEventW(nullptr, FALSE, TRUE, eventName)) {}
 
 RunningProgram::~RunningProgram() {
     app::TheModule().SetExitHook(nullptr);
@@ -29,7 +28,7 @@ RunningProgram::~RunningProgram() {
 void RunningProgram::Run(const std::function<void()>& script) {
     WhileUser(script, [this] {
         wchar_t noArguments[] = L"";
-        result = wWinMain(GetModuleHandleW(nullptr), nullptr, noArguments, SW_SHOW);
+        result = wWinMain(GetModuleHandleW(nullptr), nullptr, noArguments, showCommand);
     });
 }
 

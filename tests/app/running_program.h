@@ -13,6 +13,9 @@
 
 namespace test {
 
+// The event by which instances of every version know each other.
+inline constexpr wchar_t eventName[] = L"{5D0C1A7E-3B94-4F2A-8E61-0A9B7C3D2E14}";
+
 // Puts back what a run of the program takes down with it.
 class RunningProgram : public testing::Test {
  protected:
@@ -25,6 +28,9 @@ class RunningProgram : public testing::Test {
     void RunToMessage(const std::function<void()>& script = [] {});
     // The same for a run that needs no person but is to be closed.
     void RunAndClose();
+
+    // How the program is told to show its window.
+    int showCommand = SW_SHOW;
 
     // The main window; waits for it.
     static HWND MainWindow();

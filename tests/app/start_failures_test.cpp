@@ -6,6 +6,7 @@
 #include "faults/fault.h"
 #include "tests/app/running_program.h"
 #include "tests/app/short_memory.h"
+#include "tests/support/hidden_apps_folder.h"
 #include "tests/support/platform_hook.h"
 #include "tests/support/wait.h"
 #include "tests/support/windows_seen.h"
@@ -126,6 +127,10 @@ LONG WINAPI FailToSet(HKEY, const wchar_t*, DWORD, DWORD, const BYTE*, DWORD) {
     return ERROR_DISK_FULL;
 }
 
+HRESULT WINAPI NoPrograms(const wchar_t*, CLSID*) {
+    return REGDB_E_READREGDB;
+}
+
 void FailAtExit() {
     throw faults::W32Fault(faults::ResultFromError(ERROR_FILE_NOT_FOUND));
 }
@@ -193,6 +198,16 @@ TEST_F(StartFailure, OfAWindowInTheMainWindowIsShownAndNothingSaved) {
     }
 }
 
+TEST_F(StartFailure, OfTheHiddenApplicationsIsShown) {
+    const HiddenAppsFolder hiddenApps;
+    hiddenApps.Write("<hide/>");
+    const PlatformHook<HRESULT(const wchar_t*, CLSID*)> hook("CLSIDFromProgID", NoPrograms);
+    RunToMessage();
+    ExpectShown(L"Cannot create main window");
+    EXPECT_FALSE(CleanSettings::Number(L"view"));
+    EXPECT_TRUE(EventIsSignalled());
+}
+
 TEST_F(StartFailure, OfTheEventIsShown) {
     const PlatformHook<CreateEventHook> hook("CreateEventW", FailToCreateEvent);
     createEvent = hook.Original();
@@ -202,7 +217,7 @@ TEST_F(StartFailure, OfTheEventIsShown) {
 
 TEST_F(StartFailure, OfAnEventWhoseNameIsTakenIsShown) {
     event.Reset();
-    const platform::UniqueHandle other(CreateMutexW(nullptr, FALSE, app::instanceEventName));
+    const platform::UniqueHandle other(CreateMutexW(nullptr, FALSE, eventName));
     RunToMessage();
     ExpectShown(TextOfCode(static_cast<HRESULT>(0x80070006)));
 }

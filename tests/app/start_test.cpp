@@ -1,10 +1,15 @@
+#include <cwchar>
+
 #include "app/main_frame.h"
 #include "app/module.h"
 #include "app/run.h"
 #include "faults/fault.h"
 #include "tests/app/running_program.h"
+#include "tests/support/picture_file.h"
 #include "tests/support/platform_hook.h"
+#include "tests/support/program_thread.h"
 #include "tests/support/resource_module.h"
+#include "tests/support/user.h"
 #include "tests/support/wait.h"
 #include "tests/support/windows_seen.h"
 #include "ui/drawing_resources.h"
@@ -30,7 +35,7 @@ bool signalledAtExit = true;
 
 void LookAtExit() {
     windowExistedAtExit = FindWindowW(app::mainWindowClass, nullptr) != nullptr;
-    const platform::UniqueHandle event(OpenEventW(EVENT_ALL_ACCESS, FALSE, app::instanceEventName));
+    const platform::UniqueHandle event(OpenEventW(EVENT_ALL_ACCESS, FALSE, eventName));
     // Takes the signal that the main window's creation has given.
     signalledAtExit = WaitForSingleObject(event.Get(), 0) == WAIT_OBJECT_0;
 }
@@ -71,6 +76,47 @@ DWORD WINAPI TellNoProgramPath(HMODULE, wchar_t*, DWORD) {
 
 using ModuleFileName = DWORD(HMODULE, wchar_t*, DWORD);
 
+// How the main window is made, and what the event says before and after it.
+struct Creation {
+    std::wstring title;
+    DWORD style = 0;
+    DWORD extendedStyle = 1;
+    bool anywhere = false;
+    HWND parent = nullptr;
+    bool signalled = false;
+};
+Creation creation;
+
+using WindowMaker = HWND(DWORD, const wchar_t*, const wchar_t*, DWORD, int, int, int, int, HWND,
+                         HMENU, HINSTANCE, void*);
+WindowMaker* createWindow = nullptr;
+
+bool TakeSignal() {
+    const platform::UniqueHandle event(OpenEventW(EVENT_ALL_ACCESS, FALSE, eventName));
+    return WaitForSingleObject(event.Get(), 0) == WAIT_OBJECT_0;
+}
+
+HWND WINAPI NoteCreation(DWORD extendedStyle, const wchar_t* className, const wchar_t* title,
+                         DWORD style, int x, int y, int width, int height, HWND parent, HMENU menu,
+                         HINSTANCE instance, void* parameter) {
+    const bool isMain = std::wcscmp(className, L"Vantor Main Window") == 0;
+    if (isMain) {
+        creation = Creation{title,
+                            style,
+                            extendedStyle,
+                            x == CW_USEDEFAULT && y == CW_USEDEFAULT && width == CW_USEDEFAULT &&
+                                height == CW_USEDEFAULT,
+                            parent,
+                            TakeSignal()};
+    }
+    const HWND window = createWindow(extendedStyle, className, title, style, x, y, width, height,
+                                     parent, menu, instance, parameter);
+    if (isMain) {
+        creation.signalled |= TakeSignal();
+    }
+    return window;
+}
+
 class ProgramRun : public RunningProgram {};
 
 class ProgramInGerman : public RunningProgram {
@@ -81,6 +127,20 @@ class ProgramInGerman : public RunningProgram {
     }
     void MakePack() {
         ResourceModule(0x0407).Text(802, L"Zustand").Write(programPath + L".0407.ui");
+    }
+    // The bytes of a strip of three icons of this size, in pixels.
+    std::vector<BYTE> Strip(int iconSize) const {
+        const std::vector<COLORREF> pixels(static_cast<size_t>(3 * iconSize * iconSize),
+                                           RGB(1, 2, 3));
+        const std::wstring path = L"C:" + folder.Path() + L"\\strip.png";
+        EXPECT_TRUE(WritePng(Picture(3 * iconSize, iconSize, pixels), path));
+        const platform::UniqueHandle file(CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ,
+                                                      nullptr, OPEN_EXISTING, 0, nullptr));
+        std::vector<BYTE> bytes(GetFileSize(file.Get(), nullptr));
+        DWORD read = 0;
+        EXPECT_TRUE(
+            ReadFile(file.Get(), bytes.data(), static_cast<DWORD>(bytes.size()), &read, nullptr));
+        return bytes;
     }
     // The main window's caption as the program's language has it.
     std::wstring Caption() {
@@ -116,6 +176,53 @@ TEST_F(ProgramRun, SignalsTheEventOnceItsWindowIsThere) {
     EXPECT_TRUE(signalled);
 }
 
+TEST_F(ProgramRun, SignalsTheEventNoSooner) {
+    const PlatformHook<WindowMaker> hook("CreateWindowExW", NoteCreation);
+    createWindow = hook.Original();
+    creation = Creation();
+    RunAndClose();
+    EXPECT_EQ(creation.extendedStyle, 0u) << "the main window was not made";
+    EXPECT_FALSE(creation.signalled);
+}
+
+TEST_F(ProgramRun, MakesItsWindowAnywhereWithItsName) {
+    const PlatformHook<WindowMaker> hook("CreateWindowExW", NoteCreation);
+    createWindow = hook.Original();
+    creation = Creation();
+    RunAndClose();
+    EXPECT_EQ(creation.title, L"Vantor");
+    EXPECT_EQ(creation.style, 0x02000000u);
+    EXPECT_EQ(creation.extendedStyle, 0u);
+    EXPECT_TRUE(creation.anywhere);
+    EXPECT_FALSE(creation.parent);
+}
+
+TEST_F(ProgramRun, ShowsItsWindowAsItIsTold) {
+    const ProgramThread program;
+    showCommand = SW_HIDE;
+    bool visible = true;
+    Run([&] {
+        HWND window = nullptr;
+        ASSERT_TRUE(WaitFor(
+            [&] { return (window = FindWindowW(L"Vantor Main Window", nullptr)) != nullptr; }));
+        // Answered by the message loop, which begins behind the showing.
+        program.Call([&] { visible = IsWindowVisible(window) != FALSE; });
+        PostMessageW(window, WM_CLOSE, 0, 0);
+    });
+    EXPECT_FALSE(visible);
+}
+
+TEST_F(ProgramRun, EndsWithWhatItsLoopHasEndedWith) {
+    app::Module& module = app::TheModule();
+    ASSERT_EQ(module.Initialize(GetModuleHandleW(nullptr)), S_OK);
+    int ended = -1;
+    WhileUser([] { PostMessageW(MainWindow(), WM_CLOSE, 0, 0); },
+              [&] { ended = app::Run(module, L"", SW_SHOW); });
+    EXPECT_EQ(module.CurrentLoop(), nullptr) << "the loop that has ended is still registered";
+    module.Shutdown();
+    EXPECT_EQ(ended, 1);
+}
+
 TEST_F(ProgramRun, SignalsTheEventOnceMoreAtItsEnd) {
     bool signalledEarly = true;
     Run([&] {
@@ -131,7 +238,7 @@ TEST_F(ProgramRun, SignalsTheEventOnceMoreAtItsEnd) {
 TEST_F(ProgramRun, ClosesTheEvent) {
     event.Reset();
     RunAndClose();
-    EXPECT_FALSE(OpenEventW(EVENT_ALL_ACCESS, FALSE, app::instanceEventName));
+    EXPECT_FALSE(OpenEventW(EVENT_ALL_ACCESS, FALSE, eventName));
     EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_FILE_NOT_FOUND));
 }
 
@@ -148,12 +255,16 @@ TEST_F(ProgramRun, RunsTheExitHookBetweenTheWindowsEndAndTheSignal) {
 }
 
 TEST_F(ProgramRun, RegistersTheLoopOfTheMainThreadWhileItRuns) {
+    const ProgramThread program;
+    bool registered = false;
     Run([&] {
         const HWND window = MainWindow();
         EXPECT_EQ(app::TheModule().ThreadId(), GetWindowThreadProcessId(window, nullptr));
-        EXPECT_EQ(app::TheModule().CurrentLoop(), nullptr);
+        EXPECT_EQ(app::TheModule().CurrentLoop(), nullptr) << "the user's thread has none";
+        program.Call([&] { registered = app::TheModule().CurrentLoop() != nullptr; });
         PostMessageW(window, WM_CLOSE, 0, 0);
     });
+    EXPECT_TRUE(registered);
 }
 
 TEST_F(ProgramRun, FreesFontsAndPicturesAtItsEnd) {
@@ -217,6 +328,28 @@ TEST_F(ProgramInGerman, KeepsItsOwnPicturesWithAPackOfTexts) {
         PostMessageW(window, WM_CLOSE, 0, 0);
     });
     EXPECT_TRUE(hasStrips);
+}
+
+TEST_F(ProgramInGerman, TakesThePacksPicturesWhereItHasThem) {
+    ResourceModule(0x0407)
+        .Text(802, L"Zustand")
+        .Picture(1000, Strip(20))
+        .Picture(1005, Strip(24))
+        .Write(programPath + L".0407.ui");
+    CleanSettings::SetNumber(L"langid", 0x0407);
+    const ProgramThread program;
+    int mainSize = 0;
+    int statusSize = 0;
+    Run([&] {
+        const HWND window = MainWindow();
+        program.Call([&] {
+            mainSize = ui::Resources().mainStrip.IconSize();
+            statusSize = ui::Resources().StatusStrip().IconSize();
+        });
+        PostMessageW(window, WM_CLOSE, 0, 0);
+    });
+    EXPECT_EQ(mainSize, 20);
+    EXPECT_EQ(statusSize, 24);
 }
 
 TEST(RestartedProgram, IsItsOwnExecutableWithoutArguments) {
