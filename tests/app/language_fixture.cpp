@@ -1,6 +1,5 @@
 #include "tests/app/language_fixture.h"
 
-#include "app/settings.h"
 #include "platform/handles.h"
 #include "text/resources.h"
 
@@ -110,7 +109,7 @@ void LanguageFixture::MakePack(const std::wstring& name, LANGID language, const 
 
 void LanguageFixture::SetOverride(const wchar_t* name, DWORD type, const void* data, size_t size) {
     platform::UniqueKey key;
-    ASSERT_EQ(RegCreateKeyExW(HKEY_LOCAL_MACHINE, app::languagePacksKey, 0, nullptr, 0,
+    ASSERT_EQ(RegCreateKeyExW(HKEY_LOCAL_MACHINE, L"Software\\Kelmor\\vantor\\mui", 0, nullptr, 0,
                               KEY_ALL_ACCESS, nullptr, key.Receive(), nullptr),
               ERROR_SUCCESS);
     ASSERT_EQ(RegSetValueExW(key.Get(), name, 0, type, static_cast<const BYTE*>(data),

@@ -106,6 +106,26 @@ TEST_F(LanguageList, ThatTheRegistryDoesNotGiveIsAFault) {
     }
 }
 
+// More than 260 characters of a name or its data are not looked at.
+TEST_F(LanguageList, IsAFaultWhereTheRegistryTellsTooMuch) {
+    const auto code = [] {
+        try {
+            app::ListLanguages();
+        } catch (const faults::W32Fault& fault) {
+            return fault.Code();
+        }
+        return S_OK;
+    };
+    Register(L"another", std::wstring(259, L'p'));
+    EXPECT_EQ(code(), S_OK);
+    Register(L"another", std::wstring(261, L'p'));
+    EXPECT_EQ(code(), static_cast<HRESULT>(0x800700EA));
+    Register(L"another", L"p");
+    EXPECT_EQ(code(), S_OK);
+    Register(std::wstring(261, L'n'), L"p");
+    EXPECT_EQ(code(), static_cast<HRESULT>(0x800700EA));
+}
+
 TEST_F(LanguageList, OfAProgramWithoutAPathIsAFault) {
     LoseProgramPath();
     EXPECT_THROW(app::ListLanguages(), faults::W32Fault);

@@ -16,6 +16,14 @@ LCID WINAPI GermanUser() {
     return 0x00010407;
 }
 
+std::vector<DWORD> loadFlags;
+decltype(LoadLibraryExW)* loadLibrary = nullptr;
+HMODULE WINAPI NoteLoad(LPCWSTR path, HANDLE file, DWORD flags) {
+    EXPECT_FALSE(file);
+    loadFlags.push_back(flags);
+    return loadLibrary(path, file, flags);
+}
+
 class LanguagePacks : public LanguageFixture {};
 
 }  // namespace
@@ -41,6 +49,16 @@ TEST_F(LanguagePacks, AreFoundBesideTheProgram) {
     EXPECT_EQ(Ok(), L"Gut");
     EXPECT_EQ(text::Language(), german);
     EXPECT_TRUE(Freed().empty());
+}
+
+// Nothing in a pack is ever run.
+TEST_F(LanguagePacks, AreLoadedAsData) {
+    MakePack(L"vantor.exe.0407.ui", german, L"Gut");
+    const PlatformHook<decltype(NoteLoad)> hook("LoadLibraryExW", NoteLoad);
+    loadLibrary = hook.Original();
+    loadFlags.clear();
+    EXPECT_TRUE(LoadLanguage(german));
+    EXPECT_EQ(loadFlags, std::vector<DWORD>{LOAD_LIBRARY_AS_DATAFILE});
 }
 
 TEST_F(LanguagePacks, ThatAreMissingChangeNothing) {

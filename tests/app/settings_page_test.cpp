@@ -1,6 +1,7 @@
 #include "app/settings_page.h"
 
 #include "app/language.h"
+#include "faults/fault.h"
 #include "tests/app/language_fixture.h"
 #include "tests/support/drawn_texts.h"
 #include "tests/support/finger.h"
@@ -114,6 +115,16 @@ TEST_F(SettingsPage, WithoutAListOfLanguagesIsAFault) {
     enumerations = 0;
     EXPECT_ANY_THROW(app::ShowSettings(nullptr));
     EXPECT_EQ(enumerations, 1);
+}
+
+TEST_F(SettingsPage, WithAListThatIsCutOffIsAFault) {
+    SetOverride(std::wstring(261, L'p'));
+    try {
+        app::ShowSettings(nullptr);
+        ADD_FAILURE() << "no fault";
+    } catch (const faults::W32Fault& fault) {
+        EXPECT_EQ(fault.Code(), static_cast<HRESULT>(0x800700EA));
+    }
 }
 
 TEST_F(SettingsPage, StaysOpenWhenTheLanguageCannotBeStored) {

@@ -2,6 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+#include <utility>
+#include <vector>
+
 #include "faults/fault.h"
 #include "platform/coredll.h"
 #include "platform/handles.h"
@@ -35,6 +39,23 @@ LONG WINAPI CreateUserKeyOnly(HKEY root, const wchar_t* path, DWORD reserved, wc
 
 LONG WINAPI FailToSet(HKEY, const wchar_t*, DWORD, DWORD, const BYTE*, DWORD) {
     return ERROR_DISK_FULL;
+}
+
+// The rights that were asked for, by the key's path.
+std::vector<std::pair<std::wstring, REGSAM>> opened;
+std::vector<std::pair<std::wstring, REGSAM>> created;
+
+decltype(RegOpenKeyExW)* openKey = nullptr;
+LSTATUS WINAPI NoteOpened(HKEY root, LPCWSTR path, DWORD options, REGSAM access, PHKEY key) {
+    opened.emplace_back(path, access);
+    return openKey(root, path, options, access, key);
+}
+
+LONG WINAPI NoteCreated(HKEY root, const wchar_t* path, DWORD reserved, wchar_t* className,
+                        DWORD options, REGSAM access, SECURITY_ATTRIBUTES* security, HKEY* key,
+                        DWORD* disposition) {
+    created.emplace_back(path, access);
+    return createKey(root, path, reserved, className, options, access, security, key, disposition);
 }
 
 HRESULT CodeOf(void (*action)()) {
@@ -75,6 +96,30 @@ TEST_F(Settings, AreNotMadeByReading) {
     platform::UniqueKey key;
     EXPECT_EQ(RegOpenKeyExW(HKEY_LOCAL_MACHINE, L"Software\\Kelmor", 0, KEY_READ, key.Receive()),
               ERROR_FILE_NOT_FOUND);
+}
+
+TEST_F(Settings, AskForTheRightsOfReadingOrForAll) {
+    const PlatformHook<decltype(NoteOpened)> open("RegOpenKeyExW", NoteOpened);
+    const PlatformHook<CreateKey> create("RegCreateKeyExW", NoteCreated);
+    openKey = open.Original();
+    createKey = create.Original();
+    opened.clear();
+    created.clear();
+    ReadNumber(L"view");
+    ReadText(L"path");
+    EXPECT_TRUE(created.empty());
+    EXPECT_FALSE(opened.empty());
+    for (const auto& [path, access] : opened) {
+        EXPECT_EQ(path, L"Software\\Kelmor\\vantor");
+        EXPECT_EQ(access, 0x20019u);
+    }
+    WriteNumber(L"view", 1);
+    WriteText(L"path", L"x");
+    ASSERT_EQ(created.size(), 2u);
+    for (const auto& [path, access] : created) {
+        EXPECT_EQ(path, L"Software\\Kelmor\\vantor");
+        EXPECT_EQ(access, 0xF003Fu);
+    }
 }
 
 TEST_F(Settings, AreAbsentWhenOnlyOthersAreStored) {

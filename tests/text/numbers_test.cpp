@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <string>
+#include <vector>
+
 #include "tests/support/platform_hook.h"
 #include "tests/support/user_locale.h"
 #include "text/format.h"
@@ -17,6 +20,22 @@ int WINAPI FailToWrite(LCID, DWORD, const wchar_t*, const NUMBERFMTW*, wchar_t*,
 }
 
 using NumberWriter = int(LCID, DWORD, const wchar_t*, const NUMBERFMTW*, wchar_t*, int);
+
+struct Formatted {
+    std::wstring pattern;
+    DWORD flags;
+    DWORD language;
+};
+std::vector<Formatted> formatted;
+using Formatter = DWORD(DWORD, const void*, DWORD, DWORD, wchar_t*, DWORD, char**);
+Formatter* formatMessage = nullptr;
+
+DWORD WINAPI NoteFormat(DWORD flags, LPCVOID source, DWORD message, DWORD language, LPWSTR buffer,
+                        DWORD size, char** inserts) {
+    formatted.push_back(Formatted{static_cast<const wchar_t*>(source), flags, language});
+    EXPECT_EQ(message, 0u);
+    return formatMessage(flags, source, message, language, buffer, size, inserts);
+}
 
 // What the sizes need: groups of three behind commas, two decimals behind a point.
 class EnglishNumbers : public testing::Test {
@@ -67,6 +86,19 @@ TEST_F(Integers, LoseTheDecimalsOfAnyLocale) {
         locale.Number(LOCALE_IDIGITS, digits);
         EXPECT_EQ(FormatInteger(1234), L"1,234") << digits;
     }
+}
+
+TEST_F(Integers, AreWrittenInTheUsersLanguageFirst) {
+    const PlatformHook<Formatter> hook("FormatMessageW", NoteFormat);
+    formatMessage = hook.Original();
+    formatted.clear();
+    EXPECT_EQ(FormatInteger(1234), L"1,234");
+    ASSERT_EQ(formatted.size(), 1u);
+    EXPECT_EQ(formatted[0].pattern, L"%1!I64i!");
+    EXPECT_EQ(formatted[0].flags,
+              DWORD{FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_STRING |
+                    FORMAT_MESSAGE_ARGUMENT_ARRAY});
+    EXPECT_EQ(formatted[0].language, 0x0400u);
 }
 
 TEST_F(Integers, AreEmptyWhenTheLocaleCannotWriteThem) {
