@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <functional>
 #include <set>
+#include <string>
 #include <vector>
 
 #include "faults/fault.h"
@@ -52,6 +53,8 @@ class AppWindow {
 
 std::set<HWND> asked;
 std::vector<DWORD> waits;
+// What was done, one after the other: 'a' for a window that was asked, 'w' for a wait.
+std::string steps;
 DWORD waitResult = WAIT_TIMEOUT;
 HWND shellDesktop = nullptr;
 bool enumerationFails = false;
@@ -79,6 +82,7 @@ BOOL WINAPI OnlyOurs(WNDENUMPROC visit, LPARAM parameter) {
 BOOL WINAPI NotePost(HWND window, UINT message, WPARAM, LPARAM) {
     if (message == WM_CLOSE) {
         asked.insert(window);
+        steps += 'a';
     }
     return TRUE;
 }
@@ -91,6 +95,7 @@ DWORD WINAPI NoteWait(HANDLE handle, DWORD milliseconds) {
         return realWait(handle, milliseconds);
     }
     waits.push_back(milliseconds);
+    steps += 'w';
     SetLastError(ERROR_INVALID_HANDLE);
     return waitResult;
 }
@@ -132,6 +137,7 @@ class ClosingPasses : public testing::Test {
         realWait = wait_.Original();
         asked.clear();
         waits.clear();
+        steps.clear();
         placed.clear();
         waitResult = WAIT_TIMEOUT;
         shellDesktop = nullptr;
@@ -187,6 +193,15 @@ TEST_F(ClosingPasses, AsksAppsOnlyAndSparesItsOwnWindow) {
     EXPECT_EQ(asked, (std::set<HWND>{app, second}));
     // Both are still there, so both are waited for.
     EXPECT_EQ(waits, (std::vector<DWORD>{3000, 3000}));
+}
+
+TEST_F(ClosingPasses, AsksAllBeforeItWaitsForTheFirst) {
+    const AppWindow first(L"First");
+    const AppWindow second(L"Second");
+    const AppWindow third(L"Third");
+    AppCloser closer;
+    closer.CloseAllApps();
+    EXPECT_EQ(steps, "aaawww");
 }
 
 TEST_F(ClosingPasses, LeavesTheDesktopBehindItsOwnWindow) {

@@ -7,6 +7,8 @@
 #include "tests/support/program.h"
 #include "tests/support/wait.h"
 #include "tests/support/world.h"
+// Behind the platform's own declarations.
+#include <tlhelp32.h>
 
 using namespace test;
 using namespace views;
@@ -17,7 +19,7 @@ class SampleWindow {
  public:
     explicit SampleWindow(const wchar_t* title, const wchar_t* windowClass = L"STATIC")
         : window_(CreateWindowExW(0, windowClass, title, WS_POPUP | WS_VISIBLE, 0, 0, 20, 20,
-                                  nullptr, nullptr, nullptr, nullptr)) {}
+                                  nullptr, nullptr, GetModuleHandleW(nullptr), nullptr)) {}
     ~SampleWindow() { DestroyWindow(window_); }
     SampleWindow(const SampleWindow&) = delete;
     SampleWindow& operator=(const SampleWindow&) = delete;
@@ -25,6 +27,24 @@ class SampleWindow {
 
  private:
     HWND window_;
+};
+
+// A window class for as long as it lives, unless the system has it.
+class SampleClass {
+ public:
+    explicit SampleClass(const wchar_t* name) : name_(name) {
+        WNDCLASSW windowClass = {};
+        windowClass.lpfnWndProc = DefWindowProcW;
+        windowClass.hInstance = GetModuleHandleW(nullptr);
+        windowClass.lpszClassName = name;
+        RegisterClassW(&windowClass);
+    }
+    ~SampleClass() { UnregisterClassW(name_, GetModuleHandleW(nullptr)); }
+    SampleClass(const SampleClass&) = delete;
+    SampleClass& operator=(const SampleClass&) = delete;
+
+ private:
+    const wchar_t* name_;
 };
 
 DWORD WINAPI ThreadAlone(HWND, DWORD* process) {
@@ -38,6 +58,11 @@ DWORD WINAPI ThreadUnknown(HWND, DWORD* process) {
 HANDLE WINAPI NoSnapshot(DWORD, DWORD) {
     SetLastError(ERROR_NOT_ENOUGH_MEMORY);
     return INVALID_HANDLE_VALUE;
+}
+DWORD threadsEnd = ERROR_NO_MORE_FILES;
+BOOL WINAPI NoThread(HANDLE, THREADENTRY32*) {
+    SetLastError(threadsEnd);
+    return FALSE;
 }
 HANDLE WINAPI NoProcess(DWORD, BOOL, DWORD) {
     SetLastError(ERROR_ACCESS_DENIED);
@@ -90,6 +115,25 @@ TEST(AppOwners, AreFoundByTheWindowOrByItsThread) {
     EXPECT_EQ(AppCloser::ProcessIdOfWindow(window.Handle()), 0u);
 }
 
+TEST(AppOwners, AreAFaultWhereTheThreadsAreNotToldToTheirEnd) {
+    const SampleWindow window(L"A");
+    for (const char* step : {"Thread32First", "Thread32Next"}) {
+        const OwnerHook unknown("GetWindowThreadProcessId", ThreadUnknown);
+        const PlatformHook<BOOL WINAPI(HANDLE, THREADENTRY32*)> threads(step, NoThread);
+        for (const DWORD error : {5ul, 6ul, 8ul, 87ul}) {
+            threadsEnd = error;
+            try {
+                AppCloser::ProcessIdOfWindow(window.Handle());
+                ADD_FAILURE() << step << ' ' << error;
+            } catch (const faults::W32Fault& fault) {
+                EXPECT_EQ(fault.Code(), faults::ResultFromError(error)) << step;
+            }
+        }
+        threadsEnd = ERROR_NO_MORE_FILES;
+        EXPECT_EQ(AppCloser::ProcessIdOfWindow(window.Handle()), 0u) << step;
+    }
+}
+
 TEST(ClosableApps, HaveATitleAndAreNeitherHiddenNorTheCursor) {
     AppCloser closer;
     const SampleWindow window(L"A");
@@ -105,8 +149,17 @@ TEST(ClosableApps, TheCursorIsKnownByTitleAndClass) {
     const SampleWindow cursor(L"CursorWindow");
     EXPECT_TRUE(AppCloser::IsCursorWindow(cursor.Handle(), L"CURSORwindow"));
     EXPECT_FALSE(AppCloser::IsCursorWindow(cursor.Handle(), L"CursorWindows"));
-    const SampleWindow other(L"CursorWindow", L"EDIT");
-    EXPECT_FALSE(AppCloser::IsCursorWindow(other.Handle(), L"CursorWindow"));
+    for (const wchar_t* name : {L"EDIT", L"Stati", L"BUTTON"}) {
+        const SampleClass known(name);
+        const SampleWindow other(L"CursorWindow", name);
+        ASSERT_TRUE(other.Handle());
+        EXPECT_FALSE(AppCloser::IsCursorWindow(other.Handle(), L"CursorWindow"));
+    }
+    // Of a longer name as much is looked at as the cursor's own is long.
+    const SampleClass known(L"StaticX");
+    const SampleWindow longer(L"CursorWindow", L"StaticX");
+    ASSERT_TRUE(longer.Handle());
+    EXPECT_TRUE(AppCloser::IsCursorWindow(longer.Handle(), L"CursorWindow"));
 }
 
 TEST(ClosingApps, WaitsForAWindowWhoseProcessCannotBeOpened) {

@@ -1,5 +1,7 @@
 // What a person does with an application: a real one, in a process of its own.
 #include <algorithm>
+#include <string>
+#include <vector>
 
 #include "tests/support/box.h"
 #include "tests/support/drawn_texts.h"
@@ -26,6 +28,56 @@ DWORD WINAPI NoWait(HANDLE handle, DWORD milliseconds) {
         return WAIT_FAILED;
     }
     return realWait(handle, milliseconds);
+}
+
+DWORD WINAPI WaitOnlyForOthers(HANDLE handle, DWORD milliseconds) {
+    return milliseconds == 3000 ? WAIT_TIMEOUT : realWait(handle, milliseconds);
+}
+
+BOOL WINAPI NotInFront(HWND) {
+    return FALSE;
+}
+
+// What a window tells of its icons, and in which order it is asked: 'B' and 'S' for its own large
+// and small one, 'C' for its class's.
+std::string iconQueries;
+HICON ownIcons[2] = {};
+HICON classIcons[2] = {};
+HWND askedWindow = nullptr;
+
+LRESULT(WINAPI* realSend)(HWND, UINT, WPARAM, LPARAM, UINT, UINT, DWORD_PTR*) = nullptr;
+LRESULT WINAPI TellOwnIcon(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT flags,
+                           UINT timeout, DWORD_PTR* answer) {
+    if (window != askedWindow || message != WM_GETICON) {
+        return realSend(window, message, wParam, lParam, flags, timeout, answer);
+    }
+    iconQueries += wParam == ICON_BIG ? 'B' : wParam == ICON_SMALL ? 'S' : '?';
+    *answer = reinterpret_cast<DWORD_PTR>(ownIcons[wParam == ICON_SMALL]);
+    return TRUE;
+}
+
+ULONG_PTR(WINAPI* realClassLong)(HWND, INT) = nullptr;
+ULONG_PTR WINAPI TellClassIcon(HWND window, INT index) {
+    if (window != askedWindow) {
+        return realClassLong(window, index);
+    }
+    const bool again = iconQueries.find('C') != std::string::npos;
+    iconQueries += index == GCLP_HICON ? 'C' : '?';
+    return reinterpret_cast<ULONG_PTR>(classIcons[again]);
+}
+
+struct DrawnIcon {
+    HICON icon;
+    int width;
+    int height;
+    bool operator==(const DrawnIcon&) const = default;
+};
+std::vector<DrawnIcon> drawnIcons;
+BOOL WINAPI NoteIcon(HDC, int, int, HICON icon, int width, int height, UINT, HBRUSH, UINT) {
+    if (drawnIcons.empty()) {
+        drawnIcons.push_back(DrawnIcon{icon, width, height});
+    }
+    return TRUE;
 }
 
 // The time is over as soon as it is asked for.
@@ -95,6 +147,14 @@ TEST_F(ApplicationsCommands, ATapOnAWindowThatIsGoneBeeps) {
     const unsigned row = RowOf(L"Sample 1");
     program.reset();
     view->Tap(row);
+    EXPECT_EQ(beeps, 1);
+}
+
+TEST_F(ApplicationsCommands, ATapOnAWindowThatDoesNotComeToTheFrontBeeps) {
+    const SampleProgram program(L"polite", L"Sample 1");
+    Open();
+    const PlatformHook<BOOL WINAPI(HWND)> front("SetForegroundWindow", NotInFront);
+    view->Tap(RowOf(L"Sample 1"));
     EXPECT_EQ(beeps, 1);
 }
 
@@ -185,6 +245,23 @@ TEST_F(ApplicationsCommands, StopAllClosesOrdinaryApplicationsOnly) {
     EXPECT_TRUE(Samples().empty());
 }
 
+TEST_F(ApplicationsCommands, StopAllKeepsTheSelectedApplicationThatIsStillThere) {
+    const SampleProgram before(L"polite", L"Sample 1");
+    const SampleProgram stubborn(L"stubborn", L"Sample 2");
+    const SampleProgram other(L"stubborn", L"Sample 3");
+    Open();
+    Select(L"Sample 2");
+    const PlatformHook<DWORD WINAPI(HANDLE, DWORD)> wait("WaitForSingleObject", WaitOnlyForOthers);
+    realWait = wait.Original();
+    const HWND first = before.Window();
+    Answered(616, L"Are you sure you want to finish", {"Left", "Return"});
+    EXPECT_EQ(Selected(), L"Sample 2");
+    EXPECT_TRUE(WaitFor([&] { return !IsWindow(first); }));
+    view->Command(610);
+    EXPECT_EQ(Samples(), (Titles{L"Sample 2", L"Sample 3"}));
+    EXPECT_EQ(Selected(), L"Sample 2");
+}
+
 TEST_F(ApplicationsCommands, GoToTheProcessAndToItsExecutable) {
     const SampleProgram program(L"polite", L"Sample 1");
     Open();
@@ -230,7 +307,10 @@ TEST_F(ApplicationsCommands, NeedASelectedRow) {
 TEST_F(ApplicationsCommands, HaveKeys) {
     const SampleProgram program(L"polite", L"Sample 1");
     Open();
-    EXPECT_TRUE(view->Key(L'8')) << "without a row the key does nothing";
+    EXPECT_TRUE(view->Key(L'8'));
+    MSG message;
+    EXPECT_FALSE(PeekMessageW(&message, frame.Handle(), WM_COMMAND, WM_COMMAND, PM_NOREMOVE))
+        << "without a row the key does nothing";
     EXPECT_FALSE(view->Key(L'3'));
     Select(L"Sample 1");
     EXPECT_TRUE(view->Key(L'8'));
@@ -262,4 +342,47 @@ TEST_F(ApplicationsCommands, InformationShowsTheWindowAsItIs) {
             AnswerBox(page, Finger().Key("Return"));
         },
         [&] { view->Command(614); });
+}
+
+TEST_F(ApplicationsCommands, InformationTakesTheFirstIconThatTheWindowTells) {
+    const SampleProgram program(L"polite", L"Sample 1");
+    Open();
+    Select(L"Sample 1");
+    askedWindow = program.Window();
+    const PlatformHook<decltype(TellOwnIcon)> own("SendMessageTimeoutW", TellOwnIcon);
+    const PlatformHook<decltype(TellClassIcon)> ofClass("GetClassLongPtrW", TellClassIcon);
+    const PlatformHook<decltype(NoteIcon)> draw("DrawIconEx", NoteIcon);
+    realSend = own.Original();
+    realClassLong = ofClass.Original();
+    const auto icon = [](ULONG_PTR number) { return reinterpret_cast<HICON>(number); };
+    const SIZE large = {GetSystemMetrics(SM_CXICON), GetSystemMetrics(SM_CYICON)};
+    const SIZE small = {GetSystemMetrics(SM_CXSMICON), GetSystemMetrics(SM_CYSMICON)};
+    const struct {
+        HICON own[2];
+        HICON ofClass[2];
+        const char* queries;
+        HICON shown;
+        SIZE size;
+    } cases[] = {
+        {{icon(1), icon(2)}, {icon(3), icon(3)}, "B", icon(1), large},
+        {{nullptr, icon(2)}, {icon(3), icon(3)}, "BC", icon(3), large},
+        {{nullptr, icon(2)}, {nullptr, icon(4)}, "BCS", icon(2), small},
+        // The class is asked once more, and its icon is then a small one.
+        {{nullptr, nullptr}, {nullptr, icon(4)}, "BCSC", icon(4), small},
+        {{nullptr, nullptr}, {nullptr, nullptr}, "BCSC", nullptr, small},
+    };
+    for (const auto& each : cases) {
+        std::copy_n(each.own, 2, ownIcons);
+        std::copy_n(each.ofClass, 2, classIcons);
+        iconQueries.clear();
+        drawnIcons.clear();
+        Answered(614, L"Window handle:", {"Return"});
+        EXPECT_EQ(iconQueries, each.queries);
+        std::vector<DrawnIcon> expected;
+        if (each.shown) {
+            expected.push_back(DrawnIcon{each.shown, each.size.cx, each.size.cy});
+        }
+        EXPECT_EQ(drawnIcons, expected) << each.queries;
+    }
+    askedWindow = nullptr;
 }

@@ -1,8 +1,10 @@
 // Which windows the Applications view lists, and in which order.
 #include "tests/support/drawn_texts.h"
+#include "tests/support/heaps.h"
 #include "tests/support/only_applications.h"
 #include "tests/support/sample_program.h"
 #include "tests/support/wait.h"
+#include "tests/support/watched_cursor.h"
 #include "tests/support/windows_seen.h"
 #include "tests/views/applications_fixture.h"
 #include "tests/views/drawn_row.h"
@@ -24,6 +26,9 @@ BOOL WINAPI NoWindows(WNDENUMPROC, LPARAM) {
     return FALSE;
 }
 
+DWORD_PTR WINAPI NoIcon(LPCWSTR, DWORD, SHFILEINFOW*, UINT, UINT) {
+    return 0;
+}
 HANDLE WINAPI NoSnapshot(DWORD, DWORD) {
     SetLastError(ERROR_NOT_ENOUGH_MEMORY);
     return INVALID_HANDLE_VALUE;
@@ -113,6 +118,104 @@ TEST_F(ApplicationsList, EndsSilentlyAtAWindowWhoseExecutableIsNotTold) {
     unreadable = 0;
     view->Refresh();
     EXPECT_EQ(Rows(), (Titles{L"Sample 1", L"Sample 2", L"Sample 3"}));
+}
+
+// Nobody knows what such a window is; its title and its rank are not even asked for.
+TEST_F(ApplicationsList, EndsAtSuchAWindowWhateverItIs) {
+    const SampleProgram one(L"polite", L"Sample 1");
+    const SampleProgram three(L"polite", L"Sample 3");
+    const SampleProgram untitled(L"polite", L"");
+    const SampleProgram shell(L"polite", L"Sample shell");
+    const SampleProgram cursor(L"cursor", L"");
+    HWND pointer = nullptr;
+    ASSERT_TRUE(
+        WaitFor([&] { return (pointer = FindWindowW(L"Static", L"CURSORwindow")) != nullptr; }));
+    MakeShell(shell.Window());
+    const PlatformHook<HANDLE WINAPI(DWORD, BOOL, DWORD)> open("OpenProcess", OpenAllButOne);
+    const PlatformHook<HANDLE WINAPI(DWORD, DWORD)> names("CreateToolhelp32Snapshot", NoSnapshot);
+    realOpen = open.Original();
+    Open();
+    const struct {
+        HWND window;
+        DWORD process;
+    } endings[] = {{untitled.Window(), untitled.ProcessId()},
+                   {shell.Window(), shell.ProcessId()},
+                   {pointer, cursor.ProcessId()}};
+    for (const auto& ending : endings) {
+        const OnlyApplications only({one.Window(), ending.window, three.Window()});
+        unreadable = ending.process;
+        view->Refresh();
+        EXPECT_EQ(Rows(), (Titles{L"Sample 1"}));
+        unreadable = 0;
+        view->Refresh();
+        EXPECT_EQ(Rows(), (Titles{L"Sample 1", L"Sample 3"}));
+    }
+}
+
+TEST_F(ApplicationsList, IsReadUnderTheWaitCursor) {
+    const SampleProgram program(L"polite", L"Sample 1");
+    Open();
+    {
+        const WatchedCursor cursor;
+        view->Refresh();
+        EXPECT_TRUE(cursor.Waited());
+        EXPECT_TRUE(cursor.IsBack());
+    }
+    const PlatformHook<BOOL WINAPI(WNDENUMPROC, LPARAM)> windows("EnumWindows", NoWindows);
+    const WatchedCursor cursor;
+    view->Refresh();
+    EXPECT_TRUE(cursor.IsBack());
+}
+
+TEST_F(ApplicationsList, GivesBackAllItTakes) {
+    const SampleProgram one(L"polite", L"Sample 1");
+    const SampleProgram two(L"polite", L"Sample 2");
+    hiddenApps.Write("<hide><application path=\"\\nowhere.exe\"/></hide>");
+    Open();
+    view->Refresh();
+    view->Refresh();
+    const Held before = CountHeld();
+    const size_t bytes = BytesOnAllHeaps();
+    for (int round = 0; round < 100; ++round) {
+        view->Refresh();
+    }
+    EXPECT_EQ(CountHeld(), before);
+    EXPECT_LE(BytesOnAllHeaps(), bytes);
+}
+
+TEST_F(ApplicationsList, ShowsAnApplicationWhoseExecutableHasNoIcon) {
+    const SampleProgram program(L"polite", L"Sample 1");
+    const OnlyApplications only({program.Window()});
+    Open();
+    {
+        const PlatformHook<DWORD_PTR WINAPI(LPCWSTR, DWORD, SHFILEINFOW*, UINT, UINT)> info(
+            "SHGetFileInfoW", NoIcon);
+        view->Refresh();
+    }
+    ASSERT_EQ(Rows(), (Titles{L"Sample 1"}));
+    EXPECT_EQ(Item(0).icon, -1);
+    const DrawnRow row(*view, List().GetItemData(0), SIZE{240, view->RowHeight(0)});
+    EXPECT_TRUE(row.Icons().empty());
+    const platform::WindowDC dc(frame.Handle());
+    const int margin = (ui::TextHeight(dc, ui::Fonts().Base()) + 5) / 6;
+    ASSERT_EQ(row.Texts().size(), 1u);
+    EXPECT_EQ(row.Texts()[0].area.left, margin);
+}
+
+TEST_F(ApplicationsList, DrawsNothingInARowOfNoWidth) {
+    const SampleProgram program(L"polite", L"Sample 1");
+    Open();
+    const platform::WindowDC dc(frame.Handle());
+    const int margin = (ui::TextHeight(dc, ui::Fonts().Base()) + 5) / 6;
+    const ULONG_PTR data = List().GetItemData(RowOf(L"Sample 1"));
+    const int height = view->RowHeight(data);
+    const DrawnRow none(*view, data, SIZE{2 * margin, height}, true);
+    EXPECT_TRUE(none.Texts().empty());
+    EXPECT_TRUE(none.Icons().empty());
+    EXPECT_FALSE(none.HasMarks(RECT{0, 0, 2 * margin, height}));
+    EXPECT_NE(none.At(0, 0), GetSysColor(COLOR_HIGHLIGHT));
+    const DrawnRow some(*view, data, SIZE{2 * margin + 1, height}, true);
+    EXPECT_EQ(some.At(0, 0), GetSysColor(COLOR_HIGHLIGHT));
 }
 
 TEST_F(ApplicationsList, StaysWhereItIsScrolledToWhenItIsReadAnew) {

@@ -2,7 +2,10 @@
 #include "views/processes/dlls_view.h"
 
 #include "tests/support/fake_processes.h"
+#include "tests/support/heaps.h"
 #include "tests/support/sample_program.h"
+#include "tests/support/watched_cursor.h"
+#include "tests/support/world.h"
 #include "tests/views/drawn_row.h"
 #include "tests/views/processes_fixture.h"
 
@@ -13,6 +16,9 @@ namespace {
 constexpr DWORD pathFlag = 0x0040;
 constexpr DWORD baseFlag = 0x1000;
 constexpr DWORD sizeFlag = 0x2000;
+
+constexpr DWORD kindsOfSnapshot =
+    TH32CS_SNAPHEAPLIST | TH32CS_SNAPPROCESS | TH32CS_SNAPTHREAD | TH32CS_SNAPMODULE;
 
 class Dlls : public ImagesFixture<views::DllsView> {
  protected:
@@ -34,6 +40,8 @@ class FakeDeviceDlls : public Dlls {
 TEST_F(FakeDeviceDlls, AreSortedByTheirPlaceInMemory) {
     Open(views::ViewArgument{77, L""});
     EXPECT_EQ(device.snapshotProcess, 77u);
+    ASSERT_EQ(device.snapshotFlags.size(), 1u);
+    EXPECT_EQ(device.snapshotFlags[0] & kindsOfSnapshot, DWORD{TH32CS_SNAPMODULE});
     EXPECT_EQ(Rows(), (Titles{L"a.dll", L"b.dll", L"explorer.exe"}));
     EXPECT_EQ(view.Title(), L"Dlls (3)");
     device.modules.push_back({L"c.dll", L"C:\\c.dll", 0x10000, 0});
@@ -96,6 +104,7 @@ TEST_F(FakeDeviceDlls, WithoutAPathAskForIt) {
     Open();
     Select(L"views_tests.exe");
     EXPECT_NE(Item(1).path.find(L"views_tests.exe"), std::wstring::npos);
+    EXPECT_EQ(Item(1).icon, -1);
     Select(L"gone.dll");
     EXPECT_EQ(Item(0).path, L"");
     EXPECT_EQ(Item(0).icon, -1);
@@ -103,6 +112,19 @@ TEST_F(FakeDeviceDlls, WithoutAPathAskForIt) {
     view.Command(671);
     EXPECT_EQ(beeps, 2);
     EXPECT_FALSE(frame.switchedTo);
+}
+
+TEST_F(FakeDeviceDlls, AreReadUnderTheWaitCursor) {
+    Open();
+    const WatchedCursor cursor;
+    view.Command(610);
+    EXPECT_TRUE(cursor.Waited());
+    EXPECT_TRUE(cursor.IsBack());
+    device.snapshotError = ERROR_INVALID_PARAMETER;
+    const NoBox boxes;
+    view.Command(610);
+    EXPECT_EQ(boxes.Count(), 1);
+    EXPECT_TRUE(cursor.IsBack());
 }
 
 TEST_F(FakeDeviceDlls, GoToTheirFileAndShowItsProperties) {
@@ -116,6 +138,20 @@ TEST_F(FakeDeviceDlls, GoToTheirFileAndShowItsProperties) {
     EXPECT_EQ(frame.switchedWith.path, L"\\windows\\explorer.exe");
     Answered([&] { view.Command(614); }, L"Location:", {"Return"});
     EXPECT_EQ(beeps, 0);
+}
+
+TEST_F(Dlls, GiveBackAllTheyTake) {
+    Open(views::ViewArgument{GetCurrentProcessId(), L""});
+    view.Refresh();
+    view.Refresh();
+    texts.Forget();
+    const Held before = CountHeld();
+    const size_t bytes = BytesOnAllHeaps();
+    for (int round = 0; round < 100; ++round) {
+        view.Refresh();
+    }
+    EXPECT_EQ(CountHeld(), before);
+    EXPECT_LE(BytesOnAllHeaps(), bytes);
 }
 
 TEST_F(Dlls, AreThoseOfARealProcess) {

@@ -3,8 +3,11 @@
 
 #include "faults/fault.h"
 #include "platform/handles.h"
+#include "tests/support/heaps.h"
+#include "tests/support/resource_module.h"
 #include "tests/support/sample_program.h"
 #include "tests/views/applications_fixture.h"
+#include "text/resources.h"
 
 using namespace test;
 
@@ -60,6 +63,54 @@ BOOL WINAPI OnlyDelete(const wchar_t*, const wchar_t* destination, DWORD) {
 BOOL WINAPI NotTaken(const wchar_t*, const wchar_t*) {
     return FALSE;
 }
+DWORD WINAPI ProcessUnknown(HWND, DWORD* process) {
+    *process = 0;
+    return 0xFFFFFFF0;
+}
+HANDLE WINAPI NoProcess(DWORD, BOOL, DWORD) {
+    SetLastError(ERROR_ACCESS_DENIED);
+    return nullptr;
+}
+HANDLE WINAPI NoSnapshot(DWORD, DWORD) {
+    SetLastError(ERROR_NOT_ENOUGH_MEMORY);
+    return INVALID_HANDLE_VALUE;
+}
+BOOL WINAPI NoNewFolder(const wchar_t*, SECURITY_ATTRIBUTES*) {
+    SetLastError(ERROR_WRITE_PROTECT);
+    return FALSE;
+}
+
+// How the special folder was asked for: whether it is to be made.
+std::vector<BOOL> asksToMake;
+BOOL(WINAPI* specialFolder)(HWND, wchar_t*, int, BOOL) = nullptr;
+BOOL WINAPI NoteFolder(HWND owner, wchar_t* path, int folder, BOOL create) {
+    EXPECT_FALSE(owner);
+    EXPECT_EQ(folder, 26);
+    asksToMake.push_back(create);
+    return specialFolder(owner, path, folder, create);
+}
+
+// What was asked of COM.
+std::vector<std::wstring> programs;
+HRESULT(WINAPI* classOfProgram)(const wchar_t*, CLSID*) = nullptr;
+HRESULT WINAPI NoteProgram(const wchar_t* name, CLSID* program) {
+    programs.push_back(name);
+    return classOfProgram(name, program);
+}
+std::vector<DWORD> contexts;
+bool withoutAnObject = false;
+HRESULT(WINAPI* createObject)(const CLSID*, IUnknown*, DWORD, const IID*, void**) = nullptr;
+HRESULT WINAPI NoteObject(const CLSID* program, IUnknown* outer, DWORD context, const IID* kind,
+                          void** object) {
+    EXPECT_FALSE(outer);
+    contexts.push_back(context);
+    if (withoutAnObject) {
+        *object = nullptr;
+        return S_OK;
+    }
+    return createObject(program, outer, context, kind, object);
+}
+
 BOOL WINAPI NoFolder(HWND, wchar_t*, int, BOOL) {
     return FALSE;
 }
@@ -193,8 +244,13 @@ TEST_F(HiddenApplications, AFileThatCannotBeReplacedStaysWhole) {
     }
     EXPECT_EQ(hiddenApps.Read(), before);
     EXPECT_TRUE(hiddenApps.Read(L".new").empty());
-    EXPECT_FALSE(hidden.IsHidden(program.Window())) << "what failed has not happened";
-    EXPECT_EQ(CodeOfHiding(program.Window()), S_OK);
+    EXPECT_TRUE(hidden.IsHidden(program.Window())) << "until the program ends";
+    EXPECT_EQ(CodeOfHiding(program.Window()), S_OK) << "it is hidden already";
+    EXPECT_EQ(hiddenApps.Read(), before);
+    view->Refresh();
+    EXPECT_FALSE(Lists(L"Sample 1"));
+    Open();
+    EXPECT_TRUE(Lists(L"Sample 1"));
 }
 
 // A handheld has no move that replaces: the old file goes first.
@@ -272,4 +328,121 @@ TEST_F(HiddenApplications, ATitledWindowOfTheShellCannotBeHidden) {
     view->Command(613);
     EXPECT_TRUE(Lists(L"Sample shell"));
     EXPECT_TRUE(hiddenApps.Read().empty());
+}
+
+TEST_F(HiddenApplications, AreNoneOfAWindowWithoutAProcess) {
+    const SampleProgram program(L"polite", L"Sample 1");
+    WriteEntries("<application name=\"sample_program.exe\"/>");
+    Open();
+    const std::string before = hiddenApps.Read();
+    ASSERT_TRUE(hidden.IsHidden(program.Window()));
+    const PlatformHook<DWORD WINAPI(HWND, DWORD*)> hook("GetWindowThreadProcessId", ProcessUnknown);
+    EXPECT_FALSE(hidden.IsHidden(program.Window()));
+    EXPECT_EQ(CodeOfHiding(program.Window()), S_OK);
+    EXPECT_EQ(hiddenApps.Read(), before);
+}
+
+TEST_F(HiddenApplications, AreNoneOfAProcessWhoseExecutableIsNotTold) {
+    const SampleProgram program(L"polite", L"Sample 1");
+    WriteEntries("<application name=\"sample_program.exe\"/>");
+    Open();
+    const std::string before = hiddenApps.Read();
+    const PlatformHook<HANDLE WINAPI(DWORD, BOOL, DWORD)> open("OpenProcess", NoProcess);
+    const PlatformHook<HANDLE WINAPI(DWORD, DWORD)> names("CreateToolhelp32Snapshot", NoSnapshot);
+    EXPECT_FALSE(hidden.IsHidden(program.Window()));
+    EXPECT_EQ(CodeOfHiding(program.Window()), faults::ResultFromError(ERROR_ACCESS_DENIED));
+    EXPECT_EQ(hiddenApps.Read(), before);
+}
+
+TEST_F(HiddenApplications, HaveTheirFolderMadeWhenOneIsHiddenAndNoSooner) {
+    const SampleProgram program(L"polite", L"Sample 1");
+    const PlatformHook<BOOL WINAPI(HWND, wchar_t*, int, BOOL)> folder("SHGetSpecialFolderPathW",
+                                                                      NoteFolder);
+    specialFolder = folder.Original();
+    asksToMake.clear();
+    Open();
+    EXPECT_EQ(asksToMake, std::vector<BOOL>{FALSE});
+    asksToMake.clear();
+    EXPECT_EQ(CodeOfHiding(program.Window()), S_OK);
+    EXPECT_EQ(asksToMake, std::vector<BOOL>{TRUE});
+}
+
+TEST_F(HiddenApplications, WhoseFolderCannotBeMadeAreAFault) {
+    const SampleProgram program(L"polite", L"Sample 1");
+    Open();
+    const PlatformHook<BOOL WINAPI(const wchar_t*, SECURITY_ATTRIBUTES*)> make("CreateDirectoryW",
+                                                                               NoNewFolder);
+    EXPECT_EQ(CodeOfHiding(program.Window()), faults::ResultFromError(ERROR_WRITE_PROTECT));
+    EXPECT_TRUE(hiddenApps.Read().empty());
+}
+
+TEST_F(HiddenApplications, AreReadByTheStatedDocument) {
+    const PlatformHook<HRESULT WINAPI(const wchar_t*, CLSID*)> names("CLSIDFromProgID",
+                                                                     NoteProgram);
+    const PlatformHook<HRESULT WINAPI(const CLSID*, IUnknown*, DWORD, const IID*, void**)> objects(
+        "CoCreateInstance", NoteObject);
+    classOfProgram = names.Original();
+    createObject = objects.Original();
+    programs.clear();
+    contexts.clear();
+    withoutAnObject = false;
+    Open();
+    EXPECT_TRUE(programs.empty()) << "there is no folder";
+    EXPECT_TRUE(contexts.empty());
+    WriteEntries("");
+    Open();
+    EXPECT_EQ(programs, std::vector<std::wstring>{L"Msxml2.FreeThreadedDOMDocument"});
+    EXPECT_EQ(contexts, std::vector<DWORD>{23});
+    withoutAnObject = true;
+    try {
+        hidden.LoadHiddenApps();
+        ADD_FAILURE() << "no fault";
+    } catch (const faults::COMFault& fault) {
+        EXPECT_EQ(fault.Code(), E_UNEXPECTED);
+    }
+}
+
+TEST_F(HiddenApplications, AreWrittenWithoutAnythingElse) {
+    const SampleProgram program(L"polite", L"Sample 1");
+    Open();
+    EXPECT_EQ(CodeOfHiding(program.Window()), S_OK);
+    const std::string file = hiddenApps.Read();
+    EXPECT_EQ(file.find("<hide><application path=\""), 0u) << file;
+    EXPECT_EQ(CountOf(file, "<"), 3u) << file;
+    EXPECT_EQ(CountOf(file, "="), 1u) << file;
+}
+
+TEST_F(HiddenApplications, StandInAFolderOfTheProgramsTitle) {
+    const SampleProgram program(L"polite", L"Sample 1");
+    const TemporaryFolder packs;
+    const std::wstring path = packs.Path() + L"\\pack.dll";
+    ResourceModule(0x0407).Text(100, L"Wanderer").Write(path);
+    const HMODULE pack = LoadLibraryExW(path.c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE);
+    ASSERT_TRUE(pack);
+    text::SetResourceModule(pack, 0x0407);
+    const std::wstring file = views::HiddenAppsFilePath(true).path;
+    text::SetProgramModule(text::ProgramModule());
+    FreeLibrary(pack);
+    EXPECT_TRUE(file.ends_with(L"\\Wanderer\\hiddenapps.xml"));
+    EXPECT_TRUE(RemoveDirectoryW(file.substr(0, file.rfind(L'\\')).c_str()));
+}
+
+TEST_F(HiddenApplications, GiveBackAllTheyTake) {
+    const SampleProgram program(L"polite", L"Sample 1");
+    const auto round = [&] {
+        WriteEntries("<application name=\"other.exe\"/><application path=\"\\a.exe\"/>");
+        hidden = views::HiddenAppList();
+        hidden.LoadHiddenApps();
+        EXPECT_EQ(CodeOfHiding(program.Window()), S_OK);
+    };
+    for (int i = 0; i < 5; ++i) {
+        round();
+    }
+    const Held before = CountHeld();
+    const size_t bytes = BytesOnAllHeaps();
+    for (int i = 0; i < 50; ++i) {
+        round();
+    }
+    EXPECT_EQ(CountHeld(), before);
+    EXPECT_LE(BytesOnAllHeaps(), bytes);
 }

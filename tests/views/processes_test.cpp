@@ -7,6 +7,7 @@
 #include "tests/support/heaps.h"
 #include "tests/support/input_taken.h"
 #include "tests/support/sample_program.h"
+#include "tests/support/watched_cursor.h"
 #include "tests/support/world.h"
 #include "tests/views/drawn_row.h"
 #include "tests/views/processes_fixture.h"
@@ -62,6 +63,33 @@ TEST_F(FakeDeviceProcesses, AreSortedByTheirPlaceInMemory) {
     EXPECT_EQ(view.Title(), L"Processes (64)");
     EXPECT_EQ(Selected(), L"");
     EXPECT_EQ(device.memoryWalks, 0u);
+}
+
+TEST_F(FakeDeviceProcesses, AreAllInOneSnapshotOfNothingElse) {
+    Open();
+    ASSERT_EQ(device.snapshotFlags.size(), 1u);
+    EXPECT_EQ(device.snapshotFlags[0] & (TH32CS_SNAPHEAPLIST | TH32CS_SNAPPROCESS |
+                                         TH32CS_SNAPTHREAD | TH32CS_SNAPMODULE),
+              DWORD{TH32CS_SNAPPROCESS});
+    EXPECT_EQ(device.snapshotProcess, 0u);
+}
+
+TEST_F(FakeDeviceProcesses, AreReadUnderTheWaitCursor) {
+    Open();
+    const WatchedCursor cursor;
+    view.Command(610);
+    EXPECT_TRUE(cursor.Waited());
+    EXPECT_TRUE(cursor.IsBack());
+    // With the list cut off at one that cannot be read.
+    device.processes.push_back({2, L"", L"", 0x20000});
+    const NoBox boxes;
+    view.Command(610);
+    EXPECT_EQ(boxes.Count(), 1);
+    EXPECT_TRUE(cursor.IsBack());
+    device.snapshotError = ERROR_NOT_ENOUGH_MEMORY;
+    view.Command(610);
+    EXPECT_EQ(boxes.Count(), 2);
+    EXPECT_TRUE(cursor.IsBack());
 }
 
 TEST_F(FakeDeviceProcesses, OfOneBaseStandTheLaterFirst) {
