@@ -6,6 +6,7 @@
 #include "tests/support/drawn_texts.h"
 #include "tests/support/finger.h"
 #include "tests/support/input_taken.h"
+#include "tests/support/no_box.h"
 #include "tests/support/user.h"
 #include "tests/support/wait.h"
 #include "tests/support/windows_seen.h"
@@ -112,6 +113,7 @@ TEST_F(SettingsPage, WithNothingSelectedStoresZero) {
 TEST_F(SettingsPage, WithoutAListOfLanguagesIsAFault) {
     SetOverride(folder.MakeFile(L"anything.dll"));
     const PlatformHook<decltype(FailAlways)> hook("RegEnumValueW", FailAlways);
+    const NoBox boxes;
     enumerations = 0;
     EXPECT_ANY_THROW(app::ShowSettings(nullptr));
     EXPECT_EQ(enumerations, 1);
@@ -119,6 +121,7 @@ TEST_F(SettingsPage, WithoutAListOfLanguagesIsAFault) {
 
 TEST_F(SettingsPage, WithAListThatIsCutOffIsAFault) {
     SetOverride(std::wstring(261, L'p'));
+    const NoBox boxes;
     try {
         app::ShowSettings(nullptr);
         ADD_FAILURE() << "no fault";

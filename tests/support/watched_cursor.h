@@ -1,8 +1,6 @@
 // The cursor that a person sees while the program works.
 #pragma once
 
-#include <vector>
-
 #include "tests/support/platform_hook.h"
 
 namespace test {
@@ -31,24 +29,6 @@ class WatchedCursor {
     PlatformHook<HCURSOR WINAPI(HCURSOR)> set_{"SetCursor", Set};
     PlatformHook<DWORD_PTR WINAPI(const wchar_t*, DWORD, SHFILEINFOW*, UINT, UINT)> info_{
         "SHGetFileInfoW", FileInfo};
-};
-
-// In place of each message box, which is left unanswered.
-class NoBox {
- public:
-    NoBox() { shown_ = 0; }
-    // How many boxes there would have been.
-    int Count() const { return shown_; }
-
- private:
-    static INT_PTR WINAPI Show(HINSTANCE, LPCDLGTEMPLATEW, HWND, DLGPROC, LPARAM) {
-        ++shown_;
-        return -1;
-    }
-
-    static inline int shown_ = 0;
-    PlatformHook<INT_PTR WINAPI(HINSTANCE, LPCDLGTEMPLATEW, HWND, DLGPROC, LPARAM)> dialogs_{
-        "DialogBoxIndirectParamW", Show};
 };
 
 }  // namespace test

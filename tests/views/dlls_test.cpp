@@ -3,6 +3,7 @@
 
 #include "tests/support/fake_processes.h"
 #include "tests/support/heaps.h"
+#include "tests/support/no_box.h"
 #include "tests/support/sample_program.h"
 #include "tests/support/watched_cursor.h"
 #include "tests/support/world.h"
