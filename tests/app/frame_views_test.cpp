@@ -227,13 +227,13 @@ TEST_F(FrameViews, WithoutAWindowOfTheirOwnAreNoFrame) {
     scarceClass = L"kx::TouchList";
     for (windowsAllowed = 0; windowsAllowed < 5;) {
         const int allowed = windowsAllowed;
-        EXPECT_FALSE(frame.Open()) << allowed;
+        ASSERT_FALSE(frame.Open()) << allowed;
         EXPECT_FALSE(frame.Handle());
         windowsAllowed = allowed + 1;
     }
     scarceClass = L"kx::PathBar";
     windowsAllowed = 0;
-    EXPECT_FALSE(frame.Open());
+    ASSERT_FALSE(frame.Open());
     EXPECT_FALSE(CleanSettings::Number(L"view"));
     windowsAllowed = 1;
     EXPECT_TRUE(frame.Open());
@@ -289,15 +289,20 @@ TEST_F(FrameViews, LeaveABandOfTheFontsHeightToTheBar) {
 // Each window paints all of itself at once: what is erased before would flicker.
 TEST_F(FrameViews, AreNeverErased) {
     Open();
+    const platform::WindowDC dc(frame.Handle());
+    const platform::UniqueBitmap bitmap(CreateCompatibleBitmap(dc, 10, 10));
+    const platform::UniqueMemoryDC canvas(CreateCompatibleDC(dc));
+    const platform::Selected selected(canvas.Get(), bitmap.Get());
     for (const UINT command : {600u, 601u, 602u, 620u, 603u}) {
         Command(command);
         std::vector<HWND> windows = {frame.Handle()};
         EnumChildWindows(frame.Handle(), AddWindow, reinterpret_cast<LPARAM>(&windows));
         for (const HWND window : windows) {
-            const platform::WindowDC dc(window);
-            EXPECT_EQ(SendMessageW(window, WM_ERASEBKGND,
-                                   reinterpret_cast<WPARAM>(static_cast<HDC>(dc)), 0),
-                      1)
+            SetPixel(canvas.Get(), 0, 0, RGB(1, 2, 3));
+            EXPECT_EQ(
+                SendMessageW(window, WM_ERASEBKGND, reinterpret_cast<WPARAM>(canvas.Get()), 0), 1)
+                << testing::PrintToString(ClassOf(window));
+            EXPECT_EQ(GetPixel(canvas.Get(), 0, 0), RGB(1, 2, 3))
                 << testing::PrintToString(ClassOf(window));
         }
         // The frame, the pane, the bar, the slide bar, five lists and the path bar.
