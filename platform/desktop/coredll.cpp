@@ -157,11 +157,12 @@ size_t ResourceString(HINSTANCE module, UINT id, const wchar_t** text) {
 
 // Wine's default format groups the digits only once, so the locale's format is given in full.
 int NumberFormat(const wchar_t* plain, wchar_t* buffer, int size) {
-    wchar_t decimal[8] = {};
+    // As it stands in the plain text, where the locale does not tell its own.
+    wchar_t decimal[8] = L".";
     wchar_t group[8] = {};
     wchar_t groups[16] = {};
-    if (!GetLocaleInfoW(LOCALE_USER_DEFAULT, LOCALE_SDECIMAL, decimal, 8) ||
-        !GetLocaleInfoW(LOCALE_USER_DEFAULT, LOCALE_STHOUSAND, group, 8) ||
+    GetLocaleInfoW(LOCALE_USER_DEFAULT, LOCALE_SDECIMAL, decimal, 8);
+    if (!GetLocaleInfoW(LOCALE_USER_DEFAULT, LOCALE_STHOUSAND, group, 8) ||
         !GetLocaleInfoW(LOCALE_USER_DEFAULT, LOCALE_SGROUPING, groups, 16)) {
         return 0;
     }

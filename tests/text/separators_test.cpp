@@ -9,9 +9,12 @@ using text::FormatInteger;
 
 TEST(DecimalSeparator, ThatIsUnknownLeavesTheNumberWhole) {
     UserLocale locale;
-    locale.Unknown(LOCALE_SDECIMAL);
-    // Without a separator the number cannot be written in the locale's form at all.
-    EXPECT_EQ(FormatInteger(1234), L"");
+    locale.Unknown(LOCALE_SDECIMAL)
+        .Text(LOCALE_STHOUSAND, L",")
+        .Text(LOCALE_SGROUPING, L"3;0")
+        .Number(LOCALE_IDIGITS, 2);
+    EXPECT_EQ(FormatInteger(1234), L"1,234.00");
+    EXPECT_EQ(FormatDecimal(1234, 500000000), L"1,234.50");
 }
 
 TEST(DecimalSeparator, IsSearchedFromTheEnd) {
