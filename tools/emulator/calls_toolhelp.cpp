@@ -19,6 +19,7 @@ constexpr Address snapHeaps = 1;
 constexpr Address snapProcesses = 2;
 constexpr Address snapThreads = 4;
 constexpr Address snapModules = 8;
+constexpr Address snapWithoutHeaps = 0x40000000;
 constexpr Address slotSize = 0x2000000;
 constexpr Address blockIsUsed = 1;
 constexpr Address blockIsFree = 2;
@@ -224,6 +225,12 @@ std::uint64_t TakeSnapshot(Call& call) {
         FindRunning(running, call.Word(1) ? call.Word(1) : GetCurrentProcessId());
     if (!process && (flags & (snapHeaps | snapModules))) {
         SetLastError(ERROR_INVALID_PARAMETER);
+        return Result(INVALID_HANDLE_VALUE);
+    }
+    // Unless it is told not to, a list of processes or modules takes all the heaps along, for which
+    // a small device has no memory.
+    if ((flags & (snapProcesses | snapModules)) && !(flags & snapWithoutHeaps)) {
+        SetLastError(ERROR_NOT_ENOUGH_MEMORY);
         return Result(INVALID_HANDLE_VALUE);
     }
     Snapshot snapshot;
