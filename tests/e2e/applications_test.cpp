@@ -37,6 +37,13 @@ class ApplicationsProgram : public FilesProgram {
     bool Counts(int count) const {
         return WaitFor([&] { return Count() == count; });
     }
+    // The next window that a person can see behind a window, but for the shell's strip above it.
+    static HWND SeenBehind(HWND window) {
+        do {
+            window = GetWindow(window, GW_HWNDNEXT);
+        } while (window && (!IsWindowVisible(window) || ClassOf(window) == L"HHTaskBar"));
+        return window;
+    }
     void HoldFirstRow() {
         ASSERT_TRUE(Finger().Hold(RowPoint(0)).Play());
         ASSERT_TRUE(ShowsSelected(0));
@@ -133,6 +140,32 @@ TEST_F(ApplicationsProgram, StoppingAHiddenOneIsAskedFor) {
     ChooseCommand(menu, stop);
     Answer(Finger().Key("Left").Key("Return"));
     EXPECT_TRUE(WaitFor([&] { return !sample.Runs(); }));
+}
+
+// A handheld's shell is known by its desktop's window; a PC tells its shell by itself.
+TEST_F(ApplicationsProgram, AWindowOfTheShellIsListedWithTheCriticalOnesOnly) {
+    const SampleProgram shell(L"shell", L"! shell");
+    ASSERT_TRUE(
+        WaitFor([&] { return FindWindowW(L"DesktopExplorerWindow", L"Desktop") != nullptr; }));
+    const SampleProgram sample(L"stubborn", L"! the first");
+    StartOnApplications();
+    const int count = Count();
+    const bool critical = RunsOnHandheld();
+    ChooseCommand(menu, stopAll);
+    Answer(Finger().Key("Left").Key("Return"));
+    if (critical) {
+        // The last thing that is done.
+        EXPECT_TRUE(
+            WaitFor([&] { return ClassOf(SeenBehind(Window())) == L"DesktopExplorerWindow"; }));
+    }
+    // It has two windows.
+    EXPECT_TRUE(Counts(critical ? count : count - 2));
+    EXPECT_EQ(shell.Runs(), critical);
+    EXPECT_TRUE(sample.Runs());
+    if (critical) {
+        ChooseCommand(menu, showCritical);
+        EXPECT_TRUE(Counts(count + 2));
+    }
 }
 
 TEST_F(ApplicationsProgram, TheChoiceOfCriticalAndHiddenOnesIsKept) {

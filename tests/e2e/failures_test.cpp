@@ -48,6 +48,22 @@ TEST_F(Failures, OfTheSnapshotLeaveAnEmptyListOfProcesses) {
     EXPECT_TRUE(ShowsCaption(L"System Status"));
 }
 
+// The system tells the thread of a window, but not its process.
+TEST_F(Failures, ToTellAWindowsProcessLeaveItToItsThread) {
+    const SampleProgram sample(L"stubborn", L"! sample");
+    const DWORD thread = GetWindowThreadProcessId(sample.Window(), nullptr);
+    // The shell's desktop is then the sample's as well, which makes that critical.
+    CleanSettings::SetNumber(L"flags", 0x0010);
+    StartWith(L"-apps  ", L"Applications (",
+              FailingCall{"GetWindowThreadProcessId", thread, ERROR_SUCCESS, always});
+    HoldFirstRow();
+    ChooseCommand(applicationsMenu, goToProcess);
+    ASSERT_TRUE(ShowsCaption(L"Processes ("));
+    ChooseCommand(processesMenu, stopOrKill);
+    Answer(Finger().Key("Left").Key("Return"));
+    EXPECT_TRUE(WaitFor([&] { return !sample.Runs(); }));
+}
+
 TEST_F(Failures, OfOpeningAProcessLeaveItRunning) {
     const SampleProgram sample(L"polite", L"! sample");
     StartWith(L"-apps  ", L"Applications (", FailingCall{"OpenProcess"});

@@ -7,6 +7,7 @@
 //   dialogs    has an owned window, which owns another, which owns a third
 //   cursor     has a second window as the shell's pointer has one
 //   hung       answers nothing once its window is open
+//   shell      has a second window as a handheld's shell has one behind all others
 //
 // A third argument names a file that it keeps open to itself.
 #include <windows.h>
@@ -67,6 +68,14 @@ int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, wchar_t*, int) {
     if (manners == L"cursor") {
         CreateWindowExW(0, L"STATIC", L"CURSORwindow", WS_POPUP | WS_VISIBLE, 0, 0, 20, 20, nullptr,
                         nullptr, instance, nullptr);
+    }
+    if (manners == L"shell") {
+        windowClass.lpszClassName = L"DesktopExplorerWindow";
+        RegisterClassW(&windowClass);
+        const HWND desktop = CreateWindowExW(0, L"DesktopExplorerWindow", L"Desktop", WS_POPUP, 0,
+                                             0, 20, 20, nullptr, nullptr, instance, nullptr);
+        SetWindowPos(desktop, HWND_BOTTOM, 0, 0, 0, 0,
+                     SWP_NOSIZE | SWP_NOMOVE | SWP_NOACTIVATE | SWP_SHOWWINDOW);
     }
     if (manners == L"hung") {
         Sleep(60000);

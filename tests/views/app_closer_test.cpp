@@ -5,6 +5,7 @@
 #include "faults/fault.h"
 #include "tests/support/platform_hook.h"
 #include "tests/support/program.h"
+#include "tests/support/sample_program.h"
 #include "tests/support/wait.h"
 #include "tests/support/world.h"
 // Behind the platform's own declarations.
@@ -50,6 +51,11 @@ class SampleClass {
 DWORD WINAPI ThreadAlone(HWND, DWORD* process) {
     *process = 0;
     return GetCurrentThreadId();
+}
+DWORD otherThread = 0;
+DWORD WINAPI OtherThread(HWND, DWORD* process) {
+    *process = 0;
+    return otherThread;
 }
 DWORD WINAPI ThreadUnknown(HWND, DWORD* process) {
     *process = 0;
@@ -113,6 +119,13 @@ TEST(AppOwners, AreFoundByTheWindowOrByItsThread) {
     }
     const OwnerHook hook("GetWindowThreadProcessId", ThreadUnknown);
     EXPECT_EQ(AppCloser::ProcessIdOfWindow(window.Handle()), 0u);
+}
+
+TEST(AppOwners, OfOtherProgramsAreFoundByTheThreadAsWell) {
+    const SampleProgram sample(L"polite", L"Sample");
+    otherThread = GetWindowThreadProcessId(sample.Window(), nullptr);
+    const OwnerHook hook("GetWindowThreadProcessId", OtherThread);
+    EXPECT_EQ(AppCloser::ProcessIdOfWindow(sample.Window()), sample.ProcessId());
 }
 
 TEST(AppOwners, AreAFaultWhereTheThreadsAreNotToldToTheirEnd) {
