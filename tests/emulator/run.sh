@@ -60,6 +60,7 @@ Expect read-nothing 99 'a read of 4 bytes at 00000020: nothing is there' 'ReadNo
 Expect leave-section-twice 99 'LeaveCriticalSection: the critical section at .* was not entered'
 Expect call-an-address 99 'made the call at f000e3d0, which the device does not have'
 device=large Expect list-partitions 7 'DSK1: holds Storage Card'
+device=large Expect leave-search-open 99 '1 searches and 0 snapshots were not closed'
 # The program runs in the midst of a call: the call has the arguments of before, and finds the memory of after.
 Expect take-messages 7 'got the next' 'looked at the next'
 Expect free-message-while-waiting 99 'GetMessageW: 28 bytes at .* may not be written: 0 bytes into a freed block'

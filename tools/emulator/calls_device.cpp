@@ -296,6 +296,10 @@ bool IsStorageSearch(Address handle) {
     return Walks().count(handle) != 0;
 }
 
+size_t OpenStorageSearches() {
+    return Walks().size();
+}
+
 std::uint64_t FirstStore(Call& call) {
     size_t next = 0;
     return ShowStore(&next, Sized<DeviceStore>(call, 1)) ? StartWalk(Walk::stores, next)

@@ -331,6 +331,10 @@ size_t* CardSearch(Address handle) {
     return found == Searches().end() || found->second.handle ? nullptr : &found->second.nextCard;
 }
 
+size_t OpenSearches() {
+    return Searches().size() + Stores().size();
+}
+
 const Device::Card* CardOfStore(Address handle) {
     const auto found = Stores().find(handle);
     return found == Stores().end() ? nullptr : found->second;

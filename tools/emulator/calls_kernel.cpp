@@ -6,6 +6,7 @@
 #include "machine.h"
 #include "modules.h"
 #include "processes.h"
+#include "searches.h"
 #include "stop.h"
 
 namespace emulator {
@@ -63,6 +64,12 @@ std::uint64_t End(Call& call) {
         return EndDescribed(call.Word(0), call.Word(1));
     }
     if (call.KernelHandle(0) == GetCurrentProcess()) {
+        // A program that ends as it should has given everything back; not so one that aborts.
+        constexpr Address aborted = 3;
+        const size_t searches = OpenSearches() + OpenStorageSearches();
+        if (call.Word(1) != aborted && (searches != 0 || OpenSnapshots() != 0)) {
+            Stop("%zu searches and %zu snapshots were not closed", searches, OpenSnapshots());
+        }
         EndRun(call.Word(1));
     }
     return Result(TerminateProcess(call.KernelHandle(0), call.Word(1)));

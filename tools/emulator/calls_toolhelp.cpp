@@ -344,4 +344,8 @@ const Services services = {
 
 }  // namespace
 
+size_t OpenSnapshots() {
+    return Snapshots().size();
+}
+
 }  // namespace emulator

@@ -26,6 +26,9 @@ bool EndDescribed(Address handle, Address exitCode);
 // The exit code, or that of a running process.
 Address ExitCodeOfDescribed(Address handle);
 
+// How many snapshots have not been closed yet.
+size_t OpenSnapshots();
+
 // A number for a module, under which its path can be asked for; the same for the same path.
 Address ModuleNumber(const Text& path);
 // False when no module has this number.

@@ -31,6 +31,10 @@ bool IsStorageSearch(Address handle);
 std::uint64_t FirstStore(Call& call);
 std::uint64_t NextOfStorage(Call& call);
 std::uint64_t CloseStorageSearch(Call& call);
+// How many searches for files and cards and opened stores have not been closed yet, and how many
+// searches of the storage manager.
+size_t OpenSearches();
+size_t OpenStorageSearches();
 // The card behind a store that was opened as a file; null for any other handle.
 const Device::Card* CardOfStore(Address handle);
 

@@ -149,6 +149,11 @@ void ListPartitions() {
     platform::CloseStoreSearch(stores);
 }
 
+void LeaveSearchOpen() {
+    platform::StoreInfo store;
+    platform::FindFirstStore(&store);
+}
+
 // A window whose procedure runs while the system serves a call, and leaves the registers of the
 // call's arguments changed.
 constexpr UINT expectedMessage = WM_USER + 1;
@@ -324,6 +329,7 @@ constexpr Mistake mistakes[] = {
     {L"leave-section-twice", LeaveSectionTwice},
     {L"call-an-address", CallAnAddress},
     {L"list-partitions", ListPartitions},
+    {L"leave-search-open", LeaveSearchOpen},
     {L"identify-files", IdentifyFiles},
     {L"take-messages", TakeMessages},
     {L"free-message-while-waiting", FreeMessageWhileWaiting},
