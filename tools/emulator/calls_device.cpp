@@ -112,9 +112,13 @@ DevicePower PowerState() {
     return state;
 }
 
-// Gives the number of bytes that were filled in.
+// Gives the number of bytes that were filled in. Unless the battery is to be asked anew, it tells
+// what was known before, which here is nothing.
 std::uint64_t MorePower(Call& call) {
-    const DevicePower state = PowerState();
+    DevicePower state = PowerState();
+    if (!call.Word(2)) {
+        state.BatteryFlag = state.BatteryLifePercent = 0xFF;
+    }
     const Address size = std::min<Address>(call.Word(1), sizeof state);
     std::memcpy(call.Bytes(0, call.Word(1), Access::Write), &state, size);
     return size;

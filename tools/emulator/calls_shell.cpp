@@ -236,8 +236,28 @@ std::uint64_t StartDialog(Call& call) {
                                area.bottom - area.top, SWP_NOACTIVATE));
 }
 
-std::uint64_t MenuBarOf(Call&) {
-    return 0;
+struct BarSearch {
+    HWND owner;
+    HWND bar;
+};
+
+BOOL CALLBACK FindBar(HWND window, LPARAM parameter) {
+    auto& search = *reinterpret_cast<BarSearch*>(parameter);
+    WCHAR name[16] = {};
+    GetClassNameW(window, name, 16);
+    if (lstrcmpiW(name, u"menu_worker") != 0 || GetWindow(window, GW_OWNER) != search.owner) {
+        return TRUE;
+    }
+    search.bar = window;
+    return FALSE;
+}
+
+// The shell's own bars are windows of a class of theirs, which belong to the window that they
+// serve.
+std::uint64_t MenuBarOf(Call& call) {
+    BarSearch search = {call.HandleAt<HWND>(0), nullptr};
+    EnumWindows(FindBar, reinterpret_cast<LPARAM>(&search));
+    return Result(search.bar);
 }
 
 std::uint64_t LoadPicture(Call& call) {
