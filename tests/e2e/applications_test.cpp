@@ -68,6 +68,20 @@ TEST_F(ApplicationsProgram, ATapSwitchesAndComingBackListsAnew) {
     EXPECT_TRUE(Counts(count + 1));
 }
 
+// The bar would take no input; a PC knows of no such windows.
+TEST_F(ApplicationsProgram, ATapSwitchesToTheWindowAboveItsMenuBar) {
+    const SampleProgram sample(L"barred", L"! first");
+    HWND bar = nullptr;
+    ASSERT_TRUE(WaitFor([&] {
+        bar = FindWindowW(L"menu_worker", nullptr);
+        return bar && IsWindowVisible(bar);
+    }));
+    StartOnApplications();
+    ASSERT_TRUE(Finger().Tap(RowPoint(0)).Play());
+    const HWND expected = RunsOnHandheld() ? sample.Window() : bar;
+    EXPECT_TRUE(WaitFor([&] { return GetForegroundWindow() == expected; }));
+}
+
 TEST_F(ApplicationsProgram, AHeldApplicationIsStopped) {
     const SampleProgram sample(L"polite", L"! first");
     StartOnApplications();

@@ -153,6 +153,24 @@ TEST_F(FirstInstance, HasItsFrontmostOwnedWindowBroughtForward) {
     EXPECT_TRUE(EventIsSignalled()) << "for the next one that waits";
 }
 
+// A PC knows of no menu bars that are windows.
+TEST_F(FirstInstance, HasNoMenuBarOfAHandheldBroughtForward) {
+    WNDCLASSW description = {};
+    description.lpfnWndProc = DefWindowProcW;
+    description.hInstance = GetModuleHandleW(nullptr);
+    description.lpszClassName = L"menu_worker";
+    RegisterClassW(&description);
+    {
+        const OwnWindow main(app::mainWindowClass, nullptr);
+        const OwnWindow bar(L"menu_worker", main);
+        const OwnWindow other(L"STATIC", nullptr);
+        SetForegroundWindow(other);
+        StartAnother();
+        EXPECT_TRUE(ComesForward(RunsOnHandheld() ? main : bar));
+    }
+    UnregisterClassW(L"menu_worker", GetModuleHandleW(nullptr));
+}
+
 TEST_F(FirstInstance, HasItsMainWindowShownAndBroughtForward) {
     const OwnWindow main(app::mainWindowClass, nullptr, 0);
     const OwnWindow other(L"STATIC", nullptr);

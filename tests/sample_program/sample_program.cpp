@@ -7,6 +7,7 @@
 //   dialogs    has an owned window, which owns another, which owns a third
 //   cursor     has a second window as the shell's pointer has one
 //   hung       answers nothing once its window is open
+//   barred     has an owned window that is a handheld's menu bar
 //   shell      has a second window as a handheld's shell has one behind all others
 //
 // A third argument names a file that it keeps open to itself.
@@ -68,6 +69,13 @@ int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, wchar_t*, int) {
     if (manners == L"cursor") {
         CreateWindowExW(0, L"STATIC", L"CURSORwindow", WS_POPUP | WS_VISIBLE, 0, 0, 20, 20, nullptr,
                         nullptr, instance, nullptr);
+    }
+    if (manners == L"barred") {
+        windowClass.lpszClassName = L"menu_worker";
+        RegisterClassW(&windowClass);
+        ShowWindow(CreateWindowExW(0, L"menu_worker", L"", WS_POPUP, 0, 100, 100, 20, window,
+                                   nullptr, instance, nullptr),
+                   SW_SHOWNOACTIVATE);
     }
     if (manners == L"shell") {
         windowClass.lpszClassName = L"DesktopExplorerWindow";
