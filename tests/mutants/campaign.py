@@ -1,12 +1,12 @@
 #!/usr/bin/python3
 """Makes small changes to the product, one at a time, and tells which of them no test notices. See tests/mutate."""
 import argparse
+import functools
 import glob
 import hashlib
 import json
 import os
 import queue
-import random
 import re
 import shutil
 import subprocess
@@ -35,6 +35,16 @@ def say(text):
 
 def run(*command, **options):
     return subprocess.run(command, check=True, text=True, capture_output=True, **options).stdout
+
+
+@functools.cache
+def lines_of(path):
+    with open(os.path.join(ROOT, path), encoding="utf-8") as file:
+        return file.read().split("\n")
+
+
+def line_of(site):
+    return lines_of(site.path)[site.line - 1].strip()
 
 
 def room_of(path):
@@ -78,16 +88,22 @@ def find_sites(root):
     return found
 
 
-# A seeded choice, each room by its share but none with less than a twentieth.
+# A seeded choice, each room by its share but none with less than a twentieth. A site that was chosen stays chosen while
+# others come and go.
 def choose(sites, count, seed, only):
-    chance = random.Random(seed)
-    by_room = {room: [s for s in sites if room_of(s.path) == room and re.search(only, s.path)] for room in ROOMS}
-    total = sum(len(found) for found in by_room.values())
+    seen = {}
+    ranked = []
+    for site in sites:
+        if not re.search(only, site.path):
+            continue
+        name = f"{seed}|{site.path}|{line_of(site)}|{site.words}"
+        seen[name] = seen.get(name, 0) + 1
+        ranked.append((hashlib.sha256(f"{name}|{seen[name]}".encode()).digest(), site))
+    ranked.sort(key=lambda entry: entry[0])
     chosen = []
-    for room, found in by_room.items():
-        share = max(count // 20, round(count * len(found) / total))
-        found = places.without_overlap(chance.sample(found, len(found)))
-        chosen += found[:share]
+    for room in ROOMS:
+        found = [site for _, site in ranked if room_of(site.path) == room]
+        chosen += places.without_overlap(found)[:max(count // 20, round(count * len(found) / len(ranked)))]
     return places.without_overlap(chosen)
 
 
@@ -323,11 +339,6 @@ def read_known():
                 path, code, words, reason = (part.strip() for part in line.split(" | ", 3))
                 known[(path, code, words)] = reason
     return known
-
-
-def line_of(site):
-    with open(os.path.join(ROOT, site.path), encoding="utf-8") as file:
-        return file.read().split("\n")[site.line - 1].strip()
 
 
 def report(sites, results, out):
