@@ -169,6 +169,11 @@ std::uint64_t MakeShortcut(Call& call) {
 }
 
 std::uint64_t ShortcutTarget(Call& call) {
+    // The rooms for a shortcut that is opened and for one that is described.
+    constexpr Address rooms[] = {262, 780};
+    if (call.Word(2) != rooms[0] && call.Word(2) != rooms[1]) {
+        Stop("%s: a room of %u characters", call.Name(), call.Word(2));
+    }
     WCHAR* room = call.Room(1, call.Word(2));
     const auto target = ReadShortcut(call.String(0));
     if (!target || target->size() >= call.Word(2)) {
@@ -225,11 +230,13 @@ struct DeviceDialogStart {
 };
 
 std::uint64_t StartDialog(Call& call) {
-    constexpr Address fullScreen = 0x0010 | 0x0004;
+    constexpr Address flagsCount = 0x0001;
+    constexpr Address fullScreenWithoutPanel = 0x0010 | 0x0008;
     const auto* shown = call.In<DeviceDialogStart>(0);
     const auto dialog = reinterpret_cast<HWND>(static_cast<std::intptr_t>(shown->hDlg));
-    if ((shown->dwFlags & fullScreen) == 0) {
-        return TRUE;
+    if (shown->dwMask != flagsCount || shown->dwFlags != fullScreenWithoutPanel) {
+        Stop("%s: a dialog with the mask %x and the flags %x", call.Name(), shown->dwMask,
+             shown->dwFlags);
     }
     const RECT area = WorkArea();
     return Result(SetWindowPos(dialog, HWND_TOP, area.left, area.top, area.right - area.left,
