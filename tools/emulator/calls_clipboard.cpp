@@ -37,6 +37,9 @@ std::uint64_t PutData(Call& call) {
     Heap& heap = TheMachine().heap;
     const Address block = call.Word(1);
     const Address size = heap.SizeOf(block, call.Name());
+    if (!heap.IsMovable(block)) {
+        Stop("%s: the block %08x cannot be moved to another program", call.Name(), block);
+    }
     const HGLOBAL memory = GlobalAlloc(GMEM_MOVEABLE, size);
     std::memcpy(GlobalLock(memory), PointerTo(block), size);
     GlobalUnlock(memory);

@@ -17,7 +17,11 @@ std::uint64_t OutOfMemory() {
 
 std::uint64_t LocalAllocate(Call& call) {
     const bool zeroed = (call.Word(0) & LMEM_ZEROINIT) != 0;
-    const Address block = TheMachine().heap.Allocate(call.Word(1), zeroed, call.Caller());
+    Heap& heap = TheMachine().heap;
+    const Address block = heap.Allocate(call.Word(1), zeroed, call.Caller());
+    if (block && (call.Word(0) & LMEM_MOVEABLE) != 0) {
+        heap.MakeMovable(block);
+    }
     return block ? block : OutOfMemory();
 }
 

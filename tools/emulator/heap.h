@@ -28,6 +28,9 @@ class Heap {
     // From now on the system's: the program may read it, not free it.
     void GiveToSystem(Address block) { live_.at(block).owner = 0; }
     bool IsSystems(Address block) const { return live_.at(block).owner == 0; }
+    // Taken with the wish that it may be moved, as blocks for other programs are.
+    void MakeMovable(Address block) { live_.at(block).movable = true; }
+    bool IsMovable(Address block) const { return live_.at(block).movable; }
 
     bool Holds(Address address) const { return address - start_ < size_; }
     bool Allows(Address address, Address size) const;
@@ -44,6 +47,7 @@ class Heap {
         Address extent = 0;
         Address owner = 0;
         Address freedBy = 0;
+        bool movable = false;
     };
 
     void Mark(Address address, Address size, bool live);
