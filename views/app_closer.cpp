@@ -2,9 +2,12 @@
 
 #include <algorithm>
 #include <exception>
+#include <optional>
 #include <string_view>
+#include <utility>
 
 #include "faults/fault.h"
+#include "platform/coredll.h"
 #include "platform/handles.h"
 #include "platform/shell.h"
 #include "platform/toolhelp.h"
@@ -13,7 +16,7 @@ namespace views {
 
 namespace {
 
-// A window that hangs must not hang its observer; its text counts as empty. Milliseconds.
+// A window that hangs must not hang its observer. Milliseconds.
 constexpr UINT longestAnswer = 1000;
 // Characters; what claims to be longer is not believed.
 constexpr DWORD_PTR longestText = 0xFFFF;
@@ -26,20 +29,14 @@ bool SameText(const wchar_t* first, int firstLength, const wchar_t* second, int 
                           secondLength) == CSTR_EQUAL;
 }
 
-}  // namespace
-
-// One walk over the top-level windows; no exception may cross the platform's frames.
-struct AppCloser::Pass {
-    AppCloser& closer;
-    bool wait;
-    std::exception_ptr fault;
-};
-
-std::wstring UntrimmedTitle(HWND window) {
+// A window's text; none when it does not answer. One that is gone has an empty one.
+std::optional<std::wstring> AskedTitle(HWND window) {
     // Only the first question may go unanswered: the second lends its memory.
     DWORD_PTR length = 0;
-    if (!SendMessageTimeoutW(window, WM_GETTEXTLENGTH, 0, 0, SMTO_NORMAL, longestAnswer, &length) ||
-        length == 0 || length > longestText) {
+    if (!SendMessageTimeoutW(window, WM_GETTEXTLENGTH, 0, 0, SMTO_NORMAL, longestAnswer, &length)) {
+        return IsWindow(window) ? std::nullopt : std::optional<std::wstring>(std::in_place);
+    }
+    if (length == 0 || length > longestText) {
         return std::wstring();
     }
     std::wstring title(length + 1, L'\0');
@@ -50,11 +47,33 @@ std::wstring UntrimmedTitle(HWND window) {
     return title;
 }
 
-std::wstring WindowTitle(HWND window) {
-    std::wstring title = UntrimmedTitle(window);
+std::wstring Trimmed(std::wstring title) {
     title.erase(title.find_last_not_of(L' ') + 1);
     title.erase(0, title.find_first_not_of(L' '));
     return title;
+}
+
+}  // namespace
+
+// One walk over the top-level windows; no exception may cross the platform's frames.
+struct AppCloser::Pass {
+    AppCloser& closer;
+    bool wait;
+    std::exception_ptr fault;
+};
+
+std::wstring UntrimmedTitle(HWND window) {
+    return AskedTitle(window).value_or(std::wstring());
+}
+
+std::wstring AppName(HWND window) {
+    if (std::optional<std::wstring> title = AskedTitle(window)) {
+        return Trimmed(*std::move(title));
+    }
+    wchar_t path[MAX_PATH] = {};
+    platform::ProcessPath(AppCloser::ProcessIdOfWindow(window), path, MAX_PATH);
+    const std::wstring_view name = path;
+    return std::wstring(name.substr(name.rfind(L'\\') + 1));
 }
 
 AppCloser::AppCloser() : desktop_(platform::ShellDesktopWindow()) {
@@ -110,7 +129,7 @@ BOOL CALLBACK AppCloser::Visit(HWND window, LPARAM parameter) {
     Pass& pass = *reinterpret_cast<Pass*>(parameter);
     try {
         if (window == pass.closer.spared_ || GetParent(window) || !IsWindowVisible(window) ||
-            !pass.closer.IsClosableApp(window, WindowTitle(window))) {
+            !pass.closer.IsClosableApp(window, AppName(window))) {
             return TRUE;
         }
         if (pass.wait) {

@@ -22,8 +22,10 @@ class HiddenApps {
 // A window's text (WM_GETTEXT); empty when it has none or does not answer within a second.
 std::wstring UntrimmedTitle(HWND window);
 
-// A window's text without blanks at its ends.
-std::wstring WindowTitle(HWND window);
+// What an application is called: its window's text without blanks at the ends; the name of its
+// executable where the window does not answer, so that it can be found and closed. Throws W32Fault
+// when the window's process cannot be found.
+std::wstring AppName(HWND window);
 
 class AppCloser {
  public:

@@ -112,6 +112,14 @@ BOOL WINAPI NotePlacement(HWND window, HWND behind, int, int, int, int, UINT fla
     return TRUE;
 }
 
+HWND hungWindow = nullptr;
+LRESULT(WINAPI* realSend)(HWND, UINT, WPARAM, LPARAM, UINT, UINT, DWORD_PTR*) = nullptr;
+LRESULT WINAPI NoAnswer(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT flags,
+                        UINT timeout, DWORD_PTR* answer) {
+    return window == hungWindow ? 0
+                                : realSend(window, message, wParam, lParam, flags, timeout, answer);
+}
+
 HRESULT CodeOf(const std::function<void()>& action) {
     try {
         action();
@@ -202,6 +210,21 @@ TEST_F(ClosingPasses, AsksAllBeforeItWaitsForTheFirst) {
     AppCloser closer;
     closer.CloseAllApps();
     EXPECT_EQ(steps, "aaawww");
+}
+
+TEST_F(ClosingPasses, AsksAWindowThatDoesNotAnswerAsWell) {
+    const AppWindow app(L"App");
+    const AppWindow hung(L"");
+    const PlatformHook<decltype(NoAnswer)> send("SendMessageTimeoutW", NoAnswer);
+    realSend = send.Original();
+    hungWindow = hung;
+    AppCloser closer;
+    closer.CloseAllApps();
+    EXPECT_EQ(asked, (std::set<HWND>{app, hung}));
+    hungWindow = nullptr;
+    asked.clear();
+    closer.CloseAllApps();
+    EXPECT_EQ(asked, (std::set<HWND>{app})) << "it answers that it has no title";
 }
 
 TEST_F(ClosingPasses, LeavesTheDesktopBehindItsOwnWindow) {

@@ -98,13 +98,13 @@ class Hiding final : public HiddenApps {
 }  // namespace
 
 TEST(WindowTitles, LoseTheBlanksAtTheirEnds) {
-    EXPECT_EQ(WindowTitle(SampleWindow(L"  two words ").Handle()), L"two words");
-    EXPECT_EQ(WindowTitle(SampleWindow(L"   ").Handle()), L"");
-    EXPECT_EQ(WindowTitle(SampleWindow(L"").Handle()), L"");
-    EXPECT_EQ(WindowTitle(SampleWindow(L"\ttab\t").Handle()), L"\ttab\t");
+    EXPECT_EQ(AppName(SampleWindow(L"  two words ").Handle()), L"two words");
+    EXPECT_EQ(AppName(SampleWindow(L"   ").Handle()), L"");
+    EXPECT_EQ(AppName(SampleWindow(L"").Handle()), L"");
+    EXPECT_EQ(AppName(SampleWindow(L"\ttab\t").Handle()), L"\ttab\t");
     const std::wstring endless(5000, L'w');
-    EXPECT_EQ(WindowTitle(SampleWindow(endless.c_str()).Handle()), endless);
-    EXPECT_EQ(WindowTitle(nullptr), L"");
+    EXPECT_EQ(AppName(SampleWindow(endless.c_str()).Handle()), endless);
+    EXPECT_EQ(AppName(nullptr), L"");
 }
 
 TEST(AppOwners, AreFoundByTheWindowOrByItsThread) {

@@ -271,6 +271,10 @@ TEST_F(ApplicationsList, DoesNotWaitForAProgramThatHangs) {
     const SampleProgram program(L"polite", L"Sample 1");
     Open();
     EXPECT_TRUE(Lists(L"Sample 1"));
+    // It is listed by what is known of it.
+    EXPECT_FALSE(Lists(L"Sample hung"));
+    ASSERT_TRUE(Lists(L"sample_program.exe"));
+    EXPECT_EQ(Item(RowOf(L"sample_program.exe")).window, hung.Window());
     DWORD_PTR answer = 0;
     EXPECT_FALSE(SendMessageTimeoutW(hung.Window(), WM_NULL, 0, 0, SMTO_NORMAL, 100, &answer))
         << "it hangs no more";

@@ -175,7 +175,7 @@ void ApplicationsView::InsertSorted(std::unique_ptr<AppItem> item) {
 
 void ApplicationsView::Hide(HWND window) {
     AppCloser& closer = GetFrame().Closer();
-    const bool critical = !WindowTitle(window).empty() &&
+    const bool critical = !AppName(window).empty() &&
                           AppCloser::ProcessIdOfWindow(window) == closer.ShellProcessId();
     if (!IsWindow(window) || critical) {
         return;
@@ -201,7 +201,7 @@ void ApplicationsView::Stop(HWND window) {
             Refresh();
             return;
         }
-        if (GetFrame().Closer().IsClosableApp(window, WindowTitle(window)) ||
+        if (GetFrame().Closer().IsClosableApp(window, AppName(window)) ||
             Asked(GetFrame().MainWindow(), askStop)) {
             StopNow(window);
         }

@@ -31,7 +31,7 @@ void Look(const Search& search, HWND window) {
     if (platform::ProcessPath(process, path, MAX_PATH) == 0) {
         throw faults::W32Fault();
     }
-    std::wstring title = WindowTitle(window);
+    std::wstring title = AppName(window);
     if (title.empty() || AppCloser::IsCursorWindow(window, title) ||
         (!(search.flags & flagShowCriticalApplications) &&
          process == search.closer.ShellProcessId()) ||
