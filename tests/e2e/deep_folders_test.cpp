@@ -30,15 +30,6 @@ class DeepFolders : public FilesProgram {
     static bool Exists(const std::wstring& path) {
         return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES;
     }
-    static HWND NextBox() {
-        HWND box = nullptr;
-        EXPECT_TRUE(WaitFor([&] {
-            box = FindVisible(L"#32770", true);
-            return box && GetForegroundWindow() == box;
-        }));
-        Sleep(100);
-        return box;
-    }
     void SelectFirst() {
         ASSERT_TRUE(Finger().Hold(RowPoint(0)).Play());
         ASSERT_TRUE(ShowsSelected(0));
@@ -58,8 +49,9 @@ TEST_F(DeepFolders, AreCopiedAndDeletedToTheirEnd) {
     EXPECT_TRUE(WaitFor([&] { return Exists(copied); }));
     EXPECT_TRUE(Exists(file));
     SelectFirst();
-    ASSERT_TRUE(Finger().Key("F1").Wait(300).Key("End").Key("Up").Key("Return").Play());
-    const HWND question = NextBox();
+    ASSERT_TRUE(Finger().Key("F1").Play());
+    ASSERT_TRUE(Finger().Key("End").Key("Up").Key("Return").In(Popup()).Play());
+    const HWND question = Dialog();
     ASSERT_TRUE(Finger().Key("Return").Play());
     EXPECT_TRUE(WaitFor([&] { return !IsWindow(question); }));
     EXPECT_TRUE(WaitFor([&] { return !Exists(folder.Path() + L"\\d"); }));
@@ -73,7 +65,7 @@ TEST_F(DeepFolders, HaveRoomForAQuestionAtTheirEnd) {
     SelectFirst();
     Choose(0, copy);
     Choose(0, paste);
-    const HWND question = NextBox();
+    const HWND question = Dialog();
     ASSERT_TRUE(Finger().Key("Return").Play());
     EXPECT_TRUE(WaitFor([&] { return !IsWindow(question); }));
     const std::wstring parent = file.substr(folder.Path().size() + 2);

@@ -195,7 +195,7 @@ void FilesProgram::ChooseCommand(UINT menu, UINT command, HWND window) const {
         for (int entry = place->entries - 1; entry > *place->entry; --entry) {
             choice.Key("Up");
         }
-        choice.Wait(60).Key("Return");
+        choice.Key("Return").In(popup);
     }
     ASSERT_TRUE(choice.Play());
     ASSERT_TRUE(WaitFor([] { return !FindVisible(L"kx::PopupMenu", true); }));

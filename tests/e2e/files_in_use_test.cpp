@@ -13,24 +13,15 @@ class FileInUse : public FilesProgram {
     static bool Exists(const std::wstring& path) {
         return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES;
     }
-    // The next message box, once it has the keyboard.
-    static HWND NextBox(HWND previous = nullptr) {
-        HWND box = nullptr;
-        EXPECT_TRUE(WaitFor([&] {
-            box = FindVisible(L"#32770", true);
-            return box && box != previous && GetForegroundWindow() == box;
-        }));
-        Sleep(100);
-        return box;
-    }
     // Deletes the first row up to the question about the other program; null when there is none.
     HWND DeleteFirst() {
         EXPECT_TRUE(Finger().Hold(RowPoint(0)).Play());
         EXPECT_TRUE(ShowsSelected(0));
-        EXPECT_TRUE(Finger().Key("F1").Wait(300).Key("End").Key("Up").Key("Return").Play());
-        const HWND question = NextBox();
+        EXPECT_TRUE(Finger().Key("F1").Play());
+        EXPECT_TRUE(Finger().Key("End").Key("Up").Key("Return").In(Popup()).Play());
+        const HWND question = Dialog();
         EXPECT_TRUE(Finger().Key("Return").Play());
-        return NextBox(question);
+        return Dialog(question);
     }
 };
 
@@ -69,7 +60,7 @@ TEST_F(FileInUse, StaysWithAMessageWhenItsApplicationRefusesToClose) {
     Start();
     const HWND question = DeleteFirst();
     ASSERT_TRUE(Finger().Key("Left").Key("Return").Play());
-    const HWND next = NextBox(question);
+    const HWND next = Dialog(question);
     EXPECT_TRUE(Exists(file));
     ASSERT_TRUE(Finger().Key("Return").Play());
     EXPECT_TRUE(WaitFor([&] { return !IsWindow(next); }));

@@ -127,6 +127,6 @@ TEST_F(FilesMarking, GrayedButtonsComeToLifeWithAMark) {
     const Picture grayed = Picture::OfWindow(Bar());
     ASSERT_TRUE(Finger().Tap(RowPoint(0)).Play());
     EXPECT_TRUE(WaitFor([&] { return Picture::OfWindow(Bar()) != grayed; }));
-    ASSERT_TRUE(Finger().Wait(600).Tap(RowPoint(0)).Play());
+    ASSERT_TRUE(Finger().Tap(RowPoint(0)).Play());
     EXPECT_TRUE(WaitFor([&] { return Picture::OfWindow(Bar()) == grayed; }));
 }

@@ -266,7 +266,7 @@ TEST_F(FilesWork, MarkedRowsAreCopiedCutAndDeletedAfterOneQuestion) {
     }
     Start();
     StartMarking();
-    ASSERT_TRUE(Finger().Tap(RowPoint(0)).Wait(100).Tap(RowPoint(1)).Play());
+    ASSERT_TRUE(Finger().Tap(RowPoint(0)).Tap(RowPoint(1)).Play());
     ASSERT_TRUE(ShowsCaption(folder.Path() + L" (2)"));
     ChooseCommand(marking, copy);
     ASSERT_TRUE(Shows(folder.Path()));
@@ -285,7 +285,7 @@ TEST_F(FilesWork, MarkedRowsAreCopiedCutAndDeletedAfterOneQuestion) {
 
     StartMarking();
     // Between the files stand their copies.
-    ASSERT_TRUE(Finger().Tap(RowPoint(1)).Wait(100).Tap(RowPoint(3)).Play());
+    ASSERT_TRUE(Finger().Tap(RowPoint(1)).Tap(RowPoint(3)).Play());
     ASSERT_TRUE(ShowsCaption(folder.Path() + L" (2)"));
     ChooseCommand(marking, deleteRows);
     EXPECT_EQ(CaptionAnswered(Return()), L"Warning");
@@ -421,7 +421,7 @@ TEST_F(FilesWork, OpenWithOpensAFileWithAProgram) {
     ChooseCommand(files, openWith);
     const HWND dialog = Dialog();
     ASSERT_TRUE(dialog);
-    ASSERT_TRUE(Finger().Key("Home").Wait(100).Play());
+    ASSERT_TRUE(Finger().Key("Home").Play());
     ChooseCommand(chooser, IDOK, dialog);
     HWND opened = nullptr;
     ASSERT_TRUE(WaitFor(
@@ -461,7 +461,7 @@ TEST_F(FilesWork, OpenWithListsWhatItIsAskedFor) {
     changes(filterApplications);
     changes(showHidden);
     changes(showSystem);
-    ASSERT_TRUE(Finger().Key("Home").Wait(100).Play());
+    ASSERT_TRUE(Finger().Key("Home").Play());
     ChooseCommand(chooser, properties, dialog);
     const HWND propertiesPage = Dialog(dialog);
     EXPECT_EQ(TextOf(propertiesPage), L"Properties");

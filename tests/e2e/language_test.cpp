@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/handles.h"
+#include "tests/support/box.h"
 #include "tests/support/finger.h"
 #include "tests/support/program.h"
 #include "tests/support/wait.h"
@@ -22,11 +23,14 @@ DWORD OwnerOf(HWND window) {
     return process;
 }
 
-// Presses keys one at a time, each after the screen's window of that class has come.
-void Press(const std::vector<const char*>& keys) {
+// Presses keys in this window, which must have come.
+void Press(HWND window, const std::vector<const char*>& keys) {
+    ASSERT_TRUE(window);
+    Finger finger;
     for (const char* key : keys) {
-        ASSERT_TRUE(Finger().Key(key).Wait(80).Play());
+        finger.Key(key);
     }
+    ASSERT_TRUE(finger.In(window).Play());
 }
 
 class LanguageChange : public testing::Test {
@@ -56,11 +60,10 @@ class LanguageChange : public testing::Test {
         ASSERT_TRUE(WaitFor([&] { return GetForegroundWindow() == program.MainWindow(); }));
     }
     // Opens Settings from the menu, whose last items are Settings, About and Exit.
-    static void OpenSettings() {
-        Press({"F2"});
-        ASSERT_TRUE(WaitForWindow(popupClass, true));
-        Press({"End", "Up", "Up", "Return"});
-        ASSERT_TRUE(WaitForWindow(dialogClass, true));
+    static HWND OpenSettings(const Program& program) {
+        Press(program.MainWindow(), {"F2"});
+        Press(WaitForWindow(popupClass, true), {"End", "Up", "Up", "Return"});
+        return WaitForBox(true);
     }
 
     const CleanSettings settings;
@@ -74,12 +77,11 @@ TEST_F(LanguageChange, RestartsTheProgramInTheNewLanguageAndLosesNothing) {
     const Program program(L"-status");
     ToTheFront(program);
     ASSERT_TRUE(WaitFor([&] { return TextOf(program.MainWindow()) == L"System Status"; }));
-    OpenSettings();
+    const HWND settingsPage = OpenSettings(program);
     // German is the first of the languages.
-    Press({"Home", "space", "F1"});
+    Press(settingsPage, {"Home", "space", "F1"});
     ASSERT_TRUE(WaitFor([] { return CleanSettings::Number(L"langid") == 0x0407u; }));
-    ASSERT_TRUE(WaitFor([] { return TextOf(FindVisible(dialogClass, true)) != L"Settings"; }));
-    Press({"Return"});
+    Press(WaitForBox(true, settingsPage), {"Return"});
     EXPECT_EQ(program.WaitForExit(), 0u);
     const HWND window = WaitForOther(program.ProcessId());
     ASSERT_TRUE(window);
@@ -96,11 +98,10 @@ TEST_F(LanguageChange, DeclinedWaitsForTheNextStart) {
     {
         const Program program(L"-status");
         ToTheFront(program);
-        OpenSettings();
-        Press({"Home", "space", "F1"});
+        const HWND settingsPage = OpenSettings(program);
+        Press(settingsPage, {"Home", "space", "F1"});
         ASSERT_TRUE(WaitFor([] { return CleanSettings::Number(L"langid") == 0x0407u; }));
-        ASSERT_TRUE(WaitFor([] { return TextOf(FindVisible(dialogClass, true)) != L"Settings"; }));
-        Press({"Right", "Return"});
+        Press(WaitForBox(true, settingsPage), {"Right", "Return"});
         EXPECT_TRUE(WaitFor([] { return !FindVisible(dialogClass, true); }));
         EXPECT_EQ(TextOf(program.MainWindow()), L"System Status");
         EXPECT_EQ(program.Close(), 0u);
@@ -117,14 +118,15 @@ TEST_F(LanguageChange, FromTheMenuRestartsToo) {
     const Program program;
     ToTheFront(program);
     ASSERT_TRUE(WaitFor([&] { return TextOf(program.MainWindow()).starts_with(L"Prozesse"); }));
-    Press({"F2"});
-    ASSERT_TRUE(WaitForWindow(popupClass, true));
+    Press(program.MainWindow(), {"F2"});
+    const HWND popup = WaitForWindow(popupClass, true);
     // The languages stand above Settings, About and Exit; French is the third of them.
-    Press({"End", "Up", "Up", "Up", "Return", "Home", "Down", "Down", "Return"});
+    Press(popup, {"End", "Up", "Up", "Up", "Return"});
+    Press(WaitForAnother(popupClass, popup), {"Home", "Down", "Down", "Return"});
     ASSERT_TRUE(WaitFor([] { return CleanSettings::Number(L"langid") == 0x040Cu; }));
     ASSERT_TRUE(
         WaitFor([] { return TextOf(FindVisible(dialogClass, true)) == L"Sprache ge\u00E4ndert"; }));
-    Press({"Return"});
+    Press(FindVisible(dialogClass, true), {"Return"});
     EXPECT_EQ(program.WaitForExit(), 0u);
     const HWND window = WaitForOther(program.ProcessId());
     ASSERT_TRUE(window);

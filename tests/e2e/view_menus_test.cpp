@@ -51,10 +51,14 @@ class ViewMenus : public FilesProgram {
 
         // The languages stand above Settings, About and Exit; English is the second of them.
         ASSERT_TRUE(Finger().Key("F2").Play());
-        ASSERT_TRUE(Popup());
-        for (const char* key : {"End", "Up", "Up", "Up", "Return", "Home", "Down", "Return"}) {
-            ASSERT_TRUE(Finger().Key(key).Wait(60).Play());
-        }
+        const HWND popup = Popup();
+        ASSERT_TRUE(popup);
+        Finger last;
+        last.Key("End").Key("Up").Key("Up").Key("Up").Key("Return");
+        ASSERT_TRUE(last.In(popup).Play());
+        const HWND languages = WaitForAnother(L"kx::PopupMenu", popup);
+        ASSERT_TRUE(languages);
+        ASSERT_TRUE(Finger().Key("Home").Key("Down").Key("Return").In(languages).Play());
         EXPECT_TRUE(WaitFor([] { return CleanSettings::Number(L"langid").has_value(); }));
         EXPECT_FALSE(FindVisible(L"#32770", true));
         EXPECT_TRUE(ShowsCaption(caption));

@@ -22,7 +22,7 @@ class Finger {
     Finger& Up();
     Finger& Wait(DWORD milliseconds);
     // A press shorter than any that means something else.
-    Finger& Tap(POINT point) { return Down(point).Wait(60).Up(); }
+    Finger& Tap(POINT point) { return Down(point).Up(); }
     Finger& Tap(int x, int y) { return Tap(POINT{x, y}); }
     // A press without any pause, for a finger that taps many times.
     Finger& QuickTap(POINT point);

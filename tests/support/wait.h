@@ -5,7 +5,8 @@
 
 namespace test {
 
-inline constexpr DWORD longestWait = 10000;
+// Far longer than anything takes, on a busy machine as well: only what fails waits as long.
+inline constexpr DWORD longestWait = 30000;
 
 // Asks every few milliseconds until the condition holds; false after `milliseconds`.
 template <typename Condition>

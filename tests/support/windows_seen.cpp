@@ -11,6 +11,8 @@ namespace {
 struct Search {
     const wchar_t* className;
     bool anyProcess;
+    // Not this one.
+    HWND other;
     HWND found;
 };
 
@@ -18,7 +20,7 @@ BOOL CALLBACK Visit(HWND window, LPARAM parameter) {
     auto& search = *reinterpret_cast<Search*>(parameter);
     DWORD process = 0;
     GetWindowThreadProcessId(window, &process);
-    if (IsWindowVisible(window) && ClassOf(window) == search.className &&
+    if (window != search.other && IsWindowVisible(window) && ClassOf(window) == search.className &&
         (search.anyProcess || process == GetCurrentProcessId())) {
         search.found = window;
         return FALSE;
@@ -60,7 +62,7 @@ POINT OnScreen(HWND window, int x, int y) {
 }
 
 HWND FindVisible(const wchar_t* className, bool anyProcess) {
-    Search search = {className, anyProcess, nullptr};
+    Search search = {className, anyProcess, nullptr, nullptr};
     EnumWindows(Visit, reinterpret_cast<LPARAM>(&search));
     return search.found;
 }
@@ -71,8 +73,17 @@ HWND WaitForWindow(const wchar_t* className, bool anyProcess) {
     return found;
 }
 
+HWND WaitForAnother(const wchar_t* className, HWND first) {
+    Search search = {className, true, first, nullptr};
+    WaitFor([&] {
+        EnumWindows(Visit, reinterpret_cast<LPARAM>(&search));
+        return search.found != nullptr;
+    });
+    return search.found;
+}
+
 HWND FindChild(HWND parent, const wchar_t* className) {
-    Search search = {className, true, nullptr};
+    Search search = {className, true, nullptr, nullptr};
     EnumChildWindows(parent, Visit, reinterpret_cast<LPARAM>(&search));
     return search.found;
 }

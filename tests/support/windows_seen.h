@@ -20,6 +20,8 @@ POINT OnScreen(HWND window, int x, int y);
 HWND FindVisible(const wchar_t* className, bool anyProcess = false);
 // Waits for it; null after the bound.
 HWND WaitForWindow(const wchar_t* className, bool anyProcess = false);
+// Waits for a visible top-level window of the class, of any process, that is not this one.
+HWND WaitForAnother(const wchar_t* className, HWND first);
 // The first visible child (at any depth) of a class, null when there is none.
 HWND FindChild(HWND parent, const wchar_t* className);
 
