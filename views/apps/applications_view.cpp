@@ -175,8 +175,8 @@ void ApplicationsView::InsertSorted(std::unique_ptr<AppItem> item) {
 
 void ApplicationsView::Hide(HWND window) {
     AppCloser& closer = GetFrame().Closer();
-    const bool critical = !AppName(window).empty() &&
-                          AppCloser::ProcessIdOfWindow(window) == closer.ShellProcessId();
+    const bool critical =
+        !AppName(window).empty() && AppCloser::ProcessIdOfWindow(window) == closer.ShellProcessId();
     if (!IsWindow(window) || critical) {
         return;
     }
