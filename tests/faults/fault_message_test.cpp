@@ -83,6 +83,10 @@ TEST(FaultMessage, IsTheNarrowTextWhenThereIsNoWideOne) {
     EXPECT_EQ(Fault(std::string("caf\xE9")).Message(), L"caf\u00E9");
 }
 
+TEST(FaultMessage, MayBeOneCharacter) {
+    EXPECT_EQ(Fault(std::string("!")).Message(), L"!");
+}
+
 TEST(FaultMessage, IsFixedWithoutAnyText) {
     EXPECT_EQ(Fault().Message(), unknown);
     EXPECT_EQ(Fault(std::wstring()).Message(), unknown);

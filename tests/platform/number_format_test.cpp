@@ -68,12 +68,17 @@ TEST_F(NumberFormat, WritesTheLeadingZeroOnlyWhereTheLocaleDoes) {
 
 TEST_F(NumberFormat, FailsWhenTheLocaleIsUnknown) {
     wchar_t buffer[80] = {};
-    for (const LCTYPE type : {LOCALE_SDECIMAL, LOCALE_STHOUSAND, LOCALE_SGROUPING}) {
+    for (const LCTYPE type : {LOCALE_STHOUSAND, LOCALE_SGROUPING}) {
         EXPECT_GT(platform::NumberFormat(L"1", buffer, 80), 0);
         locale.Unknown(type);
         EXPECT_EQ(platform::NumberFormat(L"1", buffer, 80), 0);
         locale.Text(type, L".");
     }
+}
+
+TEST_F(NumberFormat, KeepsThePointWhereTheLocaleTellsNoSign) {
+    locale.Unknown(LOCALE_SDECIMAL);
+    EXPECT_EQ(Written(L"1234567.5"), L"1,234,567.50");
 }
 
 TEST_F(NumberFormat, FailsWhenTheBufferIsTooSmall) {

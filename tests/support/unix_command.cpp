@@ -42,9 +42,12 @@ std::wstring UnixFileName() {
     // Devices that run side by side may number their processes alike, but no two share a screen.
     wchar_t display[32] = {};
     GetEnvironmentVariableW(L"DISPLAY", display, 32);
-    return unixRoot + std::wstring(L"\\tmp\\vantor-finger") + display + L'-' +
-           std::to_wstring(GetCurrentProcessId()) + L'-' +
-           std::to_wstring(InterlockedIncrement(&count));
+    const std::wstring name = unixRoot + std::wstring(L"\\tmp\\vantor-finger") + display + L'-' +
+                              std::to_wstring(GetCurrentProcessId()) + L'-' +
+                              std::to_wstring(InterlockedIncrement(&count));
+    // One that was killed on this screen, with the same number, may have left its own.
+    DeleteFileW(name.c_str());
+    return name;
 }
 
 std::string ReadUnixFile(const std::wstring& name) {
