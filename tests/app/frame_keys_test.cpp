@@ -204,10 +204,14 @@ TEST_F(FramePlace, FollowsTheWorkAreaWhenTheWindowIsActivated) {
     Monitor monitor(RECT{0, 0, 480, 640}, RECT{0, 0, 480, 640});
     Open();
     RunFrame([&] {
+        // Once the screen has given it the keyboard it is not brought to the front by that any
+        // more.
         SetForegroundWindow(frame.Handle());
+        EXPECT_TRUE(Finger().KeyDown("shift").KeyUp("shift").In(frame.Handle()).Play());
         const HWND other = CreateWindowExW(0, L"STATIC", L"", WS_POPUP | WS_VISIBLE, 0, 0, 9, 9,
                                            nullptr, nullptr, nullptr, nullptr);
         SetForegroundWindow(other);
+        EXPECT_TRUE(WaitFor([&] { return GetForegroundWindow() == other; }));
         monitor.SetWorkArea(RECT{0, 40, 480, 420});
         EXPECT_EQ(Edges(frame.Handle()), (EdgeList{0, 0, 480, 640}));
         SetForegroundWindow(frame.Handle());
