@@ -78,6 +78,15 @@ TEST_F(CommandBarLook, ALabelIsWhiteInTheMiddleOfItsButton) {
     EXPECT_NEAR((top + bottom) / 2, picture.Height() / 2, 4);
 }
 
+TEST_F(CommandBarLook, ARuleAcrossTheTopPartsItFromWhatIsAbove) {
+    Open({{10, L"One"}, {11, L"Two"}});
+    const Picture picture = Picture::OfWindow(bar.Handle());
+    for (int x = 0; x < picture.Width(); ++x) {
+        EXPECT_EQ(picture.At(x, 0), ui::barRuleColor) << x;
+    }
+    EXPECT_EQ(picture.At(1, GetSystemMetrics(SM_CYBORDER)), ui::barColor);
+}
+
 TEST_F(CommandBarLook, ADisabledLabelHasTheSystemsGray) {
     Open({{10, L"HHHH", MF_STRING | MF_GRAYED}, {11, L"Two"}});
     EXPECT_FALSE(Has(PictureOfButton(0), RGB(255, 255, 255)));

@@ -6,7 +6,9 @@
 #include <map>
 #include <set>
 
+#include "platform/handles.h"
 #include "tests/support/platform_hook.h"
+#include "tests/support/resource_module.h"
 #include "tests/support/world.h"
 #include "tests/ui/canvas.h"
 #include "text/resources.h"
@@ -164,6 +166,27 @@ TEST(StripPictures, HaveTheirSizesAndSquareIcons) {
         EXPECT_EQ(strip.Count(), picture.width / picture.height);
     }
     EXPECT_FALSE(LoadStrip(1003));
+}
+
+// The program's strip of 76 pixels as the pack's smallest.
+TEST(StripPictures, AreThePacksWhereItHasThem) {
+    const HRSRC resource = FindResourceW(Own(), MAKEINTRESOURCEW(1001), L"GIF");
+    const auto bytes = static_cast<const BYTE*>(LockResource(LoadResource(Own(), resource)));
+    const test::TemporaryFolder folder;
+    const std::wstring path = folder.Path() + L"\\pack.dll";
+    test::ResourceModule(0x0407)
+        .Picture(1000, std::vector<BYTE>(bytes, bytes + SizeofResource(Own(), resource)))
+        .Write(path);
+    const platform::UniqueModule pack(
+        LoadLibraryExW(path.c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE));
+    ASSERT_TRUE(pack);
+    text::SetResourceModule(pack.Get(), 0x0407);
+    const ImageStrip own = LoadStrip(1000);
+    const ImageStrip missingThere = LoadStrip(1005);
+    text::SetProgramModule(Own());
+    EXPECT_EQ(own.IconSize(), 76);
+    EXPECT_EQ(missingThere.IconSize(), 38);
+    EXPECT_EQ(LoadStrip(1000).IconSize(), 38);
 }
 
 TEST(DrawingResources, HoldTheStripForThisScreenAndTheNextLarger) {

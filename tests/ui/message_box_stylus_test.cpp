@@ -1,5 +1,8 @@
+#include <atomic>
+
 #include "tests/support/drawn_texts.h"
 #include "tests/support/heaps.h"
+#include "tests/support/platform_hook.h"
 #include "tests/support/world.h"
 #include "tests/ui/sample_box.h"
 #include "ui/drawing_resources.h"
@@ -17,6 +20,19 @@ COLORREF Normal() {
 }
 COLORREF Pressed() {
     return GetSysColor(COLOR_HIGHLIGHT);
+}
+
+std::atomic<bool> failed = false;
+decltype(GetMessageW)* takeMessage = nullptr;
+BOOL WINAPI FailOnce(MSG* message, HWND window, UINT first, UINT last) {
+    if (!failed) {
+        *message = MSG{};
+        message->message = WM_LBUTTONUP;
+        message->lParam = MAKELPARAM(3000, 3000);
+        failed = true;
+        return -1;
+    }
+    return takeMessage(message, window, first, last);
 }
 
 class MessageBoxStylus : public BoxTest {
@@ -60,6 +76,24 @@ TEST_F(MessageBoxStylus, BackOnThePressedButtonItCounts) {
                        EXPECT_TRUE(ShowsButtonColor(box, 0, 2, Normal()));
                        Finger().MoveTo(yes).Play();
                        EXPECT_TRUE(ShowsButtonColor(box, 0, 2, Pressed()));
+                       End(Finger().Up());
+                   }),
+              133);
+}
+
+// What stands in the message then means nothing.
+TEST_F(MessageBoxStylus, AMessageThatCannotBeTakenDoesNotEndAPress) {
+    EXPECT_EQ(Show(L"Really?", yesNo, 1,
+                   [&] {
+                       const HWND box = WaitForBox();
+                       Finger().Down(ButtonPoint(box, 0, 2)).Play();
+                       EXPECT_TRUE(ShowsButtonColor(box, 0, 2, Pressed()));
+                       takeMessage =
+                           reinterpret_cast<decltype(takeMessage)>(*FindImport("GetMessageW"));
+                       failed = false;
+                       const PlatformHook<decltype(FailOnce)> hook("GetMessageW", FailOnce);
+                       PostMessageW(Bar(box), WM_NULL, 0, 0);
+                       EXPECT_TRUE(WaitFor([] { return failed.load(); }));
                        End(Finger().Up());
                    }),
               133);
