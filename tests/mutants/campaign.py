@@ -43,8 +43,11 @@ def lines_of(path):
         return file.read().split("\n")
 
 
+# The line of code, with the one before it where it says little by itself.
 def line_of(site):
-    return lines_of(site.path)[site.line - 1].strip()
+    lines = lines_of(site.path)
+    line = lines[site.line - 1].strip()
+    return line if len(line) > 20 else f"{lines[site.line - 2].strip()} {line}"
 
 
 def room_of(path):
