@@ -49,7 +49,9 @@ Finger& Finger::DragTo(POINT from, POINT to, int steps) {
                      from.y + (to.y - from.y) * step / steps});
         Wait(15);
     }
-    return *this;
+    // A finger that is lifted before its moves are looked at has tapped.
+    constexpr DWORD seen = 100;
+    return Wait(seen);
 }
 
 Finger& Finger::Key(const std::string& name) {

@@ -1,3 +1,4 @@
+#include "tests/support/keyboard.h"
 #include "tests/support/platform_hook.h"
 #include "tests/ui/sample_list.h"
 
@@ -99,7 +100,7 @@ class DragThresholdTest : public ListTest {
         const POINT start = At(60, 100);
         Run([&] {
             input.Play(
-                Finger().Down(start).Wait(30).MoveTo(start.x + x, start.y + y).Wait(60).Up());
+                Finger().Down(start).Wait(30).MoveTo(start.x + x, start.y + y).Wait(150).Up());
         });
     }
 };
@@ -244,8 +245,13 @@ TEST_F(QuickPairs, ATapCountsAfterAFlick) {
     list.tapsOpen = true;
     const POINT start = At(60, 250);
     Run([&] {
-        input.Play(
-            Finger().Down(start).Wait(20).MoveTo(start.x, start.y - 150).Wait(30).Up().Tap(start));
+        // A finger that has been lifted before its move is looked at has tapped.
+        Finger().Down(start).Play();
+        EXPECT_TRUE(WaitFor([] { return LookAtKeyboard().captured; }));
+        list.ForgetFrames();
+        Finger().MoveTo(start.x, start.y - 150).Play();
+        EXPECT_TRUE(WaitFor([&] { return list.LastFrame().top != noRow; }));
+        input.Play(Finger().Up().Tap(start));
     });
     ASSERT_GT(list.GetTopIndex(), 0u);
     ASSERT_EQ(list.taps.size(), 1u);
@@ -330,7 +336,7 @@ TEST_F(GestureTracking, ADragTellsTheLastPoint) {
     OpenOwner();
     GestureInfo info;
     const GestureResult result = Track(
-        [&] { input.Play(Finger().Down(50, 60).Wait(30).MoveTo(55, 150).Wait(60).Up()); }, info);
+        [&] { input.Play(Finger().Down(50, 60).Wait(30).MoveTo(55, 150).Wait(150).Up()); }, info);
     EXPECT_EQ(result, GestureDrag);
     EXPECT_EQ(info.x, 55);
     EXPECT_EQ(info.y, 150);
