@@ -216,7 +216,14 @@ TEST_F(MessageBoxKeys, TabBetweenTheButtonsIsNotPassedOn) {
 TEST_F(MessageBoxKeys, TheFocusIsSeenToMove) {
     Show(L"Really?", yesNo, 0, [&] {
         const HWND box = WaitForBox();
-        const Picture before = Picture::OfWindow(Bar(box));
+        // It is in front before it is drawn.
+        Picture before = Picture::OfWindow(Bar(box));
+        int alike = 0;
+        EXPECT_TRUE(WaitFor([&] {
+            const Picture earlier = std::exchange(before, Picture::OfWindow(Bar(box)));
+            alike = before == earlier && !GetUpdateRect(Bar(box), nullptr, FALSE) ? alike + 1 : 0;
+            return alike == 20;
+        }));
         Play(Finger().Key("Right"));
         EXPECT_TRUE(WaitFor([&] { return !(Picture::OfWindow(Bar(box)) == before); }));
         Play(Finger().Key("Left"));

@@ -1,3 +1,4 @@
+#include "tests/support/keyboard.h"
 #include "tests/support/platform_hook.h"
 #include "tests/ui/sample_list.h"
 
@@ -256,27 +257,23 @@ TEST_F(TouchListRefusal, AnEmptyListDoesNotMove) {
 
 TEST_F(TouchListRefusal, ADragMoreSidewaysThanUprightIsLeftToOthers) {
     Open(EqualHeights(20, 40));
+    // Each move is looked at before the next: two at once would have the direction of the second.
+    const auto captured = [] { return LookAtKeyboard().captured; };
     Run([&] {
-        input.Play(Finger()
-                       .Down(At(60, 200))
-                       .Wait(20)
-                       .MoveTo(At(131, 130))
-                       .Wait(40)
-                       .MoveTo(At(60, 50))
-                       .Wait(40)
-                       .Up());
+        Finger().Down(At(60, 200)).Play();
+        EXPECT_TRUE(WaitFor(captured));
+        Finger().MoveTo(At(131, 130)).Play();
+        EXPECT_TRUE(WaitFor([&] { return !captured(); }));
+        input.Play(Finger().MoveTo(At(60, 50)).Up());
     });
     EXPECT_TRUE(list.Frames().empty());
     EXPECT_TRUE(list.taps.empty());
     Run([&] {
-        input.Play(Finger()
-                       .Down(At(60, 200))
-                       .Wait(20)
-                       .MoveTo(At(130, 130))
-                       .Wait(40)
-                       .MoveTo(At(60, 50))
-                       .Wait(40)
-                       .Up());
+        Finger().Down(At(60, 200)).Play();
+        EXPECT_TRUE(WaitFor(captured));
+        Finger().MoveTo(At(130, 130)).Play();
+        EXPECT_TRUE(WaitFor([&] { return !list.Frames().empty(); }));
+        input.Play(Finger().MoveTo(At(60, 50)).Up());
     });
     EXPECT_FALSE(list.Frames().empty());
     EXPECT_GT(list.GetTopIndex(), 0u);
