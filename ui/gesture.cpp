@@ -84,8 +84,6 @@ GestureResult DecideGesture(HWND window, GestureInfo& info, DWORD timeout) {
         if (elapsed >= timeout) {
             return GestureHold;
         }
-        // The queue is looked at last before waiting: a finger lifted earlier would not wake the
-        // wait.
         MSG button;
         const auto buttonWaits = [&button] {
             return PeekMessageW(&button, nullptr, mouseButtonMessagesFirst, mouseButtonMessagesLast,
@@ -101,8 +99,14 @@ GestureResult DecideGesture(HWND window, GestureInfo& info, DWORD timeout) {
             }
             return GetTickCount() - start <= longestTap ? GestureTap : GestureHold;
         }
-        // Nor would what has come since it was looked for. What is said to wait and cannot be had
-        // (a key that was posted) stays for later.
+        // What has come since it was looked for does not wake the wait, since the queue counts
+        // every look as one at all. So the last look is for moves and buttons at once.
+        MSG mouse;
+        if (PeekInput(&mouse, window, WM_MOUSEFIRST, mouseButtonMessagesLast, PM_NOREMOVE)) {
+            continue;
+        }
+        // The same for all else. What is said to wait and cannot be had (a key that was posted)
+        // stays for later.
         const bool more = HIWORD(GetQueueStatus(otherThanInput)) != 0;
         if (dispatched || (more && !lookedInVain)) {
             lookedInVain = !dispatched;

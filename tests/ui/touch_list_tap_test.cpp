@@ -67,6 +67,17 @@ DWORD WINAPI WaitForAFarMove(DWORD, const HANDLE*, DWORD, DWORD, DWORD) {
     return WAIT_OBJECT_0;
 }
 
+// Moves far just after the second look for a lifted finger, the last one before the wait.
+decltype(PeekMessageW)* peekMessage = nullptr;
+int looks = 0;
+BOOL WINAPI MoveBehindTheLook(MSG* message, HWND window, UINT first, UINT last, UINT remove) {
+    const BOOL found = peekMessage(message, window, first, last, remove);
+    if (first == WM_LBUTTONDOWN && !found && ++looks == 2) {
+        PostMessageW(pressed, WM_MOUSEMOVE, MK_LBUTTON, MAKELPARAM(5, 200));
+    }
+    return found;
+}
+
 // A tracker that does not want the drag after all.
 class RefusingTracker final : public DragTracker {
  public:
@@ -112,7 +123,13 @@ class GestureTracking : public ListTest {
     // What the recognizer makes of a press at this time that rests for these times and is lifted
     // then, if at all.
     GestureResult AfterWaits(DWORD start, const std::vector<DWORD>& milliseconds, bool lifted) {
+        // Where the finger is: what the window learns of it as it opens is no move.
+        POINT finger = {};
+        GetCursorPos(&finger);
+        ScreenToClient(owner.Handle(), &finger);
         GestureInfo info;
+        info.startX = finger.x;
+        info.startY = finger.y;
         testTime = start;
         waited = milliseconds;
         waits.clear();
@@ -420,6 +437,20 @@ TEST_F(GestureTracking, WaitsForTheMouseAndForWhatIsNoInput) {
     EXPECT_EQ(waits[0].mask & QS_ALLINPUT & ~QS_INPUT,
               static_cast<DWORD>(QS_POSTMESSAGE | QS_TIMER | QS_PAINT | QS_SENDMESSAGE));
     EXPECT_EQ(waits[0].flags, 0u);
+}
+
+// What was there before the wait does not end it.
+TEST_F(GestureTracking, AMoveBetweenTheLookAndTheWaitIsSeen) {
+    OpenOwner();
+    pressed = owner.Handle();
+    looks = 0;
+    GestureInfo info;
+    info.startX = 5;
+    info.startY = 6;
+    const PlatformHook wait("MsgWaitForMultipleObjectsEx", WaitTimesOut);
+    const PlatformHook peek("PeekMessageW", MoveBehindTheLook);
+    peekMessage = peek.Original();
+    EXPECT_EQ(TrackGesture(owner.Handle(), info, gestureTimeout), GestureDrag);
 }
 
 TEST_F(GestureTracking, ATapLastsHalfASecondAtTheMost) {
