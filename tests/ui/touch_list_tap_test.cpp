@@ -73,7 +73,7 @@ int looks = 0;
 BOOL WINAPI MoveBehindTheLook(MSG* message, HWND window, UINT first, UINT last, UINT remove) {
     const BOOL found = peekMessage(message, window, first, last, remove);
     if (first == WM_LBUTTONDOWN && !found && ++looks == 2) {
-        PostMessageW(pressed, WM_MOUSEMOVE, MK_LBUTTON, MAKELPARAM(5, 200));
+        mouse_event(MOUSEEVENTF_MOVE, 0, 150, 0, 0);
     }
     return found;
 }
@@ -120,16 +120,20 @@ using DragThresholds = DragThresholdTest;
 
 class GestureTracking : public ListTest {
  protected:
-    // What the recognizer makes of a press at this time that rests for these times and is lifted
-    // then, if at all.
-    GestureResult AfterWaits(DWORD start, const std::vector<DWORD>& milliseconds, bool lifted) {
-        // Where the finger is: what the window learns of it as it opens is no move.
+    // A press where the finger is: what the window learns of it as it opens is no move.
+    GestureInfo PressAtTheFinger() const {
         POINT finger = {};
         GetCursorPos(&finger);
         ScreenToClient(owner.Handle(), &finger);
         GestureInfo info;
         info.startX = finger.x;
         info.startY = finger.y;
+        return info;
+    }
+    // What the recognizer makes of a press at this time that rests for these times and is lifted
+    // then, if at all.
+    GestureResult AfterWaits(DWORD start, const std::vector<DWORD>& milliseconds, bool lifted) {
+        GestureInfo info = PressAtTheFinger();
         testTime = start;
         waited = milliseconds;
         waits.clear();
@@ -442,11 +446,8 @@ TEST_F(GestureTracking, WaitsForTheMouseAndForWhatIsNoInput) {
 // What was there before the wait does not end it.
 TEST_F(GestureTracking, AMoveBetweenTheLookAndTheWaitIsSeen) {
     OpenOwner();
-    pressed = owner.Handle();
     looks = 0;
-    GestureInfo info;
-    info.startX = 5;
-    info.startY = 6;
+    GestureInfo info = PressAtTheFinger();
     const PlatformHook wait("MsgWaitForMultipleObjectsEx", WaitTimesOut);
     const PlatformHook peek("PeekMessageW", MoveBehindTheLook);
     peekMessage = peek.Original();
