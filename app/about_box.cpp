@@ -5,21 +5,18 @@
 
 #include "app/version_info.h"
 #include "platform/handles.h"
+#include "res/resource.h"
 #include "text/resources.h"
-#include "ui/clipped_text.h"
-#include "ui/drawing_resources.h"
-#include "ui/full_screen_dialog.h"
-#include "ui/page.h"
-#include "ui/paint.h"
-#include "ui/wrapped_text.h"
+#include "ui/dialog/full_screen_dialog.h"
+#include "ui/dialog/page.h"
+#include "ui/paint/clipped_text.h"
+#include "ui/paint/drawing_resources.h"
+#include "ui/paint/paint.h"
+#include "ui/paint/wrapped_text.h"
 
 namespace app {
 
 namespace {
-
-constexpr UINT programTitle = 100;
-constexpr UINT textTranslatedBy = 996;
-constexpr WORD programIcon = 100;
 
 constexpr COLORREF productColor = RGB(29, 99, 161);
 constexpr COLORREF linkColor = RGB(0, 0, 255);
@@ -72,7 +69,7 @@ class TextBlock {
 platform::UniqueIcon LoadProgramIcon(int size) {
     for (const HINSTANCE module : {text::ResourceModule(), text::ProgramModule()}) {
         platform::UniqueIcon icon(static_cast<HICON>(
-            LoadImageW(module, MAKEINTRESOURCEW(programIcon), IMAGE_ICON, size, size, 0)));
+            LoadImageW(module, MAKEINTRESOURCEW(IDI_PROGRAM), IMAGE_ICON, size, size, 0)));
         if (icon) {
             return icon;
         }
@@ -150,7 +147,7 @@ class AboutPane final : public ui::Window {
         AddField(block, L"LegalCopyright", base, infoColor);
         AddField(block, L"CompanyName", base, linkColor);
         if (info_.GetVersionString(L"Translated", text::Language())) {
-            block.Add(std::wstring(text::LoadText(textTranslatedBy)), base,
+            block.Add(std::wstring(text::LoadText(IDS_TRANSLATED_BY)), base,
                       GetSysColor(COLOR_WINDOWTEXT));
             AddField(block, L"Translated", base, infoColor);
             AddField(block, L"TranslatedInfo", base, linkColor);
@@ -181,7 +178,7 @@ class AboutPane final : public ui::Window {
 class AboutBox final : public ui::FullScreenDialog {
  public:
     AboutBox()
-        : FullScreenDialog(std::wstring(text::LoadText(programTitle)), ui::barDone),
+        : FullScreenDialog(std::wstring(text::LoadText(IDS_PROGRAM)), IDR_DONE),
           info_(VersionInfo::Load(text::ResourceModule())) {
         if (!info_) {
             info_ = VersionInfo::Load(text::ProgramModule());

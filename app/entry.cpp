@@ -5,12 +5,11 @@
 #include "app/module.h"
 #include "app/run.h"
 #include "faults/fault.h"
-#include "ui/action.h"
-#include "ui/drawing_resources.h"
+#include "res/resource.h"
+#include "ui/dialog/action.h"
+#include "ui/paint/drawing_resources.h"
 
 namespace {
-
-constexpr UINT executionFailed = 200;
 
 class ComApartment {
  public:
@@ -49,8 +48,8 @@ int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, wchar_t* commandLine, int sho
     try {
         RunProgram(instance, commandLine, showCommand);
     } catch (...) {
-        constexpr UINT ok = ui::buttonOk;
-        ui::ShowMessage(nullptr, ui::TextOfCurrentException(), executionFailed, 1, &ok, 0);
+        constexpr UINT ok = IDS_BUTTON_OK;
+        ui::ShowMessage(nullptr, ui::TextOfCurrentException(), IDS_EXECUTION_FAILED, 1, &ok, 0);
     }
     return 0;
 }

@@ -2,18 +2,19 @@
 
 #include "app/language.h"
 #include "platform/coredll.h"
+#include "res/resource.h"
 #include "text/resources.h"
-#include "ui/menu_items.h"
+#include "ui/popup/menu_items.h"
 #include "views/commands.h"
 
 namespace app {
 
 namespace {
 
-constexpr UINT languageLimit = views::commandLastLanguage - views::commandFirstLanguage + 1;
+constexpr UINT languageLimit = ID_LAST_LANGUAGE - ID_FIRST_LANGUAGE + 1;
 
 bool IsLanguageCommand(UINT command) {
-    return command >= views::commandFirstLanguage && command <= views::commandLastLanguage;
+    return command >= ID_FIRST_LANGUAGE && command <= ID_LAST_LANGUAGE;
 }
 
 }  // namespace
@@ -45,7 +46,7 @@ size_t FillLanguageMenu(HMENU languageMenu) {
     UINT position = 0;
     for (const LanguageChoice& choice : choices) {
         const UINT checked = choice.language == text::Language() ? MF_CHECKED : MF_UNCHECKED;
-        AppendMenuW(languageMenu, MF_STRING | checked, views::commandFirstLanguage + position,
+        AppendMenuW(languageMenu, MF_STRING | checked, ID_FIRST_LANGUAGE + position,
                     choice.name.c_str());
         ui::SetMenuImage(languageMenu, position, choice.language);
         ++position;

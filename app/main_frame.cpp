@@ -12,14 +12,15 @@
 #include "faults/fault.h"
 #include "platform/aygshell.h"
 #include "platform/coredll.h"
+#include "res/resource.h"
 #include "text/resources.h"
-#include "ui/action.h"
-#include "ui/drawing_resources.h"
-#include "ui/held_fault.h"
-#include "ui/menu_items.h"
-#include "ui/message_box.h"
-#include "ui/paint.h"
-#include "ui/screen_metrics.h"
+#include "ui/dialog/action.h"
+#include "ui/dialog/message_box.h"
+#include "ui/paint/drawing_resources.h"
+#include "ui/paint/paint.h"
+#include "ui/paint/screen_metrics.h"
+#include "ui/popup/menu_items.h"
+#include "ui/window/held_fault.h"
 #include "views/apps/applications_view.h"
 #include "views/display_flags.h"
 #include "views/files/files_view.h"
@@ -34,23 +35,16 @@ using views::ViewIndex;
 
 namespace {
 
-constexpr UINT programTitle = 100;
-constexpr UINT questionRestart = 998;
-constexpr UINT captionLanguageChanged = 999;
-
 // The menu of the slide bar: the views.
-constexpr UINT viewsMenu = 502;
 
 struct ViewCommand {
     WORD command;
     ViewIndex view;
 };
 constexpr ViewCommand viewCommands[] = {
-    {views::commandShowFiles, ViewIndex::Files},
-    {views::commandShowApplications, ViewIndex::Applications},
-    {views::commandShowProcesses, ViewIndex::Processes},
-    {views::commandShowSystemStatus, ViewIndex::SystemStatus},
-    {views::commandShowDlls, ViewIndex::Dlls},
+    {ID_SHOW_FILES, ViewIndex::Files},         {ID_SHOW_APPLICATIONS, ViewIndex::Applications},
+    {ID_SHOW_PROCESSES, ViewIndex::Processes}, {ID_SHOW_SYSTEM_STATUS, ViewIndex::SystemStatus},
+    {ID_SHOW_DLLS, ViewIndex::Dlls},
 };
 
 }  // namespace
@@ -61,7 +55,7 @@ MainFrame::~MainFrame() {
 
 bool MainFrame::Open() {
     const RECT anywhere = {CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT};
-    return Create(mainWindowClass, std::wstring(text::LoadText(programTitle)).c_str(),
+    return Create(mainWindowClass, std::wstring(text::LoadText(IDS_PROGRAM)).c_str(),
                   WS_CLIPCHILDREN, anywhere, nullptr);
 }
 
@@ -90,7 +84,7 @@ void MainFrame::OnCreate() {
     if (!pane_.Open(Handle()) || !bar_.Open(Handle(), RECT{}) || !slideBar_.Open(Handle())) {
         throw faults::W32Fault();
     }
-    slideBar_.LoadBar(viewsMenu);
+    slideBar_.LoadBar(IDR_SLIDE_BAR);
     closer_.emplace();
     closer_->SpareWindow(Handle());
     hiddenApps_.LoadHiddenApps();
@@ -162,12 +156,12 @@ LRESULT MainFrame::NotifyView(const NMHDR& notification) {
 
 void MainFrame::TimerOfView(UINT_PTR timer) {
     if (open_) {
-        ui::RunAction(Handle(), ui::actionFailed, [&] { Current().Timer(timer); });
+        ui::RunAction(Handle(), IDS_ACTION_FAILED, [&] { Current().Timer(timer); });
     }
 }
 
 void MainFrame::SwitchTo(ViewIndex view, const ViewArgument& argument) {
-    ui::RunAction(Handle(), ui::actionFailed, [&] { ShowView(view, argument); });
+    ui::RunAction(Handle(), IDS_ACTION_FAILED, [&] { ShowView(view, argument); });
 }
 
 void MainFrame::ShowView(ViewIndex view, const ViewArgument& argument) {
@@ -211,7 +205,7 @@ void MainFrame::UpdateMenu() {
         views::CheckCommand(menu, entry.command, (flags_ & entry.mask) != 0);
     }
     for (const ViewCommand& entry : viewCommands) {
-        if (entry.command != views::commandShowDlls) {
+        if (entry.command != ID_SHOW_DLLS) {
             views::CheckCommand(menu, entry.command, entry.view == current_);
             views::CheckCommand(slideBar_.Menu(), entry.command, entry.view == current_);
         }
@@ -254,8 +248,8 @@ void MainFrame::ChooseLanguage(WORD command) {
     if (*language == 0 || *language == text::Language()) {
         return;
     }
-    if (MessageBoxW(Handle(), std::wstring(text::LoadText(questionRestart)).c_str(),
-                    std::wstring(text::LoadText(captionLanguageChanged)).c_str(),
+    if (MessageBoxW(Handle(), std::wstring(text::LoadText(IDS_ASK_RESTART)).c_str(),
+                    std::wstring(text::LoadText(IDS_LANGUAGE_CHANGED)).c_str(),
                     MB_YESNO | MB_ICONQUESTION) == IDYES) {
         RequestRestart();
     }
@@ -265,9 +259,9 @@ void MainFrame::ChangeSettings() {
     if (!ShowSettings(Handle())) {
         return;
     }
-    constexpr UINT buttons[] = {ui::buttonYes, ui::buttonNo};
-    if (ui::ShowMessage(Handle(), std::wstring(text::LoadText(questionRestart)),
-                        captionLanguageChanged, 2, buttons, 0) == ui::buttonYes) {
+    constexpr UINT buttons[] = {IDS_BUTTON_YES, IDS_BUTTON_NO};
+    if (ui::ShowMessage(Handle(), std::wstring(text::LoadText(IDS_ASK_RESTART)),
+                        IDS_LANGUAGE_CHANGED, 2, buttons, 0) == IDS_BUTTON_YES) {
         RequestRestart();
     }
 }
@@ -296,19 +290,18 @@ void MainFrame::FlipFlag(DWORD mask) {
 }
 
 void MainFrame::OnCommand(WORD command) {
-    if (command == views::commandExit) {
+    if (command == ID_EXIT) {
         PostMessageW(Handle(), WM_CLOSE, 0, 0);
         return;
     }
-    ui::RunAction(Handle(), ui::actionFailed, [&] {
+    ui::RunAction(Handle(), IDS_ACTION_FAILED, [&] {
         if (const DWORD mask = views::FlagOfCommand(command)) {
             FlipFlag(mask);
-        } else if (command >= views::commandFirstLanguage &&
-                   command <= views::commandLastLanguage) {
+        } else if (command >= ID_FIRST_LANGUAGE && command <= ID_LAST_LANGUAGE) {
             ChooseLanguage(command);
-        } else if (command == views::commandSettings) {
+        } else if (command == ID_SETTINGS) {
             ChangeSettings();
-        } else if (command == views::commandAbout) {
+        } else if (command == ID_ABOUT) {
             ShowAbout(Handle());
         } else if (!Current().Command(command)) {
             SwitchCommand(command);
@@ -320,7 +313,7 @@ bool MainFrame::FrameKey(WPARAM key) {
     if (key < L'1' || key > L'4') {
         return false;
     }
-    return SwitchCommand(static_cast<WORD>(views::commandShowFiles + key - L'1'));
+    return SwitchCommand(static_cast<WORD>(ID_SHOW_FILES + key - L'1'));
 }
 
 bool MainFrame::PreTranslate(const MSG& message) {
@@ -424,7 +417,8 @@ LRESULT MainFrame::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
             break;
         case WM_DEVICECHANGE:
             if (open_) {
-                ui::RunAction(Handle(), ui::actionFailed, [&] { Current().DeviceChanged(wParam); });
+                ui::RunAction(Handle(), IDS_ACTION_FAILED,
+                              [&] { Current().DeviceChanged(wParam); });
             }
             break;
         case WM_INITMENUPOPUP:

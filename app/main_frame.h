@@ -6,9 +6,9 @@
 #include <memory>
 
 #include "app/view_pane.h"
-#include "ui/command_bar.h"
-#include "ui/slide_bar.h"
-#include "ui/window.h"
+#include "ui/bar/command_bar.h"
+#include "ui/bar/slide_bar.h"
+#include "ui/window/window.h"
 #include "views/app_closer.h"
 #include "views/apps/hidden_app_list.h"
 #include "views/view.h"

@@ -1,6 +1,6 @@
 #include "app/message_loop.h"
 
-#include "ui/held_fault.h"
+#include "ui/window/held_fault.h"
 
 namespace app {
 

@@ -6,14 +6,13 @@
 #include "platform/aygshell.h"
 #include "platform/coredll.h"
 #include "platform/handles.h"
+#include "res/resource.h"
 #include "text/resources.h"
-#include "ui/held_fault.h"
+#include "ui/window/held_fault.h"
 
 namespace app {
 
 namespace {
-
-constexpr UINT cannotCreateMainWindow = 150;
 
 // The event that lets instances start one at a time. Signalled and closed on every way out, so
 // that the next instance in the queue is never left waiting.
@@ -123,7 +122,7 @@ int RunMainFrame(Module& module, HANDLE event, int showCommand) {
     FaultPassage passage;
     MainFrame frame;
     if (!frame.Open()) {
-        throw faults::Fault(std::wstring(text::LoadText(cannotCreateMainWindow)));
+        throw faults::Fault(std::wstring(text::LoadText(IDS_CANNOT_CREATE_MAIN_WINDOW)));
     }
     if (!platform::SignalEvent(event)) {
         throw faults::W32Fault();

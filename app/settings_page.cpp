@@ -5,25 +5,20 @@
 #include "app/language.h"
 #include "app/settings.h"
 #include "app/version_info.h"
+#include "res/resource.h"
 #include "text/resources.h"
-#include "ui/action.h"
-#include "ui/form_rows.h"
-#include "ui/page.h"
+#include "ui/dialog/action.h"
+#include "ui/dialog/form_rows.h"
+#include "ui/dialog/page.h"
 
 namespace app {
 
 namespace {
 
-enum SettingsText : UINT {
-    textCaption = 147,
-    textTranslatedBy = 996,
-    textLanguage = 997,
-};
-
 class SettingsPage final : public ui::Page {
  public:
     explicit SettingsPage(std::vector<LanguageChoice> choices)
-        : Page(textCaption, ui::barDoneCancel), choices_(std::move(choices)) {
+        : Page(IDS_SETTINGS, IDR_DONE_CANCEL), choices_(std::move(choices)) {
         for (size_t index = 0; index < choices_.size(); ++index) {
             if (choices_[index].language == text::Language()) {
                 group_->taken = static_cast<int>(index);
@@ -39,14 +34,14 @@ class SettingsPage final : public ui::Page {
 
  protected:
     void Fill(ui::FormList& list) override {
-        AddLabel(textTranslatedBy, &translator_);
+        AddLabel(IDS_TRANSLATED_BY, &translator_);
         // A row of its own even when it is empty, so that the languages stay under the finger.
         auto remark = std::make_unique<ui::ValueRow>(std::wstring(), std::wstring());
         remark_ = remark.get();
         list.AddRow(std::move(remark));
         list.AddRow(std::make_unique<ui::SeparatorRow>());
         ui::ValueRow* languages = nullptr;
-        AddLabel(textLanguage, &languages);
+        AddLabel(IDS_LANGUAGE, &languages);
         for (size_t index = 0; index < choices_.size(); ++index) {
             list.AddRow(std::make_unique<ui::ChoiceRow>(choices_[index].name, group_,
                                                         static_cast<int>(index)));
@@ -58,7 +53,7 @@ class SettingsPage final : public ui::Page {
         if (command != IDOK) {
             return false;
         }
-        ui::RunAction(Handle(), ui::actionFailed, [this] {
+        ui::RunAction(Handle(), IDS_ACTION_FAILED, [this] {
             const LANGID chosen = Chosen();
             WriteNumber(settingLanguage, chosen);
             End(chosen == text::Language() ? IDCANCEL : IDOK);
@@ -97,7 +92,7 @@ class SettingsPage final : public ui::Page {
         row->SetValue(value ? std::move(*value) : std::wstring());
     }
     void ShowTranslator() {
-        ui::RunAction(Handle(), ui::actionFailed, [this] { SetTranslator(); });
+        ui::RunAction(Handle(), IDS_ACTION_FAILED, [this] { SetTranslator(); });
         List().Remeasure();
     }
 

@@ -1,6 +1,6 @@
 #include "app/view_pane.h"
 
-#include "ui/paint.h"
+#include "ui/paint/paint.h"
 
 namespace app {
 

@@ -1,7 +1,7 @@
 // The main frame's child window: it holds the windows of the views.
 #pragma once
 
-#include "ui/window.h"
+#include "ui/window/window.h"
 
 namespace app {
 

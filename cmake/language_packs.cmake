@@ -17,7 +17,7 @@ function(add_language_packs target)
   foreach(script IN LISTS scripts)
     get_filename_component(language "${script}" NAME_WE)
     set(pack "${CMAKE_BINARY_DIR}/${target}.exe.${language}.ui")
-    set(shared "${folder}/pack.rc" "${PROJECT_SOURCE_DIR}/res/menus.rc")
+    set(shared "${folder}/pack.rc" "${PROJECT_SOURCE_DIR}/res/menus.rc" "${PROJECT_SOURCE_DIR}/res/resource.h")
     if(HANDHELD)
       add_custom_command(
         OUTPUT "${pack}"

@@ -2,6 +2,7 @@
 
 #include "platform/coredll.h"
 #include "platform/handles.h"
+#include "res/resource.h"
 #include "text/resources.h"
 
 namespace text {
@@ -44,10 +45,6 @@ size_t DecimalSeparator(const std::wstring& number) {
 std::wstring WithUnit(const std::wstring& number, UINT unit) {
     return Format(L"%1 %2", number, std::wstring(LoadText(unit)));
 }
-
-constexpr UINT unitBytes = 990;
-constexpr UINT unitKilobytes = 991;
-constexpr UINT unitTerabytes = 994;
 
 }  // namespace
 
@@ -97,10 +94,10 @@ std::wstring FormatDecimal(int32_t whole, uint32_t billionths) {
 
 std::wstring FormatSize(uint64_t bytes) {
     if (bytes < 1024) {
-        return WithUnit(FormatInteger(static_cast<int64_t>(bytes)), unitBytes);
+        return WithUnit(FormatInteger(static_cast<int64_t>(bytes)), IDS_BYTES);
     }
-    UINT unit = unitKilobytes;
-    while (bytes >= 0x100000 && unit < unitTerabytes) {
+    UINT unit = IDS_KILOBYTES;
+    while (bytes >= 0x100000 && unit < IDS_TERABYTES) {
         bytes >>= 10;
         ++unit;
     }
@@ -114,7 +111,7 @@ std::wstring FormatSizeWithBytes(uint64_t bytes) {
         return size;
     }
     return Format(L"%1 (%2 %3)", size, FormatInteger(static_cast<int64_t>(bytes)),
-                  std::wstring(LoadText(unitBytes)));
+                  std::wstring(LoadText(IDS_BYTES)));
 }
 
 std::wstring FormatFileTime(const FILETIME& time, Seconds seconds) {

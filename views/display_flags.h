@@ -1,6 +1,7 @@
 // The display options: one bit each of the word that all views consult.
 #pragma once
 
+#include "res/resource.h"
 #include "views/commands.h"
 
 namespace views {
@@ -20,23 +21,23 @@ enum DisplayFlag : DWORD {
 };
 
 struct FlagCommand {
-    Command command;
+    WORD command;
     DWORD mask;
 };
 
 // Which command flips which bit.
 inline constexpr FlagCommand flagCommands[] = {
-    {commandShowHidden, flagShowHidden},
-    {commandShowSystem, flagShowSystem},
-    {commandShowFileSize, flagShowFileSize},
-    {commandShowFileDate, flagShowFileDate},
-    {commandShowCriticalApplications, flagShowCriticalApplications},
-    {commandShowHiddenApplications, flagShowHiddenApplications},
-    {commandShowImagePath, flagShowImagePath},
-    {commandShowProcessId, flagShowProcessId},
-    {commandShowVirtualMemory, flagShowVirtualMemory},
-    {commandShowBaseAddress, flagShowBaseAddress},
-    {commandShowSize, flagShowSize},
+    {ID_SHOW_HIDDEN, flagShowHidden},
+    {ID_SHOW_SYSTEM, flagShowSystem},
+    {ID_SHOW_FILE_SIZE, flagShowFileSize},
+    {ID_SHOW_FILE_DATE, flagShowFileDate},
+    {ID_SHOW_CRITICAL_APPLICATIONS, flagShowCriticalApplications},
+    {ID_SHOW_HIDDEN_APPLICATIONS, flagShowHiddenApplications},
+    {ID_SHOW_IMAGE_PATH, flagShowImagePath},
+    {ID_SHOW_PROCESS_ID, flagShowProcessId},
+    {ID_SHOW_VIRTUAL_MEMORY, flagShowVirtualMemory},
+    {ID_SHOW_BASE_ADDRESS, flagShowBaseAddress},
+    {ID_SHOW_SIZE, flagShowSize},
 };
 
 // The bit that a command flips; 0 for any other command.

@@ -3,9 +3,10 @@
 #include <algorithm>
 
 #include "faults/fault.h"
-#include "ui/action.h"
-#include "ui/drawing_resources.h"
-#include "ui/screen_metrics.h"
+#include "res/resource.h"
+#include "ui/dialog/action.h"
+#include "ui/paint/drawing_resources.h"
+#include "ui/paint/screen_metrics.h"
 
 namespace views {
 
@@ -43,12 +44,12 @@ bool ListView::Key(WPARAM key) {
     if (key != VK_F8) {
         return false;
     }
-    PostMessageW(frame_.MainWindow(), WM_COMMAND, commandRefresh, 0);
+    PostMessageW(frame_.MainWindow(), WM_COMMAND, ID_REFRESH, 0);
     return true;
 }
 
 bool ListView::Command(WORD command) {
-    if (command != commandRefresh) {
+    if (command != ID_REFRESH) {
         return false;
     }
     Refresh();

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "platform/windows.h"
-#include "ui/command_bar.h"
+#include "ui/bar/command_bar.h"
 
 namespace views {
 

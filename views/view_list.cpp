@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "ui/marks.h"
-#include "ui/theme.h"
+#include "ui/paint/marks.h"
+#include "ui/paint/theme.h"
 
 namespace views {
 

@@ -3,7 +3,7 @@
 
 #include <vector>
 
-#include "ui/touch_list.h"
+#include "ui/list/touch_list.h"
 #include "views/view.h"
 
 namespace views {

@@ -4,6 +4,7 @@
 
 #include "app/language.h"
 #include "platform/handles.h"
+#include "res/resource.h"
 #include "tests/app/language_fixture.h"
 #include "tests/support/box.h"
 #include "tests/support/drawn_texts.h"
@@ -166,7 +167,7 @@ TEST_F(AboutBox, DrawsTheIconInTheMiddleAboveTheTexts) {
 
 TEST_F(AboutBox, TellsWhoTranslated) {
     ResourceModule pack(german);
-    Load(pack.Text(996, L"Von:")
+    Load(pack.Text(IDS_TRANSLATED_BY, L"Von:")
              .Raw(16, 1,
                   VersionBlock(L"040704B0", {{L"ProductName", L"Vantor"},
                                              {L"SpecialBuild", L"Nachtausgabe"},
@@ -208,7 +209,7 @@ TEST_F(AboutBox, OfAPackWithABrokenBlockIsTheProgramsOwn) {
 TEST_F(AboutBox, TakesTheProgramsIconWhereThePacksHasNoSize) {
     ResourceModule pack(german);
     // A group that names one picture of no size, which is not there.
-    Load(pack.Text(okText, L"Gut")
+    Load(pack.Text(IDS_BUTTON_OK, L"Gut")
              .Raw(14, 100, {0, 0, 1, 0, 1, 0, 0, 0, 0, 0, 1, 0, 32, 0, 0, 0, 0, 0, 9, 0})
              .Raw(3, 9, {}));
     Show();
@@ -219,7 +220,7 @@ TEST_F(AboutBox, TakesTheProgramsIconWhereThePacksHasNoSize) {
 TEST_F(AboutBox, TakesThePacksIcon) {
     ResourceModule pack(german);
     const std::vector<BYTE> icon = PlainIcon(RGB(250, 10, 20), 16);
-    Load(pack.Text(okText, L"Gut")
+    Load(pack.Text(IDS_BUTTON_OK, L"Gut")
              .Raw(14, 100,
                   {0,
                    0,
@@ -280,7 +281,7 @@ TEST_F(AboutBox, WithoutAnIconHasItsTextsInTheMiddle) {
 
 TEST_F(AboutBox, HasTheColorsOfTheTheme) {
     ResourceModule pack(german);
-    Load(pack.Text(996, L"Von:")
+    Load(pack.Text(IDS_TRANSLATED_BY, L"Von:")
              .Raw(16, 1,
                   VersionBlock(L"040704B0", {{L"ProductName", L"Vantor"},
                                              {L"ProductVersion", L"7.8.9"},

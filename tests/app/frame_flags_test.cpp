@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "res/resource.h"
 #include "tests/app/frame_fixture.h"
 
 using namespace test;
@@ -17,13 +18,21 @@ struct Flag {
 };
 
 const std::vector<Flag> flags = {
-    {687, 0x0001, {600}},      {688, 0x0002, {600}},      {689, 0x0004, {600}},
-    {690, 0x0008, {600}},      {691, 0x0040, {602, 620}}, {692, 0x0080, {602}},
-    {693, 0x0100, {602}},      {696, 0x0020, {601}},      {697, 0x0010, {601}},
-    {698, 0x1000, {602, 620}}, {699, 0x2000, {620}},
+    {ID_SHOW_HIDDEN, 0x0001, {ID_SHOW_FILES}},
+    {ID_SHOW_SYSTEM, 0x0002, {ID_SHOW_FILES}},
+    {ID_SHOW_FILE_SIZE, 0x0004, {ID_SHOW_FILES}},
+    {ID_SHOW_FILE_DATE, 0x0008, {ID_SHOW_FILES}},
+    {ID_SHOW_IMAGE_PATH, 0x0040, {ID_SHOW_PROCESSES, ID_SHOW_DLLS}},
+    {ID_SHOW_PROCESS_ID, 0x0080, {ID_SHOW_PROCESSES}},
+    {ID_SHOW_VIRTUAL_MEMORY, 0x0100, {ID_SHOW_PROCESSES}},
+    {ID_SHOW_HIDDEN_APPLICATIONS, 0x0020, {ID_SHOW_APPLICATIONS}},
+    {ID_SHOW_CRITICAL_APPLICATIONS, 0x0010, {ID_SHOW_APPLICATIONS}},
+    {ID_SHOW_BASE_ADDRESS, 0x1000, {ID_SHOW_PROCESSES, ID_SHOW_DLLS}},
+    {ID_SHOW_SIZE, 0x2000, {ID_SHOW_DLLS}},
 };
 
-constexpr UINT viewCommands[] = {600, 601, 602, 603, 620};
+constexpr UINT viewCommands[] = {ID_SHOW_FILES, ID_SHOW_APPLICATIONS, ID_SHOW_PROCESSES,
+                                 ID_SHOW_SYSTEM_STATUS, ID_SHOW_DLLS};
 
 class FrameFlags : public FrameFixture {};
 class FrameEnd : public FrameFixture {};
@@ -90,26 +99,26 @@ TEST_F(FrameFlags, ThatAreStoredAreCheckedFromTheStart) {
 TEST_F(FrameFlags, AreCheckedAnewBeforeAMenuOpens) {
     CleanSettings::SetNumber(L"flags", 1);
     Open();
-    CheckMenuItem(frame.Bar().Menu(), 687, MF_BYCOMMAND | MF_UNCHECKED);
-    CheckMenuItem(frame.Bar().Menu(), 688, MF_BYCOMMAND | MF_CHECKED);
+    CheckMenuItem(frame.Bar().Menu(), ID_SHOW_HIDDEN, MF_BYCOMMAND | MF_UNCHECKED);
+    CheckMenuItem(frame.Bar().Menu(), ID_SHOW_SYSTEM, MF_BYCOMMAND | MF_CHECKED);
     SendMessageW(frame.Handle(), WM_INITMENUPOPUP,
                  reinterpret_cast<WPARAM>(GetSubMenu(frame.Bar().Menu(), 1)), 1);
-    EXPECT_TRUE(IsChecked(687));
-    EXPECT_FALSE(IsChecked(688));
+    EXPECT_TRUE(IsChecked(ID_SHOW_HIDDEN));
+    EXPECT_FALSE(IsChecked(ID_SHOW_SYSTEM));
 }
 
 TEST_F(FrameFlags, HaveTwoCommandsBetweenThemThatDoNothing) {
     Open();
-    Command(694);
-    Command(695);
+    Command(ID_SPARE_OPTION_1);
+    Command(ID_SPARE_OPTION_2);
     EXPECT_EQ(frame.Flags(), 0u);
-    EXPECT_EQ(ItemState(694), noItem);
+    EXPECT_EQ(ItemState(ID_SPARE_OPTION_1), noItem);
 }
 
 TEST_F(FrameEnd, SavesViewAndFlagsAndQuitsWithOne) {
     Open();
-    Command(603);
-    Command(691);
+    Command(ID_SHOW_SYSTEM_STATUS);
+    Command(ID_SHOW_IMAGE_PATH);
     RunFrame([] {});
     EXPECT_EQ(CleanSettings::Number(L"view"), 3u);
     EXPECT_EQ(CleanSettings::Number(L"flags"), 0x40u);
@@ -120,7 +129,7 @@ TEST_F(FrameEnd, SavesViewAndFlagsAndQuitsWithOne) {
 TEST_F(FrameEnd, ComesWithTheExitCommand) {
     Open();
     const HWND window = frame.Handle();
-    Command(57665);
+    Command(ID_EXIT);
     EXPECT_TRUE(IsWindow(window)) << "the window is closed by a message of its own";
     RunFrame([] {});
     EXPECT_EQ(loopResult, 1);
@@ -130,15 +139,15 @@ TEST_F(FrameEnd, ComesWithTheExitCommand) {
 
 TEST_F(FrameEnd, StoresDllsAsProcesses) {
     Open();
-    Command(620);
+    Command(ID_SHOW_DLLS);
     RunFrame([] {});
     EXPECT_EQ(CleanSettings::Number(L"view"), 2u);
 }
 
 TEST_F(FrameEnd, KeepsTheSettingsUnwrittenUntilThen) {
     Open();
-    Command(601);
-    Command(697);
+    Command(ID_SHOW_APPLICATIONS);
+    Command(ID_SHOW_CRITICAL_APPLICATIONS);
     EXPECT_FALSE(CleanSettings::Number(L"view"));
     EXPECT_FALSE(CleanSettings::Number(L"flags"));
 }

@@ -1,4 +1,5 @@
 #include "platform/windows.h"
+#include "res/resource.h"
 #include "tests/app/frame_fixture.h"
 #include "tests/support/drawn_texts.h"
 #include "tests/support/finger.h"
@@ -60,7 +61,7 @@ TEST_F(FrameKeys, TheBackKeyGoesUpInOpenFileAndThenLeavesIt) {
     RunFrame([&] {
         SetForegroundWindow(frame.Handle());
         SelectLast();
-        PostMessageW(frame.Handle(), WM_COMMAND, 619, 0);
+        PostMessageW(frame.Handle(), WM_COMMAND, ID_OPEN_WITH, 0);
         const HWND dialog = WaitForWindow(L"#32770");
         ASSERT_TRUE(dialog);
         const auto shows = [&](const wchar_t* path) {
@@ -83,7 +84,7 @@ TEST_F(FrameKeys, TheBackKeyClosesAPage) {
     RunFrame([&] {
         SetForegroundWindow(frame.Handle());
         SelectLast();
-        PostMessageW(frame.Handle(), WM_COMMAND, 614, 0);
+        PostMessageW(frame.Handle(), WM_COMMAND, ID_PROPERTIES, 0);
         const HWND page = WaitForWindow(L"#32770");
         ASSERT_TRUE(page);
         EXPECT_TRUE(WaitFor([&] { return FindChild(page, L"DlgControlList"); }));
@@ -247,7 +248,7 @@ TEST_F(FramePlace, MayBeTiny) {
         Command(view);
         UpdateWindow(frame.Handle());
     }
-    Command(689);
+    Command(ID_SHOW_FILE_SIZE);
     for (const LONG size : {0, 1, 7, 30}) {
         monitor.SetWorkArea(RECT{0, 0, size, size});
         SendMessageW(frame.Handle(), WM_SETTINGCHANGE, 0, 0);

@@ -3,7 +3,7 @@
 #include "tests/support/monitor.h"
 #include "tests/support/wait.h"
 #include "tests/support/windows_seen.h"
-#include "ui/theme.h"
+#include "ui/paint/theme.h"
 
 using namespace test;
 

@@ -1,4 +1,5 @@
 // System Status in the main frame: what the frame passes on to it.
+#include "res/resource.h"
 #include "tests/app/frame_fixture.h"
 #include "tests/support/fake_device.h"
 #include "tests/support/wait.h"
@@ -55,7 +56,7 @@ TEST_F(FrameStatus, ComingBackReadsTheValuesAndGoingAwayStopsTheTimer) {
 
 TEST_F(FrameStatus, AnotherViewIsNotDisturbed) {
     OpenStatus();
-    Command(600);
+    Command(ID_SHOW_FILES);
     EXPECT_FALSE(KillTimer(frame.Pane(), 1));
     const int readings = device.powerReadings;
     SendMessageW(frame.Handle(), WM_DEVICECHANGE, 0x8000, 0);

@@ -8,6 +8,7 @@
 
 #include "app/main_frame.h"
 #include "faults/fault.h"
+#include "res/resource.h"
 #include "tests/support/box.h"
 #include "tests/support/drawn_texts.h"
 #include "tests/support/user.h"
@@ -48,7 +49,7 @@ class NotingView final : public views::View {
         EXPECT_EQ(argument.processId, 0u);
         EXPECT_TRUE(argument.path.empty());
         Note("activate");
-        frame_.Bar().LoadBar(504);
+        frame_.Bar().LoadBar(IDR_SYSTEM_STATUS);
         return true;
     }
     bool Deactivate(HDC dc) override {
@@ -66,7 +67,7 @@ class NotingView final : public views::View {
     void UpdateMenu(HMENU) override {}
     bool Key(WPARAM) override { return false; }
     bool Command(WORD command) override {
-        if (command != 615) {
+        if (command != ID_STOP) {
             return false;
         }
         if (whenCommanded) {
@@ -144,7 +145,7 @@ class FrameSwitching : public testing::Test {
                 EXPECT_EQ(GetWindow(box, GW_OWNER), frame.Handle());
                 AnswerBox(box, Finger().Key("Return"));
             },
-            [&] { AskedBy(615); });
+            [&] { AskedBy(ID_STOP); });
         return said;
     }
 
@@ -164,11 +165,11 @@ TEST_F(FrameSwitching, LaysAllViewsOutBeforeItActivatesTheFirst) {
 
 TEST_F(FrameSwitching, LaysTheNewViewOutBetweenTheOldOnesEndAndItsOwnBeginning) {
     Open();
-    EXPECT_EQ(AskedBy(601), (Asked{"deactivate 0", "layout 1", "activate 1"}));
-    EXPECT_EQ(AskedBy(620), (Asked{"deactivate 1", "layout 4", "activate 4"}));
-    EXPECT_EQ(AskedBy(603), (Asked{"deactivate 4", "layout 3", "activate 3"}));
+    EXPECT_EQ(AskedBy(ID_SHOW_APPLICATIONS), (Asked{"deactivate 0", "layout 1", "activate 1"}));
+    EXPECT_EQ(AskedBy(ID_SHOW_DLLS), (Asked{"deactivate 1", "layout 4", "activate 4"}));
+    EXPECT_EQ(AskedBy(ID_SHOW_SYSTEM_STATUS), (Asked{"deactivate 4", "layout 3", "activate 3"}));
     // Also to the view that is shown already.
-    EXPECT_EQ(AskedBy(603), (Asked{"deactivate 3", "layout 3", "activate 3"}));
+    EXPECT_EQ(AskedBy(ID_SHOW_SYSTEM_STATUS), (Asked{"deactivate 3", "layout 3", "activate 3"}));
     EXPECT_EQ(TextOf(frame.Handle()), L"View 3");
 }
 
@@ -180,7 +181,7 @@ TEST_F(FrameSwitching, LeavesAViewThatRefusesWhereItIs) {
         EXPECT_EQ(TextOf(frame.Handle()), L"View 0") << command;
     }
     refusing = ViewIndex::Dlls;
-    EXPECT_EQ(AskedBy(602), (Asked{"deactivate 0", "layout 2", "activate 2"}));
+    EXPECT_EQ(AskedBy(ID_SHOW_PROCESSES), (Asked{"deactivate 0", "layout 2", "activate 2"}));
 }
 
 TEST_F(FrameSwitching, FailsToOpenWithAViewThatCannotBeLaidOut) {
@@ -191,7 +192,7 @@ TEST_F(FrameSwitching, FailsToOpenWithAViewThatCannotBeLaidOut) {
 
 TEST_F(FrameSwitching, TellsTheViewAloneThatTheWindowComesAndGoes) {
     Open();
-    AskedBy(602);
+    AskedBy(ID_SHOW_PROCESSES);
     asked.clear();
     SendMessageW(frame.Handle(), WM_ACTIVATE, WA_INACTIVE, 0);
     EXPECT_EQ(asked, Asked{"suspend 2"});
@@ -201,14 +202,14 @@ TEST_F(FrameSwitching, TellsTheViewAloneThatTheWindowComesAndGoes) {
 
 TEST_F(FrameSwitching, TellsTheViewWhichOptionHasChangedAndHow) {
     Open();
-    AskedBy(691);
-    AskedBy(698);
-    AskedBy(691);
+    AskedBy(ID_SHOW_IMAGE_PATH);
+    AskedBy(ID_SHOW_BASE_ADDRESS);
+    AskedBy(ID_SHOW_IMAGE_PATH);
     EXPECT_EQ(flagChanges,
               (std::vector<FlagChange>{{0x0040, 0x0040}, {0x1000, 0x1000}, {0x0040, 0}}));
     flagChanges.clear();
-    AskedBy(694);
-    AskedBy(695);
+    AskedBy(ID_SPARE_OPTION_1);
+    AskedBy(ID_SPARE_OPTION_2);
     EXPECT_TRUE(flagChanges.empty());
 }
 

@@ -2,12 +2,13 @@
 #include <vector>
 
 #include "faults/fault.h"
+#include "res/resource.h"
 #include "tests/app/frame_fixture.h"
 #include "tests/support/finger.h"
 #include "tests/support/platform_hook.h"
 #include "tests/support/wait.h"
 #include "tests/support/windows_seen.h"
-#include "ui/drawing_resources.h"
+#include "ui/paint/drawing_resources.h"
 
 using namespace test;
 
@@ -102,17 +103,17 @@ TEST_F(FrameViews, OpenOnFilesWhenTheStoredOneIsNone) {
 
 TEST_F(FrameViews, AreSwitchedByTheirCommands) {
     Open();
-    Command(601);
+    Command(ID_SHOW_APPLICATIONS);
     EXPECT_TRUE(StartsWith(Caption(), L"Applications (")) << testing::PrintToString(Caption());
-    Command(602);
+    Command(ID_SHOW_PROCESSES);
     EXPECT_TRUE(StartsWith(Caption(), L"Processes (")) << testing::PrintToString(Caption());
-    Command(620);
+    Command(ID_SHOW_DLLS);
     EXPECT_TRUE(StartsWith(Caption(), L"Dlls (")) << testing::PrintToString(Caption());
-    Command(603);
+    Command(ID_SHOW_SYSTEM_STATUS);
     EXPECT_EQ(Caption(), L"System Status");
-    Command(600);
+    Command(ID_SHOW_FILES);
     EXPECT_EQ(Caption(), L"\\");
-    Command(600);
+    Command(ID_SHOW_FILES);
     EXPECT_EQ(Caption(), L"\\");
 }
 
@@ -134,7 +135,10 @@ TEST_F(FrameViews, HaveTheirOwnMenus) {
     const struct {
         UINT view;
         UINT own;
-    } menus[] = {{600, 617}, {601, 616}, {602, 620}, {620, 699}};
+    } menus[] = {{ID_SHOW_FILES, ID_NEW_FOLDER},
+                 {ID_SHOW_APPLICATIONS, ID_STOP_ALL},
+                 {ID_SHOW_PROCESSES, ID_SHOW_DLLS},
+                 {ID_SHOW_DLLS, ID_SHOW_SIZE}};
     Open();
     for (const auto& menu : menus) {
         Command(menu.view);
@@ -143,7 +147,7 @@ TEST_F(FrameViews, HaveTheirOwnMenus) {
                 << menu.view << ' ' << other.own;
         }
     }
-    Command(603);
+    Command(ID_SHOW_SYSTEM_STATUS);
     EXPECT_EQ(frame.Bar().ButtonCount(), 2u);
     EXPECT_EQ(GetMenuItemID(frame.Bar().Menu(), 0), 610u);
 }
@@ -177,7 +181,7 @@ TEST_F(FrameViews, AreSwitchedByTheNumberKeys) {
 
 TEST_F(FrameViews, ThatFailToOpenAreReportedAndTheProgramGoesOn) {
     Open();
-    Command(603);
+    Command(ID_SHOW_SYSTEM_STATUS);
     const DrawnTexts drawn;
     const PlatformHook<FileInfo> hook("SHGetFileInfoW", BreakOnFileInfo);
     fileInfo = hook.Original();
@@ -186,7 +190,7 @@ TEST_F(FrameViews, ThatFailToOpenAreReportedAndTheProgramGoesOn) {
     RunFrame([&] {
         SetForegroundWindow(frame.Handle());
         breaks = 1;
-        PostMessageW(frame.Handle(), WM_COMMAND, 600, 0);
+        PostMessageW(frame.Handle(), WM_COMMAND, ID_SHOW_FILES, 0);
         const HWND box = WaitForWindow(L"#32770");
         ASSERT_TRUE(box);
         EXPECT_TRUE(drawn.Shows(L"Ok"));
@@ -195,9 +199,9 @@ TEST_F(FrameViews, ThatFailToOpenAreReportedAndTheProgramGoesOn) {
         EXPECT_TRUE(drawn.Shows(text)) << drawn.All();
         Finger().Key("Return").Play();
         EXPECT_TRUE(WaitFor([&] { return !IsWindow(box); }));
-        PostMessageW(frame.Handle(), WM_COMMAND, 601, 0);
+        PostMessageW(frame.Handle(), WM_COMMAND, ID_SHOW_APPLICATIONS, 0);
         EXPECT_TRUE(WaitFor([this] { return StartsWith(Caption(), L"Applications ("); }));
-        PostMessageW(frame.Handle(), WM_COMMAND, 600, 0);
+        PostMessageW(frame.Handle(), WM_COMMAND, ID_SHOW_FILES, 0);
         EXPECT_TRUE(WaitForCaption(L"\\"));
     });
     EXPECT_EQ(loopResult, 1);
@@ -205,13 +209,13 @@ TEST_F(FrameViews, ThatFailToOpenAreReportedAndTheProgramGoesOn) {
 
 TEST_F(FrameViews, ThatFailToOpenHaveTakenThePlaceOfTheOldOne) {
     Open();
-    Command(603);
+    Command(ID_SHOW_SYSTEM_STATUS);
     const PlatformHook<FileInfo> hook("SHGetFileInfoW", BreakOnFileInfo);
     fileInfo = hook.Original();
     RunFrame([&] {
         SetForegroundWindow(frame.Handle());
         breaks = 1;
-        PostMessageW(frame.Handle(), WM_COMMAND, 600, 0);
+        PostMessageW(frame.Handle(), WM_COMMAND, ID_SHOW_FILES, 0);
         const HWND box = WaitForWindow(L"#32770");
         ASSERT_TRUE(box);
         EXPECT_EQ(Caption(), L"\\");
@@ -247,7 +251,7 @@ TEST_F(FrameViews, StayWhenTheyFailBeforeGivingWay) {
     RunFrame([&] {
         SetForegroundWindow(frame.Handle());
         breaks = 1;
-        PostMessageW(frame.Handle(), WM_COMMAND, 603, 0);
+        PostMessageW(frame.Handle(), WM_COMMAND, ID_SHOW_SYSTEM_STATUS, 0);
         const HWND box = WaitForWindow(L"#32770");
         ASSERT_TRUE(box);
         EXPECT_TRUE(drawn.Shows(L"Ok"));
@@ -262,7 +266,7 @@ TEST_F(FrameViews, StayWhenTheyFailBeforeGivingWay) {
 
 TEST_F(FrameViews, IgnoreCommandsTheyDoNotSupport) {
     Open();
-    Command(603);
+    Command(ID_SHOW_SYSTEM_STATUS);
     for (const UINT command : {1u, 2u, 604u, 611u, 612u, 615u, 619u, 621u, 650u, 670u, 700u, 57633u,
                                57634u, 0x8F00u, 0x8FFFu, 0u, 65535u}) {
         Command(command);

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "app/run.h"
-#include "ui/window.h"
+#include "ui/window/window.h"
 
 using app::FrontmostOwned;
 

@@ -104,7 +104,7 @@ BOOL WINAPI LanguageFixture::NoteFreed(HMODULE module) {
 }
 
 void LanguageFixture::MakePack(const std::wstring& name, LANGID language, const std::wstring& ok) {
-    ResourceModule(language).Text(okText, ok).Write(folder.Path() + L"\\" + name);
+    ResourceModule(language).Text(IDS_BUTTON_OK, ok).Write(folder.Path() + L"\\" + name);
 }
 
 void LanguageFixture::SetOverride(const wchar_t* name, DWORD type, const void* data, size_t size) {
@@ -126,7 +126,7 @@ void LanguageFixture::LoseProgramPath() {
 }
 
 std::wstring LanguageFixture::Ok() {
-    return std::wstring(text::LoadText(okText));
+    return std::wstring(text::LoadText(IDS_BUTTON_OK));
 }
 
 const std::vector<HMODULE>& LanguageFixture::Freed() {

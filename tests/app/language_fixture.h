@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "res/resource.h"
 #include "tests/support/platform_hook.h"
 #include "tests/support/resource_module.h"
 #include "tests/support/world.h"
@@ -15,7 +16,6 @@ namespace test {
 
 inline constexpr LANGID german = 0x0407;
 inline constexpr LANGID french = 0x040C;
-inline constexpr UINT okText = 131;
 
 using VersionTexts = std::vector<std::pair<std::wstring, std::wstring>>;
 struct VersionTable {

@@ -4,7 +4,7 @@
 #include "app/module.h"
 #include "tests/app/language_fixture.h"
 #include "text/resources.h"
-#include "ui/menu_items.h"
+#include "ui/popup/menu_items.h"
 
 using namespace test;
 

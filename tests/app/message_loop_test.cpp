@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "tests/support/platform_hook.h"
-#include "ui/window.h"
+#include "ui/window/window.h"
 
 using namespace test;
 using app::MessageLoop;

@@ -4,11 +4,12 @@
 
 #include "app/language.h"
 #include "platform/handles.h"
+#include "res/resource.h"
 #include "tests/app/language_fixture.h"
 #include "tests/support/crash.h"
 #include "text/format.h"
 #include "text/resources.h"
-#include "ui/drawing_resources.h"
+#include "ui/paint/drawing_resources.h"
 
 using namespace test;
 using app::LoadLanguage;
@@ -47,9 +48,9 @@ class HostilePacks : public LanguageFixture {
     // A pack with some of everything.
     std::vector<BYTE> SoundPack() {
         ResourceModule(german)
-            .Text(okText, L"Gut")
-            .Text(142, L"Fehler")
-            .Text(1013, L"%2 von %1 frei")
+            .Text(IDS_BUTTON_OK, L"Gut")
+            .Text(IDS_ERROR, L"Fehler")
+            .Text(IDS_FREE_OF, L"%2 von %1 frei")
             .Raw(16, 1, VersionBlock(L"040704B0", {{L"Translated", L"Wir"}}))
             .Picture(1000, std::vector<BYTE>(64))
             .Write(PackPath());
@@ -150,25 +151,25 @@ TEST_F(HostilePacks, ThatAreAnotherProgramLeaveEnglishWhereItHasNoText) {
         CopyFileW((std::wstring(notepad) + L"\\notepad.exe").c_str(), PackPath().c_str(), FALSE));
     LoadLanguage(german);
     UsePack();
-    EXPECT_EQ(text::LoadText(998).substr(0, 15), L"Language option");
+    EXPECT_EQ(text::LoadText(IDS_ASK_RESTART).substr(0, 15), L"Language option");
 }
 
 TEST_F(HostilePacks, WithOtherInsertsLeaveThePatternEnglish) {
     ResourceModule(german)
-        .Text(800, L"Anwendungen (%1)")
-        .Text(801, L"Prozesse (%2!i!)")
-        .Text(803, L"DLLs (%1!*.*s!)")
-        .Text(810, L"%2 [%1!x!]")
-        .Text(152, L"Nichts%n%1!")
-        .Text(1011, L"%1!i")
+        .Text(IDS_APPLICATIONS_TITLE, L"Anwendungen (%1)")
+        .Text(IDS_PROCESSES_TITLE, L"Prozesse (%2!i!)")
+        .Text(IDS_DLLS_TITLE, L"DLLs (%1!*.*s!)")
+        .Text(IDS_PROCESS_WITH_ID, L"%2 [%1!x!]")
+        .Text(IDS_ACTION_FAILED, L"Nichts%n%1!")
+        .Text(IDS_PERCENT, L"%1!i")
         .Write(PackPath());
     ASSERT_TRUE(LoadLanguage(german));
-    EXPECT_EQ(text::FormatText(800, 7), L"Applications (7)");
-    EXPECT_EQ(text::FormatText(801, 7), L"Processes (7)");
-    EXPECT_EQ(text::FormatText(803, 7), L"Dlls (7)");
-    EXPECT_EQ(text::FormatText(810, 31, L"x"), L"x [1f]");
-    EXPECT_EQ(text::FormatText(1011, 57), L"57%");
-    EXPECT_EQ(text::FormatText(152, L"x").substr(0, 10), L"The action");
+    EXPECT_EQ(text::FormatText(IDS_APPLICATIONS_TITLE, 7), L"Applications (7)");
+    EXPECT_EQ(text::FormatText(IDS_PROCESSES_TITLE, 7), L"Processes (7)");
+    EXPECT_EQ(text::FormatText(IDS_DLLS_TITLE, 7), L"Dlls (7)");
+    EXPECT_EQ(text::FormatText(IDS_PROCESS_WITH_ID, 31, L"x"), L"x [1f]");
+    EXPECT_EQ(text::FormatText(IDS_PERCENT, 57), L"57%");
+    EXPECT_EQ(text::FormatText(IDS_ACTION_FAILED, L"x").substr(0, 10), L"The action");
 }
 
 TEST_F(HostilePacks, WithAMenuOfTenThousandItemsLeaveTheMenuEnglish) {
@@ -177,9 +178,9 @@ TEST_F(HostilePacks, WithAMenuOfTenThousandItemsLeaveTheMenuEnglish) {
         const BYTE last = item == 9999 ? 0x80 : 0;
         menu.insert(menu.end(), {last, 0, 77, 0, 'D', 0, 'a', 0, 0, 0});
     }
-    ResourceModule(german).Raw(4, 500, menu).Write(PackPath());
+    ResourceModule(german).Raw(4, IDR_FILES, menu).Write(PackPath());
     ASSERT_TRUE(LoadLanguage(german));
-    const platform::UniqueMenu loaded(text::LoadMenuResource(500));
+    const platform::UniqueMenu loaded(text::LoadMenuResource(IDR_FILES));
     EXPECT_EQ(GetMenuItemCount(loaded.Get()), 2);
 }
 
@@ -212,10 +213,14 @@ TEST_F(HostilePacks, WithAMenuWithoutAnEndLeaveTheMenuEnglish) {
     }
     deep.insert(deep.end(), {0x80, 0, 77, 0, 'D', 0, 0, 0});
     EXPECT_FALSE(text::IsSoundMenu(deep.data(), deep.size()));
-    ResourceModule(german).Raw(4, 500, deep).Raw(4, 502, menus[2]).Write(PackPath());
+    ResourceModule(german)
+        .Raw(4, IDR_FILES, deep)
+        .Raw(4, IDR_SLIDE_BAR, menus[2])
+        .Write(PackPath());
     ASSERT_TRUE(LoadLanguage(german));
-    EXPECT_EQ(GetMenuItemCount(platform::UniqueMenu(text::LoadMenuResource(500)).Get()), 2);
-    EXPECT_EQ(GetMenuItemCount(platform::UniqueMenu(text::LoadMenuResource(502)).Get()), 4);
+    EXPECT_EQ(GetMenuItemCount(platform::UniqueMenu(text::LoadMenuResource(IDR_FILES)).Get()), 2);
+    EXPECT_EQ(GetMenuItemCount(platform::UniqueMenu(text::LoadMenuResource(IDR_SLIDE_BAR)).Get()),
+              4);
 }
 
 TEST_F(HostilePacks, WithPicturesOfNoSizeLeaveTheProgramsPictures) {

@@ -8,7 +8,7 @@
 #include "tests/support/wait.h"
 #include "tests/support/windows_seen.h"
 #include "text/resources.h"
-#include "ui/drawing_resources.h"
+#include "ui/paint/drawing_resources.h"
 
 int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, wchar_t* commandLine, int showCommand);
 

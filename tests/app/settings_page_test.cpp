@@ -22,7 +22,7 @@ class SettingsPage : public LanguageFixture {
  protected:
     SettingsPage() {
         ResourceModule(german)
-            .Text(okText, L"Gut")
+            .Text(IDS_BUTTON_OK, L"Gut")
             .Raw(16, 1,
                  VersionBlock(L"040704B0",
                               {{L"Translated", L"Wir alle"}, {L"TranslatedInfo", L"Mit Dank"}}))

@@ -8,27 +8,32 @@
 #include "app/version_info.h"
 #include "platform/coredll.h"
 #include "platform/handles.h"
+#include "res/resource.h"
 #include "text/resources.h"
-#include "ui/clipped_text.h"
-#include "ui/drawing_resources.h"
-#include "ui/menu_items.h"
+#include "ui/paint/clipped_text.h"
+#include "ui/paint/drawing_resources.h"
+#include "ui/popup/menu_items.h"
 
 namespace {
 
 constexpr LANGID shippedLanguages[] = {0x0407, 0x040C, 0x0410, 0x0411, 0x0415, 0x0419, 0x0C0A};
 
-constexpr UINT menus[] = {120, 121, 122, 500, 501, 502, 503, 504, 505, 506, 511};
+constexpr UINT menus[] = {IDR_DONE_CANCEL,  IDR_DONE,          IDR_CANCEL,    IDR_FILES,
+                          IDR_APPLICATIONS, IDR_SLIDE_BAR,     IDR_PROCESSES, IDR_SYSTEM_STATUS,
+                          IDR_DLLS,         IDR_FILES_MARKING, IDR_OPEN_FILE};
 
 // Texts that may be as they are in English: names, patterns without words, units that everybody
 // writes so.
-const std::set<UINT> namesAndPatterns = {100, 131, 810, 991, 992, 993, 994, 1011};
+const std::set<UINT> namesAndPatterns = {IDS_PROGRAM,   IDS_BUTTON_OK, IDS_PROCESS_WITH_ID,
+                                         IDS_KILOBYTES, IDS_MEGABYTES, IDS_GIGABYTES,
+                                         IDS_TERABYTES, IDS_PERCENT};
 
 // And those that happen to be the same word.
 const std::map<LANGID, std::set<UINT>> sameWords = {
     {0x0407, {957}},
     {0x040C, {800, 971, 982}},
-    {0x0C0A, {134, 142, 990}},
-    {0x0410, {134, 957}},
+    {0x0C0A, {IDS_BUTTON_NO, IDS_ERROR, IDS_BYTES}},
+    {0x0410, {IDS_BUTTON_NO, IDS_HEAPS}},
     {0x0411, {}},
     {0x0415, {}},
     {0x0419, {}},
@@ -162,7 +167,7 @@ TEST_F(ShippedPacks, LeaveNothingInEnglish) {
 }
 
 TEST_F(ShippedPacks, KeepTheProgramsName) {
-    ForEach([&](LANGID, HMODULE pack) { EXPECT_EQ(TextOf(pack, 100), L"Vantor"); });
+    ForEach([&](LANGID, HMODULE pack) { EXPECT_EQ(TextOf(pack, IDS_PROGRAM), L"Vantor"); });
 }
 
 TEST_F(ShippedPacks, HaveTheCommandsOfTheProgramsMenus) {
@@ -191,13 +196,13 @@ TEST_F(ShippedPacks, TellTheirTranslatorAndTheProgramsVersion) {
 
 TEST_F(ShippedPacks, AreWrittenInTheirOwnLetters) {
     EXPECT_EQ(TextOf(packs[0x0407].Get(), 973), L"Gr\u00F6\u00DFe:");
-    EXPECT_EQ(TextOf(packs[0x040C].Get(), 130), L"Quitter");
-    EXPECT_EQ(TextOf(packs[0x0410].Get(), 133), L"S\u00EC");
-    EXPECT_EQ(TextOf(packs[0x0411].Get(), 142), L"\u30A8\u30E9\u30FC");
-    EXPECT_EQ(TextOf(packs[0x0415].Get(), 142), L"B\u0142\u0105d");
-    EXPECT_EQ(TextOf(packs[0x0419].Get(), 142), L"\u041E\u0448\u0438\u0431\u043A\u0430");
-    EXPECT_EQ(TextOf(packs[0x0C0A].Get(), 133), L"S\u00ED");
-    EXPECT_EQ(LabelsOf(packs[0x0411].Get(), 121)[0], L"\u5B8C\u4E86");
+    EXPECT_EQ(TextOf(packs[0x040C].Get(), IDS_BUTTON_EXIT), L"Quitter");
+    EXPECT_EQ(TextOf(packs[0x0410].Get(), IDS_BUTTON_YES), L"S\u00EC");
+    EXPECT_EQ(TextOf(packs[0x0411].Get(), IDS_ERROR), L"\u30A8\u30E9\u30FC");
+    EXPECT_EQ(TextOf(packs[0x0415].Get(), IDS_ERROR), L"B\u0142\u0105d");
+    EXPECT_EQ(TextOf(packs[0x0419].Get(), IDS_ERROR), L"\u041E\u0448\u0438\u0431\u043A\u0430");
+    EXPECT_EQ(TextOf(packs[0x0C0A].Get(), IDS_BUTTON_YES), L"S\u00ED");
+    EXPECT_EQ(LabelsOf(packs[0x0411].Get(), IDR_DONE)[0], L"\u5B8C\u4E86");
 }
 
 // Soft keys share the screen's width, two or four; so do the buttons of a message, up to three.
@@ -212,8 +217,8 @@ TEST_F(ShippedPacks, FitTheKeysOfASmallScreen) {
             const int count = static_cast<int>(ui::MenuItemCount(menu.Get()));
             ui::MenuItem item;
             // The menu of icons shows no words.
-            for (UINT position = 0; id != 502 && ui::ReadMenuItem(menu.Get(), position, &item);
-                 ++position) {
+            for (UINT position = 0;
+                 id != IDR_SLIDE_BAR && ui::ReadMenuItem(menu.Get(), position, &item); ++position) {
                 EXPECT_LE(ui::TextWidth(dc, item.text), width / std::max(2, count))
                     << id << " " << position;
             }
@@ -221,7 +226,7 @@ TEST_F(ShippedPacks, FitTheKeysOfASmallScreen) {
                 EXPECT_LE(ui::TextWidth(dc, label), width * 3 / 4) << id;
             }
         }
-        for (UINT button = 130; button <= 137; ++button) {
+        for (UINT button = IDS_BUTTON_EXIT; button <= IDS_BUTTON_IGNORE; ++button) {
             EXPECT_LE(ui::TextWidth(dc, TextOf(pack, button)), width * 7 / 24) << button;
         }
     });

@@ -4,6 +4,7 @@
 #include "app/module.h"
 #include "app/run.h"
 #include "faults/fault.h"
+#include "res/resource.h"
 #include "tests/app/running_program.h"
 #include "tests/app/short_memory.h"
 #include "tests/support/hidden_apps_folder.h"
@@ -287,7 +288,7 @@ TEST_F(StartFailure, ToSaveTheSettingsUnderADialogIsShown) {
     const PlatformHook<LONG(HKEY, const wchar_t*, DWORD, DWORD, const BYTE*, DWORD)> hook(
         "RegSetValueExW", FailToSet);
     RunToMessage([] {
-        PostMessageW(MainWindow(), WM_COMMAND, views::commandAbout, 0);
+        PostMessageW(MainWindow(), WM_COMMAND, ID_ABOUT, 0);
         const HWND about = WaitForWindow(L"#32770");
         ASSERT_TRUE(about);
         PostMessageW(MainWindow(), WM_CLOSE, 0, 0);

@@ -4,6 +4,7 @@
 #include "app/module.h"
 #include "app/run.h"
 #include "faults/fault.h"
+#include "res/resource.h"
 #include "tests/app/running_program.h"
 #include "tests/support/picture_file.h"
 #include "tests/support/platform_hook.h"
@@ -12,7 +13,7 @@
 #include "tests/support/user.h"
 #include "tests/support/wait.h"
 #include "tests/support/windows_seen.h"
-#include "ui/drawing_resources.h"
+#include "ui/paint/drawing_resources.h"
 
 using namespace test;
 
@@ -126,7 +127,9 @@ class ProgramInGerman : public RunningProgram {
         CleanSettings::SetNumber(L"view", 3);
     }
     void MakePack() {
-        ResourceModule(0x0407).Text(802, L"Zustand").Write(programPath + L".0407.ui");
+        ResourceModule(0x0407)
+            .Text(IDS_SYSTEM_STATUS_TITLE, L"Zustand")
+            .Write(programPath + L".0407.ui");
     }
     // The bytes of a strip of three icons of this size, in pixels.
     std::vector<BYTE> Strip(int iconSize) const {
@@ -332,7 +335,7 @@ TEST_F(ProgramInGerman, KeepsItsOwnPicturesWithAPackOfTexts) {
 
 TEST_F(ProgramInGerman, TakesThePacksPicturesWhereItHasThem) {
     ResourceModule(0x0407)
-        .Text(802, L"Zustand")
+        .Text(IDS_SYSTEM_STATUS_TITLE, L"Zustand")
         .Picture(1000, Strip(20))
         .Picture(1005, Strip(24))
         .Write(programPath + L".0407.ui");

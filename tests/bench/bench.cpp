@@ -16,7 +16,7 @@
 #include "tests/support/windows_seen.h"
 #include "tests/support/world.h"
 #include "text/resources.h"
-#include "ui/drawing_resources.h"
+#include "ui/paint/drawing_resources.h"
 #include "views/display_flags.h"
 #include "views/files/file_transfer.h"
 #include "views/files/files_view.h"

@@ -1,6 +1,7 @@
 // The program's Applications view, with other programs beside it.
 #include <gtest/gtest.h>
 
+#include "res/resource.h"
 #include "tests/e2e/files_fixture.h"
 #include "tests/support/hidden_apps_folder.h"
 #include "tests/support/sample_program.h"
@@ -11,18 +12,6 @@ namespace {
 
 class ApplicationsProgram : public FilesProgram {
  protected:
-    static constexpr UINT menu = 501;
-    enum Command : UINT {
-        hide = 613,
-        information = 614,
-        stop = 615,
-        stopAll = 616,
-        goToProcess = 670,
-        goToModule = 671,
-        showHidden = 696,
-        showCritical = 697
-    };
-
     void StartOnApplications() {
         folder.MakeFile(L"a");
         Start();
@@ -87,7 +76,7 @@ TEST_F(ApplicationsProgram, AHeldApplicationIsStopped) {
     StartOnApplications();
     const int count = Count();
     HoldFirstRow();
-    ChooseCommand(menu, stop);
+    ChooseCommand(IDR_APPLICATIONS, ID_STOP);
     EXPECT_TRUE(WaitFor([&] { return !sample.Runs(); }));
     EXPECT_TRUE(Counts(count - 1));
 }
@@ -98,7 +87,7 @@ TEST_F(ApplicationsProgram, StopAllLeavesTheProgramItself) {
     const SampleProgram refuses(L"stubborn", L"! third");
     StartOnApplications();
     const int count = Count();
-    ChooseCommand(menu, stopAll);
+    ChooseCommand(IDR_APPLICATIONS, ID_STOP_ALL);
     Answer(Finger().Key("Left").Key("Return"));
     EXPECT_TRUE(Counts(count - 2));
     EXPECT_FALSE(one.Runs());
@@ -111,12 +100,12 @@ TEST_F(ApplicationsProgram, InformationAndModuleOfAnApplication) {
     const SampleProgram sample(L"polite", L"! first");
     StartOnApplications();
     HoldFirstRow();
-    ChooseCommand(menu, information);
+    ChooseCommand(IDR_APPLICATIONS, ID_PROPERTIES);
     // The page is left as a person leaves it, by its key.
     Answer(Finger().Key("F1"));
     ASSERT_TRUE(WaitFor([&] { return GetForegroundWindow() == Window(); }));
     ASSERT_TRUE(ShowsSelected(0));
-    ChooseCommand(menu, goToModule);
+    ChooseCommand(IDR_APPLICATIONS, ID_GO_TO_MODULE);
     EXPECT_TRUE(WaitFor([&] { return Count() == none; }));
     const std::wstring folder = TextOf(Window());
     EXPECT_NE(GetFileAttributesW((folder + L"\\sample_program.exe").c_str()),
@@ -130,11 +119,11 @@ TEST_F(ApplicationsProgram, AHiddenOneIsShownWithTheHiddenOnesOnly) {
     StartOnApplications();
     const int count = Count();
     HoldFirstRow();
-    ChooseCommand(menu, hide);
+    ChooseCommand(IDR_APPLICATIONS, ID_HIDE);
     EXPECT_TRUE(Counts(count - 1));
-    ChooseCommand(menu, showHidden);
+    ChooseCommand(IDR_APPLICATIONS, ID_SHOW_HIDDEN_APPLICATIONS);
     EXPECT_TRUE(Counts(count));
-    ChooseCommand(menu, showHidden);
+    ChooseCommand(IDR_APPLICATIONS, ID_SHOW_HIDDEN_APPLICATIONS);
     EXPECT_TRUE(Counts(count - 1));
 }
 
@@ -143,15 +132,15 @@ TEST_F(ApplicationsProgram, StoppingAHiddenOneIsAskedFor) {
     const SampleProgram sample(L"polite", L"! first");
     StartOnApplications();
     const int count = Count();
-    ChooseCommand(menu, showHidden);
+    ChooseCommand(IDR_APPLICATIONS, ID_SHOW_HIDDEN_APPLICATIONS);
     ASSERT_TRUE(Counts(count + 1));
     HoldFirstRow();
     // "No" has the focus.
-    ChooseCommand(menu, stop);
+    ChooseCommand(IDR_APPLICATIONS, ID_STOP);
     Answer(Finger().Key("Return"));
     EXPECT_TRUE(sample.Runs());
     HoldFirstRow();
-    ChooseCommand(menu, stop);
+    ChooseCommand(IDR_APPLICATIONS, ID_STOP);
     Answer(Finger().Key("Left").Key("Return"));
     EXPECT_TRUE(WaitFor([&] { return !sample.Runs(); }));
 }
@@ -165,7 +154,7 @@ TEST_F(ApplicationsProgram, AWindowOfTheShellIsListedWithTheCriticalOnesOnly) {
     StartOnApplications();
     const int count = Count();
     const bool critical = RunsOnHandheld();
-    ChooseCommand(menu, stopAll);
+    ChooseCommand(IDR_APPLICATIONS, ID_STOP_ALL);
     Answer(Finger().Key("Left").Key("Return"));
     if (critical) {
         // The last thing that is done.
@@ -177,15 +166,15 @@ TEST_F(ApplicationsProgram, AWindowOfTheShellIsListedWithTheCriticalOnesOnly) {
     EXPECT_EQ(shell.Runs(), critical);
     EXPECT_TRUE(sample.Runs());
     if (critical) {
-        ChooseCommand(menu, showCritical);
+        ChooseCommand(IDR_APPLICATIONS, ID_SHOW_CRITICAL_APPLICATIONS);
         EXPECT_TRUE(Counts(count + 2));
     }
 }
 
 TEST_F(ApplicationsProgram, TheChoiceOfCriticalAndHiddenOnesIsKept) {
     StartOnApplications();
-    ChooseCommand(menu, showCritical);
-    ChooseCommand(menu, showHidden);
+    ChooseCommand(IDR_APPLICATIONS, ID_SHOW_CRITICAL_APPLICATIONS);
+    ChooseCommand(IDR_APPLICATIONS, ID_SHOW_HIDDEN_APPLICATIONS);
     EXPECT_EQ(Running().Close(), 0u);
     EXPECT_EQ(CleanSettings::Number(L"flags"), 0x30u);
 }

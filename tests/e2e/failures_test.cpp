@@ -1,6 +1,7 @@
 // What a person is told when the system refuses what the program needs.
 #include <shlobj.h>
 
+#include "res/resource.h"
 #include "tests/e2e/files_fixture.h"
 #include "tests/support/sample_program.h"
 #include "tests/support/shell_clipboard.h"
@@ -15,9 +16,6 @@ constexpr unsigned always = 0x7FFFFFFF;
 
 class Failures : public FilesProgram {
  protected:
-    enum Menu : UINT { filesMenu = 500, applicationsMenu = 501, processesMenu = 503 };
-    enum Command : UINT { stopOrKill = 615, goToProcess = 670, cut = 57635, paste = 57637 };
-
     // The caption of the box that opens; the box stays.
     std::wstring CaptionOfBox(HWND previous = nullptr) const { return TextOf(Dialog(previous)); }
     void HoldFirstRow() {
@@ -57,9 +55,9 @@ TEST_F(Failures, ToTellAWindowsProcessLeaveItToItsThread) {
     StartWith(L"-apps  ", L"Applications (",
               FailingCall{"GetWindowThreadProcessId", thread, ERROR_SUCCESS, always});
     HoldFirstRow();
-    ChooseCommand(applicationsMenu, goToProcess);
+    ChooseCommand(IDR_APPLICATIONS, ID_GO_TO_PROCESS);
     ASSERT_TRUE(ShowsCaption(L"Processes ("));
-    ChooseCommand(processesMenu, stopOrKill);
+    ChooseCommand(IDR_PROCESSES, ID_STOP);
     Answer(Finger().Key("Left").Key("Return"));
     EXPECT_TRUE(WaitFor([&] { return !sample.Runs(); }));
 }
@@ -68,9 +66,9 @@ TEST_F(Failures, OfOpeningAProcessLeaveItRunning) {
     const SampleProgram sample(L"polite", L"! sample");
     StartWith(L"-apps  ", L"Applications (", FailingCall{"OpenProcess"});
     HoldFirstRow();
-    ChooseCommand(applicationsMenu, goToProcess);
+    ChooseCommand(IDR_APPLICATIONS, ID_GO_TO_PROCESS);
     ASSERT_TRUE(ShowsCaption(L"Processes ("));
-    ChooseCommand(processesMenu, stopOrKill);
+    ChooseCommand(IDR_PROCESSES, ID_STOP);
     const HWND question = Dialog();
     EXPECT_EQ(TextOf(question), L"Warning");
     ASSERT_TRUE(Finger().Key("Left").Key("Return").Play());
@@ -84,7 +82,7 @@ TEST_F(Failures, OfWaitingForAnApplicationAreTold) {
     const SampleProgram sample(L"stubborn", L"! sample");
     StartWith(L"-apps  ", L"Applications (", FailingCall{"WaitForSingleObject", failed});
     HoldFirstRow();
-    ChooseCommand(applicationsMenu, stopOrKill);
+    ChooseCommand(IDR_APPLICATIONS, ID_STOP);
     EXPECT_EQ(CaptionOfBox(), L"Error");
     Answer(Finger().Key("Return"));
     EXPECT_TRUE(sample.Runs());
@@ -103,7 +101,7 @@ TEST_F(Failures, OfMemoryAreToldAndTheProgramGoesOn) {
     header.pFiles = sizeof header;
     header.fWide = TRUE;
     PutOnClipboard(header, large, 1);
-    ChooseCommand(filesMenu, paste);
+    ChooseCommand(IDR_FILES, ID_PASTE);
     EXPECT_EQ(CaptionOfBox(), L"Error");
     Answer(Finger().Key("Return"));
     // The clipboard is free for others again.
@@ -120,11 +118,11 @@ TEST_F(Failures, OfACutEndWithTheirCause) {
     StartWith(L"-explorer ", folder.Path(),
               FailingCall{"RegisterClipboardFormatW", 0, ERROR_NOT_ENOUGH_MEMORY, 1});
     HoldFirstRow();
-    ChooseCommand(filesMenu, cut);
+    ChooseCommand(IDR_FILES, ID_CUT);
     EXPECT_EQ(CaptionOfBox(), L"Error");
     Answer(Finger().Key("Return"));
     EXPECT_FALSE(IsClipboardFormatAvailable(CF_HDROP)) << "it would be pasted as a copy";
-    ChooseCommand(filesMenu, cut);
+    ChooseCommand(IDR_FILES, ID_CUT);
     const UINT effect = RegisterClipboardFormatW(L"Preferred DropEffect");
     EXPECT_TRUE(WaitFor([&] { return IsClipboardFormatAvailable(effect) != FALSE; }));
     EXPECT_TRUE(

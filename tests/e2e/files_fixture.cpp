@@ -7,7 +7,7 @@
 #include "platform/desktop/paths.h"
 #include "platform/handles.h"
 #include "tests/support/box.h"
-#include "ui/window.h"
+#include "ui/window/window.h"
 
 namespace test {
 

@@ -1,5 +1,5 @@
 #include "tests/e2e/files_fixture.h"
-#include "ui/window.h"
+#include "ui/window/window.h"
 
 using namespace test;
 

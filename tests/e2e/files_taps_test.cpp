@@ -1,6 +1,7 @@
 // A long day with the program: a thousand taps, after which it must work as it did at first.
+#include "res/resource.h"
 #include "tests/e2e/files_fixture.h"
-#include "ui/window.h"
+#include "ui/window/window.h"
 
 using namespace test;
 
@@ -8,8 +9,6 @@ namespace {
 
 class FilesTaps : public FilesProgram {
  protected:
-    enum Menu : UINT { editing = 120, files = 500, marking = 506 };
-    enum Command : UINT { rename = 611, select = 651 };
     static constexpr int rows = 5;
 
     void StartWithRows() {
@@ -23,7 +22,7 @@ class FilesTaps : public FilesProgram {
     // Marks two rows and takes the marks back, again and again. The finger stays where the rows
     // meet: a finger that is far away at once after a tap has dragged.
     void MarkRows(int upper) {
-        ChooseCommand(files, select);
+        ChooseCommand(IDR_FILES, ID_SELECT);
         ASSERT_TRUE(ShowsCaption(folder.Path() + L" (0)"));
         ASSERT_TRUE(Finger().Key("Home").Play());
         ASSERT_TRUE(ShowsSelected(0));
@@ -39,7 +38,7 @@ class FilesTaps : public FilesProgram {
         ASSERT_TRUE(finger.Key("End").Play());
         ASSERT_TRUE(ShowsSelected(rows - 1));
         ASSERT_EQ(TextOf(Window()), folder.Path() + L" (1)");
-        ChooseCommand(marking, IDCANCEL);
+        ChooseCommand(IDR_FILES_MARKING, IDCANCEL);
         ASSERT_TRUE(WaitFor([this] { return TextOf(Window()) == folder.Path(); }));
         AnswerAndTakeForeignMessage();
         taps_ += 2 + times + 1;
@@ -47,14 +46,14 @@ class FilesTaps : public FilesProgram {
 
     // Edits a name, tapping into it.
     void EditName() {
-        ChooseCommand(files, rename);
+        ChooseCommand(IDR_FILES, ID_RENAME);
         ASSERT_TRUE(WaitFor([this] { return Editor() != nullptr; }));
         const RECT editor = ScreenRectangleOf(Editor());
         const POINT middle = MiddleOf(Editor());
         AnswerAndTakeForeignMessage();
         ASSERT_TRUE(Finger().QuickTap(middle).QuickTap(POINT{editor.left + 8, middle.y}).Play());
         AnswerAndTakeForeignMessage();
-        ChooseCommand(editing, IDCANCEL);
+        ChooseCommand(IDR_DONE_CANCEL, IDCANCEL);
         ASSERT_TRUE(WaitFor([this] { return !Editor(); }));
         taps_ += 2 + 2 + 1;
     }

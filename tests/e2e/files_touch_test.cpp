@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/e2e/files_fixture.h"
-#include "ui/window.h"
+#include "ui/window/window.h"
 
 using namespace test;
 

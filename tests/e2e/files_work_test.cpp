@@ -1,10 +1,11 @@
 // Files at work: names, properties, copies and what is asked and told about them.
 #include <shlobj.h>
 
+#include "res/resource.h"
 #include "tests/e2e/files_fixture.h"
 #include "tests/support/sample_program.h"
 #include "tests/support/shell_clipboard.h"
-#include "ui/window.h"
+#include "ui/window/window.h"
 
 using namespace test;
 
@@ -12,25 +13,6 @@ namespace {
 
 class FilesWork : public FilesProgram {
  protected:
-    enum Menu : UINT { editing = 120, page = 121, files = 500, marking = 506, chooser = 511 };
-    enum Command : UINT {
-        filterApplications = 550,
-        filterAllFiles = 551,
-        rename = 611,
-        deleteRows = 612,
-        properties = 614,
-        newFolder = 617,
-        open = 618,
-        openWith = 619,
-        select = 651,
-        showHidden = 687,
-        showSystem = 688,
-        copy = 57634,
-        cut = 57635,
-        paste = 57637,
-        pasteShortcut = 57638
-    };
-
     ~FilesWork() override { ClearClipboard(); }
     static bool Exists(const std::wstring& path) {
         return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES;
@@ -50,7 +32,7 @@ class FilesWork : public FilesProgram {
     }
     // The rows are drawn with their boxes when this returns.
     void StartMarking() {
-        ChooseCommand(files, select);
+        ChooseCommand(IDR_FILES, ID_SELECT);
         ASSERT_TRUE(ShowsCaption(folder.Path() + L" (0)"));
         StillListPicture();
     }
@@ -84,10 +66,10 @@ class FilesWork : public FilesProgram {
 TEST_F(FilesWork, ANewFolderGetsTheNameThatIsTyped) {
     folder.MakeFile(L"file");
     Start();
-    ChooseCommand(files, newFolder);
+    ChooseCommand(IDR_FILES, ID_NEW_FOLDER);
     ASSERT_TRUE(Edits());
     ASSERT_TRUE(Finger().Key("a").Key("b").Play());
-    ChooseCommand(editing, IDOK);
+    ChooseCommand(IDR_DONE_CANCEL, IDOK);
     EXPECT_TRUE(WaitFor([&] { return Exists(In(L"ab")); }));
     EXPECT_TRUE(ShowsSelected(0));
 }
@@ -95,7 +77,7 @@ TEST_F(FilesWork, ANewFolderGetsTheNameThatIsTyped) {
 TEST_F(FilesWork, ANewFolderNeedsANameOfItsOwn) {
     folder.MakeFile(L"a");
     Start();
-    ChooseCommand(files, newFolder);
+    ChooseCommand(IDR_FILES, ID_NEW_FOLDER);
     ASSERT_TRUE(Edits());
     ASSERT_TRUE(Finger().Key("a").Key("Return").Play());
     EXPECT_EQ(CaptionAnswered(Return()), L"Error");
@@ -106,9 +88,9 @@ TEST_F(FilesWork, ANewFolderThatIsCancelledIsNotMade) {
     folder.MakeFile(L"file");
     Start();
     const Picture before = StillListPicture();
-    ChooseCommand(files, newFolder);
+    ChooseCommand(IDR_FILES, ID_NEW_FOLDER);
     ASSERT_TRUE(Edits());
-    ChooseCommand(editing, IDCANCEL);
+    ChooseCommand(IDR_DONE_CANCEL, IDCANCEL);
     EXPECT_TRUE(WaitFor([&] { return !FindChild(List(), L"Edit"); }));
     EXPECT_FALSE(Exists(In(L"New Folder")));
 }
@@ -118,7 +100,7 @@ TEST_F(FilesWork, RenamingGivesANewNameAndRefusesWhatCannotBeOne) {
     folder.MakeFile(L"two.txt", "2");
     Start();
     HoldRow(0);
-    ChooseCommand(files, rename);
+    ChooseCommand(IDR_FILES, ID_RENAME);
     ASSERT_TRUE(Edits());
     ASSERT_TRUE(Finger().Key("x").Key("Return").Play());
     EXPECT_TRUE(WaitFor([&] { return Exists(In(L"x.txt")); }));
@@ -126,7 +108,7 @@ TEST_F(FilesWork, RenamingGivesANewNameAndRefusesWhatCannotBeOne) {
 
     // The name of the other file.
     ASSERT_TRUE(ShowsSelected(1));
-    ChooseCommand(files, rename);
+    ChooseCommand(IDR_FILES, ID_RENAME);
     ASSERT_TRUE(Edits());
     ASSERT_TRUE(Finger().Key("t").Key("w").Key("o").Key("Return").Play());
     EXPECT_EQ(CaptionAnswered(Return()), L"Error");
@@ -134,7 +116,7 @@ TEST_F(FilesWork, RenamingGivesANewNameAndRefusesWhatCannotBeOne) {
     EXPECT_EQ(Content(In(L"x.txt")), "1");
 
     // No name at all: asked again.
-    ChooseCommand(files, rename);
+    ChooseCommand(IDR_FILES, ID_RENAME);
     ASSERT_TRUE(Edits());
     ASSERT_TRUE(Finger().Key("End").Key("shift+Home").Key("BackSpace").Key("Return").Play());
     EXPECT_EQ(CaptionAnswered(Return()), L"Error");
@@ -149,7 +131,7 @@ TEST_F(FilesWork, ANameIsEditedOnAfterAnotherProgramWasInFront) {
     folder.MakeFolder(L"a");
     Start();
     HoldRow(1);
-    ChooseCommand(files, rename);
+    ChooseCommand(IDR_FILES, ID_RENAME);
     ASSERT_TRUE(Edits());
     {
         const SampleProgram other(L"polite", L"Other");
@@ -167,7 +149,7 @@ TEST_F(FilesWork, TheBackKeyEndsTheEditingOfAName) {
     folder.MakeFile(L"one.txt", "1");
     Start();
     HoldRow(0);
-    ChooseCommand(files, rename);
+    ChooseCommand(IDR_FILES, ID_RENAME);
     ASSERT_TRUE(Edits());
     constexpr WORD released = 0x1000;
     PostMessageW(Window(), WM_HOTKEY, VK_ESCAPE, MAKELPARAM(released, VK_ESCAPE));
@@ -188,12 +170,12 @@ TEST_F(FilesWork, AFileIsKnownByEverySpellingOfItsPath) {
         (RunsOnHandheld() ? L"\\" : L"") + parent + L"\\one.txt",
         folder.Path().substr(1) + L"\\one.txt",
     };
-    std::wstring copy = L"one - Copy.txt";
+    std::wstring copyName = L"one - Copy.txt";
     for (const std::wstring& spelling : spellings) {
         PutOnClipboard(spelling, 1);
-        ChooseCommand(files, paste);
+        ChooseCommand(IDR_FILES, ID_PASTE);
         // Until it is written it cannot be deleted.
-        EXPECT_TRUE(WaitFor([&] { return DeleteFileW(In(copy).c_str()); }))
+        EXPECT_TRUE(WaitFor([&] { return DeleteFileW(In(copyName).c_str()); }))
             << testing::PrintToString(spelling);
         EXPECT_FALSE(FindVisible(L"#32770", true)) << testing::PrintToString(spelling);
         EXPECT_EQ(Content(In(L"one.txt")), "1");
@@ -221,7 +203,7 @@ TEST_F(FilesWork, AFolderThatCannotBeDeletedStaysWithAMessage) {
     SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_READONLY);
     Start();
     HoldRow(0);
-    ChooseCommand(files, deleteRows);
+    ChooseCommand(IDR_FILES, ID_DELETE);
     EXPECT_EQ(CaptionAnswered(Return()), L"Warning");
     EXPECT_EQ(CaptionAnswered(Return()), L"Error");
     EXPECT_TRUE(Exists(file));
@@ -235,7 +217,7 @@ TEST_F(FilesWork, AFolderWithAFileInUseAsksAboutIt) {
     const SampleProgram holder(L"polite", L"Holder", file);
     Start();
     HoldRow(0);
-    ChooseCommand(files, deleteRows);
+    ChooseCommand(IDR_FILES, ID_DELETE);
     EXPECT_EQ(CaptionAnswered(Return()), L"Warning");
     // "No" has the focus.
     EXPECT_EQ(CaptionAnswered(Return()), L"Warning");
@@ -249,12 +231,12 @@ TEST_F(FilesWork, PropertiesAreShownAndChangeNothing) {
     const DWORD attributes = GetFileAttributesW(file.c_str());
     Start();
     HoldRow(0);
-    ChooseCommand(files, properties);
+    ChooseCommand(IDR_FILES, ID_PROPERTIES);
     const HWND dialog = Dialog();
     ASSERT_TRUE(dialog);
     EXPECT_EQ(TextOf(dialog), L"Properties");
     ASSERT_TRUE(Finger().Key("End").Key("space").Play());
-    ChooseCommand(page, IDOK, dialog);
+    ChooseCommand(IDR_DONE, IDOK, dialog);
     EXPECT_TRUE(WaitFor([&] { return GetForegroundWindow() == Window(); }));
     EXPECT_EQ(GetFileAttributesW(file.c_str()), attributes);
     SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_NORMAL);
@@ -268,16 +250,16 @@ TEST_F(FilesWork, MarkedRowsAreCopiedCutAndDeletedAfterOneQuestion) {
     StartMarking();
     ASSERT_TRUE(Finger().Tap(RowPoint(0)).Tap(RowPoint(1)).Play());
     ASSERT_TRUE(ShowsCaption(folder.Path() + L" (2)"));
-    ChooseCommand(marking, copy);
+    ChooseCommand(IDR_FILES_MARKING, ID_COPY);
     ASSERT_TRUE(Shows(folder.Path()));
-    ChooseCommand(files, paste);
+    ChooseCommand(IDR_FILES, ID_PASTE);
     EXPECT_TRUE(
         WaitFor([&] { return Exists(In(L"a - Copy.txt")) && Exists(In(L"b - Copy.txt")); }));
 
     StartMarking();
     ASSERT_TRUE(Finger().Tap(RowPoint(0)).Play());
     ASSERT_TRUE(ShowsCaption(folder.Path() + L" (1)"));
-    ChooseCommand(marking, cut);
+    ChooseCommand(IDR_FILES_MARKING, ID_CUT);
     ASSERT_TRUE(Shows(folder.Path()));
     EXPECT_TRUE(WaitFor([] {
         return IsClipboardFormatAvailable(RegisterClipboardFormatW(L"Preferred DropEffect"));
@@ -287,7 +269,7 @@ TEST_F(FilesWork, MarkedRowsAreCopiedCutAndDeletedAfterOneQuestion) {
     // Between the files stand their copies.
     ASSERT_TRUE(Finger().Tap(RowPoint(1)).Tap(RowPoint(3)).Play());
     ASSERT_TRUE(ShowsCaption(folder.Path() + L" (2)"));
-    ChooseCommand(marking, deleteRows);
+    ChooseCommand(IDR_FILES_MARKING, ID_DELETE);
     EXPECT_EQ(CaptionAnswered(Return()), L"Warning");
     EXPECT_TRUE(WaitFor([&] { return !Exists(In(L"a.txt")) && !Exists(In(L"b.txt")); }));
     EXPECT_TRUE(Exists(In(L"a - Copy.txt")));
@@ -304,15 +286,15 @@ TEST_F(FilesWork, PastingAsksBeforeItOverwritesAndMerges) {
     folder.MakeFolder(L"tree");
     Start();
     Put(file, 1);
-    ChooseCommand(files, paste);
+    ChooseCommand(IDR_FILES, ID_PASTE);
     // "No" has the focus.
     EXPECT_EQ(CaptionAnswered(Return()), L"Warning");
     EXPECT_EQ(Content(In(L"a.txt")), "old");
-    ChooseCommand(files, paste);
+    ChooseCommand(IDR_FILES, ID_PASTE);
     EXPECT_EQ(CaptionAnswered(Yes()), L"Warning");
     EXPECT_TRUE(WaitFor([&] { return Content(In(L"a.txt")) == "new"; }));
     Put(tree, 1);
-    ChooseCommand(files, paste);
+    ChooseCommand(IDR_FILES, ID_PASTE);
     EXPECT_EQ(CaptionAnswered(Yes()), L"Warning");
     EXPECT_TRUE(WaitFor([&] { return Content(In(L"tree\\leaf")) == "leaf"; }));
 }
@@ -325,19 +307,19 @@ TEST_F(FilesWork, PastingRefusesAnotherKindAFolderIntoItselfAndWhatIsGone) {
     folder.MakeFile(L"b", "file");
     Start();
     Put(file, 1);
-    ChooseCommand(files, paste);
+    ChooseCommand(IDR_FILES, ID_PASTE);
     EXPECT_EQ(CaptionAnswered(Return()), L"Warning");
     EXPECT_NE(GetFileAttributesW(In(L"a").c_str()) & FILE_ATTRIBUTE_DIRECTORY, 0u);
     Put(inner, 1);
-    ChooseCommand(files, paste);
+    ChooseCommand(IDR_FILES, ID_PASTE);
     EXPECT_EQ(CaptionAnswered(Return()), L"Warning");
     EXPECT_EQ(Content(In(L"b")), "file");
     Put(folder.Path(), 1);
-    ChooseCommand(files, paste);
+    ChooseCommand(IDR_FILES, ID_PASTE);
     EXPECT_EQ(CaptionAnswered(Return()), L"Error");
     DeleteFileW(file.c_str());
     Put(file, 1);
-    ChooseCommand(files, paste);
+    ChooseCommand(IDR_FILES, ID_PASTE);
     EXPECT_EQ(CaptionAnswered(Return()), L"Error");
     EXPECT_FALSE(Exists(In(L"a\\a")));
 }
@@ -347,10 +329,10 @@ TEST_F(FilesWork, WhatIsCutHereIsMovedWhereItIsPasted) {
     const std::wstring file = folder.MakeFile(L"a.txt", "a");
     Start();
     HoldRow(1);
-    ChooseCommand(files, cut);
+    ChooseCommand(IDR_FILES, ID_CUT);
     ASSERT_TRUE(Finger().Tap(RowPoint(0)).Play());
     ASSERT_TRUE(Shows(inner));
-    ChooseCommand(files, paste);
+    ChooseCommand(IDR_FILES, ID_PASTE);
     EXPECT_TRUE(WaitFor([&] { return Exists(inner + L"\\a.txt") && !Exists(file); }));
 }
 
@@ -362,7 +344,7 @@ TEST_F(FilesWork, ABlockThatIsNoListOfPathsIsIgnored) {
     outside.fWide = TRUE;
     const Picture before = StillListPicture();
     PutOnClipboard(outside, sizeof outside, 1);
-    ChooseCommand(files, paste);
+    ChooseCommand(IDR_FILES, ID_PASTE);
     EXPECT_TRUE(StillListPicture() == before);
     EXPECT_FALSE(FindVisible(L"#32770", true));
 }
@@ -374,7 +356,7 @@ TEST_F(FilesWork, ACopyThatFailsIsAskedAboutByTheSystem) {
     folder.MakeFile(L"b");
     Start();
     Put(tree, 1);
-    ChooseCommand(files, paste);
+    ChooseCommand(IDR_FILES, ID_PASTE);
     EXPECT_EQ(CaptionAnswered(Return()), L"Warning");
     EXPECT_FALSE(Exists(In(L"tree\\a.txt")));
 }
@@ -383,11 +365,11 @@ TEST_F(FilesWork, AShortcutIsPastedAndOpensItsTarget) {
     const std::wstring inner = folder.MakeFolder(L"inner");
     Start();
     HoldRow(0);
-    ChooseCommand(files, copy);
-    ChooseCommand(files, pasteShortcut);
+    ChooseCommand(IDR_FILES, ID_COPY);
+    ChooseCommand(IDR_FILES, ID_PASTE_SHORTCUT);
     EXPECT_TRUE(WaitFor([&] { return Exists(In(L"inner.lnk")); }));
     ASSERT_TRUE(ShowsSelected(1));
-    ChooseCommand(files, open);
+    ChooseCommand(IDR_FILES, ID_OPEN);
     EXPECT_TRUE(Shows(inner));
 }
 
@@ -396,8 +378,8 @@ TEST_F(FilesWork, AShortcutThatCannotBeMadeIsTold) {
     folder.MakeFolder(L"inner.lnk");
     Start();
     HoldRow(0);
-    ChooseCommand(files, copy);
-    ChooseCommand(files, pasteShortcut);
+    ChooseCommand(IDR_FILES, ID_COPY);
+    ChooseCommand(IDR_FILES, ID_PASTE_SHORTCUT);
     EXPECT_EQ(CaptionAnswered(Return()), L"Error");
     EXPECT_NE(GetFileAttributesW(In(L"inner.lnk").c_str()) & FILE_ATTRIBUTE_DIRECTORY, 0u);
 }
@@ -407,7 +389,7 @@ TEST_F(FilesWork, OpeningAFileThatIsGoneIsTold) {
     Start();
     HoldRow(0);
     DeleteFileW(file.c_str());
-    ChooseCommand(files, open);
+    ChooseCommand(IDR_FILES, ID_OPEN);
     EXPECT_EQ(CaptionAnswered(Return()), L"Error");
     EXPECT_TRUE(Shows(folder.Path()));
 }
@@ -418,11 +400,11 @@ TEST_F(FilesWork, OpenWithOpensAFileWithAProgram) {
     CleanSettings::SetText(L"SelectAppPath", folder.Path());
     Start();
     HoldRow(0);
-    ChooseCommand(files, openWith);
+    ChooseCommand(IDR_FILES, ID_OPEN_WITH);
     const HWND dialog = Dialog();
     ASSERT_TRUE(dialog);
     ASSERT_TRUE(Finger().Key("Home").Play());
-    ChooseCommand(chooser, IDOK, dialog);
+    ChooseCommand(IDR_OPEN_FILE, IDOK, dialog);
     HWND opened = nullptr;
     ASSERT_TRUE(WaitFor(
         [&] { return (opened = FindVisible(L"Vantor Sample Application", true)) != nullptr; }));
@@ -441,7 +423,7 @@ TEST_F(FilesWork, OpenWithListsWhatItIsAskedFor) {
     constexpr DWORD hiddenAndSystemShown = 3;
     Start(hiddenAndSystemShown);
     HoldRow(0);
-    ChooseCommand(files, openWith);
+    ChooseCommand(IDR_FILES, ID_OPEN_WITH);
     const HWND dialog = Dialog();
     ASSERT_TRUE(dialog);
     HWND list = nullptr;
@@ -454,18 +436,18 @@ TEST_F(FilesWork, OpenWithListsWhatItIsAskedFor) {
             const Picture earlier = std::exchange(before, look());
             return earlier == before;
         }));
-        ChooseCommand(chooser, command, dialog);
+        ChooseCommand(IDR_OPEN_FILE, command, dialog);
         EXPECT_TRUE(WaitFor([&] { return look() != before; })) << command;
     };
-    changes(filterAllFiles);
-    changes(filterApplications);
-    changes(showHidden);
-    changes(showSystem);
+    changes(ID_FILTER_ALL_FILES);
+    changes(ID_FILTER_APPLICATIONS);
+    changes(ID_SHOW_HIDDEN);
+    changes(ID_SHOW_SYSTEM);
     ASSERT_TRUE(Finger().Key("Home").Play());
-    ChooseCommand(chooser, properties, dialog);
+    ChooseCommand(IDR_OPEN_FILE, ID_PROPERTIES, dialog);
     const HWND propertiesPage = Dialog(dialog);
     EXPECT_EQ(TextOf(propertiesPage), L"Properties");
-    ChooseCommand(page, IDOK, propertiesPage);
+    ChooseCommand(IDR_DONE, IDOK, propertiesPage);
     ASSERT_TRUE(WaitFor([&] { return GetForegroundWindow() == dialog; }));
     ASSERT_TRUE(Finger().Key("Escape").Play());
     EXPECT_TRUE(WaitFor([&] { return GetForegroundWindow() == Window(); }));

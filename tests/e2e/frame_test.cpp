@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "res/resource.h"
 #include "tests/support/finger.h"
 #include "tests/support/program.h"
 #include "tests/support/wait.h"
@@ -75,12 +76,12 @@ TEST_F(FrameOfTheProgram, EndsWithTheLastRowOfTheMenu) {
 }
 
 TEST_F(FrameOfTheProgram, KeepsFlippedOptionsOverItsEnd) {
-    PostMessageW(program.MainWindow(), WM_COMMAND, 689, 0);
-    PostMessageW(program.MainWindow(), WM_COMMAND, 690, 0);
-    PostMessageW(program.MainWindow(), WM_COMMAND, 694, 0);
-    PostMessageW(program.MainWindow(), WM_COMMAND, 695, 0);
-    PostMessageW(program.MainWindow(), WM_COMMAND, 689, 0);
-    PostMessageW(program.MainWindow(), WM_COMMAND, 57665, 0);
+    PostMessageW(program.MainWindow(), WM_COMMAND, ID_SHOW_FILE_SIZE, 0);
+    PostMessageW(program.MainWindow(), WM_COMMAND, ID_SHOW_FILE_DATE, 0);
+    PostMessageW(program.MainWindow(), WM_COMMAND, ID_SPARE_OPTION_1, 0);
+    PostMessageW(program.MainWindow(), WM_COMMAND, ID_SPARE_OPTION_2, 0);
+    PostMessageW(program.MainWindow(), WM_COMMAND, ID_SHOW_FILE_SIZE, 0);
+    PostMessageW(program.MainWindow(), WM_COMMAND, ID_EXIT, 0);
     EXPECT_EQ(program.WaitForExit(), 0u);
     EXPECT_EQ(CleanSettings::Number(L"flags"), 8u);
 }

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/handles.h"
+#include "res/resource.h"
 #include "tests/support/box.h"
 #include "tests/support/finger.h"
 #include "tests/support/program.h"
@@ -90,7 +91,7 @@ TEST_F(LanguageChange, RestartsTheProgramInTheNewLanguageAndLosesNothing) {
     EXPECT_EQ(CleanSettings::Number(L"flags"), 0x0Cu);
     EXPECT_EQ(CleanSettings::Text(L"path"), L"\\My Documents");
     // The new program goes on where the old one was.
-    SendMessageW(window, WM_COMMAND, 600, 0);
+    SendMessageW(window, WM_COMMAND, ID_SHOW_FILES, 0);
     EXPECT_TRUE(WaitFor([&] { return TextOf(window) == L"\\My Documents"; }));
 }
 

@@ -1,6 +1,7 @@
 // The program's Processes view, with another program beside it.
 #include <gtest/gtest.h>
 
+#include "res/resource.h"
 #include "tests/e2e/files_fixture.h"
 #include "tests/support/sample_program.h"
 
@@ -10,21 +11,6 @@ namespace {
 
 class ProcessesProgram : public FilesProgram {
  protected:
-    enum Menu : UINT { applicationsMenu = 501, processesMenu = 503, dllsMenu = 505 };
-    enum Command : UINT {
-        refresh = 610,
-        information = 614,
-        kill = 615,
-        loadedDlls = 620,
-        goToProcess = 670,
-        goToModule = 671,
-        showImagePath = 691,
-        showProcessId = 692,
-        showVirtualMemory = 693,
-        showBaseAddress = 698,
-        showSize = 699
-    };
-
     // Starts, selects the sample among the applications and goes to its process.
     void StartOnSample() {
         folder.MakeFile(L"a");
@@ -33,7 +19,7 @@ class ProcessesProgram : public FilesProgram {
         ASSERT_TRUE(ShowsCaption(L"Applications"));
         ASSERT_TRUE(Finger().Hold(RowPoint(0)).Play());
         ASSERT_TRUE(ShowsSelected(0));
-        ChooseCommand(applicationsMenu, goToProcess);
+        ChooseCommand(IDR_APPLICATIONS, ID_GO_TO_PROCESS);
         ASSERT_TRUE(ShowsCaption(L"Processes"));
     }
 
@@ -44,7 +30,7 @@ class ProcessesProgram : public FilesProgram {
 
 TEST_F(ProcessesProgram, AnApplicationsProcessIsKilled) {
     StartOnSample();
-    ChooseCommand(processesMenu, kill);
+    ChooseCommand(IDR_PROCESSES, ID_STOP);
     Answer(Finger().Key("Left").Key("Return"));
     EXPECT_TRUE(WaitFor([&] { return !sample.Runs(); }));
     DWORD exitCode = 0;
@@ -55,10 +41,10 @@ TEST_F(ProcessesProgram, AnApplicationsProcessIsKilled) {
 
 TEST_F(ProcessesProgram, AnApplicationsProcessIsDescribedAndItsModulesAreListed) {
     StartOnSample();
-    ChooseCommand(processesMenu, information);
+    ChooseCommand(IDR_PROCESSES, ID_PROPERTIES);
     // The page is left as a person leaves it; the process stays selected behind it.
     Answer(Finger().Key("F1"));
-    ChooseCommand(processesMenu, loadedDlls);
+    ChooseCommand(IDR_PROCESSES, ID_SHOW_DLLS);
     EXPECT_TRUE(ShowsCaption(L"Dlls ("));
     EXPECT_NE(TextOf(Window()), L"Dlls (0)");
     EXPECT_TRUE(sample.Runs());
@@ -66,14 +52,14 @@ TEST_F(ProcessesProgram, AnApplicationsProcessIsDescribedAndItsModulesAreListed)
 
 TEST_F(ProcessesProgram, TheModulesOfAnEndedProcessCannotBeListed) {
     StartOnSample();
-    ChooseCommand(processesMenu, loadedDlls);
+    ChooseCommand(IDR_PROCESSES, ID_SHOW_DLLS);
     ASSERT_TRUE(ShowsCaption(L"Dlls ("));
     ASSERT_FALSE(ShowsCaption(L"Dlls (0)", 0));
     TerminateProcess(sample.Process(), 0);
     ASSERT_TRUE(WaitFor([&] { return !sample.Runs(); }));
     // The window comes to the front when the popup has gone, which refreshes as the command does,
     // and both tell.
-    ChooseCommand(dllsMenu, refresh);
+    ChooseCommand(IDR_DLLS, ID_REFRESH);
     Answer(Finger().Key("Return"));
     Answer(Finger().Key("Return"));
     EXPECT_TRUE(ShowsCaption(L"Dlls (0)"));
@@ -82,41 +68,42 @@ TEST_F(ProcessesProgram, TheModulesOfAnEndedProcessCannotBeListed) {
 TEST_F(ProcessesProgram, TheDisplayOptionsShowAndHideLines) {
     StartOnSample();
     const Picture plain = StillListPicture();
-    for (const UINT command : {showImagePath, showProcessId, showVirtualMemory, showBaseAddress}) {
-        ChooseCommand(processesMenu, command);
+    for (const UINT command :
+         {ID_SHOW_IMAGE_PATH, ID_SHOW_PROCESS_ID, ID_SHOW_VIRTUAL_MEMORY, ID_SHOW_BASE_ADDRESS}) {
+        ChooseCommand(IDR_PROCESSES, command);
         EXPECT_TRUE(WaitFor([&] { return ListPicture() != plain; })) << command;
-        ChooseCommand(processesMenu, command);
+        ChooseCommand(IDR_PROCESSES, command);
         EXPECT_TRUE(WaitFor([&] { return ListPicture() == plain; })) << command;
     }
-    ChooseCommand(processesMenu, loadedDlls);
+    ChooseCommand(IDR_PROCESSES, ID_SHOW_DLLS);
     ASSERT_TRUE(ShowsCaption(L"Dlls ("));
     const Picture names = StillListPicture();
-    for (const UINT command : {showImagePath, showBaseAddress, showSize}) {
-        ChooseCommand(dllsMenu, command);
+    for (const UINT command : {ID_SHOW_IMAGE_PATH, ID_SHOW_BASE_ADDRESS, ID_SHOW_SIZE}) {
+        ChooseCommand(IDR_DLLS, command);
         EXPECT_TRUE(WaitFor([&] { return ListPicture() != names; })) << command;
-        ChooseCommand(dllsMenu, command);
+        ChooseCommand(IDR_DLLS, command);
         EXPECT_TRUE(WaitFor([&] { return ListPicture() == names; })) << command;
     }
 }
 
 TEST_F(ProcessesProgram, AModuleHasPropertiesAndAFile) {
     StartOnSample();
-    ChooseCommand(processesMenu, loadedDlls);
+    ChooseCommand(IDR_PROCESSES, ID_SHOW_DLLS);
     ASSERT_TRUE(ShowsCaption(L"Dlls ("));
     const Picture plain = StillListPicture();
     ASSERT_TRUE(Finger().Key("End").Play());
     ASSERT_TRUE(WaitFor([&] { return ListPicture() != plain; }));
-    ChooseCommand(dllsMenu, information);
+    ChooseCommand(IDR_DLLS, ID_PROPERTIES);
     ASSERT_TRUE(Dialog());
     EXPECT_EQ(TextOf(Dialog()), L"Properties");
     Answer(Finger().Key("F1"));
-    ChooseCommand(dllsMenu, goToModule);
+    ChooseCommand(IDR_DLLS, ID_GO_TO_MODULE);
     EXPECT_TRUE(WaitFor([&] { return TextOf(Window()).find(L'\\') != std::wstring::npos; }));
 }
 
 TEST_F(ProcessesProgram, GoesToTheExecutableOfAProcess) {
     StartOnSample();
-    ChooseCommand(processesMenu, goToModule);
+    ChooseCommand(IDR_PROCESSES, ID_GO_TO_MODULE);
     EXPECT_TRUE(WaitFor([&] { return !TextOf(Window()).starts_with(L"Processes"); }));
     const std::wstring shown = TextOf(Window());
     EXPECT_NE(GetFileAttributesW((shown + L"\\sample_program.exe").c_str()),

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "platform/handles.h"
+#include "res/resource.h"
 #include "tests/support/finger.h"
 #include "tests/support/hidden_apps_folder.h"
 #include "tests/support/program.h"
@@ -119,7 +120,7 @@ TEST(Start, QuittingKeepsViewFlagsAndFolder) {
         Program program(L"-status");
         ASSERT_TRUE(program.WaitForMainWindow());
         EXPECT_TRUE(WaitFor([&] { return TextOf(program.MainWindow()) == L"System Status"; }));
-        PostMessageW(program.MainWindow(), WM_COMMAND, 57665, 0);
+        PostMessageW(program.MainWindow(), WM_COMMAND, ID_EXIT, 0);
         EXPECT_EQ(program.WaitForExit(), 0u);
     }
     EXPECT_EQ(CleanSettings::Number(L"view"), 3u);

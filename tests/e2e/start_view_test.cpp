@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "res/resource.h"
 #include "tests/support/program.h"
 #include "tests/support/wait.h"
 #include "tests/support/windows_seen.h"
@@ -53,7 +54,7 @@ TEST_F(StartView, AfterDllsIsProcesses) {
     {
         const Program program;
         ASSERT_TRUE(program.WaitForMainWindow());
-        PostMessageW(program.MainWindow(), WM_COMMAND, 620, 0);
+        PostMessageW(program.MainWindow(), WM_COMMAND, ID_SHOW_DLLS, 0);
         EXPECT_TRUE(WaitFor([&] { return StartsWith(TextOf(program.MainWindow()), L"Dlls ("); }));
         EXPECT_EQ(program.Close(), 0u);
     }

@@ -1,8 +1,8 @@
 // The program's System Status view, as a person sees its gauges.
 #include "platform/handles.h"
 #include "tests/e2e/files_fixture.h"
-#include "ui/drawing_resources.h"
-#include "ui/paint.h"
+#include "ui/paint/drawing_resources.h"
+#include "ui/paint/paint.h"
 
 using namespace test;
 

@@ -1,6 +1,6 @@
 // On a screen that is tall enough the views stand side by side at its top.
 #include "tests/e2e/files_fixture.h"
-#include "ui/window.h"
+#include "ui/window/window.h"
 
 using namespace test;
 

@@ -1,4 +1,6 @@
-// What every view's menu has: the other views, the settings, the about box, the languages, the end.
+// What every view's menu has: the other views, the settings, the about box, the languages, the
+// end.
+#include "res/resource.h"
 #include "tests/e2e/files_fixture.h"
 #include "tests/support/sample_program.h"
 
@@ -6,47 +8,33 @@ using namespace test;
 
 namespace {
 
-enum ViewMenu : UINT { files = 500, applications = 501, processes = 503, status = 504, dlls = 505 };
-enum Command : UINT {
-    showFiles = 600,
-    showApplications = 601,
-    showProcesses = 602,
-    showStatus = 603,
-    refresh = 610,
-    loadedDlls = 620,
-    goToProcess = 670,
-    changeSettings = 680,
-    about = 57664,
-    quit = 57665
-};
-
 struct ShownView {
-    ViewMenu menu;
-    Command command;
+    UINT menu;
+    UINT command;
     const wchar_t* caption;
 };
-constexpr ShownView views[] = {{files, showFiles, L"\\Temp"},
-                               {applications, showApplications, L"Applications ("},
-                               {processes, showProcesses, L"Processes ("},
-                               {status, showStatus, L"System Status"}};
+constexpr ShownView views[] = {{IDR_FILES, ID_SHOW_FILES, L"\\Temp"},
+                               {IDR_APPLICATIONS, ID_SHOW_APPLICATIONS, L"Applications ("},
+                               {IDR_PROCESSES, ID_SHOW_PROCESSES, L"Processes ("},
+                               {IDR_SYSTEM_STATUS, ID_SHOW_SYSTEM_STATUS, L"System Status"}};
 
 class ViewMenus : public FilesProgram {
  protected:
     // Everything of a view's menu that does not depend on the view, up to the program's end.
-    void ExpectCommonCommands(ViewMenu menu, const std::wstring& caption) {
-        ChooseCommand(menu, changeSettings);
+    void ExpectCommonCommands(UINT menu, const std::wstring& caption) {
+        ChooseCommand(menu, ID_SETTINGS);
         const HWND settingsPage = Dialog();
         ASSERT_TRUE(settingsPage);
         EXPECT_EQ(TextOf(settingsPage), L"Settings");
-        ChooseCommand(120, IDCANCEL, settingsPage);
+        ChooseCommand(IDR_DONE_CANCEL, IDCANCEL, settingsPage);
         ASSERT_TRUE(WaitFor([&] { return GetForegroundWindow() == Window(); }));
         EXPECT_FALSE(CleanSettings::Number(L"langid"));
 
-        ChooseCommand(menu, about);
+        ChooseCommand(menu, ID_ABOUT);
         const HWND aboutBox = Dialog();
         ASSERT_TRUE(aboutBox);
         EXPECT_EQ(TextOf(aboutBox), L"Vantor");
-        ChooseCommand(121, IDOK, aboutBox);
+        ChooseCommand(IDR_DONE, IDOK, aboutBox);
         ASSERT_TRUE(WaitFor([&] { return GetForegroundWindow() == Window(); }));
 
         // The languages stand above Settings, About and Exit; English is the second of them.
@@ -63,7 +51,7 @@ class ViewMenus : public FilesProgram {
         EXPECT_FALSE(FindVisible(L"#32770", true));
         EXPECT_TRUE(ShowsCaption(caption));
 
-        ChooseCommand(menu, quit);
+        ChooseCommand(menu, ID_EXIT);
         EXPECT_EQ(Running().WaitForExit(), 0u);
     }
 };
@@ -95,9 +83,9 @@ TEST_F(ViewMenus, LeadFromDllsToEveryView) {
         ASSERT_TRUE(ShowsCaption(L"Processes ("));
         ASSERT_TRUE(Finger().Hold(RowPoint(0)).Play());
         ASSERT_TRUE(ShowsSelected(0));
-        ChooseCommand(processes, loadedDlls);
+        ChooseCommand(IDR_PROCESSES, ID_SHOW_DLLS);
         ASSERT_TRUE(ShowsCaption(L"Dlls ("));
-        ChooseCommand(dlls, to.command);
+        ChooseCommand(IDR_DLLS, to.command);
         EXPECT_TRUE(ShowsCaption(to.caption)) << to.menu;
         ASSERT_TRUE(Finger().Key("3").Play());
     }
@@ -105,7 +93,7 @@ TEST_F(ViewMenus, LeadFromDllsToEveryView) {
 
 TEST_F(ViewMenus, OfFiles) {
     StartWith(L"-explorer ", L"\\");
-    ExpectCommonCommands(files, L"\\");
+    ExpectCommonCommands(IDR_FILES, L"\\");
 }
 
 TEST_F(ViewMenus, OfApplications) {
@@ -113,18 +101,18 @@ TEST_F(ViewMenus, OfApplications) {
     int before = 0;
     ASSERT_EQ(swscanf(TextOf(Window()).c_str(), L"Applications (%d)", &before), 1);
     const SampleProgram sample(L"polite", L"! sample");
-    ChooseCommand(applications, refresh);
+    ChooseCommand(IDR_APPLICATIONS, ID_REFRESH);
     EXPECT_TRUE(ShowsCaption(L"Applications (" + std::to_wstring(before + 1) + L")"));
-    ExpectCommonCommands(applications, L"Applications (");
+    ExpectCommonCommands(IDR_APPLICATIONS, L"Applications (");
 }
 
 TEST_F(ViewMenus, OfProcesses) {
     StartWith(L"-process   ", L"Processes (");
     const std::wstring before = TextOf(Window());
     const SampleProgram sample(L"polite", L"! sample");
-    ChooseCommand(processes, refresh);
+    ChooseCommand(IDR_PROCESSES, ID_REFRESH);
     EXPECT_TRUE(WaitFor([&] { return TextOf(Window()) != before; }));
-    ExpectCommonCommands(processes, L"Processes (");
+    ExpectCommonCommands(IDR_PROCESSES, L"Processes (");
 }
 
 TEST_F(ViewMenus, OfDlls) {
@@ -132,11 +120,11 @@ TEST_F(ViewMenus, OfDlls) {
     StartWith(L"-apps  ", L"Applications (");
     ASSERT_TRUE(Finger().Hold(RowPoint(0)).Play());
     ASSERT_TRUE(ShowsSelected(0));
-    ChooseCommand(applications, goToProcess);
+    ChooseCommand(IDR_APPLICATIONS, ID_GO_TO_PROCESS);
     ASSERT_TRUE(ShowsCaption(L"Processes ("));
-    ChooseCommand(processes, loadedDlls);
+    ChooseCommand(IDR_PROCESSES, ID_SHOW_DLLS);
     ASSERT_TRUE(ShowsCaption(L"Dlls ("));
-    ExpectCommonCommands(dlls, L"Dlls (");
+    ExpectCommonCommands(IDR_DLLS, L"Dlls (");
 }
 
 TEST_F(ViewMenus, OfSystemStatus) {
@@ -150,7 +138,7 @@ TEST_F(ViewMenus, OfSystemStatus) {
     EXPECT_TRUE(WaitFor([&] { return !firstIsSelected(); }));
     ASSERT_TRUE(Finger().Key("Down").Play());
     ASSERT_TRUE(WaitFor(firstIsSelected));
-    ChooseCommand(status, refresh);
+    ChooseCommand(IDR_SYSTEM_STATUS, ID_REFRESH);
     EXPECT_TRUE(WaitFor(firstIsSelected));
-    ExpectCommonCommands(status, L"System Status");
+    ExpectCommonCommands(IDR_SYSTEM_STATUS, L"System Status");
 }

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <shlobj.h>
 
+#include "res/resource.h"
 #include "tests/support/program.h"
 #include "tests/support/shell_clipboard.h"
 #include "tests/support/wait.h"
@@ -23,14 +24,13 @@ FailingCall NoMemoryButAnAddress() {
 }
 
 void CrashInAWindowProcedure() {
-    constexpr WPARAM paste = 57637;
     const Program program(L"-explorer ", NoMemoryButAnAddress());
     ASSERT_TRUE(program.WaitForMainWindow());
     DROPFILES header = {};
     header.pFiles = sizeof header;
     header.fWide = TRUE;
     PutOnClipboard(header, large, 1);
-    PostMessageW(program.MainWindow(), WM_COMMAND, paste, 0);
+    PostMessageW(program.MainWindow(), WM_COMMAND, ID_PASTE, 0);
     EXPECT_EQ(program.WaitForExit(), 99u);
 }
 

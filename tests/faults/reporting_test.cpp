@@ -3,19 +3,17 @@
 #include <stdexcept>
 
 #include "faults/fault.h"
+#include "res/resource.h"
 #include "tests/support/drawn_texts.h"
 #include "tests/support/finger.h"
 #include "tests/support/user.h"
 #include "tests/support/wait.h"
 #include "tests/support/windows_seen.h"
-#include "ui/action.h"
+#include "ui/dialog/action.h"
 
 using namespace test;
 
 namespace {
-
-constexpr UINT cannotRename = 250;
-constexpr UINT cannotEnumerate = 240;
 
 class Reporting : public testing::Test {
  protected:
@@ -54,7 +52,7 @@ class Reporting : public testing::Test {
 TEST_F(Reporting, ShowsAFaultBehindTheContextAndItsInserts) {
     ReadBox([this] {
         ui::RunAction(
-            owner, cannotRename, [] { throw faults::Fault(std::wstring(L"It is\r\nin use")); },
+            owner, IDS_CANNOT_RENAME, [] { throw faults::Fault(std::wstring(L"It is\r\nin use")); },
             std::wstring(L"a.txt"));
     });
     EXPECT_EQ(caption, L"Error");
@@ -65,27 +63,28 @@ TEST_F(Reporting, ShowsAFaultBehindTheContextAndItsInserts) {
 }
 
 TEST_F(Reporting, ShowsTheCodeOfAFaultWithoutAText) {
-    ReadBox([this] { ui::RunAction(owner, ui::actionFailed, [] { throw faults::Fault(); }); });
+    ReadBox([this] { ui::RunAction(owner, IDS_ACTION_FAILED, [] { throw faults::Fault(); }); });
     EXPECT_TRUE(drawn.Shows(L"The action can't be completed\r\n0x80000008")) << drawn.All();
 }
 
 TEST_F(Reporting, ShowsAnyOtherExceptionAsUnexpected) {
     ReadBox([this] {
-        ui::RunAction(owner, cannotEnumerate, [] { throw std::runtime_error("internal"); });
+        ui::RunAction(owner, IDS_CANNOT_LIST_PROCESSES,
+                      [] { throw std::runtime_error("internal"); });
     });
     EXPECT_EQ(caption, L"Error");
     EXPECT_TRUE(drawn.Shows(L"Can't enumerate process\r\nUnexpected error.")) << drawn.All();
 }
 
 TEST_F(Reporting, ShowsWhatIsNoExceptionObjectAsUnexpected) {
-    ReadBox([this] { ui::RunAction(owner, ui::actionFailed, [] { throw 5; }); });
+    ReadBox([this] { ui::RunAction(owner, IDS_ACTION_FAILED, [] { throw 5; }); });
     EXPECT_TRUE(drawn.Shows(L"The action can't be completed\r\nUnexpected error.")) << drawn.All();
 }
 
 TEST_F(Reporting, LeavesDoneWhatTheActionHadDone) {
     int steps = 0;
     ReadBox([&] {
-        ui::RunAction(owner, ui::actionFailed, [&] {
+        ui::RunAction(owner, IDS_ACTION_FAILED, [&] {
             ++steps;
             if (steps > 0) {
                 throw faults::Fault(std::wstring(L"enough"));
@@ -98,7 +97,7 @@ TEST_F(Reporting, LeavesDoneWhatTheActionHadDone) {
 
 TEST_F(Reporting, ShowsNothingWhenTheActionSucceeds) {
     bool done = false;
-    ui::RunAction(owner, ui::actionFailed, [&] { done = true; });
+    ui::RunAction(owner, IDS_ACTION_FAILED, [&] { done = true; });
     EXPECT_TRUE(done);
     EXPECT_FALSE(FindVisible(L"#32770"));
 }

@@ -1,4 +1,5 @@
 // Running applications: their list, the page about a window, the questions before they are closed.
+#include "res/resource.h"
 #include "tests/gallery/camera.h"
 #include "tests/support/fake_frame.h"
 #include "tests/support/finger.h"
@@ -59,12 +60,12 @@ TEST_F(GalleryApps, ListAndSelection) {
 }
 
 TEST_F(GalleryApps, QuestionBeforeAllAreClosed) {
-    TakeDialog("applications_stop_all", 616);
+    TakeDialog("applications_stop_all", ID_STOP_ALL);
 }
 
 TEST_F(GalleryApps, QuestionBeforeACriticalOneIsClosed) {
     List().SetSelection(2);
     // A window that has lost its title is asked about as one of the shell's is.
     SetWindowTextW(notes.Window(), L" ");
-    TakeDialog("applications_stop_critical", 615);
+    TakeDialog("applications_stop_critical", ID_STOP);
 }

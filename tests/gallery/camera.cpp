@@ -11,7 +11,7 @@
 #include "tests/support/picture_file.h"
 #include "tests/support/user.h"
 #include "text/resources.h"
-#include "ui/window.h"
+#include "ui/window/window.h"
 
 namespace test {
 

@@ -2,8 +2,8 @@
 #include <gtest/gtest-spi.h>
 
 #include "tests/gallery/camera.h"
-#include "tests/ui/sample_bar.h"
-#include "ui/paint.h"
+#include "tests/ui/bar/sample_bar.h"
+#include "ui/paint/paint.h"
 
 using namespace test;
 

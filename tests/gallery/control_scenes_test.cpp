@@ -1,13 +1,14 @@
 // Single controls: bars, menus, the page slider, the row editor, cut texts.
+#include "res/resource.h"
 #include "tests/gallery/camera.h"
 #include "tests/support/finger.h"
 #include "tests/support/wait.h"
-#include "tests/ui/sample_bar.h"
-#include "ui/clipped_text.h"
-#include "ui/drawing_resources.h"
-#include "ui/page_slider.h"
-#include "ui/row_editor.h"
-#include "ui/slide_bar.h"
+#include "tests/ui/bar/sample_bar.h"
+#include "ui/bar/page_slider.h"
+#include "ui/bar/slide_bar.h"
+#include "ui/list/row_editor.h"
+#include "ui/paint/clipped_text.h"
+#include "ui/paint/drawing_resources.h"
 
 using namespace test;
 
@@ -35,7 +36,7 @@ class GalleryControls : public BarTest {
     void TakeSlideBar(const std::string& scene, const RECT& bounds, POINT second) {
         ui::SlideBar slideBar;
         ASSERT_TRUE(slideBar.Open(owner.Handle()));
-        ASSERT_TRUE(slideBar.LoadBar(502));
+        ASSERT_TRUE(slideBar.LoadBar(IDR_SLIDE_BAR));
         CheckMenuItem(slideBar.Menu(), 2, MF_BYPOSITION | MF_CHECKED);
         MoveWindow(slideBar.Handle(), bounds.left, bounds.top, ui::Width(bounds),
                    ui::Height(bounds), FALSE);

@@ -1,11 +1,12 @@
 // Pages with form lists, each kind of row in each state, and the three bars of pages.
+#include "res/resource.h"
 #include "tests/gallery/camera.h"
 #include "tests/support/finger.h"
-#include "tests/ui/sample_list.h"
+#include "tests/ui/list/sample_list.h"
 #include "text/format.h"
-#include "ui/drawing_resources.h"
-#include "ui/form_rows.h"
-#include "ui/page.h"
+#include "ui/dialog/form_rows.h"
+#include "ui/dialog/page.h"
+#include "ui/paint/drawing_resources.h"
 
 using namespace test;
 
@@ -14,7 +15,7 @@ namespace {
 class RowsPage final : public ui::Page {
  public:
     RowsPage(UINT bar, std::function<void(ui::FormList&)> fill)
-        : Page(970, bar), fill_(std::move(fill)) {}
+        : Page(IDS_PROPERTIES, bar), fill_(std::move(fill)) {}
 
  protected:
     void Fill(ui::FormList& list) override { fill_(list); }
@@ -109,11 +110,11 @@ class GalleryPages : public testing::Test {
 }  // namespace
 
 TEST_F(GalleryPages, Values) {
-    Show(ui::barDone, AddValues, [&](HWND) { camera.Take("page_values"); });
+    Show(IDR_DONE, AddValues, [&](HWND) { camera.Take("page_values"); });
 }
 
 TEST_F(GalleryPages, LongValues) {
-    Show(ui::barDone, AddLongValues, [&](HWND) {
+    Show(IDR_DONE, AddLongValues, [&](HWND) {
         camera.Take("page_long");
         Press("Down");
         Press("Down");
@@ -129,7 +130,7 @@ TEST_F(GalleryPages, LongValues) {
 }
 
 TEST_F(GalleryPages, Controls) {
-    Show(ui::barDoneCancel, AddControls, [&](HWND) {
+    Show(IDR_DONE_CANCEL, AddControls, [&](HWND) {
         camera.Take("page_controls");
         Press("Down");
         camera.Take("page_choice_selected");
@@ -147,11 +148,11 @@ TEST_F(GalleryPages, Controls) {
 }
 
 TEST_F(GalleryPages, KeysOfTheBar) {
-    Show(ui::barDoneCancel, AddControls, [&](HWND) {
+    Show(IDR_DONE_CANCEL, AddControls, [&](HWND) {
         Press("Tab");
         camera.Take("page_bar_focused");
         Press("Right");
         camera.Take("page_bar_second_focused");
     });
-    Show(ui::barCancel, AddValues, [&](HWND) { camera.Take("page_cancel"); });
+    Show(IDR_CANCEL, AddValues, [&](HWND) { camera.Take("page_cancel"); });
 }

@@ -1,4 +1,5 @@
 // The main frame: its views, its bar and their menus.
+#include "res/resource.h"
 #include "tests/app/frame_fixture.h"
 #include "tests/gallery/camera.h"
 #include "tests/gallery/sample_folder.h"
@@ -9,7 +10,7 @@
 #include "tests/support/only_applications.h"
 #include "tests/support/shell_clipboard.h"
 #include "tests/support/wait.h"
-#include "ui/message_box.h"
+#include "ui/dialog/message_box.h"
 
 using namespace test;
 
@@ -109,7 +110,7 @@ TEST_F(GalleryFrame, FilesWithSizes) {
 
 TEST_F(GalleryFrame, FilesMarking) {
     Run([&] {
-        Give(651);
+        Give(ID_SELECT);
         camera.Take("files_marking");
         Press("Down");
         Press("space");
@@ -158,7 +159,7 @@ TEST_F(GalleryFrame, OpenFile) {
         CleanSettings::SetText(L"SelectAppPath", SamplePath());
         CleanSettings::SetNumber(L"SelectAppFlags", 0x800000);
         Press("End");
-        PostMessageW(frame.Handle(), WM_COMMAND, 619, 0);
+        PostMessageW(frame.Handle(), WM_COMMAND, ID_OPEN_WITH, 0);
         EXPECT_TRUE(WaitForWindow(L"#32770"));
         camera.Take("open_file");
         Press("Down");
@@ -172,7 +173,7 @@ TEST_F(GalleryFrame, OpenFile) {
 
 TEST_F(GalleryFrame, Applications) {
     Run([&] {
-        Give(601);
+        Give(ID_SHOW_APPLICATIONS);
         camera.Take("applications");
         TakeMenu("F1", "applications_actions");
         TakeMenu("F2", "applications_menu");
@@ -210,19 +211,19 @@ TEST_F(GalleryFrame, Processes) {
     FakeProcesses device;
     FillSlots(device);
     Run([&] {
-        Give(602);
+        Give(ID_SHOW_PROCESSES);
         camera.Take("processes");
         TakeMenu("F2", "processes_menu");
         Press("Down");
         Press("Down");
         camera.Take("processes_selected");
         TakeMenu("F1", "processes_actions");
-        PostMessageW(frame.Handle(), WM_COMMAND, 615, 0);
+        PostMessageW(frame.Handle(), WM_COMMAND, ID_STOP, 0);
         EXPECT_TRUE(WaitForWindow(L"#32770"));
         camera.Take("processes_kill");
         Press("Escape");
         EXPECT_TRUE(WaitFor([] { return !FindVisible(L"#32770"); }));
-        PostMessageW(frame.Handle(), WM_COMMAND, 614, 0);
+        PostMessageW(frame.Handle(), WM_COMMAND, ID_PROPERTIES, 0);
         EXPECT_TRUE(WaitForWindow(L"#32770"));
         camera.Take("process_information");
         Press("Escape");
@@ -235,7 +236,7 @@ TEST_F(GalleryFrame, ProcessesWithDetails) {
     FillSlots(device);
     Run(
         [&] {
-            Give(602);
+            Give(ID_SHOW_PROCESSES);
             Press("Down");
             camera.Take("processes_details");
         },
@@ -246,7 +247,7 @@ TEST_F(GalleryFrame, Dlls) {
     FakeProcesses device;
     FillSlots(device);
     Run([&] {
-        Give(620);
+        Give(ID_SHOW_DLLS);
         camera.Take("dlls");
         TakeMenu("F1", "dlls_actions");
         TakeMenu("F2", "dlls_menu");
@@ -258,7 +259,7 @@ TEST_F(GalleryFrame, DllsWithDetails) {
     FillSlots(device);
     Run(
         [&] {
-            Give(620);
+            Give(ID_SHOW_DLLS);
             Press("Down");
             camera.Take("dlls_details");
         },
@@ -269,7 +270,7 @@ TEST_F(GalleryFrame, Status) {
     FakeDevice device;
     device.volumes[L'M'] = FakeVolume{DRIVE_REMOVABLE, uint64_t{2} << 30, uint64_t{1200} << 20};
     Run([&] {
-        Give(603);
+        Give(ID_SHOW_SYSTEM_STATUS);
         camera.Take("status");
         TakeMenu("F2", "status_menu");
         Press("Down");
@@ -286,7 +287,7 @@ TEST_F(GalleryFrame, StatusOfADeviceThatRunsOut) {
     device.availableMemory = SIZE_T{2} << 20;
     device.current.totalFree = uint64_t{1} << 20;
     Run([&] {
-        Give(603);
+        Give(ID_SHOW_SYSTEM_STATUS);
         camera.Take("status_running_out");
         Press("Down");
         camera.Take("status_running_out_selected");
@@ -294,10 +295,10 @@ TEST_F(GalleryFrame, StatusOfADeviceThatRunsOut) {
         device.batteryPercent = 100;
         device.current.readable = false;
         device.memoryLoad = 89;
-        Give(610);
+        Give(ID_REFRESH);
         camera.Take("status_charging");
         device.batteryFlag = 128;
-        Give(610);
+        Give(ID_REFRESH);
         camera.Take("status_without_a_battery");
     });
 }
@@ -326,7 +327,7 @@ TEST_F(GalleryFrame, PressedSoftKeys) {
 TEST_F(GalleryFrame, Properties) {
     Run([&] {
         const auto takeProperties = [&](const char* scene) {
-            PostMessageW(frame.Handle(), WM_COMMAND, 614, 0);
+            PostMessageW(frame.Handle(), WM_COMMAND, ID_PROPERTIES, 0);
             const HWND page = WaitForWindow(L"#32770");
             ASSERT_TRUE(page);
             EXPECT_TRUE(WaitFor([&] { return GetForegroundWindow() == page; }));

@@ -5,8 +5,8 @@
 #include "tests/support/finger.h"
 #include "tests/support/user.h"
 #include "tests/support/wait.h"
-#include "ui/drawing_resources.h"
-#include "ui/row_editor.h"
+#include "ui/list/row_editor.h"
+#include "ui/paint/drawing_resources.h"
 #include "views/files/files_view.h"
 
 using namespace test;

@@ -2,6 +2,7 @@
 
 #include "platform/aygshell.h"
 #include "platform/handles.h"
+#include "res/resource.h"
 #include "tests/support/resource_module.h"
 #include "tests/support/world.h"
 #include "text/resources.h"
@@ -14,8 +15,6 @@ namespace {
 
 using Bytes = std::vector<BYTE>;
 
-constexpr UINT smallestStrip = 1000;
-
 SIZE SizeOf(HBITMAP bitmap) {
     BITMAP description = {};
     EXPECT_TRUE(GetObjectW(bitmap, sizeof description, &description));
@@ -24,7 +23,7 @@ SIZE SizeOf(HBITMAP bitmap) {
 
 Bytes StripBytes() {
     const HMODULE program = text::ProgramModule();
-    const HRSRC resource = FindResourceW(program, MAKEINTRESOURCEW(smallestStrip), L"GIF");
+    const HRSRC resource = FindResourceW(program, MAKEINTRESOURCEW(IDB_MAIN_SMALL), L"GIF");
     const auto bytes = static_cast<const BYTE*>(LockResource(LoadResource(program, resource)));
     return Bytes(bytes, bytes + SizeofResource(program, resource));
 }
@@ -70,7 +69,7 @@ TEST(ImageResource, OfAnotherModuleIsThatModules) {
     const PictureModule module(StripBytes());
     const UniqueBitmap bitmap = module.Load();
     ASSERT_TRUE(bitmap);
-    const UniqueBitmap original(LoadImageResource(text::ProgramModule(), smallestStrip));
+    const UniqueBitmap original(LoadImageResource(text::ProgramModule(), IDB_MAIN_SMALL));
     EXPECT_EQ(SizeOf(bitmap.Get()).cx, SizeOf(original.Get()).cx);
 }
 
@@ -95,10 +94,10 @@ TEST(ImageResource, ThatEndsEarlyIsNone) {
 TEST(ImageResource, GivesBackWhatItTook) {
     const PictureModule broken(Bytes(100, 0x55));
     broken.Load();
-    UniqueBitmap(LoadImageResource(text::ProgramModule(), smallestStrip));
+    UniqueBitmap(LoadImageResource(text::ProgramModule(), IDB_MAIN_SMALL));
     const Held before = CountHeld();
     for (int round = 0; round < 10; ++round) {
-        UniqueBitmap(LoadImageResource(text::ProgramModule(), smallestStrip));
+        UniqueBitmap(LoadImageResource(text::ProgramModule(), IDB_MAIN_SMALL));
         broken.Load();
     }
     EXPECT_EQ(CountHeld().gdiObjects, before.gdiObjects);

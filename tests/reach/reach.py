@@ -14,26 +14,37 @@ from collections import namedtuple
 ROOT = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..")
 RESOURCES = os.path.join(ROOT, "res")
 sys.path.insert(0, os.path.join(ROOT, "tools", "handheld"))
+sys.path.insert(0, os.path.join(ROOT, "tools", "languages"))
 from import_list import read_import_list  # noqa: E402
 from pe_reader import PeFile  # noqa: E402
+from resource_numbers import read_numbers  # noqa: E402
 
-SLIDE_BAR = 502
+NUMBERS = read_numbers()
+SLIDE_BAR = NUMBERS["IDR_SLIDE_BAR"]
 MENUS = {
-    "Files": 500, "Applications": 501, "Processes": 503, "Dlls": 505, "System Status": 504,
-    "Files, rows marked": 506, "slide bar": SLIDE_BAR, "Open File": 511,
-    "page with Done and Cancel": 120, "page with Done": 121}
+    description: NUMBERS[name] for description, name in {
+        "Files": "IDR_FILES", "Applications": "IDR_APPLICATIONS", "Processes": "IDR_PROCESSES", "Dlls": "IDR_DLLS",
+        "System Status": "IDR_SYSTEM_STATUS", "Files, rows marked": "IDR_FILES_MARKING", "slide bar": "IDR_SLIDE_BAR",
+        "Open File": "IDR_OPEN_FILE", "page with Done and Cancel": "IDR_DONE_CANCEL",
+        "page with Done": "IDR_DONE"}.items()}
 # What shows that a dialog was open: its caption among the texts read, its menu, or its command.
 DIALOGS = {
-    "Properties": ("text", 970), "Process Information": ("text", 950), "Window Information": ("text", 960),
-    "Settings": ("text", 147), "Language changed": ("text", 999), "Open File": ("menu", 511),
-    "About": ("command", 57664)}
-CAPTIONS = {141, 142, 147}
-# No place of the program shows 151.
-MESSAGES = (140, 150, *range(152, 360), 998)
+    description: (kind, NUMBERS[name]) for description, (kind, name) in {
+        "Properties": ("text", "IDS_PROPERTIES"), "Process Information": ("text", "IDS_PROCESS_INFORMATION"),
+        "Window Information": ("text", "IDS_WINDOW_INFORMATION"), "Settings": ("text", "IDS_SETTINGS"),
+        "Language changed": ("text", "IDS_LANGUAGE_CHANGED"), "Open File": ("menu", "IDR_OPEN_FILE"),
+        "About": ("command", "ID_ABOUT")}.items()}
+CAPTIONS = {NUMBERS[name] for name in ("IDS_WARNING", "IDS_ERROR", "IDS_SETTINGS")}
+# No place of the program shows IDS_CANNOT_CREATE_WINDOW.
+MESSAGES = (NUMBERS["IDS_UNEXPECTED_ERROR"], NUMBERS["IDS_CANNOT_CREATE_MAIN_WINDOW"],
+            *range(NUMBERS["IDS_ACTION_FAILED"], NUMBERS["IDS_ASK_CLOSE_APPLICATIONS"] + 1),
+            NUMBERS["IDS_ASK_RESTART"])
 # Messages whose words are no text of the resources.
 OTHER_MESSAGES = {"Please, specify not empty filename": ("drawn", "Please, specify not empty filename"),
                   "can't copy ... skip this item?": ("drawn", "can't copy ")}
-FIRST_LANGUAGE, LAST_LANGUAGE = 36608, 36863
+FIRST_LANGUAGE, LAST_LANGUAGE = NUMBERS["ID_FIRST_LANGUAGE"], NUMBERS["ID_LAST_LANGUAGE"]
+# The commands that the platform's dialogs share.
+COMMANDS = {**NUMBERS, "IDOK": 1, "IDCANCEL": 2}
 
 Reached = namedtuple("Reached", "menus commands texts drawn calls")
 
@@ -45,16 +56,16 @@ def read_menus():
     with open(os.path.join(RESOURCES, "menus.rc"), encoding="utf-8") as file:
         source = file.read()
     menus = {}
-    for identifier, body in re.findall(r"^(\d+) MENU\n(.*?)^END$", source, re.MULTILINE | re.DOTALL):
-        items = re.findall(r"MENUITEM (\w+), (\d+)", body)
-        menus[int(identifier)] = {int(command): labels[label] for label, command in items}
+    for identifier, body in re.findall(r"^(IDR_\w+) MENU\n(.*?)^END$", source, re.MULTILINE | re.DOTALL):
+        items = re.findall(r"MENUITEM (\w+), (\w+)", body)
+        menus[NUMBERS[identifier]] = {COMMANDS[command]: labels[label] for label, command in items}
     return menus
 
 
 def read_texts():
     """{identifier: text} of the program's string table."""
     with open(os.path.join(RESOURCES, "strings.rc"), encoding="utf-8") as file:
-        return {int(identifier): text for identifier, text in re.findall(r'^ +(\d+) "(.*)"$', file.read(), re.MULTILINE)}
+        return {NUMBERS[name]: text for name, text in re.findall(r'^ +(IDS_\w+) "(.*)"$', file.read(), re.MULTILINE)}
 
 
 class Recorder:

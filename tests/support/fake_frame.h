@@ -6,7 +6,7 @@
 #include <map>
 #include <string>
 
-#include "ui/window.h"
+#include "ui/window/window.h"
 #include "views/app_closer.h"
 #include "views/view.h"
 

@@ -7,7 +7,7 @@
 
 #include "tests/support/crash.h"
 #include "text/resources.h"
-#include "ui/drawing_resources.h"
+#include "ui/paint/drawing_resources.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 
 #include "platform/handles.h"
 #include "tests/support/wait.h"
-#include "ui/window.h"
+#include "ui/window/window.h"
 
 namespace test {
 

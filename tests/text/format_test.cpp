@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "res/resource.h"
 #include "tests/support/heaps.h"
 #include "tests/support/platform_hook.h"
 #include "text/format.h"
@@ -80,7 +81,7 @@ TEST(FormatInserts, MayBeLong) {
 TEST(FormatResult, IsEmptyOnFailure) {
     const test::PlatformHook<Formatter> hook("FormatMessageW", FailToFormat);
     EXPECT_EQ(Format(L"%1", L"one"), L"");
-    EXPECT_EQ(FormatText(152, L"one"), L"");
+    EXPECT_EQ(FormatText(IDS_ACTION_FAILED, L"one"), L"");
 }
 
 TEST(FormatResult, IsInTheLanguageOfTheTexts) {
@@ -103,13 +104,13 @@ TEST(FormatResult, GivesThePlatformsBufferBack) {
 }
 
 TEST(FormatText, FillsInAString) {
-    EXPECT_EQ(FormatText(152, L"why"), L"The action can't be completed\r\nwhy");
-    EXPECT_EQ(FormatText(800, 3), L"Applications (3)");
-    EXPECT_EQ(FormatText(1011, 57), L"57%");
-    EXPECT_EQ(FormatText(1012, 57), L"charging (57%)");
-    EXPECT_EQ(FormatText(1013, L"64 MB", L"12 MB"), L"12 MB free of 64 MB");
-    EXPECT_EQ(FormatText(810, 0x2Au, L"a.exe"), L"[2a] a.exe");
-    EXPECT_EQ(FormatText(823, L"a", 2), L"a - Copy (2)");
+    EXPECT_EQ(FormatText(IDS_ACTION_FAILED, L"why"), L"The action can't be completed\r\nwhy");
+    EXPECT_EQ(FormatText(IDS_APPLICATIONS_TITLE, 3), L"Applications (3)");
+    EXPECT_EQ(FormatText(IDS_PERCENT, 57), L"57%");
+    EXPECT_EQ(FormatText(IDS_CHARGING, 57), L"charging (57%)");
+    EXPECT_EQ(FormatText(IDS_FREE_OF, L"64 MB", L"12 MB"), L"12 MB free of 64 MB");
+    EXPECT_EQ(FormatText(IDS_PROCESS_WITH_ID, 0x2Au, L"a.exe"), L"[2a] a.exe");
+    EXPECT_EQ(FormatText(IDS_COPY_OF_NUMBERED, L"a", 2), L"a - Copy (2)");
 }
 
 TEST(FormatText, OfAMissingStringSaysSo) {

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "res/resource.h"
 #include "tests/support/resource_module.h"
 #include "tests/support/world.h"
 #include "text/resources.h"
@@ -9,8 +10,6 @@ using text::LoadText;
 
 namespace {
 
-constexpr UINT titleText = 100;
-constexpr UINT okText = 131;
 constexpr UINT nobodysText = 9;
 
 // A language pack with a few texts in use; the program's own resources come back at the end.
@@ -18,7 +17,7 @@ class LoadedPack : public testing::Test {
  protected:
     LoadedPack() {
         ResourceModule(0x0407)
-            .Text(okText, L"Gut")
+            .Text(IDS_BUTTON_OK, L"Gut")
             .Text(2000, L"Nur hier")
             .Text(2001, L"100% \u00E9")
             .Write(path);
@@ -40,8 +39,8 @@ class LoadedPack : public testing::Test {
 }  // namespace
 
 TEST(LoadTextWithoutAPack, FindsTheProgramsTexts) {
-    EXPECT_EQ(LoadText(titleText), L"Vantor");
-    EXPECT_EQ(LoadText(okText), L"Ok");
+    EXPECT_EQ(LoadText(IDS_PROGRAM), L"Vantor");
+    EXPECT_EQ(LoadText(IDS_BUTTON_OK), L"Ok");
 }
 
 TEST(LoadTextWithoutAPack, SaysSoWhenThereIsNoText) {
@@ -52,7 +51,7 @@ TEST(LoadTextWithoutAPack, SaysSoWhenThereIsNoText) {
 
 TEST(LoadTextWithoutAPack, GivesTheModulesOwnText) {
     MEMORY_BASIC_INFORMATION memory = {};
-    ASSERT_TRUE(VirtualQuery(LoadText(titleText).data(), &memory, sizeof memory));
+    ASSERT_TRUE(VirtualQuery(LoadText(IDS_PROGRAM).data(), &memory, sizeof memory));
     EXPECT_EQ(memory.AllocationBase, text::ProgramModule());
 }
 
@@ -62,14 +61,14 @@ TEST(LoadTextWithoutAPack, UsesTheProgramsLanguage) {
 }
 
 TEST_F(LoadedPack, GoesBeforeTheProgram) {
-    EXPECT_EQ(LoadText(okText), L"Gut");
+    EXPECT_EQ(LoadText(IDS_BUTTON_OK), L"Gut");
     EXPECT_EQ(LoadText(2000), L"Nur hier");
     EXPECT_EQ(LoadText(2001), L"100% \u00E9");
 }
 
 TEST_F(LoadedPack, LeavesToTheProgramWhatItDoesNotHave) {
-    EXPECT_EQ(LoadText(titleText), L"Vantor");
-    EXPECT_EQ(LoadText(130), L"Exit");
+    EXPECT_EQ(LoadText(IDS_PROGRAM), L"Vantor");
+    EXPECT_EQ(LoadText(IDS_BUTTON_EXIT), L"Exit");
 }
 
 TEST_F(LoadedPack, LeavesATextThatNeitherHasMissing) {
@@ -80,7 +79,7 @@ TEST_F(LoadedPack, LeavesATextThatNeitherHasMissing) {
 TEST_F(LoadedPack, HandsBackTheModuleThatWasInUse) {
     EXPECT_EQ(previous, text::ProgramModule());
     EXPECT_EQ(text::SetResourceModule(text::ProgramModule(), 0x0409), pack);
-    EXPECT_EQ(LoadText(okText), L"Ok");
+    EXPECT_EQ(LoadText(IDS_BUTTON_OK), L"Ok");
 }
 
 TEST_F(LoadedPack, SetsTheLanguage) {
@@ -88,7 +87,7 @@ TEST_F(LoadedPack, SetsTheLanguage) {
 }
 
 TEST_F(LoadedPack, LeavesMenusThatItDoesNotHaveToTheProgram) {
-    const HMENU menu = text::LoadMenuResource(500);
+    const HMENU menu = text::LoadMenuResource(IDR_FILES);
     EXPECT_TRUE(menu);
     DestroyMenu(menu);
     EXPECT_FALSE(text::LoadMenuResource(499));
@@ -99,10 +98,10 @@ TEST(LoadedMenu, OfAPackGoesBeforeTheProgramsMenu) {
     const std::wstring path = folder.Path() + L"\\menus.ui";
     // One item "Da" with the identifier 77.
     const std::vector<BYTE> menu = {0, 0, 0, 0, 0x80, 0, 77, 0, 'D', 0, 'a', 0, 0, 0};
-    ResourceModule(0x0407).Raw(4, 500, menu).Write(path);
+    ResourceModule(0x0407).Raw(4, IDR_FILES, menu).Write(path);
     const HMODULE pack = LoadLibraryExW(path.c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE);
     text::SetResourceModule(pack, 0x0407);
-    const HMENU loaded = text::LoadMenuResource(500);
+    const HMENU loaded = text::LoadMenuResource(IDR_FILES);
     EXPECT_EQ(GetMenuItemCount(loaded), 1);
     EXPECT_EQ(GetMenuItemID(loaded, 0), 77u);
     DestroyMenu(loaded);

@@ -1,13 +1,14 @@
 // A device that has run out of memory for drawing: controls show nothing for a while, but do what
 // they are told, and hold nothing afterwards.
+#include "res/resource.h"
 #include "tests/support/platform_hook.h"
 #include "tests/support/world.h"
-#include "tests/ui/sample_bar.h"
-#include "ui/form_rows.h"
-#include "ui/message_box.h"
-#include "ui/page.h"
-#include "ui/page_slider.h"
-#include "ui/slide_bar.h"
+#include "tests/ui/bar/sample_bar.h"
+#include "ui/bar/page_slider.h"
+#include "ui/bar/slide_bar.h"
+#include "ui/dialog/form_rows.h"
+#include "ui/dialog/message_box.h"
+#include "ui/dialog/page.h"
 
 using namespace test;
 
@@ -35,7 +36,7 @@ HBRUSH WINAPI NoBrush(COLORREF) {
 
 class RowsPage final : public ui::Page {
  public:
-    RowsPage() : Page(970, ui::barDoneCancel) {}
+    RowsPage() : Page(IDS_PROPERTIES, IDR_DONE_CANCEL) {}
     int turned = 0;
 
  protected:
@@ -56,7 +57,7 @@ class GdiFailure : public BarTest {
         slider.Open(owner.Handle(), RECT{0, 0, 300, 40}, owner.Handle());
         slider.SetEntries({{L"One", 10}, {L"Two", 11}});
         slideBar.Open(owner.Handle());
-        slideBar.LoadBar(502);
+        slideBar.LoadBar(IDR_SLIDE_BAR);
         MoveWindow(slideBar.Handle(), 0, 60, 300, 90, TRUE);
         // What is made once and kept.
         UseEverything();
@@ -86,10 +87,10 @@ class GdiFailure : public BarTest {
                 EXPECT_TRUE(Gone(box));
             },
             [&] {
-                constexpr UINT yesNo[] = {133, 134};
-                EXPECT_EQ(
-                    ui::ShowMessage(owner.Handle(), std::wstring(3000, L'w'), 141, 2, yesNo, 0),
-                    134);
+                constexpr UINT yesNo[] = {IDS_BUTTON_YES, IDS_BUTTON_NO};
+                EXPECT_EQ(ui::ShowMessage(owner.Handle(), std::wstring(3000, L'w'), IDS_WARNING, 2,
+                                          yesNo, 0),
+                          IDS_BUTTON_NO);
             });
         RowsPage page;
         WhileUser(

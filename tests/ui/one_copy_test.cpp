@@ -1,9 +1,10 @@
 // How controls come to the screen: composed elsewhere, then shown by one copy.
+#include "res/resource.h"
 #include "tests/support/platform_hook.h"
-#include "tests/ui/sample_bar.h"
-#include "ui/form_rows.h"
-#include "ui/page_slider.h"
-#include "ui/slide_bar.h"
+#include "tests/ui/bar/sample_bar.h"
+#include "ui/bar/page_slider.h"
+#include "ui/bar/slide_bar.h"
+#include "ui/dialog/form_rows.h"
 
 using namespace test;
 
@@ -56,7 +57,7 @@ TEST_F(ControlPainting, OfASlideBarIsOneCopy) {
     Open({{1, L"Left"}});
     ui::SlideBar slideBar;
     ASSERT_TRUE(slideBar.Open(owner.Handle()));
-    ASSERT_TRUE(slideBar.LoadBar(502));
+    ASSERT_TRUE(slideBar.LoadBar(IDR_SLIDE_BAR));
     MoveWindow(slideBar.Handle(), 0, 60, 300, 90, TRUE);
     ExpectOneCopy(slideBar.Handle());
 }

@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "res/resource.h"
 #include "tests/support/box.h"
 #include "tests/support/drawn_texts.h"
 #include "tests/support/finger.h"
@@ -163,7 +164,7 @@ TEST_F(ApplicationsCommands, StopAsksTheApplicationToClose) {
     const SampleProgram other(L"polite", L"Sample 2");
     Open();
     Select(L"Sample 1");
-    Silently(615);
+    Silently(ID_STOP);
     EXPECT_FALSE(program.Runs());
     EXPECT_TRUE(other.Runs());
     EXPECT_EQ(Samples(), (Titles{L"Sample 2"}));
@@ -174,7 +175,7 @@ TEST_F(ApplicationsCommands, StopWaitsForAnApplicationThatClosesSlowly) {
     const SampleProgram program(L"slow", L"Sample slow");
     Open();
     Select(L"Sample slow");
-    Silently(615);
+    Silently(ID_STOP);
     EXPECT_FALSE(program.Runs());
     EXPECT_FALSE(Lists(L"Sample slow"));
 }
@@ -186,7 +187,7 @@ TEST_F(ApplicationsCommands, StopLeavesAnApplicationThatRefuses) {
     {
         const PlatformHook<DWORD WINAPI(HANDLE, DWORD)> wait("WaitForSingleObject", WaitInVain);
         longestAsked = 0;
-        Silently(615);
+        Silently(ID_STOP);
         EXPECT_EQ(longestAsked, 3000u);
     }
     EXPECT_TRUE(program.Runs());
@@ -198,7 +199,7 @@ TEST_F(ApplicationsCommands, StopRefreshesWhenTheWindowIsGone) {
     Open();
     Select(L"Sample 1");
     program.reset();
-    Silently(615);
+    Silently(ID_STOP);
     EXPECT_FALSE(Lists(L"Sample 1"));
 }
 
@@ -209,12 +210,12 @@ TEST_F(ApplicationsCommands, StoppingACriticalApplicationIsAskedFirst) {
     frame.flags = 0x0010;
     Open();
     Select(L"Sample shell");
-    Answered(615, L"Are you sure you want to end", {"Return"});
+    Answered(ID_STOP, L"Are you sure you want to end", {"Return"});
     EXPECT_TRUE(texts.Shows(L"Warning")) << texts.All();
     EXPECT_TRUE(shell.Runs()) << "No is the default";
     EXPECT_EQ(Selected(), L"") << "the list is read anew";
     Select(L"Sample shell");
-    Answered(615, L"Are you sure you want to end", {"Left", "Return"});
+    Answered(ID_STOP, L"Are you sure you want to end", {"Left", "Return"});
     EXPECT_FALSE(shell.Runs());
     EXPECT_TRUE(other.Runs());
 }
@@ -225,7 +226,7 @@ TEST_F(ApplicationsCommands, AFailingStopIsShownWithItsContext) {
     Select(L"Sample 1");
     const PlatformHook<DWORD WINAPI(HANDLE, DWORD)> wait("WaitForSingleObject", NoWait);
     realWait = wait.Original();
-    Answered(615, L"Can't quit application", {"Return"});
+    Answered(ID_STOP, L"Can't quit application", {"Return"});
     EXPECT_TRUE(texts.Shows(L"Error")) << texts.All();
     EXPECT_TRUE(Shows(L"Invalid handle.")) << texts.All();
 }
@@ -236,9 +237,9 @@ TEST_F(ApplicationsCommands, StopAllClosesOrdinaryApplicationsOnly) {
     const SampleProgram two(L"polite", L"Sample 2");
     MakeShell(shell.Window());
     Open();
-    Answered(616, L"Are you sure you want to finish", {"Return"});
+    Answered(ID_STOP_ALL, L"Are you sure you want to finish", {"Return"});
     EXPECT_TRUE(one.Runs()) << "No is the default";
-    Answered(616, L"Are you sure you want to finish", {"Left", "Return"});
+    Answered(ID_STOP_ALL, L"Are you sure you want to finish", {"Left", "Return"});
     EXPECT_FALSE(one.Runs());
     EXPECT_FALSE(two.Runs());
     EXPECT_TRUE(shell.Runs());
@@ -254,10 +255,10 @@ TEST_F(ApplicationsCommands, StopAllKeepsTheSelectedApplicationThatIsStillThere)
     const PlatformHook<DWORD WINAPI(HANDLE, DWORD)> wait("WaitForSingleObject", WaitOnlyForOthers);
     realWait = wait.Original();
     const HWND first = before.Window();
-    Answered(616, L"Are you sure you want to finish", {"Left", "Return"});
+    Answered(ID_STOP_ALL, L"Are you sure you want to finish", {"Left", "Return"});
     EXPECT_EQ(Selected(), L"Sample 2");
     EXPECT_TRUE(WaitFor([&] { return !IsWindow(first); }));
-    view->Command(610);
+    view->Command(ID_REFRESH);
     EXPECT_EQ(Samples(), (Titles{L"Sample 2", L"Sample 3"}));
     EXPECT_EQ(Selected(), L"Sample 2");
 }
@@ -266,10 +267,10 @@ TEST_F(ApplicationsCommands, GoToTheProcessAndToItsExecutable) {
     const SampleProgram program(L"polite", L"Sample 1");
     Open();
     Select(L"Sample 1");
-    view->Command(670);
+    view->Command(ID_GO_TO_PROCESS);
     EXPECT_EQ(frame.switchedTo, views::ViewIndex::Processes);
     EXPECT_EQ(frame.switchedWith.processId, program.ProcessId());
-    view->Command(671);
+    view->Command(ID_GO_TO_MODULE);
     EXPECT_EQ(frame.switchedTo, views::ViewIndex::Files);
     EXPECT_NE(GetFileAttributesW(frame.switchedWith.path.c_str()), INVALID_FILE_ATTRIBUTES);
     const std::wstring& path = frame.switchedWith.path;
@@ -283,10 +284,10 @@ TEST_F(ApplicationsCommands, GoingToAModuleThatIsNotToldBeeps) {
     Select(L"Sample 1");
     program.reset();
     frame.switchedTo.reset();
-    view->Command(671);
+    view->Command(ID_GO_TO_MODULE);
     EXPECT_EQ(beeps, 1);
-    view->Command(670);
-    view->Command(614);
+    view->Command(ID_GO_TO_PROCESS);
+    view->Command(ID_PROPERTIES);
     EXPECT_EQ(beeps, 2);
     EXPECT_FALSE(frame.switchedTo);
 }
@@ -297,7 +298,7 @@ TEST_F(ApplicationsCommands, NeedASelectedRow) {
     for (const UINT command : {615u, 613u, 614u, 670u, 671u}) {
         EXPECT_FALSE(Enabled(command)) << command;
     }
-    EXPECT_TRUE(Enabled(616));
+    EXPECT_TRUE(Enabled(ID_STOP_ALL));
     Select(L"Sample 1");
     for (const UINT command : {615u, 613u, 614u, 670u, 671u}) {
         EXPECT_TRUE(Enabled(command)) << command;
@@ -341,7 +342,7 @@ TEST_F(ApplicationsCommands, InformationShowsTheWindowAsItIs) {
             EXPECT_TRUE(texts.Shows(L"  Sample 1")) << texts.All();
             AnswerBox(page, Finger().Key("Return"));
         },
-        [&] { view->Command(614); });
+        [&] { view->Command(ID_PROPERTIES); });
 }
 
 TEST_F(ApplicationsCommands, InformationTakesTheFirstIconThatTheWindowTells) {
@@ -376,7 +377,7 @@ TEST_F(ApplicationsCommands, InformationTakesTheFirstIconThatTheWindowTells) {
         std::copy_n(each.ofClass, 2, classIcons);
         iconQueries.clear();
         drawnIcons.clear();
-        Answered(614, L"Window handle:", {"Return"});
+        Answered(ID_PROPERTIES, L"Window handle:", {"Return"});
         EXPECT_EQ(iconQueries, each.queries);
         std::vector<DrawnIcon> expected;
         if (each.shown) {

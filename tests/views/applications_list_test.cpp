@@ -1,4 +1,5 @@
 // Which windows the Applications view lists, and in which order.
+#include "res/resource.h"
 #include "tests/support/drawn_texts.h"
 #include "tests/support/heaps.h"
 #include "tests/support/only_applications.h"
@@ -8,7 +9,7 @@
 #include "tests/support/windows_seen.h"
 #include "tests/views/applications_fixture.h"
 #include "tests/views/drawn_row.h"
-#include "ui/drawing_resources.h"
+#include "ui/paint/drawing_resources.h"
 #include "views/apps/chevron.h"
 
 using namespace test;
@@ -232,7 +233,7 @@ TEST_F(ApplicationsList, IsEmptyWithoutAMessageWhenThereIsNoEnumeration) {
     const PlatformHook<BOOL WINAPI(WNDENUMPROC, LPARAM)> windows("EnumWindows", NoWindows);
     Open();
     EXPECT_EQ(List().GetCount(), 0u);
-    EXPECT_FALSE(Enabled(615));
+    EXPECT_FALSE(Enabled(ID_STOP));
 }
 
 TEST_F(ApplicationsList, NamesAProcessThatDoesNotTellItsPath) {
@@ -286,7 +287,7 @@ TEST_F(ApplicationsList, KeepsTheSelectedWindowOverARefresh) {
     Open();
     Select(L"Sample 2");
     const SampleProgram before(L"polite", L"Sample 0");
-    view->Command(610);
+    view->Command(ID_REFRESH);
     EXPECT_EQ(Samples(), (Titles{L"Sample 0", L"Sample 1", L"Sample 2"}));
     EXPECT_EQ(Selected(), L"Sample 2");
     SetWindowTextW(two.Window(), L"Sample 9");

@@ -1,3 +1,4 @@
+#include "res/resource.h"
 #include "tests/support/drawn_texts.h"
 #include "tests/support/user.h"
 #include "tests/support/wait.h"
@@ -92,7 +93,7 @@ TEST_F(ChooserChoice, SavesTheFilterAndTheOptions) {
         ChooseFromMenu(2);
         EXPECT_TRUE(WaitFor([&] { return ChooserRow(L"a b.txt") != ui::noRow; }));
         ChooseFromMenu(4);
-        EXPECT_TRUE(WaitFor([&] { return Checked(688); }));
+        EXPECT_TRUE(WaitFor([&] { return Checked(ID_SHOW_SYSTEM); }));
         TapOn(L"a b.txt");
     });
     EXPECT_EQ(CleanSettings::Number(L"SelectAppFlags"), 0x800003u);
@@ -172,10 +173,10 @@ TEST_F(ChooserChoice, PropertiesNeedsASelection) {
         const auto bar = static_cast<ui::CommandBar*>(reinterpret_cast<ui::Window*>(
             GetWindowLongPtrW(FindChild(Dialog(), L"kx::CmdBar"), GWLP_USERDATA)));
         SendMessageW(Dialog(), WM_INITMENUPOPUP, 0, 1);
-        EXPECT_TRUE(GetMenuState(bar->Menu(), 614, MF_BYCOMMAND) & MF_GRAYED);
+        EXPECT_TRUE(GetMenuState(bar->Menu(), ID_PROPERTIES, MF_BYCOMMAND) & MF_GRAYED);
         HoldOn(L"inner");
         SendMessageW(Dialog(), WM_INITMENUPOPUP, 0, 1);
-        EXPECT_FALSE(GetMenuState(bar->Menu(), 614, MF_BYCOMMAND) & MF_GRAYED);
+        EXPECT_FALSE(GetMenuState(bar->Menu(), ID_PROPERTIES, MF_BYCOMMAND) & MF_GRAYED);
     });
 }
 

@@ -2,10 +2,11 @@
 
 #include <algorithm>
 
+#include "res/resource.h"
 #include "tests/support/user.h"
 #include "tests/support/wait.h"
 #include "tests/support/windows_seen.h"
-#include "ui/command_bar.h"
+#include "ui/bar/command_bar.h"
 
 namespace test {
 
@@ -41,7 +42,7 @@ void ChooserFixture::OpenWith(const std::function<void()>& script) {
             }));
             script();
         },
-        [&] { View().Command(619); });
+        [&] { View().Command(ID_OPEN_WITH); });
 }
 
 void ChooserFixture::Look(const std::function<void()>& script) {

@@ -1,3 +1,4 @@
+#include "res/resource.h"
 #include "tests/support/resource_module.h"
 #include "tests/support/wait.h"
 #include "tests/support/windows_seen.h"
@@ -54,7 +55,7 @@ TEST_F(ChooserStart, ShowsTheProgramFilesFolder) {
 
 TEST_F(ChooserStart, HasItsCaptionInTheLanguageInUse) {
     const std::wstring path = folder.Path() + L"\\pack.ui";
-    ResourceModule(0x0407).Text(945, L"Datei \u00F6ffnen").Write(path);
+    ResourceModule(0x0407).Text(IDS_OPEN_FILE, L"Datei \u00F6ffnen").Write(path);
     const platform::UniqueModule pack(
         LoadLibraryExW(path.c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE));
     ASSERT_TRUE(pack);
@@ -99,11 +100,11 @@ TEST_F(ChooserStart, TakesNoSettingOfAWrongTypeOrLength) {
     CleanSettings::SetRaw(L"SelectAppFlags", REG_BINARY, bytes, sizeof bytes);
     Look([&] {
         EXPECT_EQ(ShownFolder(), L"\\Program Files");
-        EXPECT_TRUE(Checked(550));
-        EXPECT_FALSE(Checked(551));
+        EXPECT_TRUE(Checked(ID_FILTER_APPLICATIONS));
+        EXPECT_FALSE(Checked(ID_FILTER_ALL_FILES));
     });
     CleanSettings::SetRaw(L"SelectAppFlags", REG_DWORD, bytes, 3);
-    Look([&] { EXPECT_TRUE(Checked(550)); });
+    Look([&] { EXPECT_TRUE(Checked(ID_FILTER_APPLICATIONS)); });
 }
 
 TEST_F(ChooserStart, ListsWhatTheFrameShows) {
@@ -134,8 +135,8 @@ class ChooserFilter : public ChooserFixture {
 TEST_F(ChooserFilter, ListsFoldersAndPrograms) {
     Look([&] {
         EXPECT_EQ(ShownRows(), programs);
-        EXPECT_TRUE(Checked(550));
-        EXPECT_FALSE(Checked(551));
+        EXPECT_TRUE(Checked(ID_FILTER_APPLICATIONS));
+        EXPECT_FALSE(Checked(ID_FILTER_ALL_FILES));
     });
 }
 
@@ -143,8 +144,8 @@ TEST_F(ChooserFilter, ListsAllFilesWhereThatWasSaved) {
     CleanSettings::SetNumber(L"SelectAppFlags", 0x800000);
     Look([&] {
         EXPECT_EQ(ShownRows(), all);
-        EXPECT_FALSE(Checked(550));
-        EXPECT_TRUE(Checked(551));
+        EXPECT_FALSE(Checked(ID_FILTER_APPLICATIONS));
+        EXPECT_TRUE(Checked(ID_FILTER_ALL_FILES));
     });
 }
 
@@ -154,12 +155,12 @@ TEST_F(ChooserFilter, IsChangedByTheMenuAndKeepsTheSelection) {
         ChooseFromMenu(2);
         EXPECT_TRUE(WaitForRows(all));
         EXPECT_EQ(Chosen(), L"B.EXE");
-        EXPECT_TRUE(Checked(551));
+        EXPECT_TRUE(Checked(ID_FILTER_ALL_FILES));
         HoldOn(L"c.exe.txt");
         ChooseFromMenu(1);
         EXPECT_TRUE(WaitForRows(programs));
         EXPECT_EQ(Chosen(), L"");
-        EXPECT_TRUE(Checked(550));
+        EXPECT_TRUE(Checked(ID_FILTER_APPLICATIONS));
     });
     EXPECT_FALSE(CleanSettings::Number(L"SelectAppFlags"));
 }
@@ -170,13 +171,13 @@ TEST_F(ChooserFilter, HiddenAndSystemFilesAreShownByTheDialogsOwnOptions) {
     Look([&] {
         ChooseFromMenu(3);
         EXPECT_TRUE(WaitForRows({L"z", L"B.EXE", L"h.exe"}));
-        EXPECT_TRUE(Checked(687));
+        EXPECT_TRUE(Checked(ID_SHOW_HIDDEN));
         ChooseFromMenu(4);
         EXPECT_TRUE(WaitForRows({L"z", L"B.EXE", L"h.exe", L"s.exe"}));
-        EXPECT_TRUE(Checked(688));
+        EXPECT_TRUE(Checked(ID_SHOW_SYSTEM));
         ChooseFromMenu(3);
         EXPECT_TRUE(WaitForRows({L"z", L"B.EXE", L"s.exe"}));
-        EXPECT_FALSE(Checked(687));
+        EXPECT_FALSE(Checked(ID_SHOW_HIDDEN));
     });
     EXPECT_EQ(frame.flags, 0u);
 }

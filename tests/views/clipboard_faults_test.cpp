@@ -1,17 +1,13 @@
 // The clipboard when it fails, and while a person is asked.
 #include <algorithm>
 
+#include "res/resource.h"
 #include "tests/views/clipboard_fixture.h"
 
 using namespace test;
 using namespace views;
 
 namespace {
-
-constexpr WORD copyCommand = 57634;
-constexpr WORD cutCommand = 57635;
-constexpr WORD pasteCommand = 57637;
-constexpr WORD pasteShortcutCommand = 57638;
 
 UINT EffectFormat() {
     return RegisterClipboardFormatW(L"Preferred DropEffect");
@@ -68,7 +64,7 @@ TEST_F(ClipboardFaults, ACutWhoseEffectCannotBeReadIsNotPastedAsACopy) {
     failingFormat = EffectFormat();
     const PlatformHook<GetData> hook("GetClipboardData", FailToGive);
     getData = hook.Original();
-    Give(pasteCommand, [&] { Answer(CannotRead(ERROR_NOT_ENOUGH_MEMORY), "Return"); });
+    Give(ID_PASTE, [&] { Answer(CannotRead(ERROR_NOT_ENOUGH_MEMORY), "Return"); });
     EXPECT_TRUE(Rows().empty());
     EXPECT_EQ(ContentAt(From(L"photo.jpg")), "photo");
 }
@@ -79,8 +75,8 @@ TEST_F(ClipboardFaults, PathsThatCannotBeReadAreTold) {
     failingFormat = CF_HDROP;
     const PlatformHook<GetData> hook("GetClipboardData", FailToGive);
     getData = hook.Original();
-    Give(pasteCommand, [&] { Answer(CannotRead(ERROR_NOT_ENOUGH_MEMORY), "Return"); });
-    Give(pasteShortcutCommand, [&] {
+    Give(ID_PASTE, [&] { Answer(CannotRead(ERROR_NOT_ENOUGH_MEMORY), "Return"); });
+    Give(ID_PASTE_SHORTCUT, [&] {
         Answer(L"The action can't be completed\r\n" + Error(ERROR_NOT_ENOUGH_MEMORY), "Return");
     });
     EXPECT_TRUE(Rows().empty());
@@ -93,7 +89,7 @@ TEST_F(ClipboardFaults, ACutThatFailsHalfWayLeavesNothingToCopy) {
     {
         const PlatformHook<SetData> hook("SetClipboardData", FailToTake);
         setData = hook.Original();
-        Give(cutCommand, [&] {
+        Give(ID_CUT, [&] {
             Answer(L"The action can't be completed\r\n" + Error(ERROR_NOT_ENOUGH_MEMORY), "Return");
         });
     }
@@ -106,7 +102,7 @@ TEST_F(ClipboardFaults, PathsThatCannotBePutAreTold) {
     failingFormat = CF_HDROP;
     const PlatformHook<SetData> hook("SetClipboardData", FailToTake);
     setData = hook.Original();
-    Give(copyCommand, [&] {
+    Give(ID_COPY, [&] {
         Answer(L"The action can't be completed\r\n" + Error(ERROR_NOT_ENOUGH_MEMORY), "Return");
     });
     EXPECT_TRUE(OpenClipboard(frame.Handle())) << "it is closed";
@@ -129,19 +125,19 @@ TEST_F(ClipboardFaults, ACopyOrCutWithoutMemoryIsToldAndLeavesTheClipboardToOthe
         CloseClipboard();
     };
     // The block of paths, and the effect of four bytes.
-    fails(copyCommand, 24, 10000);
-    fails(cutCommand, 24, 10000);
-    fails(cutCommand, 4, 4);
+    fails(ID_COPY, 24, 10000);
+    fails(ID_CUT, 24, 10000);
+    fails(ID_CUT, 4, 4);
 }
 
 TEST_F(ClipboardFaults, TheEffectsBitForMovingCounts) {
     GoTo(L"to");
     PutPaths({From(L"photo.jpg")}, 5);
-    Give(pasteCommand);
+    Give(ID_PASTE);
     EXPECT_TRUE(ExistsAt(From(L"photo.jpg")));
     DeleteFileW(To(L"photo.jpg").c_str());
     PutPaths({From(L"photo.jpg")}, 3);
-    Give(pasteCommand);
+    Give(ID_PASTE);
     EXPECT_FALSE(ExistsAt(From(L"photo.jpg")));
     EXPECT_TRUE(ExistsAt(To(L"photo.jpg")));
 }
@@ -151,7 +147,7 @@ TEST_F(ClipboardFaults, NobodyElseOpensTheClipboardDuringAPaste) {
     folder.MakeFile(L"to\\photo.jpg", "older");
     GoTo(L"to");
     PutPaths({From(L"photo.jpg")});
-    Give(pasteCommand, [&] {
+    Give(ID_PASTE, [&] {
         EXPECT_TRUE(WaitFor([&] { return texts.Has(L"No"); }));
         EXPECT_FALSE(OpenClipboard(nullptr));
         Answer(
@@ -166,7 +162,7 @@ TEST_F(ClipboardFaults, NobodyElseOpensTheClipboardDuringAPaste) {
 TEST_F(ClipboardFaults, TheRootOfTheDeviceIsNotPastedIntoItself) {
     GoTo(L"to");
     PutPaths({L"\\"});
-    Give(pasteCommand,
+    Give(ID_PASTE,
          [&] { Answer(L"The destination folder is a subfolder of the source folder.", "Return"); });
 }
 
@@ -180,7 +176,7 @@ TEST_F(ClipboardFaults, ACopyIsNamedAnewOnlyInItsOwnFolder) {
     folder.MakeFolder(L"Strasse");
     GoTo(L"Strasse");
     PutPaths({folder.Path() + L"\\" + street + L"\\plain"});
-    Give(pasteCommand);
+    Give(ID_PASTE);
     EXPECT_EQ(Rows(), Names{L"plain"});
     EXPECT_EQ(Content(L"Strasse\\plain"), "p");
 }

@@ -1,4 +1,5 @@
 // The modules of a process: of a device of chosen ones, and of a real process.
+#include "res/resource.h"
 #include "views/processes/dlls_view.h"
 
 #include "tests/support/fake_processes.h"
@@ -46,7 +47,7 @@ TEST_F(FakeDeviceDlls, AreSortedByTheirPlaceInMemory) {
     EXPECT_EQ(Rows(), (Titles{L"a.dll", L"b.dll", L"explorer.exe"}));
     EXPECT_EQ(view.Title(), L"Dlls (3)");
     device.modules.push_back({L"c.dll", L"C:\\c.dll", 0x10000, 0});
-    view.Command(610);
+    view.Command(ID_REFRESH);
     EXPECT_EQ(Rows(), (Titles{L"c.dll", L"a.dll", L"b.dll", L"explorer.exe"}));
 }
 
@@ -109,8 +110,8 @@ TEST_F(FakeDeviceDlls, WithoutAPathAskForIt) {
     Select(L"gone.dll");
     EXPECT_EQ(Item(0).path, L"");
     EXPECT_EQ(Item(0).icon, -1);
-    view.Command(614);
-    view.Command(671);
+    view.Command(ID_PROPERTIES);
+    view.Command(ID_GO_TO_MODULE);
     EXPECT_EQ(beeps, 2);
     EXPECT_FALSE(frame.switchedTo);
 }
@@ -118,26 +119,26 @@ TEST_F(FakeDeviceDlls, WithoutAPathAskForIt) {
 TEST_F(FakeDeviceDlls, AreReadUnderTheWaitCursor) {
     Open();
     const WatchedCursor cursor;
-    view.Command(610);
+    view.Command(ID_REFRESH);
     EXPECT_TRUE(cursor.Waited());
     EXPECT_TRUE(cursor.IsBack());
     device.snapshotError = ERROR_INVALID_PARAMETER;
     const NoBox boxes;
-    view.Command(610);
+    view.Command(ID_REFRESH);
     EXPECT_EQ(boxes.Count(), 1);
     EXPECT_TRUE(cursor.IsBack());
 }
 
 TEST_F(FakeDeviceDlls, GoToTheirFileAndShowItsProperties) {
     Open();
-    EXPECT_FALSE(Enabled(614));
-    EXPECT_FALSE(Enabled(671));
+    EXPECT_FALSE(Enabled(ID_PROPERTIES));
+    EXPECT_FALSE(Enabled(ID_GO_TO_MODULE));
     Select(L"explorer.exe");
-    EXPECT_TRUE(Enabled(614));
-    view.Command(671);
+    EXPECT_TRUE(Enabled(ID_PROPERTIES));
+    view.Command(ID_GO_TO_MODULE);
     EXPECT_EQ(frame.switchedTo, views::ViewIndex::Files);
     EXPECT_EQ(frame.switchedWith.path, L"\\windows\\explorer.exe");
-    Answered([&] { view.Command(614); }, L"Location:", {"Return"});
+    Answered([&] { view.Command(ID_PROPERTIES); }, L"Location:", {"Return"});
     EXPECT_EQ(beeps, 0);
 }
 

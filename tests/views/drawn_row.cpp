@@ -5,7 +5,7 @@
 
 #include "platform/handles.h"
 #include "tests/support/platform_hook.h"
-#include "ui/paint.h"
+#include "ui/paint/paint.h"
 
 namespace test {
 

@@ -1,3 +1,4 @@
+#include "res/resource.h"
 #include "tests/views/operations_fixture.h"
 
 using namespace test;
@@ -24,7 +25,7 @@ class EqualNames : public OperationsFixture {
     }
     void Delete(const std::wstring& name) {
         Select(name);
-        Give(612, [&] {
+        Give(ID_DELETE, [&] {
             Answer(L"Are you sure you want to permanently delete this file?\r\n" + folder.Path() +
                        L"\\" + name,
                    "Return");
@@ -51,7 +52,7 @@ TEST_F(EqualNames, BothHaveARowWhenOneIsPasted) {
     folder.MakeFile(L"to\\" + sharp, "there");
     GoTo(L"to");
     PutPaths({folder.Path() + L"\\" + twoLetters});
-    Give(57637);
+    Give(ID_PASTE);
     EXPECT_EQ(Rows().size(), 2u);
     EXPECT_EQ(Selected(), twoLetters);
     EXPECT_EQ(Content(L"to\\" + sharp), "there");

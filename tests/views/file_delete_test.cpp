@@ -2,6 +2,7 @@
 
 #include "faults/fault.h"
 #include "platform/handles.h"
+#include "res/resource.h"
 #include "tests/views/operations_fixture.h"
 
 using namespace test;
@@ -69,7 +70,7 @@ class FilesDelete : public OperationsFixture {
         View().Refresh();
     }
     void Mark(const std::vector<std::wstring>& names) {
-        View().Command(651);
+        View().Command(ID_SELECT);
         for (const std::wstring& name : names) {
             List().ToggleMark(FilesFixture::RowOf(name));
         }
@@ -81,7 +82,7 @@ class FilesDelete : public OperationsFixture {
 TEST_F(FilesDelete, AFileIsGoneAfterYesAndTheNextRowIsSelected) {
     Fill({L"a.txt", L"b.txt", L"c.txt"});
     Select(L"b.txt");
-    Give(612, [&] { Answer(AskFile(L"b.txt"), "Return"); });
+    Give(ID_DELETE, [&] { Answer(AskFile(L"b.txt"), "Return"); });
     EXPECT_FALSE(Exists(L"b.txt"));
     EXPECT_EQ(Rows(), (Names{L"a.txt", L"c.txt"}));
     EXPECT_EQ(Selected(), L"c.txt");
@@ -91,7 +92,7 @@ TEST_F(FilesDelete, NoAndEscapeKeepEverything) {
     Fill({L"a.txt"});
     for (const std::string key : {"Right", "Escape"}) {
         Select(L"a.txt");
-        Give(612, [&] {
+        Give(ID_DELETE, [&] {
             if (key == "Right") {
                 EXPECT_TRUE(WaitForWindow(L"#32770"));
                 EXPECT_TRUE(WaitFor([&] { return texts.Has(AskFile(L"a.txt")); }));
@@ -112,7 +113,7 @@ TEST_F(FilesDelete, AFolderGoesWithAllThatIsInIt) {
     folder.MakeFile(L"full\\deep\\.hidden", "b");
     View().Refresh();
     Select(L"full");
-    Give(612, [&] { Answer(AskFolder(L"full"), "Return"); });
+    Give(ID_DELETE, [&] { Answer(AskFolder(L"full"), "Return"); });
     EXPECT_FALSE(Exists(L"full"));
     EXPECT_TRUE(Rows().empty());
 }
@@ -121,7 +122,7 @@ TEST_F(FilesDelete, AnEntryThatIsGoneLosesItsRowWithoutAQuestion) {
     Fill({L"a.txt", L"b.txt"});
     Select(L"a.txt");
     DeleteFileW(At(L"a.txt").c_str());
-    Give(612);
+    Give(ID_DELETE);
     EXPECT_EQ(Rows(), (Names{L"b.txt"}));
 }
 
@@ -132,7 +133,7 @@ TEST_F(FilesDelete, AFolderThatStaysForWhatIsMissingInItIsReported) {
     View().Refresh();
     Select(L"full");
     const PlatformHook<BOOL WINAPI(const wchar_t*)> missing("DeleteFileW", NothingThere);
-    Give(612, [&] {
+    Give(ID_DELETE, [&] {
         Answer(AskFolder(L"full"), "Return");
         const std::wstring text =
             L"Can't delete " + At(L"full") + L"\r\n" +
@@ -154,7 +155,7 @@ TEST_F(FilesDelete, AnEntryWhosePathIsTooLongKeepsItsRow) {
     const PlatformHook<DWORD WINAPI(const wchar_t*)> missing("GetFileAttributesW", TooLongToFind);
     attributesOf = missing.Original();
     // A path so long is shown as a list of lines.
-    Give(612, [&] {
+    Give(ID_DELETE, [&] {
         Answer(
             faults::FullText(faults::W32Fault(faults::ResultFromError(ERROR_FILENAME_EXCED_RANGE))),
             "Return");
@@ -168,7 +169,7 @@ TEST_F(FilesDelete, AReadOnlyFileInAFolderStopsItAndIsReported) {
     SetFileAttributesW(At(L"full\\locked.txt").c_str(), FILE_ATTRIBUTE_READONLY);
     View().Refresh();
     Select(L"full");
-    Give(612, [&] {
+    Give(ID_DELETE, [&] {
         Answer(AskFolder(L"full"), "Return");
         const std::wstring text =
             L"Can't delete " + At(L"full") + L"\r\n" +
@@ -186,7 +187,7 @@ TEST_F(FilesDelete, AFileInUseIsDeletedAfterAllApplicationsAreClosed) {
     Hold(L"a.txt");
     walks = 0;
     const PlatformHook<BOOL WINAPI(WNDENUMPROC, LPARAM)> hook("EnumWindows", CloseHolder);
-    Give(612, [&] {
+    Give(ID_DELETE, [&] {
         EXPECT_TRUE(WaitFor([&] { return texts.Has(AskFile(L"a.txt")); }));
         Finger().Key("Return").Play();
         EXPECT_TRUE(WaitFor([&] { return texts.Has(AskClosing(L"a.txt")); }));
@@ -202,7 +203,7 @@ TEST_F(FilesDelete, AFileInUseStaysWhenApplicationsAreToGoOn) {
     Fill({L"a.txt"});
     Select(L"a.txt");
     Hold(L"a.txt");
-    Give(612, [&] {
+    Give(ID_DELETE, [&] {
         Answer(AskFile(L"a.txt"), "Return");
         Answer(AskClosing(L"a.txt"), "Return");
     });
@@ -216,7 +217,7 @@ TEST_F(FilesDelete, MarkedRowsGoAfterOneQuestion) {
     folder.MakeFile(L"full\\d.txt", "d");
     View().Refresh();
     Mark({L"full", L"a.txt", L"c.txt"});
-    Give(612, [&] {
+    Give(ID_DELETE, [&] {
         Answer(L"Are you sure you want to permanently delete these 3 items?\r\n", "Return");
     });
     EXPECT_EQ(Rows(), (Names{L"b.txt"}));
@@ -227,7 +228,7 @@ TEST_F(FilesDelete, MarkedRowsGoAfterOneQuestion) {
 TEST_F(FilesDelete, MarkedRowsStayAndStayMarkedAfterNo) {
     Fill({L"a.txt", L"b.txt"});
     Mark({L"a.txt", L"b.txt"});
-    Give(612, [&] {
+    Give(ID_DELETE, [&] {
         Answer(L"Are you sure you want to permanently delete these 2 items?\r\n", "Escape");
     });
     EXPECT_EQ(Rows(), (Names{L"a.txt", L"b.txt"}));
@@ -237,7 +238,7 @@ TEST_F(FilesDelete, MarkedRowsStayAndStayMarkedAfterNo) {
 TEST_F(FilesDelete, OneMarkedRowIsAskedForByName) {
     Fill({L"a.txt", L"b.txt"});
     Mark({L"b.txt"});
-    Give(612, [&] { Answer(AskFile(L"b.txt"), "Return"); });
+    Give(ID_DELETE, [&] { Answer(AskFile(L"b.txt"), "Return"); });
     EXPECT_EQ(Rows(), (Names{L"a.txt"}));
     EXPECT_FALSE(List().Marking());
 }
@@ -246,7 +247,7 @@ TEST_F(FilesDelete, CancelAtAFileInUseEndsItAtOnce) {
     Fill({L"a.txt", L"b.txt", L"c.txt"});
     Mark({L"a.txt", L"b.txt", L"c.txt"});
     Hold(L"b.txt");
-    Give(612, [&] {
+    Give(ID_DELETE, [&] {
         Answer(L"Are you sure you want to permanently delete these 3 items?\r\n", "Return");
         EXPECT_TRUE(WaitFor([&] { return texts.Has(AskClosing(L"b.txt")); }));
         Finger().Key("Left").Key("Return").Play();
@@ -262,7 +263,7 @@ TEST_F(FilesDelete, AFileInUseAmongSeveralHasNoDefaultAnswer) {
     Fill({L"a.txt", L"b.txt", L"c.txt"});
     Mark({L"a.txt", L"b.txt", L"c.txt"});
     Hold(L"b.txt");
-    Give(612, [&] {
+    Give(ID_DELETE, [&] {
         Answer(L"Are you sure you want to permanently delete these 3 items?\r\n", "Return");
         EXPECT_TRUE(WaitFor([&] { return texts.Has(AskClosing(L"b.txt")); }));
         const HWND box = WaitForWindow(L"#32770");
@@ -279,7 +280,7 @@ TEST_F(FilesDelete, NoAtAFileInUseGoesOnWithTheOthers) {
     Fill({L"a.txt", L"b.txt", L"c.txt"});
     Mark({L"a.txt", L"b.txt", L"c.txt"});
     Hold(L"b.txt");
-    Give(612, [&] {
+    Give(ID_DELETE, [&] {
         Answer(L"Are you sure you want to permanently delete these 3 items?\r\n", "Return");
         EXPECT_TRUE(WaitFor([&] { return texts.Has(AskClosing(L"b.txt")); }));
         Finger().Key("Right").Key("Right").Key("Return").Play();
@@ -293,7 +294,7 @@ TEST_F(FilesDelete, WhatWasMarkedGoesAlsoWhenTheRowsChangeMeanwhile) {
     Fill({L"a.txt", L"b.txt", L"c.txt", L"d.txt"});
     Mark({L"a.txt", L"b.txt", L"c.txt"});
     Hold(L"b.txt");
-    Give(612, [&] {
+    Give(ID_DELETE, [&] {
         Answer(L"Are you sure you want to permanently delete these 3 items?\r\n", "Return");
         EXPECT_TRUE(WaitFor([&] { return texts.Has(AskClosing(L"b.txt")); }));
         EXPECT_TRUE(WaitFor([&] { return !Exists(L"a.txt"); }));
@@ -309,7 +310,7 @@ TEST_F(FilesDelete, AFailureEndsTheLoopAndTheRowsTellTheTruth) {
     Fill({L"a.txt", L"b.txt", L"c.txt"});
     SetFileAttributesW(At(L"b.txt").c_str(), FILE_ATTRIBUTE_READONLY);
     Mark({L"a.txt", L"b.txt", L"c.txt"});
-    Give(612, [&] {
+    Give(ID_DELETE, [&] {
         Answer(L"Are you sure you want to permanently delete these 3 items?\r\n", "Return");
         Answer(L"Can't delete " + At(L"b.txt") + L"\r\n" +
                    faults::FullText(faults::W32Fault(faults::ResultFromError(ERROR_ACCESS_DENIED))),

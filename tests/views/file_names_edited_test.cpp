@@ -1,4 +1,5 @@
 #include "faults/fault.h"
+#include "res/resource.h"
 #include "tests/views/operations_fixture.h"
 
 using namespace test;
@@ -32,7 +33,7 @@ class NewFolders : public NamesEdited {
  protected:
     // Makes a folder with the name that is offered.
     void MakeOne() {
-        Give(617, [&] {
+        Give(ID_NEW_FOLDER, [&] {
             WaitForEditor();
             Finger().Key("Return").Play();
             EXPECT_TRUE(EditorGone());
@@ -44,7 +45,7 @@ class NewFolders : public NamesEdited {
 
 TEST_F(Renaming, TypesOverTheNameUpToItsExtension) {
     Select(L"b.txt");
-    Give(611, [&] {
+    Give(ID_RENAME, [&] {
         WaitForEditor();
         Type("zz");
         Finger().Key("Return").Play();
@@ -59,7 +60,7 @@ TEST_F(Renaming, TypesOverTheNameUpToItsExtension) {
 
 TEST_F(Renaming, EscapeChangesNothing) {
     Select(L"b.txt");
-    Give(611, [&] {
+    Give(ID_RENAME, [&] {
         WaitForEditor();
         Type("zz");
         Finger().Key("Escape").Play();
@@ -72,7 +73,7 @@ TEST_F(Renaming, EscapeChangesNothing) {
 
 TEST_F(Renaming, HasTheBarDoneAndCancelWhileItLasts) {
     Select(L"b.txt");
-    Give(611, [&] {
+    Give(ID_RENAME, [&] {
         const HWND editor = WaitForEditor();
         EXPECT_EQ(BarCommand(0), 1u);
         EXPECT_EQ(BarCommand(1), 2u);
@@ -89,14 +90,14 @@ TEST_F(Renaming, HasTheBarDoneAndCancelWhileItLasts) {
 
 TEST_F(Renaming, TheHardwareSoftKeysConfirmAndCancel) {
     Select(L"b.txt");
-    Give(611, [&] {
+    Give(ID_RENAME, [&] {
         WaitForEditor();
         Type("q");
         Finger().Key("F2").Play();
         EXPECT_TRUE(EditorGone());
     });
     EXPECT_TRUE(Exists(L"b.txt"));
-    Give(611, [&] {
+    Give(ID_RENAME, [&] {
         WaitForEditor();
         Type("q");
         Finger().Key("F1").Play();
@@ -107,7 +108,7 @@ TEST_F(Renaming, TheHardwareSoftKeysConfirmAndCancel) {
 
 TEST_F(Renaming, AnEmptyNameIsRefusedAndTheOldOneOfferedAgain) {
     Select(L"b.txt");
-    Give(611, [&] {
+    Give(ID_RENAME, [&] {
         WaitForEditor();
         Finger().Key("End").Key("shift+Home").Key("BackSpace").Key("Return").Play();
         Answer(L"Please, specify not empty filename", "Return");
@@ -120,7 +121,7 @@ TEST_F(Renaming, AnEmptyNameIsRefusedAndTheOldOneOfferedAgain) {
 
 TEST_F(Renaming, AnotherCaseOfLettersAloneIsDropped) {
     Select(L"b.txt");
-    Give(611, [&] {
+    Give(ID_RENAME, [&] {
         WaitForEditor();
         Type("B");
         Finger().Key("Return").Play();
@@ -131,7 +132,7 @@ TEST_F(Renaming, AnotherCaseOfLettersAloneIsDropped) {
 
 TEST_F(Renaming, TheBackKeyEndsItAndStaysInTheFolder) {
     Select(L"b.txt");
-    Give(611, [&] {
+    Give(ID_RENAME, [&] {
         const HWND editor = WaitForEditor();
         Type("q");
         EXPECT_TRUE(View().Back());
@@ -145,7 +146,7 @@ TEST_F(Renaming, TheBackKeyEndsItAndStaysInTheFolder) {
 
 TEST_F(Renaming, ANameThatExistsIsReportedAndNothingIsLost) {
     Select(L"b.txt");
-    Give(611, [&] {
+    Give(ID_RENAME, [&] {
         WaitForEditor();
         Type("m");
         Finger().Key("Return").Play();
@@ -158,7 +159,7 @@ TEST_F(Renaming, ANameThatExistsIsReportedAndNothingIsLost) {
 
 TEST_F(Renaming, ANameIsNoPath) {
     Select(L"b.txt");
-    Give(611, [&] {
+    Give(ID_RENAME, [&] {
         const HWND editor = WaitForEditor();
         SetWindowTextW(editor, L"Docs\\b.txt");
         Finger().Key("Return").Play();
@@ -174,7 +175,7 @@ TEST_F(Renaming, TheEditorStaysInViewWhenTheInputPanelTakesItsPlace) {
     }
     View().Refresh();
     List().SetSelection(List().GetCount() - 1);
-    Give(611, [&] {
+    Give(ID_RENAME, [&] {
         const HWND editor = WaitForEditor();
         // What the frame does when the panel covers the lower half.
         View().Arrange(RECT{0, 0, 480, 280});
@@ -189,7 +190,7 @@ TEST_F(Renaming, TheEditorStaysInViewWhenTheInputPanelTakesItsPlace) {
 
 TEST_F(Renaming, AViewThatIsClosedMeanwhileChangesNothing) {
     Select(L"b.txt");
-    Give(611, [&] {
+    Give(ID_RENAME, [&] {
         WaitForEditor();
         Type("zz");
         PostMessageW(frame.Handle(), WM_CLOSE, 0, 0);
@@ -200,7 +201,7 @@ TEST_F(Renaming, AViewThatIsClosedMeanwhileChangesNothing) {
 
 TEST_F(Renaming, WithoutASelectionBeeps) {
     List().SetSelection(ui::noRow);
-    Give(611);
+    Give(ID_RENAME);
     EXPECT_FALSE(FindChild(frame.Handle(), L"Edit"));
 }
 
@@ -218,7 +219,7 @@ TEST_F(NewFolders, AreNamedInTurnAndSelected) {
 }
 
 TEST_F(NewFolders, TakeTheNameThatIsTyped) {
-    Give(617, [&] {
+    Give(ID_NEW_FOLDER, [&] {
         EXPECT_EQ(TextOf(WaitForEditor()), L"New Folder");
         Type("abc");
         Finger().Key("Return").Play();
@@ -230,7 +231,7 @@ TEST_F(NewFolders, TakeTheNameThatIsTyped) {
 }
 
 TEST_F(NewFolders, EscapeLeavesNoRow) {
-    Give(617, [&] {
+    Give(ID_NEW_FOLDER, [&] {
         WaitForEditor();
         EXPECT_EQ(Rows().size(), 4u);
         Finger().Key("Escape").Play();
@@ -241,7 +242,7 @@ TEST_F(NewFolders, EscapeLeavesNoRow) {
 }
 
 TEST_F(NewFolders, AFailureIsReportedAndLeavesNoRow) {
-    Give(617, [&] {
+    Give(ID_NEW_FOLDER, [&] {
         WaitForEditor();
         Type("Docs");
         Finger().Key("Return").Play();

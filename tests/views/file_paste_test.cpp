@@ -2,6 +2,7 @@
 
 #include "platform/coredll.h"
 #include "platform/shortcuts.h"
+#include "res/resource.h"
 #include "tests/views/clipboard_fixture.h"
 
 using namespace test;
@@ -24,7 +25,7 @@ class PastingShortcuts : public ClipboardFixture {};
 TEST_F(CopyAndCut, CopyPutsThePathWithItsDriveAndNoEffect) {
     GoTo(L"from");
     Select(L"photo.jpg");
-    Give(57634);
+    Give(ID_COPY);
     EXPECT_EQ(PathsRead(), (std::vector<std::wstring>{Outside(From(L"photo.jpg"))}));
     EXPECT_EQ(EffectRead(), 0u);
 }
@@ -32,17 +33,17 @@ TEST_F(CopyAndCut, CopyPutsThePathWithItsDriveAndNoEffect) {
 TEST_F(CopyAndCut, CutSaysSo) {
     GoTo(L"from");
     Select(L"Docs");
-    Give(57635);
+    Give(ID_CUT);
     EXPECT_EQ(PathsRead(), (std::vector<std::wstring>{Outside(From(L"Docs"))}));
     EXPECT_EQ(EffectRead(), 2u);
-    Give(57634);
+    Give(ID_COPY);
     EXPECT_EQ(EffectRead(), 0u);
 }
 
 TEST_F(CopyAndCut, MarkedRowsGoInTheirOrderAndTheMarksEnd) {
     GoTo(L"from");
-    for (const WORD command : {WORD{57634}, WORD{57635}}) {
-        View().Command(651);
+    for (const WORD command : {WORD{ID_COPY}, WORD{ID_CUT}}) {
+        View().Command(ID_SELECT);
         List().ToggleMark(1);
         List().ToggleMark(0);
         Give(command);
@@ -58,7 +59,8 @@ TEST_F(CopyAndCut, AClipboardThatIsHeldIsReported) {
     Select(L"photo.jpg");
     const PlatformHook<BOOL WINAPI(HWND)> hook("OpenClipboard", NoClipboard);
     const std::wstring text = L"The action can't be completed\r\n" + Error(ERROR_ACCESS_DENIED);
-    for (const WORD command : {WORD{57634}, WORD{57635}, WORD{57637}, WORD{57638}}) {
+    for (const WORD command :
+         {WORD{ID_COPY}, WORD{ID_CUT}, WORD{ID_PASTE}, WORD{ID_PASTE_SHORTCUT}}) {
         Give(command, [&] { Answer(text, "Return"); });
     }
 }
@@ -66,9 +68,9 @@ TEST_F(CopyAndCut, AClipboardThatIsHeldIsReported) {
 TEST_F(Pasting, CopiesAFileAndSelectsIt) {
     GoTo(L"from");
     Select(L"photo.jpg");
-    Give(57634);
+    Give(ID_COPY);
     GoTo(L"to");
-    Give(57637);
+    Give(ID_PASTE);
     EXPECT_EQ(ContentAt(To(L"photo.jpg")), "photo");
     EXPECT_EQ(ContentAt(From(L"photo.jpg")), "photo");
     EXPECT_EQ(Rows(), (Names{L"photo.jpg"}));
@@ -78,15 +80,15 @@ TEST_F(Pasting, CopiesAFileAndSelectsIt) {
 TEST_F(Pasting, MovesWhatWasCut) {
     GoTo(L"from");
     Select(L"Docs");
-    Give(57635);
+    Give(ID_CUT);
     GoTo(L"to");
-    Give(57637);
+    Give(ID_PASTE);
     EXPECT_EQ(ContentAt(To(L"Docs\\a.txt")), "first");
     EXPECT_FALSE(ExistsAt(From(L"Docs")));
     EXPECT_EQ(Rows(), (Names{L"Docs"}));
     // The clipboard still names it: pasting once more fails.
     GoTo(L"from");
-    Give(57637, [&] {
+    Give(ID_PASTE, [&] {
         Answer(L"Can't past '" + From(L"Docs") + L"' \r\n" + Error(ERROR_FILE_NOT_FOUND), "Return");
     });
 }
@@ -94,7 +96,7 @@ TEST_F(Pasting, MovesWhatWasCut) {
 TEST_F(Pasting, SeveralPathsOfAnotherProgramComeInTheirOrder) {
     GoTo(L"to");
     PutPaths({From(L"photo.jpg"), From(L"Docs")});
-    Give(57637);
+    Give(ID_PASTE);
     EXPECT_EQ(Rows(), (Names{L"Docs", L"photo.jpg"}));
     EXPECT_EQ(Selected(), L"Docs");
     EXPECT_EQ(ContentAt(To(L"Docs\\b.txt")), "second");
@@ -103,14 +105,14 @@ TEST_F(Pasting, SeveralPathsOfAnotherProgramComeInTheirOrder) {
 TEST_F(Pasting, BesideItselfACopyGetsANewName) {
     GoTo(L"from");
     Select(L"photo.jpg");
-    Give(57634);
-    Give(57637);
+    Give(ID_COPY);
+    Give(ID_PASTE);
     EXPECT_EQ(Selected(), L"photo - Copy.jpg");
-    Give(57637);
+    Give(ID_PASTE);
     EXPECT_EQ(Selected(), L"photo.jpg - Copy (1).jpg");
     Select(L"Docs");
-    Give(57634);
-    Give(57637);
+    Give(ID_COPY);
+    Give(ID_PASTE);
     EXPECT_EQ(Selected(), L"Docs - Copy");
     EXPECT_EQ(ContentAt(From(L"Docs - Copy\\a.txt")), "first");
     EXPECT_EQ(ContentAt(From(L"photo.jpg")), "photo");
@@ -119,8 +121,8 @@ TEST_F(Pasting, BesideItselfACopyGetsANewName) {
 TEST_F(Pasting, WhatIsCutAndPastedBesideItselfIsMovedToANewName) {
     GoTo(L"from");
     Select(L"photo.jpg");
-    Give(57635);
-    Give(57637);
+    Give(ID_CUT);
+    Give(ID_PASTE);
     EXPECT_EQ(Rows(), (Names{L"Docs", L"photo - Copy.jpg"}));
     EXPECT_FALSE(ExistsAt(From(L"photo.jpg")));
 }
@@ -136,7 +138,7 @@ TEST_F(Pasting, AFileIsKnownByEverySpellingOfItsPath) {
     int copies = 0;
     for (const std::wstring& spelling : {path, small, slashes, roundabout}) {
         PutPaths({spelling});
-        Give(57637);
+        Give(ID_PASTE);
         ++copies;
         EXPECT_EQ(ContentAt(From(L"photo.jpg")), "photo");
         EXPECT_EQ(Rows().size(), 2u + static_cast<size_t>(copies))
@@ -148,7 +150,7 @@ TEST_F(Pasting, ANameWithoutADotBesideItselfFailsAndTheNextPathFollows) {
     folder.MakeFile(L"from\\plain", "plain");
     GoTo(L"from");
     PutPaths({From(L"plain"), From(L"photo.jpg")});
-    Give(57637,
+    Give(ID_PASTE,
          [&] { Answer(L"Can't past '" + From(L"plain") + L"' \r\nUnexpected error.", "Return"); });
     EXPECT_TRUE(ExistsAt(From(L"photo - Copy.jpg")));
     EXPECT_EQ(ContentAt(From(L"plain")), "plain");
@@ -161,7 +163,7 @@ TEST_F(Pasting, AFolderIsNotPastedIntoItself) {
     for (const std::wstring place : {L"from\\Docs", L"from\\Docs\\Sub", L"from\\Docs2"}) {
         GoTo(place);
         PutPaths({From(L"Docs")}, 2);
-        Give(57637, [&] { Answer(text, "Return"); });
+        Give(ID_PASTE, [&] { Answer(text, "Return"); });
     }
     EXPECT_EQ(ContentAt(From(L"Docs\\a.txt")), "first");
 }
@@ -170,7 +172,7 @@ TEST_F(Pasting, AFolderIsKnownByEverySpellingAsItself) {
     folder.MakeFolder(L"from\\Docs\\Sub");
     GoTo(L"from\\Docs\\Sub");
     PutPaths({L"\\\\?\\" + Outside(From(L"Docs"))});
-    Give(57637,
+    Give(ID_PASTE,
          [&] { Answer(L"The destination folder is a subfolder of the source folder.", "Return"); });
     EXPECT_TRUE(Rows().empty());
 }
@@ -183,11 +185,11 @@ TEST_F(PastingConflicts, AnExistingFileIsOverwrittenOnlyAfterYes) {
     GoTo(L"to");
     PutPaths({From(L"photo.jpg")});
     // "No" is the one that Enter presses.
-    Give(57637, [&] { Answer(text, "Return"); });
+    Give(ID_PASTE, [&] { Answer(text, "Return"); });
     EXPECT_EQ(ContentAt(To(L"photo.jpg")), "older");
     folder.MakeFile(L"to\\photo.jpg", "an older, longer one");
     View().Refresh();
-    Give(57637, [&] {
+    Give(ID_PASTE, [&] {
         EXPECT_TRUE(WaitForWindow(L"#32770"));
         EXPECT_TRUE(WaitFor([&] { return texts.Has(text); }));
         Finger().Key("Left").Key("Return").Play();
@@ -203,7 +205,7 @@ TEST_F(PastingConflicts, FoldersAreMergedAndEachConflictAsked) {
     folder.MakeFile(L"to\\Docs\\c.txt", "third");
     GoTo(L"to");
     PutPaths({From(L"Docs")});
-    Give(57637, [&] {
+    Give(ID_PASTE, [&] {
         EXPECT_TRUE(WaitFor([&] {
             return texts.Has(
                 L"The destination already contains a folder named\r\n'Docs'.\r\nDo "
@@ -228,7 +230,7 @@ TEST_F(PastingConflicts, CancelWithinAFolderEndsTheWholePaste) {
     folder.MakeFile(L"to\\Docs\\a.txt", "theirs");
     GoTo(L"to");
     PutPaths({From(L"Docs"), From(L"photo.jpg")});
-    Give(57637, [&] {
+    Give(ID_PASTE, [&] {
         EXPECT_TRUE(WaitForWindow(L"#32770"));
         EXPECT_TRUE(WaitFor([&] { return texts.Has(L"No"); }));
         Finger().Key("Left").Key("Return").Play();
@@ -244,7 +246,7 @@ TEST_F(PastingConflicts, WhatIsOfTheOtherKindIsSkipped) {
     folder.MakeFile(L"to\\Docs", "a file");
     GoTo(L"to");
     PutPaths({From(L"photo.jpg"), From(L"Docs")}, 2);
-    Give(57637, [&] {
+    Give(ID_PASTE, [&] {
         Answer(L"The destination already contains a folder named 'photo.jpg'.", "Return");
         Answer(L"The destination already contains a file named 'Docs'.", "Return");
     });
@@ -259,7 +261,7 @@ TEST_F(PastingConflicts, AFailureWithinAFolderAsksAndStops) {
     SetFileAttributesW(To(L"Docs\\a.txt").c_str(), FILE_ATTRIBUTE_READONLY);
     GoTo(L"to");
     PutPaths({From(L"Docs")});
-    Give(57637, [&] {
+    Give(ID_PASTE, [&] {
         EXPECT_TRUE(WaitForWindow(L"#32770"));
         EXPECT_TRUE(WaitFor([&] { return texts.Has(L"No"); }));
         Finger().Key("Left").Key("Return").Play();
@@ -282,7 +284,7 @@ TEST_F(PastingConflicts, AFailureWithinAFolderAsksAndStops) {
 TEST_F(PastingShortcuts, HoldTheQuotedPathAndAreSelected) {
     GoTo(L"to");
     PutPaths({From(L"photo.jpg"), From(L"Docs")});
-    Give(57638);
+    Give(ID_PASTE_SHORTCUT);
     EXPECT_EQ(Rows(), (Names{L"Docs.lnk", L"photo.lnk"}));
     EXPECT_EQ(Selected(), L"Docs.lnk");
     wchar_t command[400] = {};
@@ -295,7 +297,7 @@ TEST_F(PastingShortcuts, AreMadeInTheRootToo) {
     while (View().Up()) {
     }
     PutPaths({From(L"vantor shortcut.txt")});
-    Give(57638);
+    Give(ID_PASTE_SHORTCUT);
     EXPECT_TRUE(ExistsAt(L"\\vantor shortcut.lnk"));
     EXPECT_EQ(Selected(), L"vantor shortcut.lnk");
     DeleteFileW(L"\\vantor shortcut.lnk");
@@ -305,7 +307,7 @@ TEST_F(PastingShortcuts, OneThatExistsIsReportedAndTheNextFollows) {
     GoTo(L"to");
     folder.MakeFile(L"to\\photo.lnk", "mine");
     PutPaths({From(L"photo.jpg"), From(L"Docs")});
-    Give(57638, [&] {
+    Give(ID_PASTE_SHORTCUT, [&] {
         Answer(L"Can't create schortcut for '" + From(L"photo.jpg") + L"' \r\n" +
                    Error(ERROR_FILE_EXISTS),
                "Return");

@@ -1,5 +1,6 @@
 // Real trees as people have them, pasted and deleted through the view.
 #include "faults/fault.h"
+#include "res/resource.h"
 #include "tests/views/operations_fixture.h"
 
 using namespace test;
@@ -49,12 +50,12 @@ TEST_F(FileTrees, NamesOfEveryLegalCharacterAreCopiedAndDeleted) {
     }
     GoTo(L"to");
     PutPaths({From(L"all")});
-    Give(57637);
+    Give(ID_PASTE);
     for (const std::wstring& name : names) {
         EXPECT_EQ(ContentAt(To(L"all\\" + name)), "content") << testing::PrintToString(name);
     }
     Select(L"all");
-    Give(612, [&] {
+    Give(ID_DELETE, [&] {
         EXPECT_TRUE(WaitForWindow(L"#32770"));
         Finger().Key("Return").Play();
     });
@@ -72,7 +73,7 @@ TEST_F(FileTrees, HiddenAndSystemEntriesAndAttributesGoAlong) {
     SetFileAttributesW(From(L"all").c_str(), FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_HIDDEN);
     GoTo(L"to");
     PutPaths({From(L"all")});
-    Give(57637);
+    Give(ID_PASTE);
     EXPECT_EQ(ContentAt(To(L"all\\hidden")), "h");
     EXPECT_EQ(ContentAt(To(L"all\\system")), "s");
     EXPECT_TRUE(GetFileAttributesW(To(L"all").c_str()) & FILE_ATTRIBUTE_HIDDEN);
@@ -89,7 +90,7 @@ TEST_F(FileTrees, EntriesWhoseNamesBeginWithADotStayBehind) {
     folder.MakeFolder(L"to\\all");
     GoTo(L"to");
     PutPaths({From(L"all")}, 2);
-    Give(57637, [&] {
+    Give(ID_PASTE, [&] {
         // The folders are merged; the emptied one cannot be removed, which is reported.
         EXPECT_TRUE(WaitForWindow(L"#32770"));
         EXPECT_TRUE(WaitFor([&] { return texts.Has(L"No"); }));
@@ -118,7 +119,7 @@ TEST_F(FileTrees, APathOfMoreThan260CharactersIsNeverCut) {
     GoTo(deep);
     PutPaths({From(file)});
     // Wine has no such limit; a platform that has refuses the path itself.
-    Give(57637);
+    Give(ID_PASTE);
     EXPECT_EQ(Rows(), (Names{file}));
     EXPECT_EQ(ContentAt(target), "content");
     EXPECT_EQ(ContentAt(From(file)), "content");
@@ -131,7 +132,7 @@ TEST_F(FileTrees, APathThatThePlatformRefusesIsReported) {
     PutPaths({From(file)});
     const PlatformHook<BOOL WINAPI(const wchar_t*, const wchar_t*, BOOL)> hook("CopyFileW",
                                                                                TooLong);
-    Give(57637, [&] {
+    Give(ID_PASTE, [&] {
         const HWND box = WaitForWindow(L"#32770");
         ASSERT_TRUE(box);
         EXPECT_TRUE(WaitFor([&] { return texts.Has(L"Error") && texts.Has(L"Ok"); }));
@@ -147,7 +148,7 @@ TEST_F(FileTrees, AFullDiskIsReportedAndTheSourceStays) {
     PutPaths({From(L"big.txt")});
     const PlatformHook<BOOL WINAPI(const wchar_t*, const wchar_t*, BOOL)> hook("CopyFileW",
                                                                                DiskFull);
-    Give(57637, [&] {
+    Give(ID_PASTE, [&] {
         Answer(L"Can't past '" + From(L"big.txt") + L"' \r\n" + Error(ERROR_DISK_FULL), "Return");
     });
     EXPECT_TRUE(Rows().empty());
@@ -161,7 +162,7 @@ TEST_F(FileTrees, AFileThatCouldNotBeReplacedKeepsItsRow) {
     PutPaths({From(L"a.txt")});
     const PlatformHook<BOOL WINAPI(const wchar_t*, const wchar_t*, BOOL)> hook("CopyFileW",
                                                                                DiskFull);
-    Give(57637, [&] {
+    Give(ID_PASTE, [&] {
         EXPECT_TRUE(WaitForWindow(L"#32770"));
         EXPECT_TRUE(WaitFor([&] { return texts.Has(L"No"); }));
         Finger().Key("Left").Key("Return").Play();
@@ -185,11 +186,11 @@ TEST_F(FileTrees, TenThousandFilesAreCopiedAndDeleted) {
     }
     GoTo(L"to");
     PutPaths({From(L"all")});
-    Give(57637);
+    Give(ID_PASTE);
     EXPECT_TRUE(ExistsAt(To(L"all\\19\\f499")));
     EXPECT_TRUE(ExistsAt(To(L"all\\f0")));
     Select(L"all");
-    Give(612, [&] {
+    Give(ID_DELETE, [&] {
         EXPECT_TRUE(WaitForWindow(L"#32770"));
         Finger().Key("Return").Play();
     });

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "res/resource.h"
 #include "tests/support/box.h"
 #include "tests/support/finger.h"
 #include "tests/support/platform_hook.h"
@@ -47,8 +48,11 @@ class FilesMenu : public FilesFixture {
         EXPECT_NE(state, ~0u) << command;
         return (state & (MF_GRAYED | MF_DISABLED)) == 0;
     }
-    static constexpr UINT ofTheSelection[] = {611, 612, 57635, 57634, 618, 619, 614};
-    static constexpr UINT always[] = {650, 651, 610, 617, 687, 688, 689, 690, 57665};
+    static constexpr UINT ofTheSelection[] = {ID_RENAME, ID_DELETE,    ID_CUT,       ID_COPY,
+                                              ID_OPEN,   ID_OPEN_WITH, ID_PROPERTIES};
+    static constexpr UINT always[] = {
+        ID_UP,          ID_SELECT,         ID_REFRESH,        ID_NEW_FOLDER, ID_SHOW_HIDDEN,
+        ID_SHOW_SYSTEM, ID_SHOW_FILE_SIZE, ID_SHOW_FILE_DATE, ID_EXIT};
 };
 
 TEST_F(FilesMenu, CommandsOnTheSelectionNeedOne) {
@@ -78,12 +82,12 @@ TEST_F(FilesMenu, PastingNeedsPathsOnTheClipboard) {
     OpenFolder();
     const ClipboardHook hook("IsClipboardFormatAvailable", ClipboardFormat);
     clipboardHasPaths = false;
-    EXPECT_FALSE(Enabled(57637));
-    EXPECT_FALSE(Enabled(57638));
+    EXPECT_FALSE(Enabled(ID_PASTE));
+    EXPECT_FALSE(Enabled(ID_PASTE_SHORTCUT));
     EXPECT_EQ(formatAsked, 15u);
     clipboardHasPaths = true;
-    EXPECT_TRUE(Enabled(57637));
-    EXPECT_TRUE(Enabled(57638));
+    EXPECT_TRUE(Enabled(ID_PASTE));
+    EXPECT_TRUE(Enabled(ID_PASTE_SHORTCUT));
 }
 
 TEST_F(FilesMenu, PastingFollowsTheRealClipboard) {
@@ -92,17 +96,17 @@ TEST_F(FilesMenu, PastingFollowsTheRealClipboard) {
     EmptyClipboard();
     SetClipboardData(CF_UNICODETEXT, GlobalAlloc(GMEM_MOVEABLE | GMEM_ZEROINIT, 16));
     CloseClipboard();
-    EXPECT_FALSE(Enabled(57637));
+    EXPECT_FALSE(Enabled(ID_PASTE));
     ASSERT_TRUE(OpenClipboard(frame.Handle()));
     EmptyClipboard();
     SetClipboardData(CF_HDROP, GlobalAlloc(GMEM_MOVEABLE | GMEM_ZEROINIT, 64));
     CloseClipboard();
-    EXPECT_TRUE(Enabled(57637));
-    EXPECT_TRUE(Enabled(57638));
+    EXPECT_TRUE(Enabled(ID_PASTE));
+    EXPECT_TRUE(Enabled(ID_PASTE_SHORTCUT));
     ASSERT_TRUE(OpenClipboard(frame.Handle()));
     EmptyClipboard();
     CloseClipboard();
-    EXPECT_FALSE(Enabled(57637));
+    EXPECT_FALSE(Enabled(ID_PASTE));
 }
 
 TEST_F(FilesMenu, TheFrameHearsOfEveryChangeOfTheSelection) {
@@ -140,7 +144,7 @@ class FilesCommands : public FilesFixture {
 
 TEST_F(FilesCommands, UpGoesUp) {
     OpenAt(folder.Path() + L"\\inner");
-    EXPECT_TRUE(View().Command(650));
+    EXPECT_TRUE(View().Command(ID_UP));
     EXPECT_EQ(View().Title(), folder.Path());
     EXPECT_EQ(Selected(), L"inner");
     EXPECT_EQ(beeps, silence);
@@ -149,21 +153,23 @@ TEST_F(FilesCommands, UpGoesUp) {
 TEST_F(FilesCommands, RefreshListsTheFolderAgain) {
     OpenFolder();
     folder.MakeFile(L"new");
-    EXPECT_TRUE(View().Command(610));
+    EXPECT_TRUE(View().Command(ID_REFRESH));
     EXPECT_NE(RowOf(L"new"), ui::noRow);
 }
 
 TEST_F(FilesCommands, OpenEntersTheSelectedFolder) {
     OpenFolder();
     Select(L"inner");
-    EXPECT_TRUE(View().Command(618));
+    EXPECT_TRUE(View().Command(ID_OPEN));
     EXPECT_EQ(View().Title(), folder.Path() + L"\\inner");
     EXPECT_EQ(Selected(), L"");
 }
 
 TEST_F(FilesCommands, UnknownOnesAreLeftToTheFrame) {
     OpenFolder();
-    for (const int command : {600, 601, 613, 615, 616, 620, 670, 680, 687, 694, 695, 57664, 1}) {
+    for (const int command : {ID_SHOW_FILES, ID_SHOW_APPLICATIONS, ID_HIDE, ID_STOP, ID_STOP_ALL,
+                              ID_SHOW_DLLS, ID_GO_TO_PROCESS, ID_SETTINGS, ID_SHOW_HIDDEN,
+                              ID_SPARE_OPTION_1, ID_SPARE_OPTION_2, ID_ABOUT, 1}) {
         EXPECT_FALSE(View().Command(static_cast<WORD>(command))) << command;
     }
     EXPECT_EQ(beeps, silence);
@@ -222,7 +228,7 @@ TEST_F(FilesKeys, TheLeftArrowGoesUpFromAnEmptyFolder) {
 TEST_F(FilesKeys, F8PostsTheRefreshCommand) {
     OpenFolder();
     Press("F8", [&] { return !frame.commands.empty(); });
-    EXPECT_EQ(frame.commands, std::vector<WORD>{610});
+    EXPECT_EQ(frame.commands, std::vector<WORD>{ID_REFRESH});
     EXPECT_TRUE(View().Key(119));
 }
 

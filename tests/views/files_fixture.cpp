@@ -6,7 +6,7 @@
 #include "faults/fault.h"
 #include "platform/handles.h"
 #include "tests/support/windows_seen.h"
-#include "ui/paint.h"
+#include "ui/paint/paint.h"
 
 namespace test {
 

@@ -8,7 +8,7 @@
 #include "tests/support/wait.h"
 #include "tests/views/fake_folder.h"
 #include "tests/views/files_fixture.h"
-#include "ui/paint.h"
+#include "ui/paint/paint.h"
 #include "views/display_flags.h"
 
 using namespace test;

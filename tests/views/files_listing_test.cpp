@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "res/resource.h"
 #include "tests/support/platform_hook.h"
 #include "tests/support/wait.h"
 #include "tests/views/fake_folder.h"
@@ -261,7 +262,7 @@ TEST_F(FilesReading, AFolderThatCannotBeOpenedIsAnEmptyListWithoutAMessage) {
     Open();
     fake.failAfter = 0;
     fake.closed = 0;
-    View().Command(commandRefresh);
+    View().Command(ID_REFRESH);
     EXPECT_EQ(List().GetCount(), 0u);
     EXPECT_EQ(fake.closed, 0u);
 }

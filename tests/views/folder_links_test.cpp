@@ -5,6 +5,7 @@
 
 #include "faults/fault.h"
 #include "platform/files.h"
+#include "res/resource.h"
 #include "tests/support/box.h"
 #include "tests/support/host_files.h"
 #include "tests/support/unix_command.h"
@@ -140,7 +141,7 @@ class FolderLinksOfWine : public FolderLinks {
 TEST_F(FolderLinksOfWine, AreNotDeletedInPlaceOfTheFolderBehindThem) {
     for (const wchar_t* name : {L"link", L"other"}) {
         Select(name);
-        Give(612, [&] {
+        Give(ID_DELETE, [&] {
             Answer(L"Are you sure you want to permanently delete this folder?\r\n" + At(name),
                    "Return");
             Answer(L"Can't delete " + At(name) + L"\r\n" + Refusal(), "Return");
@@ -151,7 +152,7 @@ TEST_F(FolderLinksOfWine, AreNotDeletedInPlaceOfTheFolderBehindThem) {
 
 TEST_F(FolderLinksOfWine, AreNotRenamedOrMovedInPlaceOfTheFolderBehindThem) {
     Select(L"link");
-    Give(611, [&] { Answer(L"Can't rename 'link' \r\n" + Refusal(), "Return"); });
+    Give(ID_RENAME, [&] { Answer(L"Can't rename 'link' \r\n" + Refusal(), "Return"); });
     ExpectAllThere();
     folder.MakeFolder(L"to");
     EXPECT_THROW(transfer.MoveItem(At(L"link"), At(L"to\\link")), faults::W32Fault);
@@ -163,7 +164,7 @@ TEST_F(FolderLinksOfWindows, ARowThatIsOneIsDeletedAlone) {
     Link(L"link", L"docs");
     View().Refresh();
     Select(L"link");
-    Give(612, [&] {
+    Give(ID_DELETE, [&] {
         Answer(L"Are you sure you want to permanently delete this folder?\r\n" + At(L"link"),
                "Return");
     });
@@ -176,10 +177,10 @@ TEST_F(FolderLinksOfWindows, MarkedOnesAreDeletedAlone) {
     Link(L"link", L"docs");
     Link(L"other", L"docs");
     View().Refresh();
-    View().Command(651);
+    View().Command(ID_SELECT);
     List().ToggleMark(RowOf(L"link"));
     List().ToggleMark(RowOf(L"other"));
-    Give(612, [&] {
+    Give(ID_DELETE, [&] {
         Answer(L"Are you sure you want to permanently delete these 2 items?\r\n", "Return");
     });
     EXPECT_EQ(Rows(), Names{L"docs"});
@@ -244,7 +245,7 @@ TEST_F(FolderLinks, OneThatCannotBeCopiedIsSkippedIfThePersonWants) {
     GoTo(L"to");
     PutPaths({At(L"tree")});
     for (const char* key : {"Escape", "Return"}) {
-        Give(57637, [&] {
+        Give(ID_PASTE, [&] {
             const HWND box = WaitForBox();
             EXPECT_TRUE(WaitFor([&] {
                 return texts.All().find("skip this item?") != std::string::npos;
@@ -276,7 +277,7 @@ TEST_F(FolderLinks, AFolderPastedIntoItselfThroughOneIsRefused) {
     Link(L"way", L"tree");
     GoTo(L"way\\in");
     PutPaths({At(L"tree")});
-    Give(57637,
+    Give(ID_PASTE,
          [&] { Answer(L"The destination folder is a subfolder of the source folder.", "Return"); });
     EXPECT_TRUE(Rows().empty());
 }

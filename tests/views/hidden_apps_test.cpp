@@ -3,6 +3,7 @@
 
 #include "faults/fault.h"
 #include "platform/handles.h"
+#include "res/resource.h"
 #include "tests/support/heaps.h"
 #include "tests/support/resource_module.h"
 #include "tests/support/sample_program.h"
@@ -128,7 +129,7 @@ TEST_F(HiddenApplications, HidingMakesTheFolderAndAFileWithOneEntry) {
     const SampleProgram program(L"polite", L"Sample 1");
     Open();
     Select(L"Sample 1");
-    view->Command(613);
+    view->Command(ID_HIDE);
     EXPECT_FALSE(Lists(L"Sample 1"));
     const std::string file = hiddenApps.Read();
     EXPECT_EQ(CountOf(file, "<hide>"), 1u) << file;
@@ -141,11 +142,11 @@ TEST_F(HiddenApplications, OfAnEmptyListComeBackUntilTheNextStart) {
     const SampleProgram program(L"polite", L"Sample 1");
     Open();
     Select(L"Sample 1");
-    view->Command(613);
+    view->Command(ID_HIDE);
     view->Refresh();
     EXPECT_TRUE(Lists(L"Sample 1"));
     Select(L"Sample 1");
-    view->Command(613);
+    view->Command(ID_HIDE);
     EXPECT_EQ(CountOf(hiddenApps.Read(), "<application"), 2u);
     Open();
     EXPECT_FALSE(Lists(L"Sample 1"));
@@ -153,7 +154,7 @@ TEST_F(HiddenApplications, OfAnEmptyListComeBackUntilTheNextStart) {
     view->FlagsChanged(0x0020, 0x0020);
     EXPECT_TRUE(Lists(L"Sample 1"));
     Select(L"Sample 1");
-    view->Command(613);
+    view->Command(ID_HIDE);
     EXPECT_TRUE(Lists(L"Sample 1")) << "hidden ones are shown";
     EXPECT_EQ(CountOf(hiddenApps.Read(), "<application"), 2u) << "it stands there already";
 }
@@ -184,7 +185,7 @@ TEST_F(HiddenApplications, WhatElseTheFileHoldsIsKept) {
     WriteEntries("<!-- mine --><note colour=\"red\">text</note><application name=\"other.exe\"/>");
     Open();
     Select(L"Sample 1");
-    view->Command(613);
+    view->Command(ID_HIDE);
     const std::string file = hiddenApps.Read();
     EXPECT_EQ(CountOf(file, "<!-- mine -->"), 1u) << file;
     EXPECT_EQ(CountOf(file, "<note colour=\"red\">text</note>"), 1u) << file;
@@ -325,7 +326,7 @@ TEST_F(HiddenApplications, ATitledWindowOfTheShellCannotBeHidden) {
     frame.flags = 0x0010;
     Open();
     Select(L"Sample shell");
-    view->Command(613);
+    view->Command(ID_HIDE);
     EXPECT_TRUE(Lists(L"Sample shell"));
     EXPECT_TRUE(hiddenApps.Read().empty());
 }
@@ -416,7 +417,7 @@ TEST_F(HiddenApplications, StandInAFolderOfTheProgramsTitle) {
     const SampleProgram program(L"polite", L"Sample 1");
     const TemporaryFolder packs;
     const std::wstring path = packs.Path() + L"\\pack.dll";
-    ResourceModule(0x0407).Text(100, L"Wanderer").Write(path);
+    ResourceModule(0x0407).Text(IDS_PROGRAM, L"Wanderer").Write(path);
     const HMODULE pack = LoadLibraryExW(path.c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE);
     ASSERT_TRUE(pack);
     text::SetResourceModule(pack, 0x0407);

@@ -1,3 +1,4 @@
+#include "res/resource.h"
 #include "tests/support/finger.h"
 #include "tests/support/input_taken.h"
 #include "tests/support/user.h"
@@ -31,7 +32,7 @@ class Marking : public FilesFixture {
     }
     void ShowMarking() {
         Show();
-        View().Command(commandSelect);
+        View().Command(ID_SELECT);
     }
     void Play(Finger& finger) {
         PumpWhileUser([&] { input.Play(finger); });
@@ -96,7 +97,7 @@ class Marking : public FilesFixture {
 TEST_F(Marking, IsEnteredByItsCommandWithoutMarks) {
     Show();
     EXPECT_FALSE(List().Marking());
-    View().Command(commandSelect);
+    View().Command(ID_SELECT);
     EXPECT_TRUE(List().Marking());
     EXPECT_EQ(List().MarkedCount(), 0u);
     EXPECT_EQ(View().Title(), Caption(0));
@@ -105,7 +106,7 @@ TEST_F(Marking, IsEnteredByItsCommandWithoutMarks) {
 TEST_F(Marking, HasABarOfItsOwn) {
     Show();
     const Names texts = {L"Delete", L"Copy", L"Cut", L"Cancel"};
-    View().Command(commandSelect);
+    View().Command(ID_SELECT);
     ASSERT_EQ(frame.Bar().ButtonCount(), 4u);
     for (UINT position = 0; position < 4; ++position) {
         wchar_t text[20] = {};
@@ -161,7 +162,7 @@ TEST_F(Marking, EveryRowShowsABoxAndOnlyMarkedOnesATick) {
     for (int row = 0; row < 4; ++row) {
         EXPECT_TRUE(PumpUntil([&] { return BoxPixels(row, textColor) == 0; })) << row;
     }
-    View().Command(commandSelect);
+    View().Command(ID_SELECT);
     List().ToggleMark(2);
     for (int row = 0; row < 4; ++row) {
         EXPECT_TRUE(PumpUntil([&] { return BoxPixels(row, textColor) > RowHeight(); })) << row;
@@ -199,7 +200,7 @@ TEST_F(Marking, LeavesTheListAsItWasWhenItEnds) {
     Show();
     ASSERT_TRUE(PumpUntil([&] { return Drawn().At(2, 2) == GetSysColor(COLOR_WINDOW); }));
     const Picture before = Drawn();
-    View().Command(commandSelect);
+    View().Command(ID_SELECT);
     ASSERT_TRUE(PumpUntil([&] { return Drawn() != before; }));
     List().ToggleMark(0);
     View().Command(IDCANCEL);
@@ -212,7 +213,7 @@ TEST_F(Marking, EndsWithCancelAndForgetsTheMarks) {
     View().Command(IDCANCEL);
     EXPECT_FALSE(List().Marking());
     EXPECT_EQ(View().Title(), folder.Path());
-    View().Command(commandSelect);
+    View().Command(ID_SELECT);
     EXPECT_EQ(List().MarkedCount(), 0u);
 }
 
@@ -285,7 +286,7 @@ TEST_F(Marking, ARefreshDropsTheMarksAndGoesOn) {
     List().ToggleMark(1);
     List().ToggleMark(3);
     const int titles = frame.titleChanges;
-    View().Command(commandRefresh);
+    View().Command(ID_REFRESH);
     EXPECT_TRUE(List().Marking());
     EXPECT_EQ(List().MarkedCount(), 0u);
     EXPECT_EQ(View().Title(), Caption(0));
@@ -315,7 +316,7 @@ TEST_F(Marking, ItsCommandsAreGrayedWithoutMarks) {
         EXPECT_FALSE(Grayed(command)) << command;
     }
     List().ToggleMark(2);
-    EXPECT_TRUE(Grayed(612));
+    EXPECT_TRUE(Grayed(ID_DELETE));
 }
 
 TEST_F(Marking, EachChangeIsToldToTheFrame) {
@@ -332,7 +333,7 @@ TEST_F(Marking, EachChangeIsToldToTheFrame) {
 TEST_F(Marking, TheSelectionSurvivesItsStartAndItsEnd) {
     Show();
     Select(L"b.txt");
-    View().Command(commandSelect);
+    View().Command(ID_SELECT);
     EXPECT_EQ(Selected(), L"b.txt");
     List().ToggleMark(0);
     EXPECT_EQ(Selected(), L"b.txt");
@@ -343,7 +344,7 @@ TEST_F(Marking, TheSelectionSurvivesItsStartAndItsEnd) {
 TEST_F(Marking, EnteredAgainKeepsTheMarks) {
     ShowMarking();
     List().ToggleMark(1);
-    View().Command(commandSelect);
+    View().Command(ID_SELECT);
     EXPECT_EQ(MarkedNames(), Names{L"a.txt"});
 }
 

@@ -1,5 +1,6 @@
 // Names that the system's calls take for another entry's: reached as they stand or refused.
 #include "faults/fault.h"
+#include "res/resource.h"
 #include "tests/support/host_files.h"
 #include "tests/support/unix_command.h"
 #include "tests/views/clipboard_fixture.h"
@@ -34,7 +35,7 @@ class NeighbourNames : public ClipboardFixture {
 TEST_F(NeighbourNames, AreNotDeletedInPlaceOfTheirNeighbour) {
     for (const wchar_t* name : {L"x.", L"x "}) {
         Select(name);
-        Give(612, [&] {
+        Give(ID_DELETE, [&] {
             Answer(L"Can't delete " + At(name) + L"\r\n" + Error(ERROR_INVALID_NAME), "Return");
         });
         ExpectAllThere();
@@ -42,10 +43,10 @@ TEST_F(NeighbourNames, AreNotDeletedInPlaceOfTheirNeighbour) {
 }
 
 TEST_F(NeighbourNames, AreNotDeletedInPlaceOfTheirNeighbourWhenMarked) {
-    View().Command(651);
+    View().Command(ID_SELECT);
     List().ToggleMark(RowOf(L"x "));
     List().ToggleMark(RowOf(L"x."));
-    Give(612, [&] {
+    Give(ID_DELETE, [&] {
         Answer(L"Are you sure you want to permanently delete these 2 items?\r\n", "Return");
         Answer(L"Can't delete " + At(L"x ") + L"\r\n" + Error(ERROR_INVALID_NAME), "Return");
     });
@@ -54,12 +55,13 @@ TEST_F(NeighbourNames, AreNotDeletedInPlaceOfTheirNeighbourWhenMarked) {
 
 TEST_F(NeighbourNames, AreNotRenamedInPlaceOfTheirNeighbour) {
     Select(L"x.");
-    Give(611, [&] { Answer(L"Can't rename 'x.' \r\n" + Error(ERROR_INVALID_NAME), "Return"); });
+    Give(ID_RENAME,
+         [&] { Answer(L"Can't rename 'x.' \r\n" + Error(ERROR_INVALID_NAME), "Return"); });
     ExpectAllThere();
 }
 
 TEST_F(NeighbourNames, ArePutOnNoClipboard) {
-    for (const WORD command : {WORD{57634}, WORD{57635}}) {
+    for (const WORD command : {WORD{ID_COPY}, WORD{ID_CUT}}) {
         Select(L"x.");
         Give(command, [&] {
             const HWND box = WaitForWindow(L"#32770");
@@ -73,8 +75,8 @@ TEST_F(NeighbourNames, ArePutOnNoClipboard) {
 
 TEST_F(NeighbourNames, AreNotOpenedInPlaceOfTheirNeighbour) {
     Select(L"x.");
-    EXPECT_THROW(View().Command(618), faults::W32Fault);
-    EXPECT_THROW(View().Command(614), faults::W32Fault);
+    EXPECT_THROW(View().Command(ID_OPEN), faults::W32Fault);
+    EXPECT_THROW(View().Command(ID_PROPERTIES), faults::W32Fault);
 }
 
 TEST_F(NeighbourNames, WithinATreeStopWhatIsDoneToIt) {
@@ -90,7 +92,7 @@ TEST_F(NeighbourNames, WithinATreeStopWhatIsDoneToIt) {
 // The system makes "a" of both.
 TEST_F(NeighbourNames, WhatIsMadeHasTheRowOfWhatTheDiskHas) {
     for (const char* typed : {"n.", "m "}) {
-        Give(617, [&] {
+        Give(ID_NEW_FOLDER, [&] {
             WaitForEditor();
             Finger().Key(std::string(1, typed[0])).Key(typed[1] == '.' ? "period" : "space").Play();
             Finger().Key("Return").Play();
@@ -99,7 +101,7 @@ TEST_F(NeighbourNames, WhatIsMadeHasTheRowOfWhatTheDiskHas) {
         EXPECT_EQ(Selected(), std::wstring(1, static_cast<wchar_t>(typed[0])));
     }
     Select(L"x");
-    Give(611, [&] {
+    Give(ID_RENAME, [&] {
         WaitForEditor();
         Finger().Key("y").Key("period").Key("Return").Play();
         EXPECT_TRUE(WaitFor([&] { return !FindChild(frame.Handle(), L"Edit"); }));
@@ -113,7 +115,7 @@ TEST_F(NeighbourNames, WhatWasThereKeepsItsLettersInItsRow) {
     folder.MakeFolder(L"to\\DOCS");
     GoTo(L"to");
     PutPaths({From(L"photo.jpg"), From(L"Docs")});
-    Give(57637, [&] {
+    Give(ID_PASTE, [&] {
         Answer(
             L"The destination already contains a file named\r\n'photo.jpg'.\r\nWould you like "
             L"to overwrite existing file?",

@@ -1,4 +1,5 @@
 #include "views/files/open_file.h"
+#include "res/resource.h"
 
 #include <gtest/gtest.h>
 
@@ -151,7 +152,7 @@ TEST_F(OpenFile, StartsTheProgramForItsType) {
     folder.MakeFile(L"a b.txt", "text");
     OpenFolder();
     Select(L"a b.txt");
-    EXPECT_TRUE(View().Command(618));
+    EXPECT_TRUE(View().Command(ID_OPEN));
     bool shown = false;
     PumpWhileUser([&] { shown = EndProgramShowing(L"a b.txt - Notepad"); });
     EXPECT_TRUE(shown);
@@ -221,7 +222,7 @@ TEST_F(OpenFile, ThatIsAShortcutToAFolderGoesThere) {
     EXPECT_EQ(TextOf(PathBar()), inner);
     EXPECT_EQ(List().GetCount(), 0u);
     EXPECT_TRUE(asked.empty());
-    EXPECT_TRUE(View().Command(650));
+    EXPECT_TRUE(View().Command(ID_UP));
     EXPECT_EQ(Selected(), L"some inner");
 }
 

@@ -3,6 +3,7 @@
 
 #include "platform/coredll.h"
 #include "platform/shortcuts.h"
+#include "res/resource.h"
 #include "tests/views/clipboard_fixture.h"
 #include "tests/views/failing_calls.h"
 #include "views/display_flags.h"
@@ -96,19 +97,19 @@ TEST_F(OperationCalls, RowsAreBroughtUpToDateWithoutReadingTheFolder) {
     const PlatformHook<decltype(NoteSearch)> hook("FindFirstFileW", NoteSearch);
     findFirst = hook.Original();
     searched.clear();
-    Give(57637);
+    Give(ID_PASTE);
     Select(L"a.txt");
-    Give(611, [&] {
+    Give(ID_RENAME, [&] {
         WaitForEditor();
         Type("b");
         Finger().Key("Return").Play();
     });
-    Give(617, [&] {
+    Give(ID_NEW_FOLDER, [&] {
         WaitForEditor();
         Finger().Key("Return").Play();
     });
     Select(L"photo.jpg");
-    Give(612, [&] {
+    Give(ID_DELETE, [&] {
         Answer(L"Are you sure you want to permanently delete this file?\r\n" + To(L"photo.jpg"),
                "Return");
     });
@@ -121,7 +122,7 @@ TEST_F(OperationCalls, IconsAreAskedForWithTheirPathsAndAttributes) {
     PutPaths({From(L"photo.jpg")});
     const IconHook hook("SHGetFileInfoW", NoteIcon);
     icons.clear();
-    Give(617, [&] {
+    Give(ID_NEW_FOLDER, [&] {
         WaitForEditor();
         Finger().Key("Return").Play();
     });
@@ -131,16 +132,16 @@ TEST_F(OperationCalls, IconsAreAskedForWithTheirPathsAndAttributes) {
     EXPECT_EQ(icons[1].path, Outside(To(L"New Folder")));
     EXPECT_EQ(icons[1].flags, 0x4001u);
     icons.clear();
-    Give(57637);
+    Give(ID_PASTE);
     EXPECT_EQ(icons,
               (std::vector<IconAsked>{{Outside(To(L"photo.jpg")),
                                        GetFileAttributesW(To(L"photo.jpg").c_str()), 0x4001u}}));
     icons.clear();
-    Give(57638);
+    Give(ID_PASTE_SHORTCUT);
     EXPECT_EQ(icons, (std::vector<IconAsked>{{Outside(To(L"photo.lnk")), 0, 0x4001u}}));
     icons.clear();
     Select(L"photo.jpg");
-    Give(611, [&] {
+    Give(ID_RENAME, [&] {
         WaitForEditor();
         Type("b");
         Finger().Key("Return").Play();
@@ -156,7 +157,7 @@ TEST_F(OperationCalls, AShortcutInTheRootIsReadByItsPlainPath) {
     {
         const IconHook hook("SHGetFileInfoW", NoteIcon);
         icons.clear();
-        Give(57638);
+        Give(ID_PASTE_SHORTCUT);
         EXPECT_EQ(icons, (std::vector<IconAsked>{{Outside(L"\\vantor shortcut.lnk"), 0, 0x4001u}}));
     }
     DeleteFileW(L"\\vantor shortcut.lnk");
@@ -175,7 +176,7 @@ TEST_F(OperationCalls, HiddenEntriesAreNotAskedAbout) {
 TEST_F(OperationCalls, ANewFolderThatCannotBeReadIsFoundByReadingItsFolder) {
     GoTo(L"to");
     const MoreAttributesHook hook("GetFileAttributesExW", CannotBeRead);
-    Give(617, [&] {
+    Give(ID_NEW_FOLDER, [&] {
         WaitForEditor();
         Finger().Key("Return").Play();
     });
@@ -188,7 +189,7 @@ TEST_F(OperationCalls, WhatIsPastedAndCannotBeReadHasNoRowAndNoOtherLosesIts) {
     GoTo(L"to");
     PutPaths({From(L"photo.jpg")});
     const MoreAttributesHook hook("GetFileAttributesExW", CannotBeRead);
-    Give(57637);
+    Give(ID_PASTE);
     EXPECT_EQ(Rows(), Names{L"a.txt"});
     EXPECT_TRUE(ExistsAt(To(L"photo.jpg")));
 }
@@ -204,7 +205,7 @@ TEST_F(OperationCalls, TheWaitCursorStandsWhileSomethingIsDeletedAndGoesOnEveryW
         setCursor = hook.Original();
         const HCURSOR before = GetCursor();
         cursorsShown.clear();
-        Give(612, script);
+        Give(ID_DELETE, script);
         EXPECT_EQ(GetCursor(), before) << name;
         return std::find(cursorsShown.begin(), cursorsShown.end(), true) != cursorsShown.end();
     };
@@ -223,7 +224,7 @@ TEST_F(OperationCalls, MarkedEntriesThatAreGoneAreSkippedWithoutAWord) {
         folder.MakeFile(name);
     }
     GoTo(L"to");
-    View().Command(651);
+    View().Command(ID_SELECT);
     for (const unsigned row : {0u, 1u, 2u}) {
         List().ToggleMark(row);
     }
@@ -231,7 +232,7 @@ TEST_F(OperationCalls, MarkedEntriesThatAreGoneAreSkippedWithoutAWord) {
     FailingCalls calls;
     // Another program has deleted the second one by the time that its turn comes.
     calls.beforeDelete = [&] { DeleteFileW(To(L"b").c_str()); };
-    Give(612, [&] {
+    Give(ID_DELETE, [&] {
         Answer(L"Are you sure you want to permanently delete these 3 items?\r\n", "Return");
     });
     EXPECT_TRUE(Rows().empty());
@@ -244,8 +245,8 @@ TEST_F(OperationCalls, TheFormatOfTheEffectIsRegisteredOnceAndAgainAfterAFailure
     const PlatformHook<decltype(Register)> hook("RegisterClipboardFormatW", Register);
     registerFormat = hook.Original();
     registrations = 0;
-    Give(57635);
-    Give(57635);
+    Give(ID_CUT);
+    Give(ID_CUT);
     EXPECT_LE(registrations, 1);
     EXPECT_EQ(EffectRead(), 2u);
 }
@@ -259,7 +260,7 @@ TEST_F(OperationCalls, AFailedMoveWithinAFolderIsAskedAboutByTheSystemsBox) {
         boxAnswer = answer;
         calls.Fail("MoveFileW", 0, ERROR_NOT_READY);
         PutPaths({From(L"Docs")}, 2);
-        Give(57637, [&] {
+        Give(ID_PASTE, [&] {
             EXPECT_TRUE(WaitFor([&] { return texts.Has(L"No"); }));
             const HWND box = WaitForWindow(L"#32770");
             EXPECT_TRUE(WaitFor([&] { return GetForegroundWindow() == box; }));
@@ -280,7 +281,7 @@ TEST_F(OperationCalls, ShortcutsLoseWhatFollowsTheLastDot) {
     folder.MakeFolder(L"from\\v1.2");
     GoTo(L"to");
     PutPaths({From(L"archive.tar.gz"), From(L"v1.2")});
-    Give(57638);
+    Give(ID_PASTE_SHORTCUT);
     EXPECT_EQ(Rows(), (Names{L"archive.tar.lnk", L"v1.lnk"}));
 }
 

@@ -1,6 +1,7 @@
 // What a thousand rounds of an action leave behind.
 #include <cstdio>
 
+#include "res/resource.h"
 #include "tests/support/heaps.h"
 #include "tests/views/operations_fixture.h"
 
@@ -51,15 +52,15 @@ TEST_F(OperationLeaks, AFileIsCopiedAndPasted) {
     const std::wstring copy = folder.Path() + L"\\a - Copy.txt";
     const ptrdiff_t ours = Left([&] {
         Select(L"a.txt");
-        Give(57634);
-        Give(57637);
+        Give(ID_COPY);
+        Give(ID_PASTE);
         EXPECT_TRUE(DeleteFileW(copy.c_str()));
         View().Refresh();
     });
     // The platform keeps what a program has read of the clipboard.
     const ptrdiff_t bare = Left([&] {
         Select(L"a.txt");
-        Give(57634);
+        Give(ID_COPY);
         OpenClipboard(frame.Handle());
         GetClipboardData(CF_HDROP);
         CloseClipboard();

@@ -1,5 +1,6 @@
 // The list of processes, their end and the page about one: on a device of chosen processes, and on
 // the real one.
+#include "res/resource.h"
 #include "views/processes/processes_view.h"
 
 #include "faults/fault.h"
@@ -12,7 +13,7 @@
 #include "tests/support/world.h"
 #include "tests/views/drawn_row.h"
 #include "tests/views/processes_fixture.h"
-#include "ui/drawing_resources.h"
+#include "ui/paint/drawing_resources.h"
 
 using namespace test;
 
@@ -78,17 +79,17 @@ TEST_F(FakeDeviceProcesses, AreAllInOneSnapshotOfNothingElse) {
 TEST_F(FakeDeviceProcesses, AreReadUnderTheWaitCursor) {
     Open();
     const WatchedCursor cursor;
-    view.Command(610);
+    view.Command(ID_REFRESH);
     EXPECT_TRUE(cursor.Waited());
     EXPECT_TRUE(cursor.IsBack());
     // With the list cut off at one that cannot be read.
     device.processes.push_back({2, L"", L"", 0x20000});
     const NoBox boxes;
-    view.Command(610);
+    view.Command(ID_REFRESH);
     EXPECT_EQ(boxes.Count(), 1);
     EXPECT_TRUE(cursor.IsBack());
     device.snapshotError = ERROR_NOT_ENOUGH_MEMORY;
-    view.Command(610);
+    view.Command(ID_REFRESH);
     EXPECT_EQ(boxes.Count(), 2);
     EXPECT_TRUE(cursor.IsBack());
 }
@@ -129,7 +130,7 @@ TEST_F(FakeDeviceProcesses, AreShownFromAnotherViewWithOneSelected) {
     Open(views::ViewArgument{Named(L"process7.exe").id, L""});
     EXPECT_EQ(Selected(), L"process7.exe");
     device.processes.push_back({9, L"new.exe", L"C:\\new.exe", 0});
-    view.Command(610);
+    view.Command(ID_REFRESH);
     EXPECT_EQ(Selected(), L"process7.exe");
     EXPECT_EQ(List().GetCount(), 65u);
     std::erase_if(device.processes,
@@ -188,16 +189,16 @@ TEST_F(FakeDeviceProcesses, TellTheFirstOfTwoFaults) {
         faults::FullText(faults::W32Fault(faults::ResultFromError(ERROR_ACCESS_DENIED)));
     Answered([&] { Open(); }, denied, {"Return"});
     device.processes.pop_back();
-    Answered([&] { view.Command(610); }, L"Unexpected error.", {"Return"});
+    Answered([&] { view.Command(ID_REFRESH); }, L"Unexpected error.", {"Return"});
     frame.whenTitleChanges = nullptr;
-    view.Command(610);
+    view.Command(ID_REFRESH);
     EXPECT_EQ(Rows(), (Titles{L"a.exe"}));
 }
 
 TEST_F(FakeDeviceProcesses, ThatCannotBeListedAreAMessage) {
     Open();
     device.snapshotError = ERROR_NOT_ENOUGH_MEMORY;
-    Answered([&] { view.Command(610); }, L"Can't enumerate process", {"Return"});
+    Answered([&] { view.Command(ID_REFRESH); }, L"Can't enumerate process", {"Return"});
     EXPECT_EQ(List().GetCount(), 0u);
 }
 
@@ -264,12 +265,12 @@ TEST_F(FakeDeviceProcesses, NeedASelectedRowForTheirCommands) {
     for (const UINT command : {615u, 620u, 614u, 671u}) {
         EXPECT_FALSE(Enabled(command)) << command;
     }
-    EXPECT_FALSE(view.Command(620)) << "left to the frame";
+    EXPECT_FALSE(view.Command(ID_SHOW_DLLS)) << "left to the frame";
     List().SetSelection(3);
     for (const UINT command : {615u, 620u, 614u, 671u}) {
         EXPECT_TRUE(Enabled(command)) << command;
     }
-    view.Command(620);
+    view.Command(ID_SHOW_DLLS);
     EXPECT_EQ(frame.switchedTo, views::ViewIndex::Dlls);
     EXPECT_EQ(frame.switchedWith.processId, Named(L"process3.exe").id);
 }
@@ -279,11 +280,11 @@ TEST_F(FakeDeviceProcesses, GoToTheirModuleOnlyWhereThereIsOne) {
                         {2, L"gone.exe", L"C:\\windows\\gone.exe", 0x20000}};
     Open();
     Select(L"gone.exe");
-    view.Command(671);
+    view.Command(ID_GO_TO_MODULE);
     EXPECT_EQ(beeps, 1);
     EXPECT_FALSE(frame.switchedTo);
     Select(L"explorer.exe");
-    view.Command(671);
+    view.Command(ID_GO_TO_MODULE);
     EXPECT_EQ(frame.switchedTo, views::ViewIndex::Files);
     EXPECT_EQ(frame.switchedWith.path, L"\\windows\\explorer.exe");
     EXPECT_EQ(beeps, 1);
@@ -293,7 +294,7 @@ TEST_F(FakeDeviceProcesses, ThatIgnoreTheirEndAreStillThere) {
     Open();
     Select(L"process9.exe");
     device.waitResult = WAIT_TIMEOUT;
-    Answered([&] { view.Command(615); }, L"Are you sure you want to end selected process?",
+    Answered([&] { view.Command(ID_STOP); }, L"Are you sure you want to end selected process?",
              {"Left", "Return"});
     EXPECT_EQ(device.terminated, Named(L"process9.exe").id);
     EXPECT_EQ(device.exitCode, 0x80004004u);
@@ -305,7 +306,7 @@ TEST_F(FakeDeviceProcesses, ThatIgnoreTheirEndAreStillThere) {
 TEST_F(FakeDeviceProcesses, AreNotEndedWithoutYes) {
     Open();
     Select(L"process9.exe");
-    Answered([&] { view.Command(615); }, L"Are you sure", {"Return"});
+    Answered([&] { view.Command(ID_STOP); }, L"Are you sure", {"Return"});
     EXPECT_EQ(device.terminated, 0u);
     EXPECT_EQ(Selected(), L"process9.exe");
 }
@@ -333,7 +334,7 @@ TEST_F(FakeDeviceProcesses, TellTheirMemoryAndHeapsOnAPage) {
             }
             AnswerBox(page, Finger().Key("Return"));
         },
-        [&] { view.Command(614); });
+        [&] { view.Command(ID_PROPERTIES); });
 }
 
 TEST_F(Processes, HaveTheRealOnesWithThisOneAmongThem) {
@@ -349,7 +350,7 @@ TEST_F(Processes, HaveTheRealOnesWithThisOneAmongThem) {
 TEST_F(Processes, AreEndedWithTheirExitCode) {
     const SampleProgram sample(L"stubborn", L"Sample 1");
     Open(views::ViewArgument{sample.ProcessId(), L""});
-    Answered([&] { view.Command(615); }, L"Are you sure you want to end selected process?",
+    Answered([&] { view.Command(ID_STOP); }, L"Are you sure you want to end selected process?",
              {"Left", "Return"});
     EXPECT_TRUE(WaitFor([&] { return !sample.Runs(); }));
     DWORD code = 0;
@@ -368,7 +369,7 @@ TEST_F(FakeDeviceProcesses, ThatCannotBeOpenedStayWithAMessage) {
             Answer(L"Are you sure you want to end selected process?", {"Left", "Return"});
             Answer(L"Can't terminate process", {"Return"});
         },
-        [&] { view.Command(615); });
+        [&] { view.Command(ID_STOP); });
     EXPECT_EQ(device.terminated, 0u);
     EXPECT_EQ(Selected(), L"process9.exe");
 }
@@ -382,7 +383,7 @@ TEST_F(FakeDeviceProcesses, WhoseWaitFailsAreAMessage) {
             Answer(L"Are you sure you want to end selected process?", {"Left", "Return"});
             Answer(L"Can't terminate process", {"Return"});
         },
-        [&] { view.Command(615); });
+        [&] { view.Command(ID_STOP); });
     EXPECT_NE(device.terminated, 0u);
 }
 

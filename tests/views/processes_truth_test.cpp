@@ -2,11 +2,12 @@
 #include <gtest/gtest.h>
 
 #include "faults/fault.h"
+#include "res/resource.h"
 #include "tests/support/fake_processes.h"
 #include "tests/support/sample_program.h"
 #include "tests/views/drawn_row.h"
 #include "tests/views/processes_fixture.h"
-#include "ui/drawing_resources.h"
+#include "ui/paint/drawing_resources.h"
 #include "views/processes/dlls_view.h"
 #include "views/processes/process_info.h"
 #include "views/processes/processes_view.h"
@@ -116,7 +117,7 @@ TEST_F(ProcessesTruth, AProcessIsOpenedWithTheAccessThatEverySystemKnows) {
             Answer(L"Are you sure you want to end selected process?", {"Left", "Return"});
             Answer(L"Can't terminate process", {"Return"});
         },
-        [&] { view.Command(615); });
+        [&] { view.Command(ID_STOP); });
     EXPECT_EQ(askedAccess, 0x1F0FFFu);
 }
 

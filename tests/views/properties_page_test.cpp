@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/shortcuts.h"
+#include "res/resource.h"
 #include "tests/support/drawn_texts.h"
 #include "tests/support/finger.h"
 #include "tests/support/platform_hook.h"
@@ -9,7 +10,7 @@
 #include "tests/support/windows_seen.h"
 #include "tests/views/files_fixture.h"
 #include "text/format.h"
-#include "ui/form_rows.h"
+#include "ui/dialog/form_rows.h"
 
 using namespace test;
 
@@ -57,7 +58,7 @@ class PropertiesPage : public FilesFixture {
                 Finger().Key("Escape").Play();
                 EXPECT_TRUE(WaitFor([] { return !FindVisible(L"#32770"); }));
             },
-            [&] { View().Command(614); });
+            [&] { View().Command(ID_PROPERTIES); });
     }
     static HWND List(HWND page) { return FindChild(page, L"DlgControlList"); }
     static bool HasKeyboard(HWND window) {
@@ -236,7 +237,7 @@ TEST_F(PropertiesPage, OfAFileThatVanishedHasEveryBoxChecked) {
             EXPECT_TRUE(drawn.Shows(L"Unknown")) << drawn.All();
             Finger().Key("Escape").Play();
         },
-        [&] { View().Command(614); });
+        [&] { View().Command(ID_PROPERTIES); });
     EXPECT_EQ(checked, attributeLabels);
 }
 
@@ -284,7 +285,7 @@ TEST_F(PropertiesPage, IsClosedWithDone) {
             Finger().Tap(bar.left + ui::Width(bar) / 4, (bar.top + bar.bottom) / 2).Play();
             EXPECT_TRUE(WaitFor([] { return !FindVisible(L"#32770"); }));
         },
-        [&] { View().Command(614); });
+        [&] { View().Command(ID_PROPERTIES); });
     EXPECT_FALSE(FindVisible(L"#32770"));
 }
 
@@ -330,7 +331,7 @@ TEST_F(PropertiesPage, BeepsWithNothingSelected) {
             ++beeps;
             return TRUE;
         });
-    EXPECT_TRUE(View().Command(614));
-    EXPECT_TRUE(View().Command(619));
+    EXPECT_TRUE(View().Command(ID_PROPERTIES));
+    EXPECT_TRUE(View().Command(ID_OPEN_WITH));
     EXPECT_EQ(beeps, 2);
 }

@@ -2,8 +2,8 @@
 #include "tests/support/platform_hook.h"
 #include "tests/views/drawn_row.h"
 #include "tests/views/status_fixture.h"
-#include "ui/drawing_resources.h"
-#include "ui/paint.h"
+#include "ui/paint/drawing_resources.h"
+#include "ui/paint/paint.h"
 
 using namespace test;
 using namespace views;

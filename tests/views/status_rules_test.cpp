@@ -1,7 +1,7 @@
 // What the gauges show for what the platform reports.
 #include <gtest/gtest.h>
 
-#include "ui/percentage_bar.h"
+#include "ui/paint/percentage_bar.h"
 #include "views/status/gauge_rules.h"
 
 using namespace views;

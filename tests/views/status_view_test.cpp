@@ -1,4 +1,5 @@
 // The rows of System Status, and when they are read.
+#include "res/resource.h"
 #include "tests/support/heaps.h"
 #include "tests/support/wait.h"
 #include "tests/support/world.h"
@@ -80,7 +81,7 @@ TEST_F(StatusRows, TheLeftButtonIsRefresh) {
     wchar_t label[32] = {};
     GetMenuStringW(menu, 0, label, 32, MF_BYPOSITION);
     EXPECT_STREQ(label, L"Refresh");
-    EXPECT_EQ(GetMenuItemID(menu, 0), UINT{commandRefresh});
+    EXPECT_EQ(GetMenuItemID(menu, 0), UINT{ID_REFRESH});
 }
 
 TEST_F(StatusRows, ACardThatVanishesWhileItIsFoundGoesWithTheNextUpdate) {
@@ -99,7 +100,7 @@ TEST_F(StatusUpdates, TheRefreshCommandReadsTheValuesAnew) {
     Open();
     device.batteryPercent = 33;
     device.memoryLoad = 12;
-    EXPECT_TRUE(View().Command(commandRefresh));
+    EXPECT_TRUE(View().Command(ID_REFRESH));
     EXPECT_EQ(GaugeAt(0).Reading().text, L"33%");
     EXPECT_EQ(GaugeAt(1).Reading().percent, 12u);
 }
@@ -262,7 +263,7 @@ TEST_F(StatusTimer, IsStoppedBySuspendAndStartedAnewByResume) {
 TEST_F(StatusTimer, IsNotStartedAnewByRefresh) {
     Open();
     TakeCalls();
-    View().Command(commandRefresh);
+    View().Command(ID_REFRESH);
     SendMessageW(frame.Pane(), WM_TIMER, 1, 0);
     EXPECT_EQ(TakeCalls(), std::vector<TimerCall>{});
 }

@@ -1,3 +1,4 @@
+#include "res/resource.h"
 #include "tests/views/clipboard_fixture.h"
 
 using namespace test;
@@ -22,8 +23,8 @@ TEST_F(PastingStrangeBlocks, AreIgnoredWithoutAMessage) {
         EmptyClipboard();
         PutBytes(CF_HDROP, &block, size);
         CloseClipboard();
-        Give(57637);
-        Give(57638);
+        Give(ID_PASTE);
+        Give(ID_PASTE_SHORTCUT);
         EXPECT_TRUE(Rows().empty());
     };
     // Paths of one byte a character.
@@ -53,9 +54,9 @@ TEST_F(PastingStrangeBlocks, APathOfAnyLengthIsReportedAndTheNextFollows) {
     };
     PutPaths(
         {L"\\" + std::wstring(40000, L'p'), L"\\" + std::wstring(300, L'q'), From(L"photo.jpg")});
-    Give(57637, closeTwo);
+    Give(ID_PASTE, closeTwo);
     EXPECT_EQ(Rows(), (Names{L"photo.jpg"}));
-    Give(57638, closeTwo);
+    Give(ID_PASTE_SHORTCUT, closeTwo);
     EXPECT_EQ(Rows(), (Names{L"photo.jpg", L"photo.lnk"}));
 }
 
@@ -66,6 +67,6 @@ TEST_F(PastingStrangeBlocks, AnEffectTooShortIsACopy) {
     const BYTE move[2] = {2, 0};
     PutBytes(RegisterClipboardFormatW(L"Preferred DropEffect"), move, sizeof move);
     CloseClipboard();
-    Give(57637);
+    Give(ID_PASTE);
     EXPECT_TRUE(ExistsAt(To(L"photo.jpg")));
 }

@@ -7,20 +7,25 @@ import re
 import sys
 from collections import Counter
 
+from resource_numbers import read_numbers
+
 RESOURCES = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "res")
 LABEL = re.compile(r'^#define ((?:LABEL|KEY)_\w+) "((?:[^"\\]|\\.|"")*)"', re.MULTILINE)
-TEXT = re.compile(r'^\s*(\d+) "((?:[^"\\]|\\.|"")*)"', re.MULTILINE)
+TEXT = re.compile(r'^\s*(IDS_\w+|\d+),? "((?:[^"\\]|\\.|"")*)"', re.MULTILINE)
 INSERT = re.compile(r"%(?:([1-9])(!(?:[^!]*)!)?|.)", re.DOTALL)
 
 
 def read_texts(*paths):
-    """The texts of resource scripts: {name of a label or number of a string: text}. A text twice is a ValueError."""
+    """The texts of resource scripts: {name of a label or string: text}. A text twice is a ValueError."""
+    names = {str(number): name for name, number in read_numbers().items() if name.startswith("IDS_")}
     found = {}
     for path in paths:
         with open(path, encoding="utf-8") as file:
             source = file.read()
         for pattern in (LABEL, TEXT):
             for name, text in pattern.findall(source):
+                # A script that was made from a pack has numbers.
+                name = names.get(name, name)
                 if name in found:
                     raise ValueError(f"{path} has {name} twice.")
                 found[name] = text

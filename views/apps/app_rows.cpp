@@ -3,10 +3,10 @@
 #include <algorithm>
 
 #include "platform/coredll.h"
-#include "ui/clipped_text.h"
-#include "ui/drawing_resources.h"
-#include "ui/theme.h"
-#include "ui/window.h"
+#include "ui/paint/clipped_text.h"
+#include "ui/paint/drawing_resources.h"
+#include "ui/paint/theme.h"
+#include "ui/window/window.h"
 #include "views/apps/chevron.h"
 
 namespace views {

@@ -3,8 +3,9 @@
 #include "faults/fault.h"
 #include "platform/coredll.h"
 #include "platform/handles.h"
+#include "res/resource.h"
 #include "text/format.h"
-#include "ui/action.h"
+#include "ui/dialog/action.h"
 #include "views/app_closer.h"
 #include "views/apps/hidden_app_list.h"
 #include "views/apps/running_apps.h"
@@ -15,19 +16,14 @@ namespace views {
 
 namespace {
 
-constexpr UINT titleText = 800;
-constexpr UINT stopFailed = 220;
-constexpr UINT askStop = 350;
-constexpr UINT askStopAll = 358;
-
 constexpr WPARAM keyStopAll = L'0';
 constexpr WPARAM keyStop = L'8';
 
 // "No" is the default.
 bool Asked(HWND owner, UINT question) {
-    static constexpr UINT yesNo[] = {ui::buttonYes, ui::buttonNo};
-    return ui::ShowMessage(owner, std::wstring(text::LoadText(question)), ui::captionWarning, 2,
-                           yesNo, 1) == ui::buttonYes;
+    static constexpr UINT yesNo[] = {IDS_BUTTON_YES, IDS_BUTTON_NO};
+    return ui::ShowMessage(owner, std::wstring(text::LoadText(question)), IDS_WARNING, 2, yesNo,
+                           1) == IDS_BUTTON_YES;
 }
 
 }  // namespace
@@ -59,7 +55,7 @@ void ApplicationsView::FlagsChanged(DWORD mask, DWORD) {
 }
 
 std::wstring ApplicationsView::Title() const {
-    return text::FormatText(titleText, List().GetCount());
+    return text::FormatText(IDS_APPLICATIONS_TITLE, List().GetCount());
 }
 
 void ApplicationsView::DrawRow(const DRAWITEMSTRUCT& row) {
@@ -78,8 +74,8 @@ void ApplicationsView::Tap(unsigned row) {
 }
 
 void ApplicationsView::UpdateMenu(HMENU menu) {
-    for (const views::Command command :
-         {commandStop, commandGoToProcess, commandGoToModule, commandHide, commandProperties}) {
+    for (const UINT command :
+         {ID_STOP, ID_GO_TO_PROCESS, ID_GO_TO_MODULE, ID_HIDE, ID_PROPERTIES}) {
         EnableCommand(menu, command, HasSelection());
     }
 }
@@ -89,8 +85,8 @@ bool ApplicationsView::Key(WPARAM key) {
         return ListView::Key(key);
     }
     if (key == keyStopAll || HasSelection()) {
-        PostMessageW(GetFrame().MainWindow(), WM_COMMAND,
-                     key == keyStopAll ? commandStopAll : commandStop, 0);
+        PostMessageW(GetFrame().MainWindow(), WM_COMMAND, key == keyStopAll ? ID_STOP_ALL : ID_STOP,
+                     0);
     }
     return true;
 }
@@ -99,22 +95,22 @@ bool ApplicationsView::Command(WORD command) {
     using Operation = void (ApplicationsView::*)(HWND);
     Operation operation = nullptr;
     switch (command) {
-        case commandStopAll:
+        case ID_STOP_ALL:
             StopAll();
             return true;
-        case commandStop:
+        case ID_STOP:
             operation = &ApplicationsView::Stop;
             break;
-        case commandHide:
+        case ID_HIDE:
             operation = &ApplicationsView::Hide;
             break;
-        case commandProperties:
+        case ID_PROPERTIES:
             operation = &ApplicationsView::ShowInformation;
             break;
-        case commandGoToProcess:
+        case ID_GO_TO_PROCESS:
             operation = &ApplicationsView::GoToProcess;
             break;
-        case commandGoToModule:
+        case ID_GO_TO_MODULE:
             operation = &ApplicationsView::GoToModule;
             break;
         default:
@@ -196,13 +192,13 @@ void ApplicationsView::Hide(HWND window) {
 }
 
 void ApplicationsView::Stop(HWND window) {
-    ui::RunAction(GetFrame().MainWindow(), stopFailed, [this, window] {
+    ui::RunAction(GetFrame().MainWindow(), IDS_CANNOT_STOP, [this, window] {
         if (!IsWindow(window)) {
             Refresh();
             return;
         }
         if (GetFrame().Closer().IsClosableApp(window, AppName(window)) ||
-            Asked(GetFrame().MainWindow(), askStop)) {
+            Asked(GetFrame().MainWindow(), IDS_ASK_STOP)) {
             StopNow(window);
         }
         Enumerate();
@@ -219,7 +215,7 @@ void ApplicationsView::StopNow(HWND window) {
 }
 
 void ApplicationsView::StopAll() {
-    if (!Asked(List().Handle(), askStopAll)) {
+    if (!Asked(List().Handle(), IDS_ASK_STOP_ALL)) {
         return;
     }
     const platform::WaitCursor cursor;

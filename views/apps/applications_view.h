@@ -2,6 +2,7 @@
 // and hidden.
 #pragma once
 
+#include "res/resource.h"
 #include "views/apps/app_rows.h"
 #include "views/list_view.h"
 
@@ -9,7 +10,7 @@ namespace views {
 
 class ApplicationsView final : public ListView {
  public:
-    explicit ApplicationsView(Frame& frame) : ListView(frame, menuResource) {}
+    explicit ApplicationsView(Frame& frame) : ListView(frame, IDR_APPLICATIONS) {}
     ~ApplicationsView() override { List().Clear(); }
 
     void Layout(HDC dc) override;
@@ -28,8 +29,6 @@ class ApplicationsView final : public ListView {
     int RowHeight(ULONG_PTR) const override { return rows_.Height(); }
 
  private:
-    static constexpr UINT menuResource = 501;
-
     static AppItem& ItemOf(ULONG_PTR data) { return *reinterpret_cast<AppItem*>(data); }
     const AppItem& SelectedItem() const {
         return ItemOf(List().GetItemData(List().GetSelection()));

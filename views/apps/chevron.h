@@ -1,7 +1,7 @@
 // The mark of a selected row: an arrow without a shaft, pointing right.
 #pragma once
 
-#include "ui/paint.h"
+#include "ui/paint/paint.h"
 
 namespace views {
 

@@ -11,13 +11,13 @@
 #include "platform/handles.h"
 #include "platform/shell.h"
 #include "platform/xml.h"
+#include "res/resource.h"
 #include "text/resources.h"
 
 namespace views {
 
 namespace {
 
-constexpr UINT programTitle = 100;
 constexpr wchar_t fileName[] = L"\\hiddenapps.xml";
 // What is being written, until it takes the file's place.
 constexpr wchar_t newSuffix[] = L".new";
@@ -214,7 +214,7 @@ HiddenAppsFile HiddenAppsFilePath(bool create) {
         return HiddenAppsFile();
     }
     folder += L'\\';
-    folder += text::LoadText(programTitle);
+    folder += text::LoadText(IDS_PROGRAM);
     if (GetFileAttributesW(folder.c_str()) == INVALID_FILE_ATTRIBUTES) {
         if (!create) {
             return HiddenAppsFile();

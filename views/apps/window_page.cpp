@@ -2,18 +2,15 @@
 
 #include <algorithm>
 
+#include "res/resource.h"
 #include "text/format.h"
-#include "ui/form_rows.h"
-#include "ui/page.h"
+#include "ui/dialog/form_rows.h"
+#include "ui/dialog/page.h"
 #include "views/app_closer.h"
 
 namespace views {
 
 namespace {
-
-constexpr UINT textCaption = 960;
-constexpr UINT textHandle = 961;
-constexpr UINT textProcess = 962;
 
 struct WindowIcon {
     // Borrowed from the window; null for none.
@@ -51,11 +48,11 @@ WindowIcon IconOfWindow(HWND window) {
 class WindowPage final : public ui::Page {
  public:
     explicit WindowPage(HWND window)
-        : Page(textCaption, ui::barDone),
+        : Page(IDS_WINDOW_INFORMATION, IDR_DONE),
           title_(UntrimmedTitle(window)),
           icon_(IconOfWindow(window)),
-          handle_(text::FormatText(textHandle, Number(window))),
-          process_(text::FormatText(textProcess, AppCloser::ProcessIdOfWindow(window))) {}
+          handle_(text::FormatText(IDS_WINDOW_HANDLE, Number(window))),
+          process_(text::FormatText(IDS_OWNER_PROCESS, AppCloser::ProcessIdOfWindow(window))) {}
 
  protected:
     void Fill(ui::FormList& list) override {

@@ -3,11 +3,12 @@
 #include <shlobj.h>
 
 #include "platform/shell.h"
+#include "res/resource.h"
 #include "text/resources.h"
-#include "ui/action.h"
-#include "ui/drawing_resources.h"
-#include "ui/full_screen_dialog.h"
-#include "ui/menu_items.h"
+#include "ui/dialog/action.h"
+#include "ui/dialog/full_screen_dialog.h"
+#include "ui/paint/drawing_resources.h"
+#include "ui/popup/menu_items.h"
 #include "views/display_flags.h"
 #include "views/files/chooser_list.h"
 #include "views/files/file_names.h"
@@ -22,15 +23,11 @@ constexpr wchar_t pathSetting[] = L"SelectAppPath";
 constexpr wchar_t flagsSetting[] = L"SelectAppFlags";
 constexpr wchar_t applicationsFilter[] = L"*.exe";
 
-constexpr UINT caption = 945;
-constexpr UINT menuResource = 511;
-constexpr UINT filterApplications = 550;
-constexpr UINT filterAllFiles = 551;
-
 class AppChooser final : public ui::FullScreenDialog {
  public:
     explicit AppChooser(Frame& frame)
-        : FullScreenDialog(std::wstring(text::LoadText(caption)), menuResource), frame_(frame) {}
+        : FullScreenDialog(std::wstring(text::LoadText(IDS_OPEN_FILE)), IDR_OPEN_FILE),
+          frame_(frame) {}
 
     const std::wstring& Chosen() const { return chosen_; }
 
@@ -90,7 +87,7 @@ void AppChooser::AddCancel() {
     const UINT last = ui::MenuItemCount(Bar().Menu()) - 1;
     if (ui::ReadMenuItem(Bar().Menu(), last, &item) && item.submenu) {
         AppendMenuW(item.submenu, MF_STRING, IDCANCEL,
-                    std::wstring(text::LoadText(ui::buttonCancel)).c_str());
+                    std::wstring(text::LoadText(IDS_BUTTON_CANCEL)).c_str());
     }
 }
 
@@ -115,7 +112,7 @@ void AppChooser::ArrangeContents(const RECT& area) {
 }
 
 void AppChooser::ContentsReady() {
-    ui::RunAction(Handle(), ui::actionFailed, [this] { Show(FirstFolder()); });
+    ui::RunAction(Handle(), IDS_ACTION_FAILED, [this] { Show(FirstFolder()); });
 }
 
 // Path, strip and rows change together: what may fail comes first.
@@ -184,7 +181,7 @@ bool AppChooser::Up() {
 }
 
 void AppChooser::Back() {
-    ui::RunAction(Handle(), ui::actionFailed, [this] {
+    ui::RunAction(Handle(), IDS_ACTION_FAILED, [this] {
         if (!Up()) {
             End(IDCANCEL);
         }
@@ -194,35 +191,35 @@ void AppChooser::Back() {
 void AppChooser::UpdateMenu() {
     const HMENU menu = Bar().Menu();
     const bool applications = ListsApplications(flags_);
-    EnableCommand(menu, commandProperties, HasSelection());
-    CheckCommand(menu, filterApplications, applications);
-    CheckCommand(menu, filterAllFiles, !applications);
-    CheckCommand(menu, commandShowHidden, (flags_ & flagShowHidden) != 0);
-    CheckCommand(menu, commandShowSystem, (flags_ & flagShowSystem) != 0);
+    EnableCommand(menu, ID_PROPERTIES, HasSelection());
+    CheckCommand(menu, ID_FILTER_APPLICATIONS, applications);
+    CheckCommand(menu, ID_FILTER_ALL_FILES, !applications);
+    CheckCommand(menu, ID_SHOW_HIDDEN, (flags_ & flagShowHidden) != 0);
+    CheckCommand(menu, ID_SHOW_SYSTEM, (flags_ & flagShowSystem) != 0);
 }
 
 bool AppChooser::OnCommand(WORD command) {
     bool known = true;
-    ui::RunAction(Handle(), ui::actionFailed, [&] {
+    ui::RunAction(Handle(), IDS_ACTION_FAILED, [&] {
         switch (command) {
             case IDOK:
                 Choose();
                 break;
-            case commandProperties:
+            case ID_PROPERTIES:
                 if (HasSelection()) {
                     ShowProperties(Handle(), SelectedPath());
                 } else {
                     MessageBeep(~0u);
                 }
                 break;
-            case filterApplications:
+            case ID_FILTER_APPLICATIONS:
                 SetFlag(chooserApplications | chooserSaved, true);
                 break;
-            case filterAllFiles:
+            case ID_FILTER_ALL_FILES:
                 SetFlag(chooserApplications, false);
                 break;
-            case commandShowHidden:
-            case commandShowSystem: {
+            case ID_SHOW_HIDDEN:
+            case ID_SHOW_SYSTEM: {
                 const DWORD flag = FlagOfCommand(command);
                 SetFlag(flag, !(flags_ & flag));
                 break;
@@ -245,7 +242,7 @@ LRESULT AppChooser::OnNotify(const NMHDR& notification) {
         case static_cast<int>(NM_KEYDOWN):
             switch (reinterpret_cast<const ui::ListKeyDown&>(notification).key) {
                 case VK_LEFT:
-                    ui::RunAction(Handle(), ui::actionFailed, [this] { Up(); });
+                    ui::RunAction(Handle(), IDS_ACTION_FAILED, [this] { Up(); });
                     return 1;
                 case VK_ESCAPE:
                     End(IDCANCEL);

@@ -1,7 +1,7 @@
 // The list of the "Open File" dialog: the entries of one folder.
 #pragma once
 
-#include "ui/touch_list.h"
+#include "ui/list/touch_list.h"
 #include "views/files/file_rows.h"
 #include "views/files/folder_listing.h"
 #include "views/files/name_patterns.h"

@@ -7,6 +7,7 @@
 #include "platform/coredll.h"
 #include "platform/files.h"
 #include "platform/handles.h"
+#include "res/resource.h"
 #include "text/format.h"
 #include "text/resources.h"
 
@@ -14,10 +15,6 @@ namespace views {
 
 namespace {
 
-constexpr UINT newFolder = 820;
-constexpr UINT furtherNewFolder = 821;
-constexpr UINT copyOf = 822;
-constexpr UINT furtherCopyOf = 823;
 constexpr int lastNumber = 255;
 
 bool Exists(const std::wstring& path) {
@@ -134,24 +131,24 @@ NameParts SplitForCopy(const std::wstring& name, bool folder) {
 }
 
 std::wstring UniqueFolderName(const std::wstring& folder) {
-    std::wstring name = Formatted(std::wstring(text::LoadText(newFolder)));
+    std::wstring name = Formatted(std::wstring(text::LoadText(IDS_NEW_FOLDER)));
     for (int number = 1; Exists(folder + L'\\' + name); ++number) {
         if (number > lastNumber) {
             ThrowNoNameLeft();
         }
-        name = Formatted(text::FormatText(furtherNewFolder, number));
+        name = Formatted(text::FormatText(IDS_NEW_FOLDER_NUMBERED, number));
     }
     return name;
 }
 
 std::wstring UniqueCopyPath(const std::wstring& folder, const std::wstring& name, bool isFolder) {
     const NameParts parts = SplitForCopy(name, isFolder);
-    std::wstring candidate = Formatted(text::FormatText(copyOf, parts.base));
+    std::wstring candidate = Formatted(text::FormatText(IDS_COPY_OF, parts.base));
     for (int number = 1; Exists(folder + L'\\' + candidate + parts.extension); ++number) {
         if (number > lastNumber) {
             ThrowNoNameLeft();
         }
-        candidate = Formatted(text::FormatText(furtherCopyOf, name, number));
+        candidate = Formatted(text::FormatText(IDS_COPY_OF_NUMBERED, name, number));
     }
     return folder + L'\\' + candidate + parts.extension;
 }

@@ -9,12 +9,13 @@
 #include "platform/files.h"
 #include "platform/handles.h"
 #include "platform/shortcuts.h"
+#include "res/resource.h"
 #include "text/format.h"
 #include "text/resources.h"
-#include "ui/action.h"
-#include "ui/gesture.h"
-#include "ui/held_fault.h"
-#include "ui/list_layout.h"
+#include "ui/dialog/action.h"
+#include "ui/list/list_layout.h"
+#include "ui/window/gesture.h"
+#include "ui/window/held_fault.h"
 #include "views/app_closer.h"
 #include "views/files/drop_files.h"
 #include "views/files/file_names.h"
@@ -25,25 +26,8 @@ namespace views {
 
 namespace {
 
-enum Text : UINT {
-    cannotRename = 250,
-    cannotMakeShortcut = 251,
-    cannotReadClipboard = 252,
-    cannotPaste = 253,
-    folderInTheWay = 254,
-    fileInTheWay = 255,
-    cannotDelete = 256,
-    askMerge = 352,
-    intoItself = 353,
-    askOverwrite = 354,
-    askDeleteSeveral = 355,
-    askDeleteFile = 356,
-    askDeleteFolder = 357,
-    askCloseApplications = 359,
-};
-
-constexpr UINT yesNo[] = {ui::buttonYes, ui::buttonNo};
-constexpr UINT yesNoCancel[] = {ui::buttonYes, ui::buttonNo, ui::buttonCancel};
+constexpr UINT yesNo[] = {IDS_BUTTON_YES, IDS_BUTTON_NO};
+constexpr UINT yesNoCancel[] = {IDS_BUTTON_YES, IDS_BUTTON_NO, IDS_BUTTON_CANCEL};
 
 // How long the screen may wait to be drawn, in milliseconds.
 constexpr DWORD paintPeriod = 100;
@@ -136,8 +120,8 @@ const std::wstring& NameWithinFolder(const std::wstring& name) {
 }  // namespace
 
 bool FileOperations::Confirm(UINT text, const std::wstring& insert) const {
-    return ui::ShowMessage(Owner(), text::FormatText(text, insert), ui::captionWarning, 2, yesNo,
-                           0) == ui::buttonYes;
+    return ui::ShowMessage(Owner(), text::FormatText(text, insert), IDS_WARNING, 2, yesNo, 0) ==
+           IDS_BUTTON_YES;
 }
 
 template <typename Update>
@@ -175,7 +159,7 @@ void FileOperations::RemoveRowOf(const FileItem& item) {
 void FileOperations::Delete(unsigned row) {
     const std::wstring path = list_.Folder() + L'\\' + list_.ItemAt(row).name;
     ui::RunAction(
-        Owner(), cannotDelete, [&] { DeleteRow(row); }, path);
+        Owner(), IDS_CANNOT_DELETE, [&] { DeleteRow(row); }, path);
 }
 
 void FileOperations::DeleteRow(unsigned row) {
@@ -187,7 +171,7 @@ void FileOperations::DeleteRow(unsigned row) {
         error = GetLastError();
     } else {
         const bool folder = (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
-        if (!Confirm(folder ? askDeleteFolder : askDeleteFile, path)) {
+        if (!Confirm(folder ? IDS_ASK_DELETE_FOLDER : IDS_ASK_DELETE_FILE, path)) {
             return;
         }
         error = Remove(path, attributes, this);
@@ -203,11 +187,11 @@ FileOperations::Removal FileOperations::DeletePath(const std::wstring& path, DWO
                                                    DWORD error, bool several) {
     if (error == ERROR_SHARING_VIOLATION) {
         const unsigned buttons = several ? 3 : 2;
-        const int answer = ui::ShowMessage(Owner(), text::FormatText(askCloseApplications, path),
-                                           ui::captionWarning, buttons, yesNoCancel,
-                                           several ? ui::noDefaultButton : 1);
-        if (answer != ui::buttonYes) {
-            return several && answer != ui::buttonNo ? Removal::Stopped : Removal::Kept;
+        const int answer =
+            ui::ShowMessage(Owner(), text::FormatText(IDS_ASK_CLOSE_APPLICATIONS, path),
+                            IDS_WARNING, buttons, yesNoCancel, several ? ui::noDefaultButton : 1);
+        if (answer != IDS_BUTTON_YES) {
+            return several && answer != IDS_BUTTON_NO ? Removal::Stopped : Removal::Kept;
         }
         {
             const platform::WaitCursor cursor;
@@ -254,8 +238,8 @@ void FileOperations::DeleteMarkedRows(const std::vector<unsigned>& rows) {
         paths.push_back(list_.Folder() + L'\\' + list_.ItemAt(row).name);
     }
     const auto count = static_cast<int>(rows.size());
-    if (ui::ShowMessage(Owner(), text::FormatText(askDeleteSeveral, count), ui::captionWarning, 2,
-                        yesNo, 0) != ui::buttonYes) {
+    if (ui::ShowMessage(Owner(), text::FormatText(IDS_ASK_DELETE_SEVERAL, count), IDS_WARNING, 2,
+                        yesNo, 0) != IDS_BUTTON_YES) {
         return;
     }
     {
@@ -266,7 +250,7 @@ void FileOperations::DeleteMarkedRows(const std::vector<unsigned>& rows) {
             Removal removal = Removal::Removed;
             goOn = false;
             ui::RunAction(
-                Owner(), cannotDelete,
+                Owner(), IDS_CANNOT_DELETE,
                 [&] {
                     RequireOwnName(path);
                     const DWORD attributes = GetFileAttributesW(path.c_str());
@@ -292,7 +276,7 @@ void FileOperations::DeleteMarkedRows(const std::vector<unsigned>& rows) {
 void FileOperations::Rename(unsigned row) {
     const std::wstring oldName = list_.ItemAt(row).name;
     ui::RunAction(
-        Owner(), cannotRename, [&] { RenameRow(row); }, oldName);
+        Owner(), IDS_CANNOT_RENAME, [&] { RenameRow(row); }, oldName);
 }
 
 void FileOperations::RenameRow(unsigned row) {
@@ -304,9 +288,8 @@ void FileOperations::RenameRow(unsigned row) {
     std::wstring name = oldName;
     while (list_.EditName(row, &name) == IDOK) {
         if (name.empty()) {
-            constexpr UINT ok = ui::buttonOk;
-            ui::ShowMessage(Owner(), L"Please, specify not empty filename", ui::captionError, 1,
-                            &ok, 0);
+            constexpr UINT ok = IDS_BUTTON_OK;
+            ui::ShowMessage(Owner(), L"Please, specify not empty filename", IDS_ERROR, 1, &ok, 0);
             name = oldName;
             continue;
         }
@@ -328,7 +311,7 @@ void FileOperations::RenameRow(unsigned row) {
 }
 
 void FileOperations::NewFolder() {
-    ui::RunAction(Owner(), ui::actionFailed, [this] { MakeFolder(); });
+    ui::RunAction(Owner(), IDS_ACTION_FAILED, [this] { MakeFolder(); });
 }
 
 void FileOperations::MakeFolder() {
@@ -371,11 +354,11 @@ void FileOperations::MakeFolder() {
 // The clipboard.
 
 void FileOperations::CopyRows(const std::vector<unsigned>& rows) {
-    ui::RunAction(Owner(), ui::actionFailed, [&] { PutPaths(rows, Effect::Copy); });
+    ui::RunAction(Owner(), IDS_ACTION_FAILED, [&] { PutPaths(rows, Effect::Copy); });
 }
 
 void FileOperations::CutRows(const std::vector<unsigned>& rows) {
-    ui::RunAction(Owner(), ui::actionFailed, [&] { PutPaths(rows, Effect::Move); });
+    ui::RunAction(Owner(), IDS_ACTION_FAILED, [&] { PutPaths(rows, Effect::Move); });
 }
 
 void FileOperations::PutPaths(const std::vector<unsigned>& rows, Effect effect) {
@@ -410,7 +393,7 @@ void FileOperations::PutPaths(const std::vector<unsigned>& rows, Effect effect) 
 }
 
 void FileOperations::Paste() {
-    ui::RunAction(Owner(), ui::actionFailed, [this] {
+    ui::RunAction(Owner(), IDS_ACTION_FAILED, [this] {
         // Open until all is pasted: what is pasted stays what was read.
         const platform::Clipboard clipboard(Owner());
         if (!clipboard) {
@@ -423,7 +406,7 @@ void FileOperations::Paste() {
 void FileOperations::PasteFromClipboard() {
     std::vector<std::wstring> paths;
     bool move = false;
-    ui::RunAction(Owner(), cannotReadClipboard, [&] {
+    ui::RunAction(Owner(), IDS_CANNOT_READ_CLIPBOARD, [&] {
         DWORD effect = 0;
         const std::vector<uint8_t> bytes = BytesOnClipboard(DropEffectFormat());
         if (bytes.size() >= sizeof effect) {
@@ -437,7 +420,7 @@ void FileOperations::PasteFromClipboard() {
     for (size_t index = 0; index < paths.size() && answer != answerStop; ++index) {
         const std::wstring& source = paths[index];
         ui::RunAction(
-            Owner(), cannotPaste, [&] { answer = PasteOne(transfer, source, move); },
+            Owner(), IDS_CANNOT_PASTE, [&] { answer = PasteOne(transfer, source, move); },
             TextOfFolder(source));
     }
 }
@@ -451,7 +434,7 @@ TransferAnswer FileOperations::PasteOne(FileTransfer& transfer, const std::wstri
     const std::wstring name(NameOfPath(source));
     const std::optional<std::wstring> target = PasteTarget(list_.Folder(), source, attributes);
     if (!target) {
-        ui::ShowError(Owner(), std::wstring(text::LoadText(intoItself)));
+        ui::ShowError(Owner(), std::wstring(text::LoadText(IDS_INTO_ITSELF)));
         return answerGoAhead;
     }
     const std::wstring& destination = *target;
@@ -495,14 +478,15 @@ void FileOperations::UpdateEntry(const std::wstring& path, DWORD attributes) {
 }
 
 void FileOperations::PasteShortcuts() {
-    ui::RunAction(Owner(), ui::actionFailed, [this] {
+    ui::RunAction(Owner(), IDS_ACTION_FAILED, [this] {
         const platform::Clipboard clipboard(Owner());
         if (!clipboard) {
             throw faults::W32Fault();
         }
         for (const std::wstring& target : PathsOnClipboard()) {
             ui::RunAction(
-                Owner(), cannotMakeShortcut, [&] { CreateShortcut(target); }, TextOfFolder(target));
+                Owner(), IDS_CANNOT_CREATE_SHORTCUT, [&] { CreateShortcut(target); },
+                TextOfFolder(target));
         }
     });
 }
@@ -528,11 +512,11 @@ void FileOperations::CreateShortcut(const std::wstring& target) {
 // What a transfer asks.
 
 TransferAnswer FileOperations::AskConflict(const std::wstring& name, bool folder, bool topLevel) {
-    const std::wstring text = text::FormatText(folder ? askMerge : askOverwrite, name);
-    switch (ui::ShowMessage(Owner(), text, ui::captionWarning, topLevel ? 2 : 3, yesNoCancel, 1)) {
-        case ui::buttonYes:
+    const std::wstring text = text::FormatText(folder ? IDS_ASK_MERGE : IDS_ASK_OVERWRITE, name);
+    switch (ui::ShowMessage(Owner(), text, IDS_WARNING, topLevel ? 2 : 3, yesNoCancel, 1)) {
+        case IDS_BUTTON_YES:
             return answerOverwrite;
-        case ui::buttonNo:
+        case IDS_BUTTON_NO:
             return answerSkip;
         default:
             return answerStop;
@@ -540,9 +524,11 @@ TransferAnswer FileOperations::AskConflict(const std::wstring& name, bool folder
 }
 
 void FileOperations::TellOtherKind(const std::wstring& name, bool sourceIsFolder) {
-    constexpr UINT cancel = ui::buttonCancel;
-    ui::ShowMessage(Owner(), text::FormatText(sourceIsFolder ? fileInTheWay : folderInTheWay, name),
-                    ui::captionWarning, 1, &cancel, 0);
+    constexpr UINT cancel = IDS_BUTTON_CANCEL;
+    ui::ShowMessage(
+        Owner(),
+        text::FormatText(sourceIsFolder ? IDS_FILE_IN_THE_WAY : IDS_FOLDER_IN_THE_WAY, name),
+        IDS_WARNING, 1, &cancel, 0);
 }
 
 TransferAnswer FileOperations::AskAfterFailure(const std::wstring& source,
@@ -553,11 +539,11 @@ TransferAnswer FileOperations::AskAfterFailure(const std::wstring& source,
     const std::wstring text =
         text::Format(pattern, source, destination, ui::TextOfCurrentException());
     if (entry == FailedEntry::Link) {
-        return ui::ShowMessage(Owner(), text, ui::captionWarning, 2, yesNo, 0) == ui::buttonYes
+        return ui::ShowMessage(Owner(), text, IDS_WARNING, 2, yesNo, 0) == IDS_BUTTON_YES
                    ? answerSkip
                    : answerStop;
     }
-    const std::wstring caption(text::LoadText(ui::captionWarning));
+    const std::wstring caption(text::LoadText(IDS_WARNING));
     const platform::ArrowCursor arrow;
     // The box has no button of that name: whatever is answered stops the transfer.
     return MessageBoxW(Owner(), text.c_str(), caption.c_str(), MB_OKCANCEL | MB_ICONQUESTION) ==

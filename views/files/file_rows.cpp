@@ -4,11 +4,11 @@
 
 #include "platform/handles.h"
 #include "text/format.h"
-#include "ui/clipped_text.h"
-#include "ui/drawing_resources.h"
-#include "ui/paint.h"
-#include "ui/theme.h"
-#include "ui/window.h"
+#include "ui/paint/clipped_text.h"
+#include "ui/paint/drawing_resources.h"
+#include "ui/paint/paint.h"
+#include "ui/paint/theme.h"
+#include "ui/window/window.h"
 #include "views/display_flags.h"
 #include "views/list_view.h"
 

@@ -4,10 +4,11 @@
 
 #include "faults/fault.h"
 #include "platform/handles.h"
+#include "res/resource.h"
 #include "text/format.h"
-#include "ui/action.h"
-#include "ui/drawing_resources.h"
-#include "ui/held_fault.h"
+#include "ui/dialog/action.h"
+#include "ui/paint/drawing_resources.h"
+#include "ui/window/held_fault.h"
 #include "views/files/folder_listing.h"
 #include "views/files/open_file.h"
 #include "views/properties_page.h"
@@ -20,7 +21,7 @@ constexpr wchar_t pathSetting[] = L"path";
 
 }  // namespace
 
-FilesView::FilesView(Frame& frame) : ListView(frame, menuResource) {
+FilesView::FilesView(Frame& frame) : ListView(frame, IDR_FILES) {
     const std::optional<std::wstring> stored = frame.StoredText(pathSetting);
     if (stored && !stored->empty() && IsExistingFolder(*stored)) {
         path_ = PathOnDisk(*stored);
@@ -95,7 +96,7 @@ void FilesView::DeleteRow(ULONG_PTR data) {
 }
 
 void FilesView::Tap(unsigned row) {
-    ui::RunAction(GetFrame().MainWindow(), ui::actionFailed, [this, row] { Open(row); });
+    ui::RunAction(GetFrame().MainWindow(), IDS_ACTION_FAILED, [this, row] { Open(row); });
 }
 
 void FilesView::Open(unsigned row) {
@@ -113,13 +114,13 @@ void FilesView::Open(unsigned row) {
 
 void FilesView::UpdateMenu(HMENU menu) {
     const bool selected = List().Marking() ? List().MarkedCount() > 0 : HasSelection();
-    for (const views::Command command : {commandRename, commandDelete, commandCut, commandCopy,
-                                         commandOpen, commandOpenWith, commandProperties}) {
+    for (const UINT command :
+         {ID_RENAME, ID_DELETE, ID_CUT, ID_COPY, ID_OPEN, ID_OPEN_WITH, ID_PROPERTIES}) {
         EnableCommand(menu, command, selected);
     }
     const bool paths = IsClipboardFormatAvailable(CF_HDROP) != FALSE;
-    EnableCommand(menu, commandPaste, paths);
-    EnableCommand(menu, commandPasteShortcut, paths);
+    EnableCommand(menu, ID_PASTE, paths);
+    EnableCommand(menu, ID_PASTE_SHORTCUT, paths);
 }
 
 bool FilesView::Key(WPARAM key) {
@@ -145,7 +146,7 @@ void FilesView::SetMarking(bool marking) {
         return;
     }
     List().SetMarking(marking);
-    GetFrame().Bar().LoadBar(marking ? markingMenuResource : menuResource);
+    GetFrame().Bar().LoadBar(marking ? IDR_FILES_MARKING : IDR_FILES);
     MarksChanged();
 }
 
@@ -181,7 +182,7 @@ LRESULT FilesView::Notify(const NMHDR& notification) {
 
 bool FilesView::GoUp() {
     bool moved = true;
-    ui::RunAction(GetFrame().MainWindow(), ui::actionFailed, [&] { moved = Up(); });
+    ui::RunAction(GetFrame().MainWindow(), IDS_ACTION_FAILED, [&] { moved = Up(); });
     return moved;
 }
 
@@ -194,38 +195,38 @@ bool FilesView::Command(WORD command) {
         return true;
     }
     switch (command) {
-        case commandUp:
+        case ID_UP:
             Up();
             return true;
-        case commandOpen:
-        case commandOpenWith:
-        case commandProperties:
-        case commandRename:
+        case ID_OPEN:
+        case ID_OPEN_WITH:
+        case ID_PROPERTIES:
+        case ID_RENAME:
             OnSelectedRow(command);
             return true;
-        case commandDelete:
+        case ID_DELETE:
             if (List().Marking()) {
                 operations_.DeleteMarked();
             } else {
                 OnSelectedRow(command);
             }
             return true;
-        case commandNewFolder:
+        case ID_NEW_FOLDER:
             operations_.NewFolder();
             return true;
-        case commandCopy:
+        case ID_COPY:
             operations_.CopyRows(ChosenRows());
             return true;
-        case commandCut:
+        case ID_CUT:
             operations_.CutRows(ChosenRows());
             return true;
-        case commandPaste:
+        case ID_PASTE:
             operations_.Paste();
             return true;
-        case commandPasteShortcut:
+        case ID_PASTE_SHORTCUT:
             operations_.PasteShortcuts();
             return true;
-        case commandSelect:
+        case ID_SELECT:
             SetMarking(true);
             return true;
         case IDCANCEL:
@@ -243,16 +244,16 @@ void FilesView::OnSelectedRow(WORD command) {
     }
     const unsigned row = List().GetSelection();
     switch (command) {
-        case commandOpen:
+        case ID_OPEN:
             Open(row);
             break;
-        case commandOpenWith:
+        case ID_OPEN_WITH:
             OpenWith(GetFrame(), PathOf(row));
             break;
-        case commandProperties:
+        case ID_PROPERTIES:
             ShowProperties(GetFrame().MainWindow(), PathOf(row));
             break;
-        case commandRename:
+        case ID_RENAME:
             operations_.Rename(row);
             break;
         default:
@@ -316,7 +317,7 @@ int FilesView::EditName(unsigned row, std::wstring* name) {
             view.editor_ = nullptr;
             try {
                 if (view.List().Handle()) {
-                    view.GetFrame().Bar().LoadBar(menuResource);
+                    view.GetFrame().Bar().LoadBar(IDR_FILES);
                     view.GetFrame().MenuStateChanged();
                 }
             } catch (...) {
@@ -324,7 +325,7 @@ int FilesView::EditName(unsigned row, std::wstring* name) {
             }
         }
     } editing{*this};
-    GetFrame().Bar().LoadBar(editingMenuResource);
+    GetFrame().Bar().LoadBar(IDR_DONE_CANCEL);
     ui::RowEditor editor(List().Handle(), GetFrame().Bar().Handle(), rows_.NameArea(area),
                          ui::Fonts().Base(), *name,
                          ui::BaseNameLength(*name, ItemAt(row).IsFolder()));

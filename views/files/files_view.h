@@ -1,7 +1,7 @@
 // The Files view: the entries of one folder, folders first.
 #pragma once
 
-#include "ui/row_editor.h"
+#include "ui/list/row_editor.h"
 #include "views/files/file_operations.h"
 #include "views/files/file_rows.h"
 #include "views/files/folder_listing.h"
@@ -46,10 +46,6 @@ class FilesView final : public ListView, private FileList {
     void RelistAndSelect(const std::wstring& name) override;
 
  private:
-    static constexpr UINT menuResource = 500;
-    static constexpr UINT markingMenuResource = 506;
-    static constexpr UINT editingMenuResource = 120;
-
     // The list as the file operations see it.
     Frame& GetFrame() const override { return ListView::GetFrame(); }
     const std::wstring& Folder() const override { return path_; }

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "ui/list_layout.h"
+#include "ui/list/list_layout.h"
 #include "views/files/file_item.h"
 #include "views/files/name_patterns.h"
 

@@ -3,7 +3,7 @@
 #include "faults/fault.h"
 #include "platform/shell.h"
 #include "platform/shortcuts.h"
-#include "ui/message_box.h"
+#include "ui/dialog/message_box.h"
 #include "views/files/app_chooser.h"
 #include "views/files/file_names.h"
 #include "views/files/folder_listing.h"

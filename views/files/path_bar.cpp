@@ -2,11 +2,11 @@
 
 #include <cstdlib>
 
-#include "ui/clipped_text.h"
-#include "ui/drawing_resources.h"
-#include "ui/gesture.h"
-#include "ui/paint.h"
-#include "ui/theme.h"
+#include "ui/paint/clipped_text.h"
+#include "ui/paint/drawing_resources.h"
+#include "ui/paint/paint.h"
+#include "ui/paint/theme.h"
+#include "ui/window/gesture.h"
 
 namespace views {
 

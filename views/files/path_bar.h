@@ -4,7 +4,7 @@
 #include <functional>
 #include <string>
 
-#include "ui/window.h"
+#include "ui/window/window.h"
 
 namespace views {
 

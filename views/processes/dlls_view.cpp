@@ -1,8 +1,9 @@
 #include "views/processes/dlls_view.h"
 
 #include "faults/fault.h"
+#include "res/resource.h"
 #include "text/format.h"
-#include "ui/action.h"
+#include "ui/dialog/action.h"
 #include "views/processes/image_list_filler.h"
 #include "views/properties_page.h"
 #include "views/raised.h"
@@ -10,9 +11,6 @@
 namespace views {
 
 namespace {
-
-constexpr UINT titleText = 803;
-constexpr UINT enumerationFailed = 245;
 
 // The display options after which the list is read anew.
 constexpr DWORD watchedFlags = 0x3040;
@@ -68,7 +66,7 @@ void DllsView::FlagsChanged(DWORD mask, DWORD) {
 }
 
 std::wstring DllsView::Title() const {
-    return text::FormatText(titleText, List().GetCount());
+    return text::FormatText(IDS_DLLS_TITLE, List().GetCount());
 }
 
 ImageLines DllsView::Lines() const {
@@ -87,18 +85,18 @@ void DllsView::DeleteRow(ULONG_PTR data) {
 }
 
 void DllsView::UpdateMenu(HMENU menu) {
-    EnableCommand(menu, commandProperties, HasSelection());
-    EnableCommand(menu, commandGoToModule, HasSelection());
+    EnableCommand(menu, ID_PROPERTIES, HasSelection());
+    EnableCommand(menu, ID_GO_TO_MODULE, HasSelection());
 }
 
 bool DllsView::Command(WORD command) {
-    if (command != commandProperties && command != commandGoToModule) {
+    if (command != ID_PROPERTIES && command != ID_GO_TO_MODULE) {
         return ListView::Command(command);
     }
     const ImageItem none;
     const ImageItem& item =
         HasSelection() ? ImageOf(List().GetItemData(List().GetSelection())) : none;
-    if (command == commandGoToModule) {
+    if (command == ID_GO_TO_MODULE) {
         GoToImage(GetFrame(), item);
     } else if (!item.path.empty()) {
         ShowProperties(GetActiveWindow(), std::wstring(item.path));
@@ -114,7 +112,7 @@ void DllsView::Refresh() {
 
 void DllsView::RefreshAndSelect(ULONG_PTR module) {
     const Raised refreshing(refreshing_);
-    ui::RunAction(GetFrame().MainWindow(), enumerationFailed,
+    ui::RunAction(GetFrame().MainWindow(), IDS_CANNOT_LIST_DLLS,
                   [this, module] { Enumerate(module); });
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/toolhelp.h"
+#include "res/resource.h"
 #include "views/list_view.h"
 #include "views/processes/image_rows.h"
 
@@ -9,7 +10,7 @@ namespace views {
 
 class DllsView final : public ListView {
  public:
-    explicit DllsView(Frame& frame) : ListView(frame, menuResource) {}
+    explicit DllsView(Frame& frame) : ListView(frame, IDR_DLLS) {}
     ~DllsView() override { List().Clear(); }
 
     void Layout(HDC dc) override;
@@ -27,8 +28,6 @@ class DllsView final : public ListView {
     int RowHeight(ULONG_PTR) const override { return rows_.Height(Lines()); }
 
  private:
-    static constexpr UINT menuResource = 505;
-
     ImageLines Lines() const;
     // Lists the modules anew and selects one, if it is there; 0 for none. Shows what fails.
     void RefreshAndSelect(ULONG_PTR module);

@@ -5,7 +5,7 @@
 #include <memory>
 #include <string>
 
-#include "ui/list_layout.h"
+#include "ui/list/list_layout.h"
 #include "views/view_list.h"
 
 namespace views {

@@ -4,10 +4,10 @@
 
 #include "platform/coredll.h"
 #include "text/format.h"
-#include "ui/clipped_text.h"
-#include "ui/drawing_resources.h"
-#include "ui/theme.h"
-#include "ui/window.h"
+#include "ui/paint/clipped_text.h"
+#include "ui/paint/drawing_resources.h"
+#include "ui/paint/theme.h"
+#include "ui/window/window.h"
 
 namespace views {
 

@@ -5,29 +5,19 @@
 #include "faults/fault.h"
 #include "platform/coredll.h"
 #include "platform/handles.h"
+#include "res/resource.h"
 #include "text/format.h"
 #include "text/resources.h"
-#include "ui/clipped_text.h"
-#include "ui/drawing_resources.h"
-#include "ui/form_rows.h"
-#include "ui/page.h"
-#include "ui/window.h"
+#include "ui/dialog/form_rows.h"
+#include "ui/dialog/page.h"
+#include "ui/paint/clipped_text.h"
+#include "ui/paint/drawing_resources.h"
+#include "ui/window/window.h"
 #include "views/processes/image_rows.h"
 
 namespace views {
 
 namespace {
-
-enum InfoText : UINT {
-    textCaption = 950,
-    textProcessId = 951,
-    textThreads = 952,
-    textLoadAddress = 953,
-    textVirtualMemory = 954,
-    textCommitted = 955,
-    textReserved = 956,
-    textHeaps = 957,
-};
 
 // The process's entry, else the last one of the list.
 platform::ProcessEntry FindProcess(DWORD processId) {
@@ -96,7 +86,8 @@ class ExecutableRow final : public ui::FormRow {
 
 class InfoPage final : public ui::Page {
  public:
-    explicit InfoPage(const ProcessInfo& info) : Page(textCaption, ui::barDone), info_(info) {}
+    explicit InfoPage(const ProcessInfo& info)
+        : Page(IDS_PROCESS_INFORMATION, IDR_DONE), info_(info) {}
 
  protected:
     void Fill(ui::FormList& list) override {
@@ -105,17 +96,17 @@ class InfoPage final : public ui::Page {
         list.AddRow(std::make_unique<ui::SeparatorRow>());
         const RegionTotals& regions = info_.regions;
         AddValues({
-            {Label(textProcessId), FormatAddress(info_.entry.processId)},
-            {Label(textThreads),
+            {Label(IDS_PROCESS_ID), FormatAddress(info_.entry.processId)},
+            {Label(IDS_THREADS),
              text::FormatInteger(static_cast<int64_t>(info_.entry.threadCount))},
-            {Label(textLoadAddress), FormatAddress(info_.entry.base)},
-            {Label(textVirtualMemory),
+            {Label(IDS_LOAD_ADDRESS), FormatAddress(info_.entry.base)},
+            {Label(IDS_VIRTUAL_MEMORY),
              text::FormatSize(regions.committedBytes + regions.reservedBytes)},
-            {text::FormatText(textCommitted, regions.committedCount),
+            {text::FormatText(IDS_COMMITTED, regions.committedCount),
              text::FormatSize(regions.committedBytes)},
-            {text::FormatText(textReserved, regions.reservedCount),
+            {text::FormatText(IDS_RESERVED, regions.reservedCount),
              text::FormatSize(regions.reservedBytes)},
-            {Label(textHeaps), text::FormatSize(info_.heapBytes)},
+            {Label(IDS_HEAPS), text::FormatSize(info_.heapBytes)},
         });
     }
 

@@ -4,9 +4,10 @@
 #include "platform/coredll.h"
 #include "platform/handles.h"
 #include "platform/toolhelp.h"
+#include "res/resource.h"
 #include "text/format.h"
 #include "text/resources.h"
-#include "ui/action.h"
+#include "ui/dialog/action.h"
 #include "views/processes/image_list_filler.h"
 #include "views/processes/process_info.h"
 #include "views/processes/process_memory.h"
@@ -15,12 +16,6 @@
 namespace views {
 
 namespace {
-
-constexpr UINT titleText = 801;
-constexpr UINT enumerationFailed = 240;
-constexpr UINT killFailed = 241;
-constexpr UINT nameWithId = 810;
-constexpr UINT askKill = 351;
 
 // What a process that has been ended leaves as its exit code (E_ABORT).
 constexpr UINT killedExitCode = 0x80004004;
@@ -61,7 +56,7 @@ void ProcessesView::FlagsChanged(DWORD mask, DWORD) {
 }
 
 std::wstring ProcessesView::Title() const {
-    return text::FormatText(titleText, List().GetCount());
+    return text::FormatText(IDS_PROCESSES_TITLE, List().GetCount());
 }
 
 ImageLines ProcessesView::Lines() const {
@@ -73,10 +68,11 @@ ImageLines ProcessesView::Lines() const {
 void ProcessesView::DrawRow(const DRAWITEMSTRUCT& row) {
     const ImageItem& item = ImageOf(row.itemData);
     const bool withId = (GetFrame().Flags() & flagShowProcessId) != 0;
-    rows_.Draw(
-        row, item,
-        withId ? text::FormatText(nameWithId, static_cast<DWORD>(item.id), item.name) : item.name,
-        Lines());
+    rows_.Draw(row, item,
+               withId
+                   ? text::FormatText(IDS_PROCESS_WITH_ID, static_cast<DWORD>(item.id), item.name)
+                   : item.name,
+               Lines());
 }
 
 void ProcessesView::DeleteRow(ULONG_PTR data) {
@@ -84,20 +80,19 @@ void ProcessesView::DeleteRow(ULONG_PTR data) {
 }
 
 void ProcessesView::UpdateMenu(HMENU menu) {
-    for (const views::Command command :
-         {commandStop, commandShowDlls, commandProperties, commandGoToModule}) {
+    for (const UINT command : {ID_STOP, ID_SHOW_DLLS, ID_PROPERTIES, ID_GO_TO_MODULE}) {
         EnableCommand(menu, command, HasSelection());
     }
 }
 
 bool ProcessesView::Command(WORD command) {
-    if (command != commandStop && command != commandShowDlls && command != commandProperties &&
-        command != commandGoToModule) {
+    if (command != ID_STOP && command != ID_SHOW_DLLS && command != ID_PROPERTIES &&
+        command != ID_GO_TO_MODULE) {
         return ListView::Command(command);
     }
     if (!HasSelection()) {
         // The frame shows the modules of no process in particular.
-        if (command == commandShowDlls) {
+        if (command == ID_SHOW_DLLS) {
             return false;
         }
         MessageBeep(~0u);
@@ -105,13 +100,13 @@ bool ProcessesView::Command(WORD command) {
     }
     const auto processId = static_cast<DWORD>(SelectedItem().id);
     switch (command) {
-        case commandStop:
+        case ID_STOP:
             Kill(processId);
             break;
-        case commandShowDlls:
+        case ID_SHOW_DLLS:
             GetFrame().SwitchTo(ViewIndex::Dlls, ViewArgument{processId, std::wstring()});
             break;
-        case commandProperties:
+        case ID_PROPERTIES:
             ShowProcessInfo(GetActiveWindow(), processId);
             break;
         default:
@@ -127,7 +122,7 @@ void ProcessesView::Refresh() {
 
 void ProcessesView::RefreshAndSelect(ULONG_PTR processId) {
     const Raised refreshing(refreshing_);
-    ui::RunAction(GetFrame().MainWindow(), enumerationFailed,
+    ui::RunAction(GetFrame().MainWindow(), IDS_CANNOT_LIST_PROCESSES,
                   [this, processId] { Enumerate(processId); });
 }
 
@@ -163,10 +158,10 @@ std::unique_ptr<ImageItem> ProcessesView::MakeItem(const platform::ProcessEntry&
 }
 
 void ProcessesView::Kill(DWORD processId) {
-    static constexpr UINT yesNo[] = {ui::buttonYes, ui::buttonNo};
-    ui::RunAction(GetFrame().MainWindow(), killFailed, [this, processId] {
-        if (ui::ShowMessage(List().Handle(), std::wstring(text::LoadText(askKill)),
-                            ui::captionWarning, 2, yesNo, 1) == ui::buttonYes) {
+    static constexpr UINT yesNo[] = {IDS_BUTTON_YES, IDS_BUTTON_NO};
+    ui::RunAction(GetFrame().MainWindow(), IDS_CANNOT_KILL, [this, processId] {
+        if (ui::ShowMessage(List().Handle(), std::wstring(text::LoadText(IDS_ASK_KILL)),
+                            IDS_WARNING, 2, yesNo, 1) == IDS_BUTTON_YES) {
             EndProcess(processId);
         }
     });

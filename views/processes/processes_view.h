@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/toolhelp.h"
+#include "res/resource.h"
 #include "views/list_view.h"
 #include "views/processes/image_rows.h"
 
@@ -9,7 +10,7 @@ namespace views {
 
 class ProcessesView final : public ListView {
  public:
-    explicit ProcessesView(Frame& frame) : ListView(frame, menuResource) {}
+    explicit ProcessesView(Frame& frame) : ListView(frame, IDR_PROCESSES) {}
     ~ProcessesView() override { List().Clear(); }
 
     void Layout(HDC dc) override;
@@ -27,8 +28,6 @@ class ProcessesView final : public ListView {
     int RowHeight(ULONG_PTR) const override { return rows_.Height(Lines()); }
 
  private:
-    static constexpr UINT menuResource = 503;
-
     ImageLines Lines() const;
     const ImageItem& SelectedItem() const {
         return ImageOf(List().GetItemData(List().GetSelection()));

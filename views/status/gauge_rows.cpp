@@ -2,12 +2,12 @@
 
 #include <algorithm>
 
-#include "ui/clipped_text.h"
-#include "ui/drawing_resources.h"
-#include "ui/paint.h"
-#include "ui/percentage_bar.h"
-#include "ui/theme.h"
-#include "ui/window.h"
+#include "ui/paint/clipped_text.h"
+#include "ui/paint/drawing_resources.h"
+#include "ui/paint/paint.h"
+#include "ui/paint/percentage_bar.h"
+#include "ui/paint/theme.h"
+#include "ui/window/window.h"
 
 namespace views {
 

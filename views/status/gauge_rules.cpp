@@ -1,16 +1,12 @@
 #include "views/status/gauge_rules.h"
 
+#include "res/resource.h"
 #include "text/format.h"
 #include "text/resources.h"
 
 namespace views {
 
 namespace {
-
-constexpr UINT unknownText = 989;
-constexpr UINT percentText = 1011;
-constexpr UINT chargingText = 1012;
-constexpr UINT freeText = 1013;
 
 constexpr BYTE flagCharging = 8;
 constexpr BYTE flagNoBattery = 128;
@@ -24,7 +20,7 @@ constexpr COLORREF warningColor = RGB(200, 0, 0);
 constexpr size_t longestDeviceName = 249;
 
 std::wstring FreeOf(uint64_t total, uint64_t available) {
-    return text::FormatText(freeText, text::FormatSize(total), text::FormatSize(available));
+    return text::FormatText(IDS_FREE_OF, text::FormatSize(total), text::FormatSize(available));
 }
 
 COLORREF BarColor(bool warning) {
@@ -39,11 +35,11 @@ GaugeReading ReadingOfBattery(const platform::BatteryStatus* status) {
     // Charging together with any other bit counts as not charging.
     if (flag == flagCharging) {
         return GaugeReading{GaugeIcon::BatteryCharging, status->lifePercent,
-                            text::FormatText(chargingText, status->lifePercent)};
+                            text::FormatText(IDS_CHARGING, status->lifePercent)};
     }
     if (flag != flagNoBattery && flag < flagUnknown) {
         return GaugeReading{GaugeIcon::Battery, status->lifePercent,
-                            text::FormatText(percentText, status->lifePercent)};
+                            text::FormatText(IDS_PERCENT, status->lifePercent)};
     }
     return UnknownReading(GaugeIcon::BatteryUnknown);
 }
@@ -59,7 +55,7 @@ GaugeReading ReadingOfStorage(GaugeIcon icon, uint64_t total, uint64_t totalFree
 }
 
 GaugeReading UnknownReading(GaugeIcon icon) {
-    return GaugeReading{icon, 0, std::wstring(text::LoadText(unknownText))};
+    return GaugeReading{icon, 0, std::wstring(text::LoadText(IDS_UNKNOWN))};
 }
 
 COLORREF BatteryBarColor(unsigned percent) {

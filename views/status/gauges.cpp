@@ -1,19 +1,16 @@
 #include "views/status/gauges.h"
 
 #include "platform/storage.h"
+#include "res/resource.h"
 #include "text/resources.h"
 
 namespace views {
 
 namespace {
 
-constexpr UINT batteryLabel = 1007;
-constexpr UINT memoryLabel = 1008;
-constexpr UINT storageLabel = 1009;
-
 class BatteryGauge final : public Gauge {
  public:
-    BatteryGauge() : Gauge(std::wstring(text::LoadText(batteryLabel))) {}
+    BatteryGauge() : Gauge(std::wstring(text::LoadText(IDS_BATTERY))) {}
 
     bool Update() override {
         platform::BatteryStatus status;
@@ -25,7 +22,7 @@ class BatteryGauge final : public Gauge {
 
 class MemoryGauge final : public Gauge {
  public:
-    MemoryGauge() : Gauge(std::wstring(text::LoadText(memoryLabel))) {}
+    MemoryGauge() : Gauge(std::wstring(text::LoadText(IDS_MEMORY))) {}
 
     bool Update() override {
         MEMORYSTATUS status = {};
@@ -39,7 +36,7 @@ class MemoryGauge final : public Gauge {
 class StorageGauge : public Gauge {
  public:
     explicit StorageGauge(std::wstring folder)
-        : StorageGauge(std::wstring(text::LoadText(storageLabel)), std::move(folder),
+        : StorageGauge(std::wstring(text::LoadText(IDS_STORAGE)), std::move(folder),
                        GaugeIcon::Storage) {}
 
     bool Update() override {

@@ -4,14 +4,13 @@
 
 #include "platform/handles.h"
 #include "platform/storage.h"
+#include "res/resource.h"
 #include "text/resources.h"
 #include "views/status/storage_card.h"
 
 namespace views {
 
 namespace {
-
-constexpr UINT titleText = 802;
 
 constexpr UINT_PTR updateTimer = 1;
 constexpr UINT updatePeriod = 60000;
@@ -80,7 +79,7 @@ void SystemStatusView::FlagsChanged(DWORD mask, DWORD) {
 }
 
 std::wstring SystemStatusView::Title() const {
-    return std::wstring(text::LoadText(titleText));
+    return std::wstring(text::LoadText(IDS_SYSTEM_STATUS_TITLE));
 }
 
 void SystemStatusView::DrawRow(const DRAWITEMSTRUCT& row) {

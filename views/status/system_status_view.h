@@ -1,6 +1,7 @@
 // The System Status view: gauges of the device's battery, memory and storage.
 #pragma once
 
+#include "res/resource.h"
 #include "views/list_view.h"
 #include "views/status/gauge_rows.h"
 
@@ -8,7 +9,7 @@ namespace views {
 
 class SystemStatusView final : public ListView {
  public:
-    explicit SystemStatusView(Frame& frame) : ListView(frame, menuResource) {}
+    explicit SystemStatusView(Frame& frame) : ListView(frame, IDR_SYSTEM_STATUS) {}
     ~SystemStatusView() override { List().Clear(); }
 
     void Layout(HDC dc) override;
@@ -28,8 +29,6 @@ class SystemStatusView final : public ListView {
     void Timer(UINT_PTR timer) override;
 
  private:
-    static constexpr UINT menuResource = 504;
-
     static Gauge& GaugeOf(ULONG_PTR data) { return *reinterpret_cast<Gauge*>(data); }
     // Fills the list with the gauges of what the device has now; a selected one stays selected.
     void Build();

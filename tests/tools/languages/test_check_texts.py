@@ -14,23 +14,23 @@ GERMAN = os.path.join(ROOT, "res", "languages", "0407.rc")
 
 class Differences(unittest.TestCase):
     def setUp(self):
-        self.original = {"800": "Applications (%1!i!)", "1013": "%2 free of %1", "LABEL_OPEN": "Open"}
+        self.original = {"IDS_APPLICATIONS_TITLE": "Applications (%1!i!)", "IDS_FREE_OF": "%2 free of %1", "LABEL_OPEN": "Open"}
 
     def find(self, **changes):
-        texts = {"800": "Anwendungen (%1!i!)", "1013": "%2 von %1 frei", "LABEL_OPEN": "Öffnen"}
-        texts.update({name.lstrip("_"): text for name, text in changes.items()})
+        texts = {"IDS_APPLICATIONS_TITLE": "Anwendungen (%1!i!)", "IDS_FREE_OF": "%2 von %1 frei", "LABEL_OPEN": "Öffnen"}
+        texts.update({name: text for name, text in changes.items()})
         return list(differences({name: text for name, text in texts.items() if text is not None}, self.original))
 
     def test_a_whole_translation_has_none(self):
         self.assertEqual(self.find(), [])
 
     def test_inserts_may_change_their_order_only(self):
-        self.assertEqual(self.find(_1013="%1: %2"), [])
+        self.assertEqual(self.find(IDS_FREE_OF="%1: %2"), [])
         for text in ("Anwendungen", "(%1)", "(%1!x!)", "(%2!i!)", "(%1!i!, %1!i!)", "(%1!i"):
-            self.assertEqual(len(self.find(_800=text)), 1, text)
+            self.assertEqual(len(self.find(IDS_APPLICATIONS_TITLE=text)), 1, text)
 
     def test_breaks_and_percent_signs_are_free(self):
-        self.assertEqual(self.find(_1013="%2%n100 %% %1"), [])
+        self.assertEqual(self.find(IDS_FREE_OF="%2%n100 %% %1"), [])
 
     def test_missing_empty_and_strange_texts_are_told(self):
         self.assertIn("missing", self.find(LABEL_OPEN=None)[0])
@@ -44,7 +44,7 @@ class Scripts(unittest.TestCase):
             source = file.read()
         self.assertEqual(main([GERMAN]), 0)
         for changed in (source.replace("(%1!i!)", "(%1!s!)", 1), source.replace("#define LABEL_UP", "#define LABEL_DOWN"),
-                        source + '\n    100 "Vantor"\n'):
+                        source + '\n    IDS_PROGRAM "Vantor"\n'):
             with tempfile.NamedTemporaryFile("w", suffix=".rc", encoding="utf-8") as file:
                 file.write(changed)
                 file.flush()

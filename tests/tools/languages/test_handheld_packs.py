@@ -14,12 +14,14 @@ sys.path.insert(0, os.path.join(ROOT, "tools", "languages"))
 
 from check_texts import read_texts  # noqa: E402
 from pe_reader import PeFile  # noqa: E402
+from resource_numbers import read_numbers  # noqa: E402
 
 MACHINE_ARM = 0x01C0
 SUBSYSTEM_WINDOWS_CE = 9
 LIBRARY = 0x2000
 MENU, STRING, VERSION = 4, 6, 16
-MENUS = {120, 121, 122, 500, 501, 502, 503, 504, 505, 506, 511}
+NUMBERS = read_numbers()
+MENUS = {number for name, number in NUMBERS.items() if name.startswith("IDR_")}
 
 packs_folder = ""
 
@@ -35,7 +37,7 @@ def strings_of(pack):
             length = int.from_bytes(resource.content[at:at + 2], "little")
             if length:
                 text = resource.content[at + 2:at + 2 + 2 * length].decode("utf-16-le")
-                found[str((resource.name - 1) * 16 + index)] = text
+                found[(resource.name - 1) * 16 + index] = text
             at += 2 + 2 * length
     return found
 
@@ -70,7 +72,8 @@ class LanguagePacks(unittest.TestCase):
 
     def test_hold_the_texts_of_their_sources_letter_by_letter(self):
         for script, _, pack in self.each():
-            written = {name: text.replace("\\n", "\n") for name, text in read_texts(script).items() if name.isdigit()}
+            written = {NUMBERS[name]: text.replace("\\n", "\n") for name, text in read_texts(script).items()
+                       if name in NUMBERS}
             self.assertEqual(strings_of(pack), written, script)
             self.assertFalse([text for text in written.values() if re.search(r"\\[^n]", text)])
 

@@ -1,0 +1,69 @@
+// The bar of soft keys at the bottom of a window: a menu's top-level items as buttons of equal
+// width, whose popups and commands reach the bar's parent as a platform menu's would.
+#pragma once
+
+#include <vector>
+
+#include "platform/handles.h"
+#include "ui/paint/images.h"
+#include "ui/window/window.h"
+
+namespace ui {
+
+// The bounds of button `index` of `count` in a bar; there are never fewer than two slots.
+RECT BarButtonBounds(const RECT& bar, unsigned count, unsigned index);
+
+class CommandBar final : public Window {
+ public:
+    static constexpr wchar_t className[] = L"kx::CmdBar";
+
+    CommandBar() = default;
+    ~CommandBar() override;
+
+    // Creates the bar as a child of `parent`; false when the platform fails.
+    bool Open(HWND parent, const RECT& bounds);
+
+    // Shows the top-level items of a menu, which the bar then owns.
+    void SetMenu(HMENU menu);
+    // Loads a menu resource, from the language pack first; false, and an empty bar, when neither
+    // module has it.
+    bool LoadBar(UINT resourceId);
+    // The menu whose items are the buttons; owned by the bar.
+    HMENU Menu() const { return menu_.Get(); }
+
+    // Does what a press of the button does: opens its popup, or sends its command.
+    void ActivateButton(unsigned index);
+    unsigned ButtonCount() const { return static_cast<unsigned>(positions_.size()); }
+
+ protected:
+    LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+
+ private:
+    unsigned ButtonAt(POINT point) const;
+    void OnPress(POINT point);
+    // Waits for a short tap's end; true when the finger was lifted in that time.
+    bool WaitForQuickTap();
+    // Follows a longer press; returns the button to activate.
+    unsigned TrackPress(unsigned button);
+    void SetPressed(unsigned button);
+    // The keys of a bar that has the keyboard, as a dialog's may; false for any other key.
+    bool OnKey(WPARAM key);
+    void OpenPopup(unsigned button, HMENU submenu);
+    void Paint(HDC dc, const RECT& client);
+    void DrawButton(HDC dc, const RECT& bounds, unsigned button);
+    bool DrawImage(HDC dc, const RECT& bounds, int image, bool disabled);
+
+    platform::UniqueMenu menu_;
+    // The position in the menu of each button's item.
+    std::vector<UINT> positions_;
+    unsigned pressed_ = ~0u;
+    // The button that the keyboard acts on while the bar has the focus.
+    unsigned focused_ = 0;
+    // Whether Enter is held down on the focused button, which acts when it is released.
+    bool enterDown_ = false;
+    ImageStrip disabledImages_;
+    // The strip that they were made from, to notice another one.
+    HBITMAP disabledFrom_ = nullptr;
+};
+
+}  // namespace ui

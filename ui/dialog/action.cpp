@@ -1,0 +1,23 @@
+#include "ui/dialog/action.h"
+
+#include "res/resource.h"
+
+namespace ui {
+
+std::wstring TextOfCurrentException() {
+    try {
+        throw;
+    } catch (const faults::ErrorMessage::IFaultBase& fault) {
+        return faults::FullText(fault);
+    } catch (...) {
+        return std::wstring(text::LoadText(IDS_UNEXPECTED_ERROR));
+    }
+}
+
+void LeaveIfGone(HWND owner) {
+    if (owner && !IsWindow(owner)) {
+        throw;
+    }
+}
+
+}  // namespace ui

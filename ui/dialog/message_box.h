@@ -1,0 +1,26 @@
+// The program's own message box: questions, warnings and errors.
+#pragma once
+
+#include <string>
+
+#include "platform/windows.h"
+
+namespace ui {
+
+// The results that no button has.
+inline constexpr int messageNotShown = 2;
+inline constexpr int messageNotCreated = -1;
+
+// No button has the focus until a key or a finger gives it one: Enter alone does nothing.
+inline constexpr unsigned noDefaultButton = ~0u;
+
+// Shows `text` under the caption string `title` with `buttonCount` buttons labelled by the strings
+// `buttonIds` and returns the identifier of the one pressed; `defaultButton` counts from 0.
+// Closed without a button, or without room for it, the box ends with messageNotShown.
+int ShowMessage(HWND owner, const std::wstring& text, UINT title, unsigned buttonCount,
+                const UINT* buttonIds, unsigned defaultButton);
+
+// An error with the single button "Ok".
+int ShowError(HWND owner, const std::wstring& text);
+
+}  // namespace ui

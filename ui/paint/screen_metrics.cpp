@@ -1,0 +1,30 @@
+#include "ui/paint/screen_metrics.h"
+
+#include <algorithm>
+
+#include "platform/coredll.h"
+#include "ui/window/window.h"
+
+namespace ui {
+
+ScreenMetrics MetricsForShortSide(unsigned shortSide) {
+    ScreenMetrics metrics;
+    metrics.shortSide = shortSide;
+    metrics.iconSize = shortSide / 6;
+    metrics.touchWidth = metrics.touchHeight = metrics.touchSize = shortSide / 5;
+    return metrics;
+}
+
+const ScreenMetrics& GetScreenMetrics() {
+    static const ScreenMetrics metrics = [] {
+        RECT screen;
+        if (!platform::ScreenRectangle(&screen)) {
+            return ScreenMetrics();
+        }
+        return MetricsForShortSide(
+            static_cast<unsigned>(std::max(0, std::min(Width(screen), Height(screen)))));
+    }();
+    return metrics;
+}
+
+}  // namespace ui

@@ -1,0 +1,29 @@
+#include "ui/paint/theme.h"
+
+#include "ui/paint/paint.h"
+
+namespace ui {
+
+COLORREF MixColors(COLORREF first, COLORREF second, unsigned share) {
+    return RGB(BlendChannel(GetRValue(first), GetRValue(second), share),
+               BlendChannel(GetGValue(first), GetGValue(second), share),
+               BlendChannel(GetBValue(first), GetBValue(second), share));
+}
+
+void DrawRowRule(HDC dc, const RECT& row) {
+    constexpr unsigned textShare = 32;
+    const COLORREF color =
+        MixColors(GetSysColor(COLOR_WINDOWTEXT), GetSysColor(COLOR_WINDOW), textShare);
+    FillWithColor(dc,
+                  RECT{row.left, row.bottom - GetSystemMetrics(SM_CYBORDER), row.right, row.bottom},
+                  color);
+}
+
+void DrawFrame(HDC dc, const RECT& area, int thickness, COLORREF color) {
+    FillWithColor(dc, RECT{area.left, area.top, area.right, area.top + thickness}, color);
+    FillWithColor(dc, RECT{area.left, area.bottom - thickness, area.right, area.bottom}, color);
+    FillWithColor(dc, RECT{area.left, area.top, area.left + thickness, area.bottom}, color);
+    FillWithColor(dc, RECT{area.right - thickness, area.top, area.right, area.bottom}, color);
+}
+
+}  // namespace ui
