@@ -78,8 +78,13 @@ class FormList final : public TouchList<FormList> {
     bool HandleNavigationKey(WPARAM key);
     bool DragsWhenAllRowsFit() const { return true; }
     bool TapsOpen() const { return false; }
-    bool MayLeaveSelection() { return CloseEditor(); }
-    void OnSelected() { OpenEditor(); }
+    bool MaySelect(unsigned index, unsigned old) {
+        return TouchList::MaySelect(index, old) && CloseEditor();
+    }
+    void OnSelected(unsigned index, unsigned old) {
+        TouchList::OnSelected(index, old);
+        OpenEditor();
+    }
 
  protected:
     LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;

@@ -55,15 +55,18 @@ class TouchList : public Window {
     int GetTotalHeight() const { return totalHeight_; }
     int GetMaxItemWidth() const { return maxItemWidth_; }
 
-    // Row by row changes by the owner, who calls Layout or Remeasure afterwards. The selection
-    // stays on its row.
+    // Row by row changes by the owner, who calls Layout, Remeasure or MeasureItem afterwards. The
+    // selection stays on its row.
     void InsertItem(unsigned index, ULONG_PTR data) {
         items_.insert(items_.begin() + static_cast<ptrdiff_t>(index), ItemRecord{0, 0, data});
         if (selection_ != noRow && selection_ >= index) {
             ++selection_;
         }
     }
-    // Frees one row; the selection stays on its row, or goes when that is the one.
+    // Measures a row that has been inserted; the others keep their sizes.
+    void MeasureItem(unsigned index);
+    // Frees one row and fits the list to the others; the selection stays on its row, or goes when
+    // that is the one.
     void RemoveItem(unsigned index);
     // Frees all rows; the window is not repainted before the next Layout.
     void Clear() { ReplaceItems(ItemRecords()); }
@@ -87,14 +90,24 @@ class TouchList : public Window {
     // Whether a tap opens something. Then a second one that follows quickly does nothing: it was
     // not meant for what has come to its place.
     bool TapsOpen() const { return true; }
-    // Asked before the selection leaves its row; false keeps it.
-    bool MayLeaveSelection() { return true; }
-    // The selection has changed and its parent been told.
-    void OnSelected() {}
+    // Asked before the selection changes, from `old` to `index`; false keeps it. A list asks its
+    // parent (LSN_SELCHANGING) unless its kind knows better.
+    bool MaySelect(unsigned index, unsigned old) {
+        return NotifySelection(LSN_SELCHANGING, index, old) == 0;
+    }
+    // The selection has changed; likewise (LSN_SELCHANGED).
+    void OnSelected(unsigned index, unsigned old) { NotifySelection(LSN_SELCHANGED, index, old); }
+    // Enter was pressed on a list with rows; likewise (NM_RETURN).
+    void OnReturn() {
+        NMHDR notification = {};
+        Notify(GetParent(Handle()), notification, NM_RETURN);
+    }
 
     const ItemRecords& Items() const { return items_; }
     // Sends NM_KEYDOWN to `receiver`; nonzero when it handled the key.
     LRESULT OfferKey(HWND receiver, WPARAM key, LPARAM keyData);
+    // Sends LSN_SELCHANGING or LSN_SELCHANGED to the parent; its reply.
+    LRESULT NotifySelection(int code, unsigned newIndex, unsigned oldIndex);
     void InvalidateRow(unsigned index);
     // The client rectangle of a row that lies at least in part in the window.
     bool RowRectangle(unsigned index, RECT* row) const;
@@ -113,7 +126,6 @@ class TouchList : public Window {
     bool OnQueryDragTracker(GestureInfo& info);
     void OnKeyDown(WPARAM key, LPARAM keyData);
     void OnGetDialogCode(const MSG* message);
-    LRESULT NotifySelection(int code, unsigned newIndex, unsigned oldIndex);
     LRESULT Notify(HWND receiver, NMHDR& notification, UINT code);
 
     ItemRecords items_;
@@ -223,6 +235,22 @@ void TouchList<Kind>::MeasureItems(int clientWidth, int clientHeight) {
 }
 
 template <typename Kind>
+void TouchList<Kind>::MeasureItem(unsigned index) {
+    RECT client;
+    if (!GetClientRect(Handle(), &client)) {
+        return;
+    }
+    ItemRecord& item = items_.at(index);
+    const SIZE size = Self().Measure(index, Width(client), Height(client), item.data);
+    totalHeight_ += size.cy - item.height;
+    item.width = size.cx;
+    item.height = size.cy;
+    maxItemWidth_ = std::max(maxItemWidth_, item.width);
+    FitTo(Height(client));
+    InvalidateRect(Handle(), nullptr, TRUE);
+}
+
+template <typename Kind>
 void TouchList<Kind>::FitTo(int clientHeight) {
     if (clientHeight >= totalHeight_ || items_.empty()) {
         topIndex_ = maxTop_ = 0;
@@ -259,7 +287,7 @@ unsigned TouchList<Kind>::SetSelection(unsigned index) {
         return selection_;
     }
     const unsigned old = selection_;
-    if (NotifySelection(LSN_SELCHANGING, index, old) || !Self().MayLeaveSelection()) {
+    if (!Self().MaySelect(index, old)) {
         return selection_;
     }
     // Those who were asked may have replaced the rows.
@@ -273,8 +301,7 @@ unsigned TouchList<Kind>::SetSelection(unsigned index) {
         InvalidateRow(old);
         InvalidateRow(index);
     }
-    NotifySelection(LSN_SELCHANGED, index, old);
-    Self().OnSelected();
+    Self().OnSelected(index, old);
     return selection_;
 }
 
@@ -314,14 +341,20 @@ void TouchList<Kind>::ReplaceItems(ItemRecords items) {
 
 template <typename Kind>
 void TouchList<Kind>::RemoveItem(unsigned index) {
-    const ULONG_PTR data = GetItemData(index);
+    const ItemRecord removed = items_.at(index);
     items_.erase(items_.begin() + static_cast<ptrdiff_t>(index));
+    totalHeight_ -= removed.height;
     if (selection_ == index) {
         selection_ = noRow;
     } else if (selection_ != noRow && selection_ > index) {
         --selection_;
     }
-    Self().DeleteItem(data);
+    Self().DeleteItem(removed.data);
+    RECT client;
+    if (GetClientRect(Handle(), &client)) {
+        FitTo(Height(client));
+        InvalidateRect(Handle(), nullptr, TRUE);
+    }
 }
 
 template <typename Kind>
@@ -463,8 +496,7 @@ void TouchList<Kind>::OnKeyDown(WPARAM key, LPARAM keyData) {
         return;
     }
     if (key == VK_RETURN) {
-        NMHDR notification = {};
-        Notify(GetParent(Handle()), notification, NM_RETURN);
+        Self().OnReturn();
         return;
     }
     Self().HandleNavigationKey(key);

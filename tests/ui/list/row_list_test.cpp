@@ -1,0 +1,174 @@
+// The list that owns its rows: their order, what stays when they are replaced, and what is
+// measured.
+#include "ui/list/row_list.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "tests/support/world.h"
+
+using namespace ui;
+
+namespace {
+
+// A row that counts itself.
+struct Word {
+    explicit Word(std::wstring text, int mark = 0) : text(std::move(text)), mark(mark) { ++alive; }
+    ~Word() { --alive; }
+    Word(const Word&) = delete;
+    Word& operator=(const Word&) = delete;
+
+    std::wstring text;
+    // Tells rows of one text apart.
+    int mark;
+    static inline int alive = 0;
+};
+
+bool OrdersBefore(const Word& first, const Word& second) {
+    return first.text < second.text;
+}
+
+using Words = RowList<Word>;
+
+class Owner final : public RowListOwner, public RowPainter<Word> {
+ public:
+    void OnSelected() override { ++selections; }
+    int RowHeight(const Word& word) const override {
+        ++measured;
+        return 10 + static_cast<int>(word.text.size());
+    }
+    void DrawRow(const DRAWITEMSTRUCT&, const Word&) const override {}
+
+    int selections = 0;
+    mutable int measured = 0;
+};
+
+class RowListTest : public testing::Test {
+ protected:
+    RowListTest() {
+        parent_ = CreateWindowExW(0, L"STATIC", L"", WS_POPUP | WS_VISIBLE, 0, 0, 100, 100, nullptr,
+                                  nullptr, nullptr, nullptr);
+        EXPECT_TRUE(list.Open(parent_, 1, L"TestRowList", childStyle));
+        MoveWindow(list.Handle(), 0, 0, 100, 100, FALSE);
+    }
+    ~RowListTest() override { DestroyWindow(parent_); }
+
+    static Words::Rows Made(std::initializer_list<const wchar_t*> texts) {
+        Words::Rows rows;
+        for (const wchar_t* text : texts) {
+            rows.push_back(std::make_unique<Word>(text, static_cast<int>(rows.size())));
+        }
+        return rows;
+    }
+    std::wstring Shown() const {
+        std::wstring all;
+        for (unsigned row = 0; row < list.GetCount(); ++row) {
+            all += list[row].text + L' ';
+        }
+        return all;
+    }
+
+    Owner owner;
+    Words list{owner, owner};
+
+ private:
+    HWND parent_;
+};
+
+TEST_F(RowListTest, KeepsRowsInTheirOrder) {
+    list.ShowSorted(Made({L"d", L"b", L"a", L"c"}));
+    EXPECT_EQ(Shown(), L"a b c d ");
+    EXPECT_EQ(list.Insert(std::make_unique<Word>(L"bb")), 2u);
+    EXPECT_EQ(Shown(), L"a b bb c d ");
+    EXPECT_EQ(list.LowerBound(Word(L"bb")), 2u);
+    EXPECT_EQ(list.LowerBound(Word(L"z")), 5u);
+}
+
+TEST_F(RowListTest, PutsTheLaterOfEqualRowsFirstHoweverTheyCome) {
+    list.ShowSorted(Made({L"a", L"a", L"b", L"a"}));
+    std::vector<int> marks;
+    for (unsigned row = 0; row < 3; ++row) {
+        marks.push_back(list[row].mark);
+    }
+    EXPECT_EQ(marks, (std::vector<int>{3, 1, 0}));
+    list.Insert(std::make_unique<Word>(L"a", 9));
+    EXPECT_EQ(list[0].mark, 9);
+}
+
+TEST_F(RowListTest, ShowsRowsAsTheyComeWhereTheyHaveNoOrder) {
+    list.Show(Made({L"d", L"b", L"c"}));
+    EXPECT_EQ(Shown(), L"d b c ");
+}
+
+TEST_F(RowListTest, OwnsItsRows) {
+    list.ShowSorted(Made({L"a", L"b", L"c"}));
+    EXPECT_EQ(Word::alive, 3);
+    list.RemoveItem(1);
+    EXPECT_EQ(Word::alive, 2);
+    list.ShowSorted(Made({L"x"}));
+    EXPECT_EQ(Word::alive, 1);
+    {
+        Words other(owner, owner);
+        ASSERT_TRUE(other.Open(GetParent(list.Handle()), 2, L"TestRowList", childStyle));
+        other.ShowSorted(Made({L"a", L"b"}));
+        EXPECT_EQ(Word::alive, 3);
+    }
+    EXPECT_EQ(Word::alive, 1) << "a list with a window";
+    DestroyWindow(list.Handle());
+    EXPECT_EQ(Word::alive, 0) << "a window without its list";
+}
+
+TEST_F(RowListTest, StaysWhereItIsAndOnItsRowWhenItIsFilledAnew) {
+    Words::Rows rows = Made({});
+    for (wchar_t letter = L'a'; letter <= L'z'; ++letter) {
+        rows.push_back(std::make_unique<Word>(std::wstring(1, letter)));
+    }
+    list.ShowSorted(std::move(rows));
+    list.SetTopIndex(5);
+    list.SetSelection(7);
+    rows = Made({});
+    for (wchar_t letter = L'z'; letter >= L'b'; --letter) {
+        rows.push_back(std::make_unique<Word>(std::wstring(1, letter)));
+    }
+    list.Refill(std::move(rows), [](const Word& word) { return word.text == L"h"; });
+    EXPECT_EQ(list.GetTopIndex(), 5u);
+    ASSERT_NE(list.Selected(), nullptr);
+    EXPECT_EQ(list.Selected()->text, L"h");
+    EXPECT_EQ(list.GetSelection(), 6u);
+    list.Refill(Made({L"x"}), [](const Word&) { return false; });
+    EXPECT_EQ(list.GetTopIndex(), 0u);
+    EXPECT_EQ(list.Selected(), nullptr);
+}
+
+TEST_F(RowListTest, MeasuresOnlyTheRowThatIsInserted) {
+    Words::Rows rows = Made({});
+    for (int count = 0; count < 50; ++count) {
+        rows.push_back(std::make_unique<Word>(L"w" + std::to_wstring(100 + count)));
+    }
+    list.ShowSorted(std::move(rows));
+    owner.measured = 0;
+    const int height = list.GetTotalHeight();
+    list.Insert(std::make_unique<Word>(L"w1005"));
+    EXPECT_EQ(owner.measured, 1);
+    EXPECT_EQ(list.GetTotalHeight(), height + 15);
+    list.RemoveItem(0);
+    EXPECT_EQ(owner.measured, 1);
+    EXPECT_EQ(list.GetTotalHeight(), height + 15 - 14);
+    // The same as if all had been measured.
+    const unsigned maxTop = list.GetMaxTop();
+    list.Remeasure();
+    EXPECT_EQ(list.GetTotalHeight(), height + 1);
+    EXPECT_EQ(list.GetMaxTop(), maxTop);
+}
+
+TEST_F(RowListTest, TellsItsOwnerAndNobodyElse) {
+    list.ShowSorted(Made({L"a", L"b"}));
+    owner.selections = 0;
+    list.SetSelection(1);
+    EXPECT_EQ(owner.selections, 1);
+    list.SetSelection(1);
+    EXPECT_EQ(owner.selections, 1) << "nothing has changed";
+}
+
+}  // namespace

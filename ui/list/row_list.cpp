@@ -1,0 +1,123 @@
+#include "ui/list/row_list.h"
+
+#include <algorithm>
+
+#include "ui/paint/marks.h"
+
+namespace ui {
+
+void RowListWindow::SetMarking(bool marking) {
+    marking_ = marking;
+    marks_.clear();
+    InvalidateRect(Handle(), nullptr, FALSE);
+}
+
+unsigned RowListWindow::MarkedCount() const {
+    return static_cast<unsigned>(std::count(marks_.begin(), marks_.end(), 1));
+}
+
+std::vector<unsigned> RowListWindow::MarkedRows() const {
+    std::vector<unsigned> rows;
+    for (unsigned row = 0; row < marks_.size(); ++row) {
+        if (Marked(row)) {
+            rows.push_back(row);
+        }
+    }
+    return rows;
+}
+
+void RowListWindow::ToggleMark(unsigned row) {
+    if (!marking_ || row >= GetCount()) {
+        return;
+    }
+    if (marks_.size() <= row) {
+        marks_.resize(row + 1);
+    }
+    marks_[row] ^= 1;
+    InvalidateRow(row);
+    owner_.OnMarksChanged();
+}
+
+void RowListWindow::ReplaceItems(ItemRecords items) {
+    marks_.clear();
+    TouchList::ReplaceItems(std::move(items));
+}
+
+void RowListWindow::InsertItem(unsigned index, ULONG_PTR data) {
+    if (index < marks_.size()) {
+        marks_.insert(marks_.begin() + static_cast<ptrdiff_t>(index), uint8_t{0});
+    }
+    TouchList::InsertItem(index, data);
+}
+
+void RowListWindow::RemoveItem(unsigned index) {
+    if (index < marks_.size()) {
+        marks_.erase(marks_.begin() + static_cast<ptrdiff_t>(index));
+    }
+    TouchList::RemoveItem(index);
+}
+
+void RowListWindow::Sort(ItemRecords& items, Before before) {
+    const auto inOrder = [before](const ItemRecord& first, const ItemRecord& second) {
+        return before(first.data, second.data);
+    };
+    // Most file systems give their entries in order.
+    const auto outOfOrder = [&](const ItemRecord& first, const ItemRecord& second) {
+        return !inOrder(first, second);
+    };
+    if (std::adjacent_find(items.begin(), items.end(), outOfOrder) == items.end()) {
+        return;
+    }
+    std::reverse(items.begin(), items.end());
+    std::stable_sort(items.begin(), items.end(), inOrder);
+}
+
+unsigned RowListWindow::LowerBound(ULONG_PTR data, Before before) const {
+    const ItemRecords& items = Items();
+    const auto found = std::lower_bound(
+        items.begin(), items.end(), data,
+        [before](const ItemRecord& item, ULONG_PTR wanted) { return before(item.data, wanted); });
+    return static_cast<unsigned>(found - items.begin());
+}
+
+void RowListWindow::OnTap(unsigned index, GestureResult gesture) {
+    if (marking_) {
+        SetSelection(index);
+        ToggleMark(index);
+    } else if (SetSelection(index) == index && gesture == GestureTap) {
+        owner_.OnActivated(index);
+    }
+}
+
+void RowListWindow::OnReturn() {
+    if (marking_) {
+        ToggleMark(GetSelection());
+    } else {
+        owner_.OnActivated(GetSelection());
+    }
+}
+
+void RowListWindow::DrawItem(const DRAWITEMSTRUCT& row) {
+    if (!marking_) {
+        DrawRow(row);
+        return;
+    }
+    const int boxWidth = std::min(Height(row.rcItem), Width(row.rcItem) / 4);
+    DRAWITEMSTRUCT content = row;
+    content.rcItem.right -= boxWidth;
+    DrawRow(content);
+    RECT box = row.rcItem;
+    box.left = content.rcItem.right;
+    const bool selected = (row.itemState & ODS_SELECTED) != 0;
+    if (selected) {
+        FillWithSystemColor(row.hDC, box, COLOR_HIGHLIGHT);
+    } else {
+        DrawRowRule(row.hDC, box);
+    }
+    const int inset = Height(box) / 4;
+    const RECT square = {box.left + inset, box.top + inset, box.right - inset, box.bottom - inset};
+    DrawCheckBox(row.hDC, square, Marked(row.itemID),
+                 GetSysColor(selected ? COLOR_HIGHLIGHTTEXT : COLOR_WINDOWTEXT));
+}
+
+}  // namespace ui

@@ -1,0 +1,208 @@
+// A touch list that owns its rows: objects of one type, kept in their order. What a person does to
+// them it tells its owner by direct calls.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <utility>
+#include <vector>
+
+#include "ui/list/touch_list.h"
+#include "ui/paint/paint.h"
+#include "ui/paint/theme.h"
+
+namespace ui {
+
+// What a list of rows asks and tells its owner. Rows are told by their index.
+class RowListOwner {
+ public:
+    // False keeps the selection where it is.
+    virtual bool MaySelect() { return true; }
+    // The selection has changed.
+    virtual void OnSelected() {}
+    // A row was tapped and selected, or Enter pressed; noRow when nothing is selected.
+    virtual void OnActivated(unsigned) {}
+    // Whether OnActivated opens something, so that the second press of a quick pair, which was not
+    // meant for what has come to its place, does nothing.
+    virtual bool OpensRows() const { return false; }
+    // A key, before the list acts on it; true when it is handled.
+    virtual bool OnKey(WPARAM) { return false; }
+    // Rows have been marked or unmarked.
+    virtual void OnMarksChanged() {}
+
+ protected:
+    ~RowListOwner() = default;
+};
+
+// How the rows of a list look.
+template <typename Row>
+class RowPainter {
+ public:
+    // Pixels.
+    virtual int RowHeight(const Row& row) const = 0;
+    // Draws a row into the rectangle of `place`.
+    virtual void DrawRow(const DRAWITEMSTRUCT& place, const Row& row) const = 0;
+
+ protected:
+    ~RowPainter() = default;
+};
+
+// All of the list that does not depend on the type of its rows.
+class RowListWindow : public TouchList<RowListWindow> {
+ public:
+    ~RowListWindow() override { Destroy(); }
+
+    // Creates the list as a child of `parent`; false when the platform fails.
+    bool Open(HWND parent, UINT_PTR id, const wchar_t* className, DWORD style) {
+        return Create(className, L"", style, RECT{}, parent, id);
+    }
+
+    bool HasSelection() const { return GetSelection() != noRow; }
+
+    // Multi-selection: while it lasts a tap marks a row instead of selecting it, and every row
+    // shows a box at its right end. Starts and ends without marks.
+    void SetMarking(bool marking);
+    bool Marking() const { return marking_; }
+    bool Marked(unsigned row) const { return row < marks_.size() && marks_[row] != 0; }
+    unsigned MarkedCount() const;
+    // The marked rows in ascending order.
+    std::vector<unsigned> MarkedRows() const;
+    void ToggleMark(unsigned row);
+
+    // As the list's own; the marks go with their rows.
+    void Clear() { ReplaceItems(ItemRecords()); }
+    void RemoveItem(unsigned index);
+
+    // The hooks of the touch list.
+    SIZE Measure(unsigned, int clientWidth, int, ULONG_PTR data) const {
+        return SIZE{clientWidth, HeightOf(data)};
+    }
+    void DrawItem(const DRAWITEMSTRUCT& row);
+    void EraseBackground(HDC dc, const RECT& area) { FillWithSystemColor(dc, area, COLOR_WINDOW); }
+    void OnTap(unsigned index, GestureResult gesture);
+    void DeleteItem(ULONG_PTR data) { FreeRow(data); }
+    bool TapsOpen() const { return !marking_ && owner_.OpensRows(); }
+    bool OfferKeyFirst(WPARAM key, LPARAM) { return owner_.OnKey(key); }
+    bool MaySelect(unsigned, unsigned) { return owner_.MaySelect(); }
+    void OnSelected(unsigned, unsigned) { owner_.OnSelected(); }
+    void OnReturn();
+
+    using TouchList::BringIntoView;
+    using TouchList::RowRectangle;
+
+ protected:
+    using Before = bool (*)(ULONG_PTR, ULONG_PTR);
+
+    explicit RowListWindow(RowListOwner& owner) : owner_(owner) {}
+
+    void InsertItem(unsigned index, ULONG_PTR data);
+    void ReplaceItems(ItemRecords items);
+    // Of rows that order alike the last one comes first, as if each had been put before them.
+    static void Sort(ItemRecords& items, Before before);
+    // The first row that does not order before `data`.
+    unsigned LowerBound(ULONG_PTR data, Before before) const;
+
+ private:
+    virtual int HeightOf(ULONG_PTR data) const = 0;
+    virtual void DrawRow(const DRAWITEMSTRUCT& place) const = 0;
+    virtual void FreeRow(ULONG_PTR data) const = 0;
+
+    RowListOwner& owner_;
+    bool marking_ = false;
+    // 1 for each marked row; shorter when the last rows have no mark.
+    std::vector<uint8_t> marks_;
+};
+
+// `Owner` is what owns one row, with `get` and `release` as std::unique_ptr has them. Rows are
+// ordered by `bool OrdersBefore(const Row&, const Row&)` where it is asked for.
+template <typename Row, typename Owner = std::unique_ptr<Row>>
+class RowList final : public RowListWindow {
+ public:
+    using Rows = std::vector<Owner>;
+
+    // Both are borrowed.
+    RowList(RowListOwner& owner, const RowPainter<Row>& painter)
+        : RowListWindow(owner), painter_(painter) {}
+    ~RowList() override { Clear(); }
+
+    const Row& operator[](unsigned index) const { return RowOf(GetItemData(index)); }
+    Row& operator[](unsigned index) { return RowOf(GetItemData(index)); }
+    // The selected row; null when there is none. Valid until the rows change.
+    const Row* Selected() const { return HasSelection() ? &(*this)[GetSelection()] : nullptr; }
+
+    // The first row that does not order before `row`.
+    unsigned LowerBound(const Row& row) const {
+        return RowListWindow::LowerBound(DataOf(&row), Before);
+    }
+    // The first row for which `wanted` holds; noRow when there is none.
+    template <typename Predicate>
+    unsigned Find(Predicate wanted) const {
+        for (unsigned index = 0; index < GetCount(); ++index) {
+            if (wanted((*this)[index])) {
+                return index;
+            }
+        }
+        return noRow;
+    }
+
+    // Puts a row at its place in the order; its index. Throws std::bad_alloc, and has changed
+    // nothing then.
+    unsigned Insert(Owner row) {
+        const unsigned index = LowerBound(*row);
+        InsertItem(index, DataOf(row.get()));
+        static_cast<void>(row.release());
+        MeasureItem(index);
+        return index;
+    }
+
+    // Takes other rows in place of all, as they come or sorted, and lays the list out: nothing is
+    // selected, the first row is at the top. Throws std::bad_alloc, and has changed nothing then.
+    void Show(Rows rows) { Show(Records(rows), rows); }
+    void ShowSorted(Rows rows) {
+        ItemRecords records = Records(rows);
+        Sort(records, Before);
+        Show(std::move(records), rows);
+    }
+    // Any of the two, but the list stays scrolled as far as the rows allow, and the row for which
+    // `wanted` holds is selected.
+    template <typename Predicate>
+    void Refill(Rows rows, Predicate wanted) {
+        const unsigned top = GetTopIndex();
+        ShowSorted(std::move(rows));
+        SetTopIndex(top);
+        SetSelection(Find(wanted));
+    }
+
+ private:
+    static Row& RowOf(ULONG_PTR data) { return *reinterpret_cast<Row*>(data); }
+    static ULONG_PTR DataOf(const Row* row) { return reinterpret_cast<ULONG_PTR>(row); }
+    static bool Before(ULONG_PTR first, ULONG_PTR second) {
+        return OrdersBefore(RowOf(first), RowOf(second));
+    }
+    static ItemRecords Records(const Rows& rows) {
+        ItemRecords records;
+        records.reserve(rows.size());
+        for (const Owner& row : rows) {
+            records.push_back(ItemRecord{0, 0, DataOf(row.get())});
+        }
+        return records;
+    }
+    // From here on nothing fails.
+    void Show(ItemRecords records, Rows& rows) {
+        for (Owner& row : rows) {
+            static_cast<void>(row.release());
+        }
+        ReplaceItems(std::move(records));
+        Layout();
+    }
+
+    int HeightOf(ULONG_PTR data) const override { return painter_.RowHeight(RowOf(data)); }
+    void DrawRow(const DRAWITEMSTRUCT& place) const override {
+        painter_.DrawRow(place, RowOf(place.itemData));
+    }
+    void FreeRow(ULONG_PTR data) const override { Owner(&RowOf(data)); }
+
+    const RowPainter<Row>& painter_;
+};
+
+}  // namespace ui
