@@ -49,6 +49,12 @@ constexpr ViewCommand viewCommands[] = {
 
 }  // namespace
 
+const views::CommandEntry<MainFrame> MainFrame::commands[] = {
+    {ID_SETTINGS, views::Needs::Nothing, &MainFrame::ChangeSettings},
+    {ID_ABOUT, views::Needs::Nothing, &MainFrame::ShowAboutBox},
+    {ID_EXIT, views::Needs::Nothing, &MainFrame::Exit},
+};
+
 MainFrame::~MainFrame() {
     Destroy();
 }
@@ -101,6 +107,7 @@ void MainFrame::OnCreate() {
         throw faults::W32Fault();
     }
     open_ = true;
+    UpdateSlideBar();
     TitleChanged();
     MenuStateChanged();
     platform::ClaimBackKey(Handle());
@@ -150,10 +157,6 @@ void MainFrame::ArrangeView(const RECT& area) {
     }
 }
 
-LRESULT MainFrame::NotifyView(const NMHDR& notification) {
-    return open_ ? Current().Notify(notification) : 0;
-}
-
 void MainFrame::TimerOfView(UINT_PTR timer) {
     if (open_) {
         ui::RunAction(Handle(), IDS_ACTION_FAILED, [&] { Current().Timer(timer); });
@@ -176,10 +179,12 @@ void MainFrame::ShowView(ViewIndex view, const ViewArgument& argument) {
             throw faults::W32Fault();
         }
     } catch (...) {
+        UpdateSlideBar();
         TitleChanged();
         MenuStateChanged();
         throw;
     }
+    UpdateSlideBar();
     TitleChanged();
     MenuStateChanged();
     Current().Focus();
@@ -192,10 +197,10 @@ void MainFrame::TitleChanged() {
 }
 
 void MainFrame::MenuStateChanged() {
-    if (open_) {
+    // A popup is brought up to date when it opens.
+    if (open_ && bar_.HasCommands()) {
         UpdateMenu();
         InvalidateRect(bar_.Handle(), nullptr, FALSE);
-        InvalidateRect(slideBar_.Handle(), nullptr, FALSE);
     }
 }
 
@@ -207,10 +212,16 @@ void MainFrame::UpdateMenu() {
     for (const ViewCommand& entry : viewCommands) {
         if (entry.command != ID_SHOW_DLLS) {
             views::CheckCommand(menu, entry.command, entry.view == current_);
-            views::CheckCommand(slideBar_.Menu(), entry.command, entry.view == current_);
         }
     }
     Current().UpdateMenu(menu);
+}
+
+void MainFrame::UpdateSlideBar() {
+    for (const ViewCommand& entry : viewCommands) {
+        views::CheckCommand(slideBar_.Menu(), entry.command, entry.view == current_);
+    }
+    InvalidateRect(slideBar_.Handle(), nullptr, FALSE);
 }
 
 // Follows the languages each time that the menu opens: packs may have come or gone.
@@ -268,7 +279,15 @@ void MainFrame::ChangeSettings() {
 
 void MainFrame::RequestRestart() {
     TheModule().SetExitHook(Restart);
+    Exit();
+}
+
+void MainFrame::Exit() {
     PostMessageW(Handle(), WM_CLOSE, 0, 0);
+}
+
+void MainFrame::ShowAboutBox() {
+    ShowAbout(Handle());
 }
 
 bool MainFrame::SwitchCommand(WORD command) {
@@ -290,20 +309,12 @@ void MainFrame::FlipFlag(DWORD mask) {
 }
 
 void MainFrame::OnCommand(WORD command) {
-    if (command == ID_EXIT) {
-        PostMessageW(Handle(), WM_CLOSE, 0, 0);
-        return;
-    }
     ui::RunAction(Handle(), IDS_ACTION_FAILED, [&] {
         if (const DWORD mask = views::FlagOfCommand(command)) {
             FlipFlag(mask);
         } else if (command >= ID_FIRST_LANGUAGE && command <= ID_LAST_LANGUAGE) {
             ChooseLanguage(command);
-        } else if (command == ID_SETTINGS) {
-            ChangeSettings();
-        } else if (command == ID_ABOUT) {
-            ShowAbout(Handle());
-        } else if (!Current().Command(command)) {
+        } else if (!views::RunCommand(command, *this, commands) && !Current().Command(command)) {
             SwitchCommand(command);
         }
     });
@@ -339,6 +350,23 @@ bool MainFrame::OnHotKey(LPARAM key) {
         return true;
     }
     return (LOWORD(key) & MOD_KEYUP) && Current().Back();
+}
+
+// A popup, a box or a page of the program itself comes and goes without anything being read anew.
+void MainFrame::OnActivate(bool active, HWND other) {
+    const bool own = other && GetWindowThreadProcessId(other, nullptr) == GetCurrentThreadId();
+    if (active) {
+        platform::HideInputPanelButton(Handle());
+        FollowVisibleArea();
+    }
+    if (own) {
+        return;
+    }
+    if (active) {
+        Current().Resume();
+    } else {
+        Current().Suspend();
+    }
 }
 
 void MainFrame::OnDestroy() {
@@ -399,14 +427,7 @@ LRESULT MainFrame::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
             return 0;
         case WM_ACTIVATE:
             if (open_) {
-                const bool active = LOWORD(wParam) != WA_INACTIVE;
-                if (active) {
-                    platform::HideInputPanelButton(Handle());
-                    FollowVisibleArea();
-                    Current().Resume();
-                } else {
-                    Current().Suspend();
-                }
+                OnActivate(LOWORD(wParam) != WA_INACTIVE, reinterpret_cast<HWND>(lParam));
             }
             break;
         case WM_SETTINGCHANGE:

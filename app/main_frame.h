@@ -11,6 +11,7 @@
 #include "ui/window/window.h"
 #include "views/app_closer.h"
 #include "views/apps/hidden_app_list.h"
+#include "views/command_table.h"
 #include "views/view.h"
 
 namespace app {
@@ -39,6 +40,9 @@ class MainFrame : public ui::Window, public views::Frame, private PaneOwner {
     void StoreText(const wchar_t* name, const std::wstring& value) override;
     void StoreNumber(const wchar_t* name, DWORD value) override;
 
+    // Whether there is what one of the frame's own commands needs: nothing.
+    bool Meets(views::Needs) const { return true; }
+
     // Sees each message before it is dispatched: the hardware soft keys press the bar's buttons.
     bool PreTranslate(const MSG& message);
 
@@ -48,9 +52,10 @@ class MainFrame : public ui::Window, public views::Frame, private PaneOwner {
     virtual std::unique_ptr<views::View> MakeView(views::ViewIndex view);
 
  private:
+    static const views::CommandEntry<MainFrame> commands[];
+
     void OnCreate();
     void ArrangeView(const RECT& area) override;
-    LRESULT NotifyView(const NMHDR& notification) override;
     void TimerOfView(UINT_PTR timer) override;
     views::View& Current() const { return *views_[static_cast<size_t>(current_)]; }
     void ShowView(views::ViewIndex view, const views::ViewArgument& argument);
@@ -59,14 +64,20 @@ class MainFrame : public ui::Window, public views::Frame, private PaneOwner {
     void ArrangeSlideBar(RECT* area);
     // Fills the part of the screen that the shell leaves free.
     void FollowVisibleArea();
+    // The main window has been activated, or not, and `other` the opposite.
+    void OnActivate(bool active, HWND other);
     void OnCommand(WORD command);
     bool SwitchCommand(WORD command);
     void FlipFlag(DWORD mask);
+    // Brings the bar's menu up to date: what is enabled and what is checked.
     void UpdateMenu();
+    void UpdateSlideBar();
     // Fills the languages in where `menu` holds them.
     void UpdateLanguages(HMENU menu);
     void ChooseLanguage(WORD command);
     void ChangeSettings();
+    void ShowAboutBox();
+    void Exit();
     // Closes the frame; the program starts again when its window is gone.
     void RequestRestart();
     bool OnHotKey(LPARAM key);

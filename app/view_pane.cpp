@@ -9,8 +9,6 @@ LRESULT ViewPane::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
         case WM_SIZE:
             owner_.ArrangeView(ClientRectangle());
             return 0;
-        case WM_NOTIFY:
-            return owner_.NotifyView(*reinterpret_cast<const NMHDR*>(lParam));
         case WM_TIMER:
             owner_.TimerOfView(wParam);
             return 0;

@@ -10,7 +10,6 @@ class PaneOwner {
  public:
     // Places the current view's windows.
     virtual void ArrangeView(const RECT& area) = 0;
-    virtual LRESULT NotifyView(const NMHDR& notification) = 0;
     virtual void TimerOfView(UINT_PTR timer) = 0;
 
  protected:

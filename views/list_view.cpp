@@ -19,25 +19,26 @@ void ListView::Layout(HDC dc) {
     textHeight_ = ui::TextHeight(dc, ui::Fonts().Base());
     smallTextHeight_ = ui::TextHeight(dc, ui::Fonts().Small());
     oneLineHeight_ = ThumbRowHeight(textHeight_);
-    if (!list_.Handle() && !list_.Open(frame_.Pane(), 1)) {
+    if (!list_->Handle() && !list_->Open(frame_.Pane(), 1, listClass,
+                                         ui::childStyle & ~static_cast<DWORD>(WS_VISIBLE))) {
         throw faults::W32Fault();
     }
 }
 
 bool ListView::Activate(const ViewArgument&) {
     frame_.Bar().LoadBar(menu_);
-    ShowWindow(list_.Handle(), SW_SHOW);
+    ShowWindow(list_->Handle(), SW_SHOW);
     return true;
 }
 
 bool ListView::Deactivate(HDC) {
-    list_.Clear();
-    ShowWindow(list_.Handle(), SW_HIDE);
+    list_->Clear();
+    ShowWindow(list_->Handle(), SW_HIDE);
     return true;
 }
 
 void ListView::Arrange(const RECT& area) {
-    MoveWindow(list_.Handle(), area.left, area.top, ui::Width(area), ui::Height(area), TRUE);
+    MoveWindow(list_->Handle(), area.left, area.top, ui::Width(area), ui::Height(area), TRUE);
 }
 
 bool ListView::Key(WPARAM key) {
@@ -56,27 +57,16 @@ bool ListView::Command(WORD command) {
     return true;
 }
 
-LRESULT ListView::Notify(const NMHDR& notification) {
-    if (notification.hwndFrom != list_.Handle()) {
-        return 0;
-    }
-    switch (static_cast<int>(notification.code)) {
-        case ui::LSN_SELCHANGED:
-            frame_.MenuStateChanged();
-            return 0;
-        case static_cast<int>(NM_KEYDOWN): {
-            const WPARAM key = reinterpret_cast<const ui::ListKeyDown&>(notification).key;
-            return Key(key) || frame_.FrameKey(key);
-        }
-        case static_cast<int>(NM_RETURN):
-            if (list_.Marking()) {
-                list_.ToggleMark(list_.GetSelection());
-            } else if (HasSelection()) {
-                Tap(list_.GetSelection());
-            }
-            return 0;
+bool ListView::Meets(Needs needs) const {
+    switch (needs) {
+        case Needs::Selection:
+            return HasSelection();
+        case Needs::ChosenRows:
+            return list_->Marking() ? list_->MarkedCount() > 0 : HasSelection();
+        case Needs::Paths:
+            return IsClipboardFormatAvailable(CF_HDROP) != FALSE;
         default:
-            return 0;
+            return true;
     }
 }
 

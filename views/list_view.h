@@ -2,16 +2,20 @@
 // list with the frame.
 #pragma once
 
+#include "ui/list/row_list.h"
+#include "views/command_table.h"
 #include "views/display_flags.h"
-#include "views/view_list.h"
+#include "views/view.h"
 
 namespace views {
 
 // The height of a row of one text line that a thumb can hit, in pixels.
 int ThumbRowHeight(int textHeight);
 
-class ListView : public View {
+class ListView : public View, protected ui::RowListOwner {
  public:
+    static constexpr wchar_t listClass[] = L"kx::TouchList";
+
     void Layout(HDC dc) override;
     bool Activate(const ViewArgument& argument) override;
     bool Deactivate(HDC dc) override;
@@ -21,20 +25,22 @@ class ListView : public View {
     bool Command(WORD command) override;
     void Arrange(const RECT& area) override;
     bool Back() override { return false; }
-    void MarksChanged() override {}
     void Close() override {}
-    void Focus() override { SetFocus(list_.Handle()); }
-    LRESULT Notify(const NMHDR& notification) override;
-    int RowHeight(ULONG_PTR) const override { return oneLineHeight_; }
+    void Focus() override { SetFocus(list_->Handle()); }
+
+    // Whether there is what a command needs.
+    bool Meets(Needs needs) const;
 
  protected:
     // `menu` is the resource of the view's bar.
-    ListView(Frame& frame, UINT menu) : frame_(frame), list_(*this), menu_(menu) {}
+    ListView(Frame& frame, UINT menu) : frame_(frame), menu_(menu) {}
+    // The list, a member of the view; to be called by its constructor.
+    void SetList(ui::RowListWindow& list) { list_ = &list; }
 
     Frame& GetFrame() const { return frame_; }
-    ViewList& List() { return list_; }
-    const ViewList& List() const { return list_; }
-    bool HasSelection() const { return list_.GetSelection() != ui::noRow; }
+    bool HasSelection() const { return list_->HasSelection(); }
+    void OnSelected() override { frame_.MenuStateChanged(); }
+    bool OnKey(WPARAM key) override { return Key(key) || frame_.FrameKey(key); }
 
     // The heights of a text line in the base and the small font, and of the smallest row that a
     // thumb can hit, in pixels.
@@ -44,7 +50,7 @@ class ListView : public View {
 
  private:
     Frame& frame_;
-    ViewList list_;
+    ui::RowListWindow* list_ = nullptr;
     UINT menu_;
 };
 

@@ -44,12 +44,6 @@ class View {
     // A display option changed: `value` is `mask` when it was switched on, else 0.
     virtual void FlagsChanged(DWORD mask, DWORD value) = 0;
     virtual std::wstring Title() const = 0;
-    virtual void DrawRow(const DRAWITEMSTRUCT& row) = 0;
-    virtual void DeleteRow(ULONG_PTR data) = 0;
-    // A row was tapped, or Enter pressed on it; it is selected already.
-    virtual void Tap(unsigned row) = 0;
-    // Whether Tap opens something.
-    virtual bool TapsOpen() const { return false; }
     // Enables the commands of the bar's menu for the current state.
     virtual void UpdateMenu(HMENU menu) = 0;
     // False leaves the key to the frame.
@@ -58,8 +52,6 @@ class View {
     virtual bool Command(WORD command) = 0;
     virtual void Refresh() = 0;
 
-    // The height of a row in pixels.
-    virtual int RowHeight(ULONG_PTR data) const = 0;
     // Places the view's windows in the pane's client area.
     virtual void Arrange(const RECT& area) = 0;
     // The hardware Back key; false passes it on.
@@ -68,14 +60,10 @@ class View {
     virtual void Close() = 0;
     // Gives the keyboard to the view.
     virtual void Focus() = 0;
-    // Rows have been marked or unmarked in multi-selection.
-    virtual void MarksChanged() = 0;
     // A volume came or went (the event of WM_DEVICECHANGE).
     virtual void DeviceChanged(WPARAM) {}
     // A timer of the pane has run out (WM_TIMER).
     virtual void Timer(UINT_PTR) {}
-    // A message of one of the view's own windows.
-    virtual LRESULT Notify(const NMHDR& notification) = 0;
 };
 
 class AppCloser;

@@ -30,6 +30,8 @@ class FrameFixture : public testing::Test {
     // An item's state in the bar's menu; all bits set when the menu has no such item.
     UINT ItemState(UINT command);
     bool IsChecked(UINT command) {
+        // As the popup does when it opens.
+        SendMessageW(frame.Handle(), WM_INITMENUPOPUP, 0, 0);
         const UINT state = ItemState(command);
         return state != ~0u && (state & MF_CHECKED) != 0;
     }

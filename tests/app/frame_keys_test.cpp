@@ -6,7 +6,7 @@
 #include "tests/support/monitor.h"
 #include "tests/support/wait.h"
 #include "tests/support/windows_seen.h"
-#include "views/view_list.h"
+#include "views/list_view.h"
 
 using namespace test;
 
@@ -29,8 +29,8 @@ class FrameKeys : public FrameFixture {
     // For the user's thread: selects the last row of Files.
     void SelectLast() const {
         const auto list =
-            static_cast<views::ViewList*>(reinterpret_cast<ui::Window*>(GetWindowLongPtrW(
-                FindChild(frame.Handle(), views::ViewList::className), GWLP_USERDATA)));
+            static_cast<ui::RowListWindow*>(reinterpret_cast<ui::Window*>(GetWindowLongPtrW(
+                FindChild(frame.Handle(), views::ListView::listClass), GWLP_USERDATA)));
         Finger().Key("End").Play();
         EXPECT_TRUE(WaitFor([&] { return list->GetSelection() != ui::noRow; }));
     }

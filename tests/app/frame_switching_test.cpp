@@ -11,6 +11,7 @@
 #include "res/resource.h"
 #include "tests/support/box.h"
 #include "tests/support/drawn_texts.h"
+#include "tests/support/sample_program.h"
 #include "tests/support/user.h"
 #include "tests/support/wait.h"
 #include "tests/support/windows_seen.h"
@@ -61,9 +62,6 @@ class NotingView final : public views::View {
     void Suspend() override { Note("suspend"); }
     void FlagsChanged(DWORD mask, DWORD value) override { flagChanges.push_back({mask, value}); }
     std::wstring Title() const override { return L"View " + std::to_wstring(Number()); }
-    void DrawRow(const DRAWITEMSTRUCT&) override {}
-    void DeleteRow(ULONG_PTR) override {}
-    void Tap(unsigned) override {}
     void UpdateMenu(HMENU) override {}
     bool Key(WPARAM) override { return false; }
     bool Command(WORD command) override {
@@ -76,13 +74,10 @@ class NotingView final : public views::View {
         return true;
     }
     void Refresh() override {}
-    int RowHeight(ULONG_PTR) const override { return 1; }
     void Arrange(const RECT&) override {}
     bool Back() override { return false; }
     void Close() override {}
     void Focus() override {}
-    void MarksChanged() override {}
-    LRESULT Notify(const NMHDR&) override { return 0; }
 
  private:
     DWORD Number() const { return static_cast<DWORD>(index_); }
@@ -198,6 +193,34 @@ TEST_F(FrameSwitching, TellsTheViewAloneThatTheWindowComesAndGoes) {
     EXPECT_EQ(asked, Asked{"suspend 2"});
     SendMessageW(frame.Handle(), WM_ACTIVATE, WA_ACTIVE, 0);
     EXPECT_EQ(asked, (Asked{"suspend 2", "resume 2"}));
+}
+
+TEST_F(FrameSwitching, TellsTheViewNothingOfTheProgramsOwnWindows) {
+    Open();
+    asked.clear();
+    const HWND own = CreateWindowExW(0, L"STATIC", L"own", WS_POPUP, 0, 0, 10, 10, frame.Handle(),
+                                     nullptr, nullptr, nullptr);
+    const auto ownPosition = reinterpret_cast<LPARAM>(own);
+    SendMessageW(frame.Handle(), WM_ACTIVATE, WA_INACTIVE, ownPosition);
+    SendMessageW(frame.Handle(), WM_ACTIVATE, WA_ACTIVE, ownPosition);
+    EXPECT_EQ(asked, Asked{});
+    const SampleProgram other(L"polite", L"Sample 1");
+    asked.clear();
+    const auto otherPosition = reinterpret_cast<LPARAM>(other.Window());
+    SendMessageW(frame.Handle(), WM_ACTIVATE, WA_INACTIVE, otherPosition);
+    SendMessageW(frame.Handle(), WM_ACTIVATE, WA_ACTIVE, otherPosition);
+    EXPECT_EQ(asked, (Asked{"suspend 0", "resume 0"}));
+}
+
+TEST_F(FrameSwitching, ABoxComesAndGoesWithoutTheView) {
+    Open();
+    EXPECT_TRUE(SaysOf(
+        [] {
+            asked.clear();
+            throw faults::Fault(std::wstring(L"nobody knows"));
+        },
+        L"The action can't be completed\r\nnobody knows"));
+    EXPECT_EQ(asked, Asked{}) << "the box took the activation and gave it back";
 }
 
 TEST_F(FrameSwitching, TellsTheViewWhichOptionHasChangedAndHow) {

@@ -16,7 +16,7 @@ void CollectCommands(HMENU menu, std::set<UINT>& commands) {
     for (UINT position = 0; ui::ReadMenuItem(menu, position, &item); ++position) {
         if (item.submenu) {
             CollectCommands(item.submenu, commands);
-        } else {
+        } else if (!item.Separator()) {
             commands.insert(item.id);
         }
     }

@@ -20,8 +20,8 @@
 #include "views/display_flags.h"
 #include "views/files/file_transfer.h"
 #include "views/files/files_view.h"
+#include "views/list_view.h"
 #include "views/processes/processes_view.h"
-#include "views/view_list.h"
 
 namespace {
 
@@ -161,7 +161,7 @@ void MeasurePainting() {
     views::FilesView view(frame);
     frame.Open(view);
     view.Navigate(folder.Path().c_str());
-    const HWND list = test::FindChild(frame.Handle(), views::ViewList::className);
+    const HWND list = test::FindChild(frame.Handle(), views::ListView::listClass);
     RECT client;
     GetClientRect(list, &client);
     const platform::WindowDC dc(list);

@@ -21,10 +21,10 @@ class GalleryApps : public testing::Test {
         camera.MoveFingerAway(input);
         ASSERT_EQ(List().GetCount(), 4u);
     }
-    views::ViewList& List() const {
-        const HWND list = FindChild(frame.Handle(), views::ViewList::className);
+    ui::RowList<views::AppItem>& List() const {
+        const HWND list = FindChild(frame.Handle(), views::ListView::listClass);
         const auto window = reinterpret_cast<ui::Window*>(GetWindowLongPtrW(list, GWLP_USERDATA));
-        return *static_cast<views::ViewList*>(window);
+        return *static_cast<ui::RowList<views::AppItem>*>(window);
     }
     // Gives the command and takes a picture of the dialog that it opens.
     void TakeDialog(const char* scene, WORD command) {

@@ -20,18 +20,17 @@ class GalleryRows : public testing::Test {
         ASSERT_TRUE(PumpUntil([&] { return GetForegroundWindow() == frame.Handle(); }));
         camera.MoveFingerAway(input);
     }
-    views::ViewList& List() const {
-        const HWND list = FindChild(frame.Handle(), views::ViewList::className);
+    views::FolderBrowser::List& List() const {
+        const HWND list = FindChild(frame.Handle(), views::ListView::listClass);
         const auto window = reinterpret_cast<ui::Window*>(GetWindowLongPtrW(list, GWLP_USERDATA));
-        return *static_cast<views::ViewList*>(window);
+        return *static_cast<views::FolderBrowser::List*>(window);
     }
     // Edits a row's name and takes the picture.
     void TakeEditor(const char* scene, unsigned row) {
         List().SetSelection(row);
         RECT area;
         ASSERT_TRUE(List().RowRectangle(row, &area));
-        const std::wstring name =
-            reinterpret_cast<const views::FileItem*>(List().GetItemData(row))->name;
+        const std::wstring name = List()[row].name;
         WhileUser(
             [&] {
                 EXPECT_TRUE(WaitFor([&] { return FindChild(frame.Handle(), L"Edit") != nullptr; }));

@@ -15,9 +15,6 @@ bool FakeFrame::PaneWindow::Open(HWND parent, const RECT& bounds) {
 }
 
 LRESULT FakeFrame::PaneWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
-    if (message == WM_NOTIFY && frame_.view_) {
-        return frame_.view_->Notify(*reinterpret_cast<const NMHDR*>(lParam));
-    }
     if (message == WM_TIMER && frame_.view_) {
         frame_.view_->Timer(wParam);
         return 0;

@@ -12,6 +12,7 @@
 #include "tests/support/wait.h"
 #include "tests/support/windows_seen.h"
 #include "tests/views/applications_fixture.h"
+#include "tests/views/rows.h"
 
 using namespace test;
 
@@ -135,9 +136,9 @@ TEST_F(ApplicationsCommands, ATapSwitchesToTheInnermostOwnedWindow) {
     const SampleProgram dialogs(L"dialogs", L"Sample dialogs");
     const SampleProgram program(L"polite", L"Sample 1");
     Open();
-    view->Tap(RowOf(L"Sample dialogs"));
+    test::Tap(List(), RowOf(L"Sample dialogs"));
     EXPECT_TRUE(PumpUntil([&] { return GetForegroundWindow() == dialogs.WindowCalled(L"Third"); }));
-    view->Tap(RowOf(L"Sample 1"));
+    test::Tap(List(), RowOf(L"Sample 1"));
     EXPECT_TRUE(PumpUntil([&] { return GetForegroundWindow() == program.Window(); }));
     EXPECT_EQ(beeps, 0);
 }
@@ -147,7 +148,7 @@ TEST_F(ApplicationsCommands, ATapOnAWindowThatIsGoneBeeps) {
     Open();
     const unsigned row = RowOf(L"Sample 1");
     program.reset();
-    view->Tap(row);
+    test::Tap(List(), row);
     EXPECT_EQ(beeps, 1);
 }
 
@@ -155,7 +156,7 @@ TEST_F(ApplicationsCommands, ATapOnAWindowThatDoesNotComeToTheFrontBeeps) {
     const SampleProgram program(L"polite", L"Sample 1");
     Open();
     const PlatformHook<BOOL WINAPI(HWND)> front("SetForegroundWindow", NotInFront);
-    view->Tap(RowOf(L"Sample 1"));
+    test::Tap(List(), RowOf(L"Sample 1"));
     EXPECT_EQ(beeps, 1);
 }
 

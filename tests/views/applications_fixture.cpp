@@ -34,14 +34,14 @@ views::ApplicationsView& ApplicationsFixture::Open() {
     return *view;
 }
 
-views::ViewList& ApplicationsFixture::List() const {
-    const HWND list = FindChild(frame.Handle(), views::ViewList::className);
+ui::RowList<views::AppItem>& ApplicationsFixture::List() const {
+    const HWND list = FindChild(frame.Handle(), views::ListView::listClass);
     const auto window = reinterpret_cast<ui::Window*>(GetWindowLongPtrW(list, GWLP_USERDATA));
-    return *static_cast<views::ViewList*>(window);
+    return *static_cast<ui::RowList<views::AppItem>*>(window);
 }
 
 const views::AppItem& ApplicationsFixture::Item(unsigned row) const {
-    return *reinterpret_cast<const views::AppItem*>(List().GetItemData(row));
+    return List()[row];
 }
 
 unsigned ApplicationsFixture::RowOf(const std::wstring& title) const {

@@ -28,7 +28,7 @@ class ApplicationsFixture : public testing::Test {
     // The frame as the shell's; its windows are critical.
     void MakeShell(HWND window);
 
-    views::ViewList& List() const;
+    ui::RowList<views::AppItem>& List() const;
     const views::AppItem& Item(unsigned row) const;
     unsigned RowOf(const std::wstring& title) const;
     Titles Rows() const;

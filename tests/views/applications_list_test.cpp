@@ -9,6 +9,7 @@
 #include "tests/support/windows_seen.h"
 #include "tests/views/applications_fixture.h"
 #include "tests/views/drawn_row.h"
+#include "tests/views/rows.h"
 #include "ui/paint/drawing_resources.h"
 #include "views/apps/chevron.h"
 
@@ -195,7 +196,7 @@ TEST_F(ApplicationsList, ShowsAnApplicationWhoseExecutableHasNoIcon) {
     }
     ASSERT_EQ(Rows(), (Titles{L"Sample 1"}));
     EXPECT_EQ(Item(0).icon, -1);
-    const DrawnRow row(*view, List().GetItemData(0), SIZE{240, view->RowHeight(0)});
+    const DrawnRow row(List(), 0, SIZE{240, HeightOf(List(), 0)});
     EXPECT_TRUE(row.Icons().empty());
     const platform::WindowDC dc(frame.Handle());
     const int margin = (ui::TextHeight(dc, ui::Fonts().Base()) + 5) / 6;
@@ -208,14 +209,14 @@ TEST_F(ApplicationsList, DrawsNothingInARowOfNoWidth) {
     Open();
     const platform::WindowDC dc(frame.Handle());
     const int margin = (ui::TextHeight(dc, ui::Fonts().Base()) + 5) / 6;
-    const ULONG_PTR data = List().GetItemData(RowOf(L"Sample 1"));
-    const int height = view->RowHeight(data);
-    const DrawnRow none(*view, data, SIZE{2 * margin, height}, true);
+    const unsigned shown = RowOf(L"Sample 1");
+    const int height = HeightOf(List(), shown);
+    const DrawnRow none(List(), shown, SIZE{2 * margin, height}, true);
     EXPECT_TRUE(none.Texts().empty());
     EXPECT_TRUE(none.Icons().empty());
     EXPECT_FALSE(none.HasMarks(RECT{0, 0, 2 * margin, height}));
     EXPECT_NE(none.At(0, 0), GetSysColor(COLOR_HIGHLIGHT));
-    const DrawnRow some(*view, data, SIZE{2 * margin + 1, height}, true);
+    const DrawnRow some(List(), shown, SIZE{2 * margin + 1, height}, true);
     EXPECT_EQ(some.At(0, 0), GetSysColor(COLOR_HIGHLIGHT));
 }
 
@@ -298,22 +299,22 @@ TEST_F(ApplicationsList, KeepsTheSelectedWindowOverARefresh) {
 }
 
 TEST_F(ApplicationsList, RowsFollowTheFontAndTheIcons) {
+    const SampleProgram program(L"polite", L"Sample 1");
     Open();
     const platform::WindowDC dc(frame.Handle());
     const int text = ui::TextHeight(dc, ui::Fonts().Base());
     const int icon = GetSystemMetrics(SM_CXICON);
-    EXPECT_EQ(view->RowHeight(0), std::max(text + (text + 3) / 4 * 2, icon + icon / 4));
+    EXPECT_EQ(HeightOf(List(), 0), std::max(text + (text + 3) / 4 * 2, icon + icon / 4));
 }
 
 TEST_F(ApplicationsList, ASelectedRowHasAnArrowAtItsEnd) {
     const SampleProgram program(L"polite",
                                 L"Sample with a title that is much too long for the row");
     Open();
-    const ULONG_PTR data =
-        List().GetItemData(RowOf(L"Sample with a title that is much too long for the row"));
-    const SIZE size = {240, view->RowHeight(data)};
-    const DrawnRow plain(*view, data, size);
-    const DrawnRow selected(*view, data, size, true);
+    const unsigned shown = RowOf(L"Sample with a title that is much too long for the row");
+    const SIZE size = {240, HeightOf(List(), shown)};
+    const DrawnRow plain(List(), shown, size);
+    const DrawnRow selected(List(), shown, size, true);
     ASSERT_EQ(plain.Texts().size(), 1u);
     ASSERT_EQ(selected.Texts().size(), 1u);
     const int width = (size.cy - size.cy / 2) | 1;

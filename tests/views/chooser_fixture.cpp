@@ -6,6 +6,7 @@
 #include "tests/support/user.h"
 #include "tests/support/wait.h"
 #include "tests/support/windows_seen.h"
+#include "tests/views/rows.h"
 #include "ui/bar/command_bar.h"
 
 namespace test {
@@ -55,11 +56,11 @@ void ChooserFixture::Look(const std::function<void()>& script) {
 }
 
 HWND ChooserFixture::ListWindow() const {
-    return FindChild(dialog_, views::ChooserList::className);
+    return FindChild(dialog_, L"kx::ChooserList");
 }
 
-views::ChooserList& ChooserFixture::Chooser() const {
-    return *static_cast<views::ChooserList*>(
+views::FolderBrowser::List& ChooserFixture::Chooser() const {
+    return *static_cast<views::FolderBrowser::List*>(
         reinterpret_cast<ui::Window*>(GetWindowLongPtrW(ListWindow(), GWLP_USERDATA)));
 }
 
@@ -71,7 +72,7 @@ Names ChooserFixture::ShownRows() const {
     Names names;
     thread_.Call([&] {
         for (unsigned row = 0; row < Chooser().GetCount(); ++row) {
-            names.push_back(Chooser().ItemAt(row).name);
+            names.push_back(Chooser()[row].name);
         }
     });
     return names;
@@ -81,7 +82,7 @@ std::wstring ChooserFixture::Chosen() const {
     std::wstring chosen;
     thread_.Call([&] {
         const unsigned row = Chooser().GetSelection();
-        chosen = row == ui::noRow ? std::wstring() : std::wstring(Chooser().ItemAt(row).name);
+        chosen = row == ui::noRow ? std::wstring() : std::wstring(Chooser()[row].name);
     });
     return chosen;
 }
@@ -95,7 +96,7 @@ unsigned ChooserFixture::ChooserRow(const std::wstring& name) const {
 POINT ChooserFixture::PlaceOf(const std::wstring& name) const {
     const unsigned row = ChooserRow(name);
     EXPECT_NE(row, ui::noRow);
-    const int height = static_cast<int>(Chooser().Measure(0, 1, 1, Chooser().GetItemData(0)).cy);
+    const int height = test::HeightOf(Chooser(), 0);
     return OnScreen(ListWindow(), 60,
                     static_cast<int>(row - Chooser().GetTopIndex()) * height + height / 2);
 }

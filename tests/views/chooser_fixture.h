@@ -10,7 +10,7 @@
 #include "tests/support/program_thread.h"
 #include "tests/views/files_fixture.h"
 #include "views/files/app_chooser.h"
-#include "views/files/chooser_list.h"
+#include "views/files/folder_browser.h"
 
 namespace test {
 
@@ -27,7 +27,7 @@ class ChooserFixture : public FilesFixture {
     // For the script.
     HWND Dialog() const { return dialog_; }
     HWND ListWindow() const;
-    views::ChooserList& Chooser() const;
+    views::FolderBrowser::List& Chooser() const;
     std::wstring ShownFolder() const;
     Names ShownRows() const;
     std::wstring Chosen() const;

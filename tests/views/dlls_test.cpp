@@ -1,5 +1,6 @@
 // The modules of a process: of a device of chosen ones, and of a real process.
 #include "res/resource.h"
+#include "tests/views/rows.h"
 #include "views/processes/dlls_view.h"
 
 #include "tests/support/fake_processes.h"
@@ -76,8 +77,8 @@ TEST_F(FakeDeviceDlls, AreReadAnewForTheOptionsTheyShow) {
 TEST_F(FakeDeviceDlls, ShowWhatTheOptionsAskFor) {
     frame.flags = pathFlag | baseFlag | sizeFlag | 0x0080;
     Open();
-    const SIZE size = {400, view.RowHeight(0)};
-    const DrawnRow row(view, List().GetItemData(2), size);
+    const SIZE size = {400, HeightOf(List(), 0)};
+    const DrawnRow row(List(), 2, size);
     ASSERT_EQ(row.Texts().size(), 4u);
     EXPECT_EQ(row.Texts()[0].text, L"\\windows\\explorer.exe");
     EXPECT_EQ(row.Texts()[1].text, L"1.50 KB");

@@ -40,7 +40,8 @@ BOOL WINAPI NotingDrawIcon(HIMAGELIST list, int index, HDC dc, int x, int y, UIN
 
 }  // namespace
 
-DrawnRow::DrawnRow(views::View& view, ULONG_PTR data, SIZE size, bool selected) : size_(size) {
+DrawnRow::DrawnRow(ui::RowListWindow& list, unsigned index, SIZE size, bool selected)
+    : size_(size) {
     const platform::WindowDC screen(nullptr);
     const platform::UniqueBitmap bitmap(
         CreateCompatibleBitmap(screen, size.cx, size.cy + 2 * offset));
@@ -53,7 +54,8 @@ DrawnRow::DrawnRow(views::View& view, ULONG_PTR data, SIZE size, bool selected) 
     row.itemState = selected ? ODS_SELECTED : 0;
     row.hDC = memory.Get();
     row.rcItem = RECT{0, offset, size.cx, offset + size.cy};
-    row.itemData = data;
+    row.itemID = index;
+    row.itemData = list.GetItemData(index);
     texts = &texts_;
     icons = &icons_;
     {
@@ -61,7 +63,7 @@ DrawnRow::DrawnRow(views::View& view, ULONG_PTR data, SIZE size, bool selected) 
         const PlatformHook<DrawIcon> iconHook("ImageList_Draw", NotingDrawIcon);
         realTextOut = textHook.Original();
         realDrawIcon = iconHook.Original();
-        view.DrawRow(row);
+        list.DrawItem(row);
     }
     for (int y = 0; y < size.cy; ++y) {
         for (int x = 0; x < size.cx; ++x) {

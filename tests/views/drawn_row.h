@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "views/view.h"
+#include "ui/list/row_list.h"
 
 namespace test {
 
@@ -21,8 +21,8 @@ struct DrawnText {
 
 class DrawnRow {
  public:
-    // Draws a row of the view of the given size, on the background of a window.
-    DrawnRow(views::View& view, ULONG_PTR data, SIZE size, bool selected = false);
+    // Draws a row of the list in the given size, on the background of a window.
+    DrawnRow(ui::RowListWindow& list, unsigned row, SIZE size, bool selected = false);
 
     const std::vector<DrawnText>& Texts() const { return texts_; }
     // The indices of the icons that were drawn into the row.

@@ -9,6 +9,7 @@
 #include "tests/support/windows_seen.h"
 #include "tests/views/fake_folder.h"
 #include "tests/views/files_fixture.h"
+#include "tests/views/rows.h"
 #include "views/display_flags.h"
 
 using namespace test;
@@ -178,7 +179,7 @@ TEST_F(FilesCommands, UnknownOnesAreLeftToTheFrame) {
 TEST_F(FilesCommands, ATapOnAFolderOpensIt) {
     OpenFolder();
     Select(L"inner");
-    View().Tap(RowOf(L"inner"));
+    test::Tap(List(), RowOf(L"inner"));
     EXPECT_EQ(View().Title(), folder.Path() + L"\\inner");
     EXPECT_EQ(TextOf(PathBar()), folder.Path() + L"\\inner");
     EXPECT_EQ(Selected(), L"");
@@ -187,14 +188,14 @@ TEST_F(FilesCommands, ATapOnAFolderOpensIt) {
 
 TEST_F(FilesCommands, AFolderOfTheRootOpensWithOneBackslash) {
     Open();
-    View().Tap(RowOf(L"Temp"));
+    test::Tap(List(), RowOf(L"Temp"));
     EXPECT_EQ(View().Title(), L"\\Temp");
 }
 
 TEST_F(FilesCommands, AFolderThatVanishedBeforeTheTapIsEmpty) {
     OpenFolder();
     RemoveDirectoryW((folder.Path() + L"\\inner").c_str());
-    View().Tap(RowOf(L"inner"));
+    test::Tap(List(), RowOf(L"inner"));
     EXPECT_EQ(View().Title(), folder.Path() + L"\\inner");
     EXPECT_EQ(List().GetCount(), 0u);
 }
@@ -298,5 +299,5 @@ TEST_F(FilesFaults, OfTheBackKeyAreShown) {
 }
 
 TEST_F(FilesFaults, OfATapAreShown) {
-    ExpectMessage([&] { View().Tap(0); });
+    ExpectMessage([&] { test::Tap(List(), 0); });
 }

@@ -6,6 +6,7 @@
 #include "faults/fault.h"
 #include "platform/handles.h"
 #include "tests/support/windows_seen.h"
+#include "tests/views/rows.h"
 #include "ui/paint/paint.h"
 
 namespace test {
@@ -41,8 +42,6 @@ void OneViewFrame::TitleChanged() {
 
 LRESULT OneViewFrame::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
-        case WM_NOTIFY:
-            return view ? view->Notify(*reinterpret_cast<const NMHDR*>(lParam)) : 0;
         case WM_COMMAND:
             commands.push_back(LOWORD(wParam));
             return 0;
@@ -82,10 +81,10 @@ void FilesFixture::CloseView(bool quit) {
     view_.reset();
 }
 
-views::ViewList& FilesFixture::List() const {
-    const HWND list = FindChild(frame.Handle(), views::ViewList::className);
+views::FolderBrowser::List& FilesFixture::List() const {
+    const HWND list = FindChild(frame.Handle(), views::ListView::listClass);
     const auto window = reinterpret_cast<ui::Window*>(GetWindowLongPtrW(list, GWLP_USERDATA));
-    return *static_cast<views::ViewList*>(window);
+    return *static_cast<views::FolderBrowser::List*>(window);
 }
 
 HWND FilesFixture::PathBar() const {
@@ -93,7 +92,7 @@ HWND FilesFixture::PathBar() const {
 }
 
 const views::FileItem& FilesFixture::Item(unsigned row) const {
-    return *reinterpret_cast<const views::FileItem*>(List().GetItemData(row));
+    return List()[row];
 }
 
 unsigned FilesFixture::RowOf(const std::wstring& name) const {
@@ -106,7 +105,7 @@ unsigned FilesFixture::RowOf(const std::wstring& name) const {
 }
 
 int FilesFixture::HeightOf(const std::wstring& name) const {
-    return view_->RowHeight(List().GetItemData(RowOf(name)));
+    return test::HeightOf(List(), RowOf(name));
 }
 
 Names FilesFixture::Rows() const {

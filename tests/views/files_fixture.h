@@ -10,7 +10,7 @@
 #include "tests/support/world.h"
 #include "views/app_closer.h"
 #include "views/files/files_view.h"
-#include "views/view_list.h"
+#include "views/files/folder_browser.h"
 
 namespace test {
 
@@ -67,7 +67,7 @@ class FilesFixture : public testing::Test {
     // Destroys the view as the frame does; `quit` lets it keep what it remembers.
     void CloseView(bool quit = true);
 
-    views::ViewList& List() const;
+    views::FolderBrowser::List& List() const;
     HWND PathBar() const;
     const views::FileItem& Item(unsigned row) const;
     // The row of an entry; noRow when it is not listed.

@@ -8,6 +8,7 @@
 #include "tests/support/wait.h"
 #include "tests/views/fake_folder.h"
 #include "tests/views/files_fixture.h"
+#include "tests/views/rows.h"
 #include "ui/paint/paint.h"
 #include "views/display_flags.h"
 
@@ -169,7 +170,7 @@ TEST_F(FilesLimits, NothingIsLeftOfAThousandRoundsOfReadingAndMoving) {
     OpenFolder();
     const auto round = [&] {
         View().Refresh();
-        View().Tap(RowOf(L"inner"));
+        test::Tap(List(), RowOf(L"inner"));
         View().Navigate((folder.Path() + L"\\file").c_str());
         UpdateWindow(List().Handle());
         UpdateWindow(PathBar());
@@ -264,7 +265,7 @@ TEST_F(FilesLimits, FoldersWithEveryCharacterOpenAndCloseAgain) {
     }
     OpenFolder();
     for (const std::wstring& name : Rows()) {
-        View().Tap(RowOf(name));
+        test::Tap(List(), RowOf(name));
         EXPECT_EQ(View().Title(), folder.Path() + L"\\" + name);
         EXPECT_TRUE(View().Up());
         EXPECT_EQ(Selected(), name);
@@ -295,8 +296,8 @@ TEST_F(FilesLimits, PathsCloseToTheLongestAreListedAndLeftAgain) {
     ASSERT_TRUE(CreateDirectoryW((path + L"\\" + rest).c_str(), nullptr)) << GetLastError();
     folder.MakeFile(deep.substr(0, 120) + L"\\" + rest + L"\\f");
     OpenFolder();
-    View().Tap(0);
-    View().Tap(0);
+    test::Tap(List(), 0);
+    test::Tap(List(), 0);
     EXPECT_EQ(View().Title(), path + L"\\" + rest);
     EXPECT_EQ(Rows(), Names{L"f"});
     View().Navigate((path + L"\\" + rest + L"\\f").c_str());
@@ -311,7 +312,7 @@ TEST_F(FilesLimits, AFolderTooDeepForThePlatformIsEmptyAndCanBeLeft) {
     fake.Add(std::wstring(200, L'd'), FILE_ATTRIBUTE_DIRECTORY);
     Open();
     for (int depth = 0; depth < 5; ++depth) {
-        View().Tap(0);
+        test::Tap(List(), 0);
     }
     EXPECT_EQ(View().Title().size(), 5u * 201);
     UpdateWindow(PathBar());

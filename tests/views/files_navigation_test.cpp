@@ -126,7 +126,7 @@ TEST_F(FilesNavigate, TheFolderAndTheSelectionOutliveAnotherView) {
     {
         const platform::WindowDC dc(frame.Handle());
         EXPECT_TRUE(View().Deactivate(dc));
-        EXPECT_FALSE(FindChild(frame.Handle(), ViewList::className));
+        EXPECT_FALSE(FindChild(frame.Handle(), ListView::listClass));
         EXPECT_FALSE(PathBar());
         View().Layout(dc);
     }

@@ -111,8 +111,7 @@ class FilesRowLook : public FilesFixture {
     }
     static std::wstring LongName() { return std::wstring(200, L'w') + L".txt"; }
     DrawnRow Draw(const std::wstring& name, bool selected = false, int width = rowWidth) {
-        return DrawnRow(View(), List().GetItemData(RowOf(name)), SIZE{width, HeightOf(name)},
-                        selected);
+        return DrawnRow(List(), RowOf(name), SIZE{width, HeightOf(name)}, selected);
     }
     std::wstring Date() const { return text::FormatFileTime(created, text::Seconds::Without); }
 

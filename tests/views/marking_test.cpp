@@ -266,7 +266,7 @@ TEST_F(Marking, SpaceAndEnterWithoutASelectionDoNothing) {
 TEST_F(Marking, EndsWhenTheViewIsLeft) {
     ShowMarking();
     List().ToggleMark(1);
-    ViewList& list = List();
+    ui::RowListWindow& list = List();
     {
         const platform::WindowDC dc(frame.Handle());
         EXPECT_TRUE(View().Deactivate(dc));

@@ -1,5 +1,6 @@
 #include "views/files/open_file.h"
 #include "res/resource.h"
+#include "tests/views/rows.h"
 
 #include <gtest/gtest.h>
 
@@ -124,7 +125,7 @@ class OpenFile : public FilesFixture {
         return drawn.All();
     }
     std::string ErrorOfOpening(const std::wstring& name) {
-        return ErrorOf([&] { View().Tap(RowOf(name)); });
+        return ErrorOf([&] { test::Tap(List(), RowOf(name)); });
     }
     std::wstring before;
 };
@@ -161,7 +162,7 @@ TEST_F(OpenFile, StartsTheProgramForItsType) {
 TEST_F(OpenFile, StartsAProgram) {
     ASSERT_TRUE(CopyFileW(L"\\windows\\notepad.exe", (folder.Path() + L"\\n.exe").c_str(), TRUE));
     OpenFolder();
-    View().Tap(RowOf(L"n.exe"));
+    test::Tap(List(), RowOf(L"n.exe"));
     bool shown = false;
     PumpWhileUser([&] { shown = EndProgramShowing(L"Untitled - Notepad"); });
     EXPECT_TRUE(shown);
@@ -175,7 +176,7 @@ TEST_F(OpenFile, OfATypeWithoutAProgramSaysSo) {
     const std::string texts = ErrorOfOpening(L"a.zzz");
     EXPECT_NE(texts.find(std::string(expected.begin(), expected.begin() + 10)), std::string::npos)
         << texts;
-    EXPECT_EQ(Selected(), L"");
+    EXPECT_EQ(Selected(), L"a.zzz");
     EXPECT_EQ(View().Title(), folder.Path());
 }
 
@@ -204,10 +205,8 @@ TEST_F(OpenFile, UnderAPathThatIsTooLongSaysSo) {
         made.push_back(deep);
     }
     OpenAt(deep);
-    List().InsertItem(0, reinterpret_cast<ULONG_PTR>(
-                             MakeFileItem(std::wstring(100, L'f'), 0, FILETIME{}, 0).release()));
-    List().Layout();
-    const std::string texts = ErrorOf([&] { View().Tap(0); });
+    List().Insert(MakeFileItem(std::wstring(100, L'f'), 0, FILETIME{}, 0));
+    const std::string texts = ErrorOf([&] { test::Tap(List(), 0); });
     EXPECT_NE(texts.find("ong"), std::string::npos) << texts;
 }
 
@@ -231,17 +230,17 @@ TEST_F(OpenFile, ThatIsAShortcutByAnotherNameGoesThereToo) {
     const std::wstring inner = folder.MakeFolder(L"inner");
     MakeShortcut(L"a.txt", L'"' + inner + L'"');
     OpenFolder();
-    View().Tap(RowOf(L"a.txt"));
+    test::Tap(List(), RowOf(L"a.txt"));
     EXPECT_EQ(View().Title(), inner);
 }
 
 TEST_F(OpenFile, ThatIsAShortcutToTheRootGoesToTheRoot) {
     MakeShortcut(L"to.lnk", L"\"\\\"");
     OpenFolder();
-    View().Tap(RowOf(L"to.lnk"));
+    test::Tap(List(), RowOf(L"to.lnk"));
     EXPECT_EQ(View().Title(), L"\\");
     EXPECT_NE(RowOf(L"My Documents"), ui::noRow);
-    View().Tap(RowOf(L"My Documents"));
+    test::Tap(List(), RowOf(L"My Documents"));
     EXPECT_EQ(View().Title(), L"\\My Documents");
 }
 
@@ -249,7 +248,7 @@ TEST_F(OpenFile, ThatIsAShortcutToAFileIsForTheShell) {
     const ExecutionHook hook("ShellExecuteExW", NoteExecution);
     MakeShortcut(L"to.lnk", L'"' + folder.MakeFile(L"a.txt") + L'"');
     OpenFolder();
-    View().Tap(RowOf(L"to.lnk"));
+    test::Tap(List(), RowOf(L"to.lnk"));
     ASSERT_EQ(asked.size(), 1u);
     EXPECT_EQ(asked[0].file, L"C:" + folder.Path() + L"\\to.lnk");
 }
@@ -257,7 +256,7 @@ TEST_F(OpenFile, ThatIsAShortcutToAFileIsForTheShell) {
 TEST_F(OpenFile, ThatIsAShortcutToADocumentOpensTheDocument) {
     MakeShortcut(L"to.lnk", L'"' + folder.MakeFile(L"the document.txt") + L'"');
     OpenFolder();
-    View().Tap(RowOf(L"to.lnk"));
+    test::Tap(List(), RowOf(L"to.lnk"));
     bool shown = false;
     PumpWhileUser([&] { shown = EndProgramShowing(L"the document.txt - Notepad"); });
     EXPECT_TRUE(shown);
@@ -277,7 +276,7 @@ TEST_F(OpenFile, ThatIsAShortcutWhoseCommandCannotBeReadIsForTheShell) {
     MakeShortcut(L"long.lnk", inner + L" " + std::wstring(262, L'x'));
     OpenFolder();
     for (const wchar_t* name : {L"text.lnk", L"empty.lnk", L"long.lnk"}) {
-        View().Tap(RowOf(name));
+        test::Tap(List(), RowOf(name));
     }
     EXPECT_EQ(asked.size(), 3u);
     EXPECT_EQ(View().Title(), folder.Path());
@@ -316,7 +315,7 @@ TEST_F(OpenFile, OfAFolderNeverAsksTheShell) {
     const ExecutionHook hook("ShellExecuteExW", NoteExecution);
     folder.MakeFolder(L"inner.lnk");
     OpenFolder();
-    View().Tap(RowOf(L"inner.lnk"));
+    test::Tap(List(), RowOf(L"inner.lnk"));
     EXPECT_EQ(View().Title(), folder.Path() + L"\\inner.lnk");
     EXPECT_TRUE(asked.empty());
 }

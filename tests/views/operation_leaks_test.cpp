@@ -4,6 +4,7 @@
 #include "res/resource.h"
 #include "tests/support/heaps.h"
 #include "tests/views/operations_fixture.h"
+#include "tests/views/rows.h"
 
 using namespace test;
 
@@ -40,7 +41,7 @@ TEST_F(OperationLeaks, FoldersAreEnteredAndLeft) {
     View().Refresh();
     EXPECT_LE(Left([&] {
                   Select(L"inner");
-                  View().Tap(List().GetSelection());
+                  test::Tap(List(), List().GetSelection());
                   View().Up();
               }),
               0);

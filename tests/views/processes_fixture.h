@@ -14,7 +14,7 @@
 #include "tests/support/user.h"
 #include "tests/support/wait.h"
 #include "tests/support/windows_seen.h"
-#include "views/processes/image_item.h"
+#include "views/processes/binary_list_view.h"
 
 namespace test {
 
@@ -24,14 +24,12 @@ template <typename View>
 class ImagesFixture : public testing::Test {
  protected:
     void Open(const views::ViewArgument& argument = {}) { EXPECT_TRUE(frame.Open(view, argument)); }
-    views::ViewList& List() const {
-        const HWND list = FindChild(frame.Handle(), views::ViewList::className);
+    ui::RowList<views::BinaryItem>& List() const {
+        const HWND list = FindChild(frame.Handle(), views::ListView::listClass);
         const auto window = reinterpret_cast<ui::Window*>(GetWindowLongPtrW(list, GWLP_USERDATA));
-        return *static_cast<views::ViewList*>(window);
+        return *static_cast<ui::RowList<views::BinaryItem>*>(window);
     }
-    const views::ImageItem& Item(unsigned row) const {
-        return views::ImageOf(List().GetItemData(row));
-    }
+    const views::BinaryItem& Item(unsigned row) const { return List()[row]; }
     Titles Rows() const {
         Titles names;
         for (unsigned row = 0; row < List().GetCount(); ++row) {

@@ -1,6 +1,7 @@
 // The list of processes, their end and the page about one: on a device of chosen processes, and on
 // the real one.
 #include "res/resource.h"
+#include "tests/views/rows.h"
 #include "views/processes/processes_view.h"
 
 #include "faults/fault.h"
@@ -218,7 +219,7 @@ TEST_F(FakeDeviceProcesses, HaveRowsAsHighAsTheirLines) {
     const int one = text + (text + 3) / 4 * 2;
     const auto height = [&](DWORD flags) {
         frame.flags = flags;
-        return view.RowHeight(0);
+        return HeightOf(List(), 0);
     };
     EXPECT_EQ(height(0), std::max(one, icon));
     EXPECT_EQ(height(idFlag), std::max(one, icon));
@@ -232,8 +233,8 @@ TEST_F(FakeDeviceProcesses, ShowWhatTheOptionsAskFor) {
     Named(L"process5.exe").path = L"C:\\windows\\explorer.exe";
     frame.flags = pathFlag | idFlag | memoryFlag | baseFlag;
     Open();
-    const SIZE size = {400, view.RowHeight(0)};
-    const DrawnRow row(view, List().GetItemData(5), size);
+    const SIZE size = {400, HeightOf(List(), 0)};
+    const DrawnRow row(List(), 5, size);
     ASSERT_EQ(row.Texts().size(), 4u);
     const platform::WindowDC dc(frame.Handle());
     const int text = ui::TextHeight(dc, ui::Fonts().Base());
@@ -255,7 +256,7 @@ TEST_F(FakeDeviceProcesses, ShowWhatTheOptionsAskFor) {
     EXPECT_EQ(name.text, expected);
     EXPECT_EQ(name.y, margin + (base.y - margin - name.size.cy) / 2);
     EXPECT_EQ(name.area.left, margin + GetSystemMetrics(SM_CXICON) + margin);
-    const DrawnRow selected(view, List().GetItemData(5), size, true);
+    const DrawnRow selected(List(), 5, size, true);
     EXPECT_EQ(selected.Texts()[3].color, GetSysColor(COLOR_HIGHLIGHTTEXT));
     EXPECT_EQ(selected.At(size.cx - 1, 1), GetSysColor(COLOR_HIGHLIGHT));
 }

@@ -7,6 +7,7 @@
 #include "tests/support/sample_program.h"
 #include "tests/views/drawn_row.h"
 #include "tests/views/processes_fixture.h"
+#include "tests/views/rows.h"
 #include "ui/paint/drawing_resources.h"
 #include "views/processes/dlls_view.h"
 #include "views/processes/process_info.h"
@@ -126,7 +127,7 @@ TEST_F(ProcessesTruth, LettersOfANameAreNotCutByTheLinesBelow) {
     device.processes = {{1, L"a.exe", L"C:\\a.exe", 0x10000}};
     frame.flags = 0x11C0;
     Open();
-    const DrawnRow row(view, List().GetItemData(0), SIZE{400, view.RowHeight(0)});
+    const DrawnRow row(List(), 0, SIZE{400, HeightOf(List(), 0)});
     const platform::WindowDC dc(frame.Handle());
     const int height = ui::TextHeight(dc, ui::Fonts().Base());
     bool drawn = false;

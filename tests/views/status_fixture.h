@@ -27,14 +27,12 @@ class StatusFixture : public testing::Test {
         return *view_;
     }
     views::SystemStatusView& View() { return *view_; }
-    views::ViewList& List() const {
-        const HWND list = FindChild(frame.Handle(), views::ViewList::className);
-        return *static_cast<views::ViewList*>(
+    ui::RowList<views::Gauge>& List() const {
+        const HWND list = FindChild(frame.Handle(), views::ListView::listClass);
+        return *static_cast<ui::RowList<views::Gauge>*>(
             reinterpret_cast<ui::Window*>(GetWindowLongPtrW(list, GWLP_USERDATA)));
     }
-    const views::Gauge& GaugeAt(unsigned row) const {
-        return *reinterpret_cast<const views::Gauge*>(List().GetItemData(row));
-    }
+    const views::Gauge& GaugeAt(unsigned row) const { return List()[row]; }
     std::vector<std::wstring> ShownLabels() const {
         std::vector<std::wstring> labels;
         for (unsigned row = 0; row < List().GetCount(); ++row) {

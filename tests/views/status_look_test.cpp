@@ -1,6 +1,7 @@
 // What a row of System Status looks like.
 #include "tests/support/platform_hook.h"
 #include "tests/views/drawn_row.h"
+#include "tests/views/rows.h"
 #include "tests/views/status_fixture.h"
 #include "ui/paint/drawing_resources.h"
 #include "ui/paint/paint.h"
@@ -40,10 +41,10 @@ class StatusRowLook : public StatusFixture {
         realTransparent = hook_.Original();
         icons.clear();
     }
-    int Height() { return View().RowHeight(0); }
+    int Height() { return HeightOf(List(), 0); }
     DrawnRow Draw(unsigned row, bool selected = false, int width = rowWidth) {
         icons.clear();
-        return DrawnRow(View(), List().GetItemData(row), SIZE{width, Height()}, selected);
+        return DrawnRow(List(), row, SIZE{width, Height()}, selected);
     }
     // How many pixels of a line have a color, right of the icon.
     static int CountColor(const DrawnRow& row, int y, COLORREF color) {

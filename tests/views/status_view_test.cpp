@@ -188,7 +188,7 @@ TEST_F(StatusUpdates, AThousandLeaveNothingBehind) {
 
 TEST_F(StatusUpdates, LeavingFreesTheRows) {
     Open();
-    const ViewList& list = List();
+    const ui::RowListWindow& list = List();
     ASSERT_EQ(list.GetCount(), 3u);
     EXPECT_TRUE(View().Deactivate(nullptr));
     EXPECT_EQ(list.GetCount(), 0u);

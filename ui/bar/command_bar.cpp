@@ -39,6 +39,7 @@ bool CommandBar::Open(HWND parent, const RECT& bounds) {
 
 void CommandBar::SetMenu(HMENU menu) {
     positions_.clear();
+    hasCommands_ = false;
     focused_ = 0;
     menu_.Reset(menu);
     const UINT count = MenuItemCount(menu);
@@ -46,6 +47,7 @@ void CommandBar::SetMenu(HMENU menu) {
         MenuItem item;
         if (ReadMenuItem(menu, position, &item) && !item.Separator()) {
             positions_.push_back(position);
+            hasCommands_ = hasCommands_ || !item.submenu;
         }
     }
     InvalidateRect(Handle(), nullptr, TRUE);

@@ -33,6 +33,8 @@ class CommandBar final : public Window {
 
     // Does what a press of the button does: opens its popup, or sends its command.
     void ActivateButton(unsigned index);
+    // Whether a button gives a command itself instead of opening a popup.
+    bool HasCommands() const { return hasCommands_; }
     unsigned ButtonCount() const { return static_cast<unsigned>(positions_.size()); }
 
  protected:
@@ -56,6 +58,7 @@ class CommandBar final : public Window {
     platform::UniqueMenu menu_;
     // The position in the menu of each button's item.
     std::vector<UINT> positions_;
+    bool hasCommands_ = false;
     unsigned pressed_ = ~0u;
     // The button that the keyboard acts on while the bar has the focus.
     unsigned focused_ = 0;

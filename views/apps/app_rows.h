@@ -4,6 +4,7 @@
 #include <string>
 
 #include "platform/windows.h"
+#include "views/apps/hidden_app_list.h"
 
 namespace views {
 
@@ -15,6 +16,11 @@ struct AppItem {
     // The application's top-level window.
     HWND window;
 };
+
+// By their titles, in the locale's order without regard to case.
+inline bool OrdersBefore(const AppItem& first, const AppItem& second) {
+    return IgnoresCase()(first.title, second.title);
+}
 
 class AppRows {
  public:

@@ -28,6 +28,19 @@ bool Asked(HWND owner, UINT question) {
 
 }  // namespace
 
+const CommandEntry<ApplicationsView> ApplicationsView::commands[] = {
+    {ID_STOP, Needs::Selection, &ApplicationsView::Stop},
+    {ID_STOP_ALL, Needs::Nothing, &ApplicationsView::StopAll},
+    {ID_HIDE, Needs::Selection, &ApplicationsView::Hide},
+    {ID_PROPERTIES, Needs::Selection, &ApplicationsView::ShowInformation},
+    {ID_GO_TO_PROCESS, Needs::Selection, &ApplicationsView::GoToProcess},
+    {ID_GO_TO_MODULE, Needs::Selection, &ApplicationsView::GoToModule},
+};
+
+ApplicationsView::ApplicationsView(Frame& frame) : ListView(frame, IDR_APPLICATIONS) {
+    SetList(list_);
+}
+
 void ApplicationsView::Layout(HDC dc) {
     ListView::Layout(dc);
     rows_.Layout(dc);
@@ -37,7 +50,7 @@ bool ApplicationsView::Activate(const ViewArgument& argument) {
     if (!ListView::Activate(argument)) {
         return false;
     }
-    Enumerate();
+    Enumerate(nullptr);
     return true;
 }
 
@@ -55,29 +68,21 @@ void ApplicationsView::FlagsChanged(DWORD mask, DWORD) {
 }
 
 std::wstring ApplicationsView::Title() const {
-    return text::FormatText(IDS_APPLICATIONS_TITLE, List().GetCount());
+    return text::FormatText(IDS_APPLICATIONS_TITLE, list_.GetCount());
 }
 
-void ApplicationsView::DrawRow(const DRAWITEMSTRUCT& row) {
-    rows_.Draw(row, ItemOf(row.itemData));
-}
-
-void ApplicationsView::DeleteRow(ULONG_PTR data) {
-    std::unique_ptr<AppItem>(&ItemOf(data));
-}
-
-void ApplicationsView::Tap(unsigned row) {
-    const HWND window = ItemOf(List().GetItemData(row)).window;
+void ApplicationsView::OnActivated(unsigned row) {
+    if (row == ui::noRow) {
+        return;
+    }
+    const HWND window = list_[row].window;
     if (!IsWindow(window) || !SetForegroundWindow(InnermostOwnedWindow(window))) {
         MessageBeep(~0u);
     }
 }
 
 void ApplicationsView::UpdateMenu(HMENU menu) {
-    for (const UINT command :
-         {ID_STOP, ID_GO_TO_PROCESS, ID_GO_TO_MODULE, ID_HIDE, ID_PROPERTIES}) {
-        EnableCommand(menu, command, HasSelection());
-    }
+    EnableCommands(menu, *this, commands);
 }
 
 bool ApplicationsView::Key(WPARAM key) {
@@ -92,84 +97,32 @@ bool ApplicationsView::Key(WPARAM key) {
 }
 
 bool ApplicationsView::Command(WORD command) {
-    using Operation = void (ApplicationsView::*)(HWND);
-    Operation operation = nullptr;
-    switch (command) {
-        case ID_STOP_ALL:
-            StopAll();
-            return true;
-        case ID_STOP:
-            operation = &ApplicationsView::Stop;
-            break;
-        case ID_HIDE:
-            operation = &ApplicationsView::Hide;
-            break;
-        case ID_PROPERTIES:
-            operation = &ApplicationsView::ShowInformation;
-            break;
-        case ID_GO_TO_PROCESS:
-            operation = &ApplicationsView::GoToProcess;
-            break;
-        case ID_GO_TO_MODULE:
-            operation = &ApplicationsView::GoToModule;
-            break;
-        default:
-            return ListView::Command(command);
-    }
-    if (HasSelection()) {
-        (this->*operation)(SelectedItem().window);
-    } else {
-        MessageBeep(~0u);
-    }
-    return true;
+    return RunCommand(command, *this, commands) || ListView::Command(command);
 }
 
 void ApplicationsView::Refresh() {
-    const HWND selected = HasSelection() ? SelectedItem().window : nullptr;
-    Enumerate();
-    for (unsigned row = 0; selected && row < List().GetCount(); ++row) {
-        if (ItemOf(List().GetItemData(row)).window == selected) {
-            List().SetSelection(row);
-            return;
-        }
-    }
+    Enumerate(HasSelection() ? SelectedWindow() : nullptr);
 }
 
-void ApplicationsView::Enumerate() {
+void ApplicationsView::Enumerate(HWND selected) {
     const platform::WaitCursor cursor;
     const Raised enumerating(enumerating_);
-    const unsigned top = List().GetTopIndex();
-    List().Clear();
+    ui::RowList<AppItem>::Rows rows;
     try {
-        FindRunningApps(GetFrame().Closer(), GetFrame().Flags(),
-                        [this](std::unique_ptr<AppItem> item) { InsertSorted(std::move(item)); });
+        FindRunningApps(
+            GetFrame().Closer(), GetFrame().Flags(),
+            [&rows](std::unique_ptr<AppItem> item) { rows.push_back(std::move(item)); });
     } catch (...) {
         // The windows behind the one that failed are listed when they can be.
     }
-    List().Layout();
-    List().SetTopIndex(top);
+    list_.Refill(std::move(rows),
+                 [selected](const AppItem& item) { return selected && item.window == selected; });
     GetFrame().TitleChanged();
     GetFrame().MenuStateChanged();
 }
 
-void ApplicationsView::InsertSorted(std::unique_ptr<AppItem> item) {
-    const IgnoresCase before;
-    unsigned first = 0;
-    unsigned count = List().GetCount();
-    while (count > 0) {
-        const unsigned half = count / 2;
-        if (before(ItemOf(List().GetItemData(first + half)).title, item->title)) {
-            first += half + 1;
-            count -= half + 1;
-        } else {
-            count = half;
-        }
-    }
-    List().InsertItem(first, reinterpret_cast<ULONG_PTR>(item.get()));
-    static_cast<void>(item.release());
-}
-
-void ApplicationsView::Hide(HWND window) {
+void ApplicationsView::Hide() {
+    const HWND window = SelectedWindow();
     AppCloser& closer = GetFrame().Closer();
     const bool critical =
         !AppName(window).empty() && AppCloser::ProcessIdOfWindow(window) == closer.ShellProcessId();
@@ -182,8 +135,7 @@ void ApplicationsView::Hide(HWND window) {
     }
     // It may have brought the list up to date itself, by activating this window when it was asked.
     if (HasSelection()) {
-        List().RemoveItem(List().GetSelection());
-        List().Remeasure();
+        list_.RemoveItem(list_.GetSelection());
     }
     GetFrame().TitleChanged();
     if (!HasSelection()) {
@@ -191,7 +143,8 @@ void ApplicationsView::Hide(HWND window) {
     }
 }
 
-void ApplicationsView::Stop(HWND window) {
+void ApplicationsView::Stop() {
+    const HWND window = SelectedWindow();
     ui::RunAction(GetFrame().MainWindow(), IDS_CANNOT_STOP, [this, window] {
         if (!IsWindow(window)) {
             Refresh();
@@ -201,7 +154,7 @@ void ApplicationsView::Stop(HWND window) {
             Asked(GetFrame().MainWindow(), IDS_ASK_STOP)) {
             StopNow(window);
         }
-        Enumerate();
+        Enumerate(nullptr);
     });
 }
 
@@ -215,7 +168,7 @@ void ApplicationsView::StopNow(HWND window) {
 }
 
 void ApplicationsView::StopAll() {
-    if (!Asked(List().Handle(), IDS_ASK_STOP_ALL)) {
+    if (!Asked(list_.Handle(), IDS_ASK_STOP_ALL)) {
         return;
     }
     const platform::WaitCursor cursor;
@@ -223,7 +176,8 @@ void ApplicationsView::StopAll() {
     Refresh();
 }
 
-void ApplicationsView::ShowInformation(HWND window) {
+void ApplicationsView::ShowInformation() {
+    const HWND window = SelectedWindow();
     if (IsWindow(window)) {
         ShowWindowInformation(GetActiveWindow(), window);
     } else {
@@ -231,14 +185,15 @@ void ApplicationsView::ShowInformation(HWND window) {
     }
 }
 
-void ApplicationsView::GoToProcess(HWND window) {
+void ApplicationsView::GoToProcess() {
+    const HWND window = SelectedWindow();
     if (const DWORD process = AppCloser::ProcessIdOfWindow(window)) {
         GetFrame().SwitchTo(ViewIndex::Processes, ViewArgument{process, std::wstring()});
     }
 }
 
-void ApplicationsView::GoToModule(HWND window) {
-    const DWORD process = AppCloser::ProcessIdOfWindow(window);
+void ApplicationsView::GoToModule() {
+    const DWORD process = AppCloser::ProcessIdOfWindow(SelectedWindow());
     wchar_t path[MAX_PATH] = {};
     if (platform::ProcessPath(process, path, MAX_PATH)) {
         GetFrame().SwitchTo(ViewIndex::Files, ViewArgument{0, path});

@@ -2,52 +2,54 @@
 // and hidden.
 #pragma once
 
-#include "res/resource.h"
 #include "views/apps/app_rows.h"
 #include "views/list_view.h"
 
 namespace views {
 
-class ApplicationsView final : public ListView {
+class ApplicationsView final : public ListView, private ui::RowPainter<AppItem> {
  public:
-    explicit ApplicationsView(Frame& frame) : ListView(frame, IDR_APPLICATIONS) {}
-    ~ApplicationsView() override { List().Clear(); }
+    explicit ApplicationsView(Frame& frame);
 
     void Layout(HDC dc) override;
     bool Activate(const ViewArgument& argument) override;
     void Resume() override;
     void FlagsChanged(DWORD mask, DWORD value) override;
     std::wstring Title() const override;
-    void DrawRow(const DRAWITEMSTRUCT& row) override;
-    void DeleteRow(ULONG_PTR data) override;
-    void Tap(unsigned row) override;
-    bool TapsOpen() const override { return true; }
     void UpdateMenu(HMENU menu) override;
     bool Key(WPARAM key) override;
     bool Command(WORD command) override;
     void Refresh() override;
-    int RowHeight(ULONG_PTR) const override { return rows_.Height(); }
 
  private:
-    static AppItem& ItemOf(ULONG_PTR data) { return *reinterpret_cast<AppItem*>(data); }
-    const AppItem& SelectedItem() const {
-        return ItemOf(List().GetItemData(List().GetSelection()));
+    static const CommandEntry<ApplicationsView> commands[];
+
+    int RowHeight(const AppItem&) const override { return rows_.Height(); }
+    void DrawRow(const DRAWITEMSTRUCT& place, const AppItem& item) const override {
+        rows_.Draw(place, item);
     }
-    // Fills the list anew, scrolled as before; nothing is selected. What fails ends the search
-    // without a message.
-    void Enumerate();
-    void InsertSorted(std::unique_ptr<AppItem> item);
-    // The commands for a window.
-    void Hide(HWND window);
-    void Stop(HWND window);
+    // Switches to the application.
+    void OnActivated(unsigned row) override;
+    bool OpensRows() const override { return true; }
+
+    // Fills the list anew, scrolled as before, and selects the row of a window; none for null. What
+    // fails ends the search without a message.
+    void Enumerate(HWND selected);
+    // The window of the selected application.
+    HWND SelectedWindow() const { return list_.Selected()->window; }
+
+    // The commands, of which all but one are for the selected window.
+    void Hide();
+    void Stop();
     void StopNow(HWND window);
     void StopAll();
-    void ShowInformation(HWND window);
-    void GoToProcess(HWND window);
-    void GoToModule(HWND window);
+    void ShowInformation();
+    void GoToProcess();
+    void GoToModule();
 
     AppRows rows_;
     bool enumerating_ = false;
+    ui::RowList<AppItem> list_{*this, *this};
 };
 
 }  // namespace views

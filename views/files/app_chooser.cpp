@@ -9,10 +9,11 @@
 #include "ui/dialog/full_screen_dialog.h"
 #include "ui/paint/drawing_resources.h"
 #include "ui/popup/menu_items.h"
+#include "views/command_table.h"
 #include "views/display_flags.h"
-#include "views/files/chooser_list.h"
 #include "views/files/file_names.h"
-#include "views/files/path_bar.h"
+#include "views/files/folder_browser.h"
+#include "views/files/folder_listing.h"
 #include "views/properties_page.h"
 
 namespace views {
@@ -23,51 +24,67 @@ constexpr wchar_t pathSetting[] = L"SelectAppPath";
 constexpr wchar_t flagsSetting[] = L"SelectAppFlags";
 constexpr wchar_t applicationsFilter[] = L"*.exe";
 
-class AppChooser final : public ui::FullScreenDialog {
+class AppChooser final : public ui::FullScreenDialog,
+                         private ui::RowListOwner,
+                         private FolderBrowserOwner {
  public:
+    static constexpr wchar_t listClass[] = L"kx::ChooserList";
+
     explicit AppChooser(Frame& frame)
         : FullScreenDialog(std::wstring(text::LoadText(IDS_OPEN_FILE)), IDR_OPEN_FILE),
           frame_(frame) {}
 
     const std::wstring& Chosen() const { return chosen_; }
+    // Whether there is what a command needs.
+    bool Meets(Needs needs) const {
+        return needs == Needs::Nothing || browser_.Rows().HasSelection();
+    }
 
  protected:
     bool OpenContents() override;
-    void ArrangeContents(const RECT& area) override;
+    void ArrangeContents(const RECT& area) override { browser_.Arrange(area); }
     void ContentsReady() override;
-    HWND Contents() const override { return list_.Handle(); }
+    HWND Contents() const override { return browser_.Rows().Handle(); }
     bool OnCommand(WORD command) override;
-    LRESULT OnNotify(const NMHDR& notification) override;
     bool OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
 
  private:
-    bool HasSelection() const { return list_.GetSelection() != ui::noRow; }
-    // Throws W32Fault for a name that the system takes for another's.
-    std::wstring SelectedPath() const {
-        std::wstring path = path_ + L"\\" + list_.ItemAt(list_.GetSelection()).name;
-        RequireOwnName(path);
-        return path;
-    }
+    static const CommandEntry<AppChooser> commands[];
+
+    void OnActivated(unsigned) override { OnCommand(IDOK); }
+    bool OpensRows() const override { return true; }
+    bool OnKey(WPARAM key) override;
+    void OnLeave() override { Back(); }
+
     std::wstring FirstFolder() const;
     void AddCancel();
     void UpdateMenu();
+    // Lists a folder under the flags.
     void Show(std::wstring folder);
-    // Lists the folder again and keeps the selection.
-    void Relist();
-    void SelectName(const std::wstring& name, DWORD attributes);
     void SetFlag(DWORD flag, bool set);
-    // Enters the selected folder, or ends with the selected file.
-    void Choose();
-    // Goes to the parent folder; false at the root.
-    bool Up();
     void Back();
+
+    // The commands. Enters the selected folder, or ends with the selected file:
+    void Choose();
+    void ShowProperties();
+    void ListApplications() { SetFlag(chooserApplications | chooserSaved, true); }
+    void ListAllFiles() { SetFlag(chooserApplications, false); }
+    void FlipHidden() { SetFlag(flagShowHidden, !(flags_ & flagShowHidden)); }
+    void FlipSystem() { SetFlag(flagShowSystem, !(flags_ & flagShowSystem)); }
 
     Frame& frame_;
     DWORD flags_ = 0;
-    std::wstring path_;
     std::wstring chosen_;
-    PathBar pathBar_;
-    ChooserList list_;
+    FolderBrowser browser_{*this, *this};
+};
+
+const CommandEntry<AppChooser> AppChooser::commands[] = {
+    {IDOK, Needs::Selection, &AppChooser::Choose},
+    {ID_PROPERTIES, Needs::Selection, &AppChooser::ShowProperties},
+    {ID_FILTER_APPLICATIONS, Needs::Nothing, &AppChooser::ListApplications},
+    {ID_FILTER_ALL_FILES, Needs::Nothing, &AppChooser::ListAllFiles},
+    {ID_SHOW_HIDDEN, Needs::Nothing, &AppChooser::FlipHidden},
+    {ID_SHOW_SYSTEM, Needs::Nothing, &AppChooser::FlipSystem},
 };
 
 std::wstring AppChooser::FirstFolder() const {
@@ -93,60 +110,40 @@ void AppChooser::AddCancel() {
 
 bool AppChooser::OpenContents() {
     AddCancel();
-    if (!pathBar_.Open(Handle(), [this] { Back(); }) || !list_.Open(Handle(), 1)) {
+    {
+        const platform::WindowDC dc(Handle());
+        browser_.Measure(dc);
+    }
+    if (!browser_.OpenStrip(Handle()) ||
+        !browser_.Rows().Open(Handle(), 1, listClass, ui::childStyle)) {
         return false;
     }
-    ShowWindow(pathBar_.Handle(), SW_SHOW);
+    browser_.ShowStrip(true);
     flags_ = ChooserFlags(frame_.Flags() & (flagShowHidden | flagShowSystem),
                           frame_.StoredNumber(flagsSetting).value_or(0));
     return true;
-}
-
-void AppChooser::ArrangeContents(const RECT& area) {
-    const platform::WindowDC dc(Handle());
-    const int wanted = PathBar::PreferredHeight(ui::TextHeight(dc, ui::Fonts().Base()));
-    RECT list = area;
-    list.top += std::min(wanted, ui::Height(area) / 4);
-    MoveWindow(pathBar_.Handle(), area.left, area.top, ui::Width(area), list.top - area.top, TRUE);
-    MoveWindow(list_.Handle(), list.left, list.top, ui::Width(list), ui::Height(list), TRUE);
 }
 
 void AppChooser::ContentsReady() {
     ui::RunAction(Handle(), IDS_ACTION_FAILED, [this] { Show(FirstFolder()); });
 }
 
-// Path, strip and rows change together: what may fail comes first.
 void AppChooser::Show(std::wstring folder) {
-    std::wstring text = TextOfFolder(folder);
-    list_.Show(folder, HideMask(flags_),
-               ListsApplications(flags_) ? NamePatterns(applicationsFilter) : NamePatterns());
-    path_ = std::move(folder);
-    pathBar_.SetText(std::move(text));
-}
-
-void AppChooser::SelectName(const std::wstring& name, DWORD attributes) {
-    list_.SetSelection(RowOfItem(list_, *MakeFileItem(name, attributes, FILETIME{}, 0)));
-}
-
-void AppChooser::Relist() {
-    std::wstring name;
-    DWORD attributes = 0;
-    if (HasSelection()) {
-        const FileItem& item = list_.ItemAt(list_.GetSelection());
-        name = item.name;
-        attributes = item.attributes;
-    }
-    Show(path_);
-    if (!name.empty()) {
-        SelectName(name, attributes);
-    }
+    browser_.SetFilter(HideMask(flags_), ListsApplications(flags_)
+                                             ? NamePatterns(applicationsFilter)
+                                             : NamePatterns());
+    browser_.Show(std::move(folder));
 }
 
 void AppChooser::SetFlag(DWORD flag, bool set) {
     const DWORD before = flags_;
     flags_ = set ? flags_ | flag : flags_ & ~flag;
     try {
-        Relist();
+        const EntryName selected = browser_.Selected();
+        Show(browser_.Folder());
+        if (!selected.name.empty()) {
+            browser_.Select(selected);
+        }
     } catch (...) {
         flags_ = before;
         throw;
@@ -154,35 +151,25 @@ void AppChooser::SetFlag(DWORD flag, bool set) {
 }
 
 void AppChooser::Choose() {
-    if (!HasSelection()) {
-        MessageBeep(~0u);
-        return;
-    }
-    const std::wstring path = SelectedPath();
-    if (list_.ItemAt(list_.GetSelection()).IsFolder()) {
-        Show(path);
+    const unsigned row = browser_.Rows().GetSelection();
+    const std::wstring path = browser_.PathOf(row);
+    if (browser_.Rows()[row].IsFolder()) {
+        browser_.Show(path);
         return;
     }
     frame_.StoreNumber(flagsSetting, flags_ | chooserSaved);
-    frame_.StoreText(pathSetting, path_);
+    frame_.StoreText(pathSetting, browser_.Folder());
     chosen_ = path;
     End(IDOK);
 }
 
-bool AppChooser::Up() {
-    const size_t backslash = path_.rfind(L'\\');
-    if (backslash == std::wstring::npos) {
-        return false;
-    }
-    const std::wstring left = path_.substr(backslash + 1);
-    Show(path_.substr(0, backslash));
-    SelectName(left, FILE_ATTRIBUTE_DIRECTORY);
-    return true;
+void AppChooser::ShowProperties() {
+    views::ShowProperties(Handle(), browser_.PathOf(browser_.Rows().GetSelection()));
 }
 
 void AppChooser::Back() {
     ui::RunAction(Handle(), IDS_ACTION_FAILED, [this] {
-        if (!Up()) {
+        if (!browser_.Up()) {
             End(IDCANCEL);
         }
     });
@@ -191,7 +178,7 @@ void AppChooser::Back() {
 void AppChooser::UpdateMenu() {
     const HMENU menu = Bar().Menu();
     const bool applications = ListsApplications(flags_);
-    EnableCommand(menu, ID_PROPERTIES, HasSelection());
+    EnableCommand(menu, ID_PROPERTIES, Meets(Needs::Selection));
     CheckCommand(menu, ID_FILTER_APPLICATIONS, applications);
     CheckCommand(menu, ID_FILTER_ALL_FILES, !applications);
     CheckCommand(menu, ID_SHOW_HIDDEN, (flags_ & flagShowHidden) != 0);
@@ -200,58 +187,21 @@ void AppChooser::UpdateMenu() {
 
 bool AppChooser::OnCommand(WORD command) {
     bool known = true;
-    ui::RunAction(Handle(), IDS_ACTION_FAILED, [&] {
-        switch (command) {
-            case IDOK:
-                Choose();
-                break;
-            case ID_PROPERTIES:
-                if (HasSelection()) {
-                    ShowProperties(Handle(), SelectedPath());
-                } else {
-                    MessageBeep(~0u);
-                }
-                break;
-            case ID_FILTER_APPLICATIONS:
-                SetFlag(chooserApplications | chooserSaved, true);
-                break;
-            case ID_FILTER_ALL_FILES:
-                SetFlag(chooserApplications, false);
-                break;
-            case ID_SHOW_HIDDEN:
-            case ID_SHOW_SYSTEM: {
-                const DWORD flag = FlagOfCommand(command);
-                SetFlag(flag, !(flags_ & flag));
-                break;
-            }
-            default:
-                known = false;
-        }
-    });
+    ui::RunAction(Handle(), IDS_ACTION_FAILED,
+                  [&] { known = RunCommand(command, *this, commands); });
     return known;
 }
 
-LRESULT AppChooser::OnNotify(const NMHDR& notification) {
-    if (notification.hwndFrom != list_.Handle()) {
-        return 0;
-    }
-    switch (static_cast<int>(notification.code)) {
-        case static_cast<int>(NM_RETURN):
-            OnCommand(IDOK);
-            return 1;
-        case static_cast<int>(NM_KEYDOWN):
-            switch (reinterpret_cast<const ui::ListKeyDown&>(notification).key) {
-                case VK_LEFT:
-                    ui::RunAction(Handle(), IDS_ACTION_FAILED, [this] { Up(); });
-                    return 1;
-                case VK_ESCAPE:
-                    End(IDCANCEL);
-                    return 1;
-                default:
-                    return 0;
-            }
+bool AppChooser::OnKey(WPARAM key) {
+    switch (key) {
+        case VK_LEFT:
+            ui::RunAction(Handle(), IDS_ACTION_FAILED, [this] { browser_.Up(); });
+            return true;
+        case VK_ESCAPE:
+            End(IDCANCEL);
+            return true;
         default:
-            return 0;
+            return false;
     }
 }
 

@@ -33,11 +33,7 @@ class FileList {
 
     // A row's path for the system's calls. Throws W32Fault (ERROR_INVALID_NAME) for one that they
     // take for another entry's.
-    std::wstring PathOf(unsigned row) const {
-        std::wstring path = Folder() + L'\\' + ItemAt(row).name;
-        RequireOwnName(path);
-        return path;
-    }
+    virtual std::wstring PathOf(unsigned row) const = 0;
 
  protected:
     ~FileList() = default;

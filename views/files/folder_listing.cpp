@@ -1,7 +1,8 @@
 #include "views/files/folder_listing.h"
 
-#include "platform/handles.h"
+#include "faults/fault.h"
 #include "views/display_flags.h"
+#include "views/files/folder_walk.h"
 
 namespace views {
 
@@ -21,28 +22,28 @@ bool IsExistingFolder(const std::wstring& path) {
     return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY);
 }
 
-FileItems ReadFolder(const std::wstring& folder, DWORD hideMask, const NamePatterns& patterns) {
-    FileItems items;
+std::vector<FileItemOwner> ReadFolder(const std::wstring& folder, DWORD hideMask,
+                                      const NamePatterns& patterns) {
+    std::vector<FileItemOwner> items;
     // The folder with a backslash, and room for the names behind it.
     std::wstring child = folder + L'\\';
     const size_t folderLength = child.size();
-    platform::FindData found;
-    const platform::UniqueSearch search(platform::FindFirst((child + L'*').c_str(), &found));
-    for (bool more = static_cast<bool>(search); more;
-         more = platform::FindNext(search.Get(), &found)) {
-        const bool isFolder = (found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
-        if ((found.dwFileAttributes & hideMask) ||
-            (!isFolder && !patterns.Match(found.cFileName))) {
-            continue;
+    try {
+        FolderWalk walk(child + L'*');
+        while (const platform::FindData* const found = walk.Next()) {
+            const bool isFolder = (found->dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+            if ((found->dwFileAttributes & hideMask) ||
+                (!isFolder && !patterns.Match(found->cFileName))) {
+                continue;
+            }
+            FileItemOwner item = MakeFileItem(*found);
+            child.resize(folderLength);
+            child += item->name;
+            item->iconIndex = IconOf(child, item->attributes);
+            items.push_back(std::move(item));
         }
-        FileItemOwner item = MakeFileItem(found);
-        child.resize(folderLength);
-        child += item->name;
-        item->iconIndex = IconOf(child, item->attributes);
-        const unsigned place =
-            LowerBound(static_cast<unsigned>(items.size()), *item,
-                       [&items](unsigned index) -> const FileItem& { return *items[index]; });
-        items.insert(items.begin() + static_cast<ptrdiff_t>(place), std::move(item));
+    } catch (const faults::W32Fault&) {
+        // What could be read is the list.
     }
     return items;
 }

@@ -33,6 +33,11 @@ class FolderWalk {
     bool first_ = true;
 };
 
+// Whether a platform's error says that an entry is not there.
+constexpr bool IsGone(DWORD error) {
+    return error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND;
+}
+
 // Whether an entry is a link to a folder elsewhere (a PC's junction, symbolic link or mount point):
 // one entry, which no walk enters.
 constexpr bool IsFolderLink(DWORD attributes) {

@@ -13,7 +13,7 @@
 #include "ui/paint/clipped_text.h"
 #include "ui/paint/drawing_resources.h"
 #include "ui/window/window.h"
-#include "views/processes/image_rows.h"
+#include "views/processes/binary_rows.h"
 
 namespace views {
 

@@ -3,15 +3,12 @@
 #include "faults/fault.h"
 #include "platform/coredll.h"
 #include "platform/handles.h"
-#include "platform/toolhelp.h"
 #include "res/resource.h"
 #include "text/format.h"
 #include "text/resources.h"
 #include "ui/dialog/action.h"
-#include "views/processes/image_list_filler.h"
 #include "views/processes/process_info.h"
 #include "views/processes/process_memory.h"
-#include "views/raised.h"
 
 namespace views {
 
@@ -24,15 +21,22 @@ constexpr DWORD allAccess = 0x1F0FFF;
 // Milliseconds.
 constexpr DWORD killTimeout = 3000;
 
-// The display options after which the list is read anew.
+// Those of the list's lines, and two that no option sets.
 constexpr DWORD watchedFlags = 0x17C0;
 
 }  // namespace
 
-void ProcessesView::Layout(HDC dc) {
-    ListView::Layout(dc);
-    rows_.Layout(dc);
-}
+const CommandEntry<ProcessesView> ProcessesView::commands[] = {
+    {ID_STOP, Needs::Selection, &ProcessesView::Kill},
+    // The frame shows the modules of no process in particular.
+    {ID_SHOW_DLLS, Needs::Selection, &ProcessesView::ShowModules, Otherwise::IsPassedOn},
+    {ID_PROPERTIES, Needs::Selection, &ProcessesView::ShowInformation},
+    {ID_GO_TO_MODULE, Needs::Selection, &ProcessesView::GoToModule},
+};
+
+ProcessesView::ProcessesView(Frame& frame)
+    : BinaryListView(frame, Kind{IDR_PROCESSES, IDS_CANNOT_LIST_PROCESSES, watchedFlags,
+                                 flagShowVirtualMemory}) {}
 
 bool ProcessesView::Activate(const ViewArgument& argument) {
     if (!ListView::Activate(argument)) {
@@ -42,110 +46,41 @@ bool ProcessesView::Activate(const ViewArgument& argument) {
     return true;
 }
 
-void ProcessesView::Resume() {
-    // The message about a refresh that failed activates the window when it closes.
-    if (!refreshing_) {
-        Refresh();
-    }
-}
-
-void ProcessesView::FlagsChanged(DWORD mask, DWORD) {
-    if (mask & watchedFlags) {
-        Refresh();
-    }
-}
-
 std::wstring ProcessesView::Title() const {
     return text::FormatText(IDS_PROCESSES_TITLE, List().GetCount());
 }
 
-ImageLines ProcessesView::Lines() const {
-    const DWORD flags = GetFrame().Flags();
-    return ImageLines{(flags & flagShowImagePath) != 0, (flags & flagShowBaseAddress) != 0,
-                      (flags & flagShowVirtualMemory) != 0};
-}
-
-void ProcessesView::DrawRow(const DRAWITEMSTRUCT& row) {
-    const ImageItem& item = ImageOf(row.itemData);
-    const bool withId = (GetFrame().Flags() & flagShowProcessId) != 0;
-    rows_.Draw(row, item,
-               withId
-                   ? text::FormatText(IDS_PROCESS_WITH_ID, static_cast<DWORD>(item.id), item.name)
-                   : item.name,
-               Lines());
-}
-
-void ProcessesView::DeleteRow(ULONG_PTR data) {
-    std::unique_ptr<ImageItem>(&ImageOf(data));
+std::wstring ProcessesView::LabelOf(const BinaryItem& item) const {
+    return (GetFrame().Flags() & flagShowProcessId)
+               ? text::FormatText(IDS_PROCESS_WITH_ID, static_cast<DWORD>(item.id), item.name)
+               : item.name;
 }
 
 void ProcessesView::UpdateMenu(HMENU menu) {
-    for (const UINT command : {ID_STOP, ID_SHOW_DLLS, ID_PROPERTIES, ID_GO_TO_MODULE}) {
-        EnableCommand(menu, command, HasSelection());
-    }
+    EnableCommands(menu, *this, commands);
 }
 
 bool ProcessesView::Command(WORD command) {
-    if (command != ID_STOP && command != ID_SHOW_DLLS && command != ID_PROPERTIES &&
-        command != ID_GO_TO_MODULE) {
-        return ListView::Command(command);
-    }
-    if (!HasSelection()) {
-        // The frame shows the modules of no process in particular.
-        if (command == ID_SHOW_DLLS) {
-            return false;
-        }
-        MessageBeep(~0u);
-        return true;
-    }
-    const auto processId = static_cast<DWORD>(SelectedItem().id);
-    switch (command) {
-        case ID_STOP:
-            Kill(processId);
-            break;
-        case ID_SHOW_DLLS:
-            GetFrame().SwitchTo(ViewIndex::Dlls, ViewArgument{processId, std::wstring()});
-            break;
-        case ID_PROPERTIES:
-            ShowProcessInfo(GetActiveWindow(), processId);
-            break;
-        default:
-            GoToImage(GetFrame(), SelectedItem());
-            break;
-    }
-    return true;
+    return RunCommand(command, *this, commands) || ListView::Command(command);
 }
 
-void ProcessesView::Refresh() {
-    RefreshAndSelect(HasSelection() ? SelectedItem().id : 0);
-}
-
-void ProcessesView::RefreshAndSelect(ULONG_PTR processId) {
-    const Raised refreshing(refreshing_);
-    ui::RunAction(GetFrame().MainWindow(), IDS_CANNOT_LIST_PROCESSES,
-                  [this, processId] { Enumerate(processId); });
-}
-
-void ProcessesView::Enumerate(ULONG_PTR selected) {
-    ImageListFiller filler(GetFrame(), List(), selected);
+void ProcessesView::Read(Binaries::Rows& rows) const {
     const platform::Snapshot processes(platform::Snapshot::Kind::Processes, 0);
     if (!processes) {
         throw faults::W32Fault();
     }
     platform::ProcessEntry entry;
     for (bool found = processes.First(&entry); found; found = processes.Next(&entry)) {
-        filler.Insert(MakeItem(entry));
+        rows.push_back(MakeItem(entry));
     }
-    // However the walk ended, what it has found is the list.
-    filler.Finish();
 }
 
-std::unique_ptr<ImageItem> ProcessesView::MakeItem(const platform::ProcessEntry& entry) const {
+std::unique_ptr<BinaryItem> ProcessesView::MakeItem(const platform::ProcessEntry& entry) const {
     wchar_t path[MAX_PATH] = {};
     if (platform::ProcessPath(entry.processId, path, MAX_PATH) == 0) {
         throw faults::W32Fault();
     }
-    auto item = std::make_unique<ImageItem>();
+    auto item = std::make_unique<BinaryItem>();
     item->path += path;
     item->icon = IconOfFile(item->path);
     item->name += entry.name;
@@ -157,7 +92,8 @@ std::unique_ptr<ImageItem> ProcessesView::MakeItem(const platform::ProcessEntry&
     return item;
 }
 
-void ProcessesView::Kill(DWORD processId) {
+void ProcessesView::Kill() {
+    const DWORD processId = SelectedProcess();
     static constexpr UINT yesNo[] = {IDS_BUTTON_YES, IDS_BUTTON_NO};
     ui::RunAction(GetFrame().MainWindow(), IDS_CANNOT_KILL, [this, processId] {
         if (ui::ShowMessage(List().Handle(), std::wstring(text::LoadText(IDS_ASK_KILL)),
@@ -179,6 +115,14 @@ void ProcessesView::EndProcess(DWORD processId) {
         throw faults::W32Fault();
     }
     RefreshAndSelect(0);
+}
+
+void ProcessesView::ShowModules() {
+    GetFrame().SwitchTo(ViewIndex::Dlls, ViewArgument{SelectedProcess(), std::wstring()});
+}
+
+void ProcessesView::ShowInformation() {
+    ShowProcessInfo(GetActiveWindow(), SelectedProcess());
 }
 
 }  // namespace views

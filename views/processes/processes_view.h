@@ -2,48 +2,35 @@
 #pragma once
 
 #include "platform/toolhelp.h"
-#include "res/resource.h"
-#include "views/list_view.h"
-#include "views/processes/image_rows.h"
+#include "views/processes/binary_list_view.h"
 
 namespace views {
 
-class ProcessesView final : public ListView {
+class ProcessesView final : public BinaryListView {
  public:
-    explicit ProcessesView(Frame& frame) : ListView(frame, IDR_PROCESSES) {}
-    ~ProcessesView() override { List().Clear(); }
+    explicit ProcessesView(Frame& frame);
 
-    void Layout(HDC dc) override;
     // Selects the process of the argument's id.
     bool Activate(const ViewArgument& argument) override;
-    void Resume() override;
-    void FlagsChanged(DWORD mask, DWORD value) override;
     std::wstring Title() const override;
-    void DrawRow(const DRAWITEMSTRUCT& row) override;
-    void DeleteRow(ULONG_PTR data) override;
-    void Tap(unsigned) override {}
     void UpdateMenu(HMENU menu) override;
     bool Command(WORD command) override;
-    void Refresh() override;
-    int RowHeight(ULONG_PTR) const override { return rows_.Height(Lines()); }
 
  private:
-    ImageLines Lines() const;
-    const ImageItem& SelectedItem() const {
-        return ImageOf(List().GetItemData(List().GetSelection()));
-    }
-    // Lists the processes anew and selects one, if it is there; 0 for none. Shows what fails.
-    void RefreshAndSelect(ULONG_PTR processId);
-    // Throws W32Fault; the rows read so far stay.
-    void Enumerate(ULONG_PTR selected);
-    std::unique_ptr<ImageItem> MakeItem(const platform::ProcessEntry& entry) const;
-    void Kill(DWORD processId);
+    static const CommandEntry<ProcessesView> commands[];
+
+    // Throws W32Fault; however the walk over a snapshot ends, what it has found is the list.
+    void Read(Binaries::Rows& rows) const override;
+    std::wstring LabelOf(const BinaryItem& item) const override;
+    std::unique_ptr<BinaryItem> MakeItem(const platform::ProcessEntry& entry) const;
+
+    // The selected process's id.
+    DWORD SelectedProcess() const { return static_cast<DWORD>(List().Selected()->id); }
+    void Kill();
     // Ends a process. Throws W32Fault.
     void EndProcess(DWORD processId);
-
-    ImageRows rows_;
-    // Whether rows are being read, or what failed there is being told.
-    bool refreshing_ = false;
+    void ShowModules();
+    void ShowInformation();
 };
 
 }  // namespace views

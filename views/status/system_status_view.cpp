@@ -38,6 +38,10 @@ class FlashCardSearch {
 
 }  // namespace
 
+SystemStatusView::SystemStatusView(Frame& frame) : ListView(frame, IDR_SYSTEM_STATUS) {
+    SetList(list_);
+}
+
 void SystemStatusView::Layout(HDC dc) {
     ListView::Layout(dc);
     rows_.Layout(dc);
@@ -74,7 +78,7 @@ void SystemStatusView::FlagsChanged(DWORD mask, DWORD) {
         const platform::WindowDC dc(GetFrame().MainWindow());
         Layout(dc);
     }
-    List().Remeasure();
+    list_.Remeasure();
     Refresh();
 }
 
@@ -82,22 +86,14 @@ std::wstring SystemStatusView::Title() const {
     return std::wstring(text::LoadText(IDS_SYSTEM_STATUS_TITLE));
 }
 
-void SystemStatusView::DrawRow(const DRAWITEMSTRUCT& row) {
-    rows_.Draw(row, GaugeOf(row.itemData));
-}
-
-void SystemStatusView::DeleteRow(ULONG_PTR data) {
-    GaugeOwner(&GaugeOf(data));
-}
-
 void SystemStatusView::Refresh() {
-    for (unsigned row = 0; row < List().GetCount(); ++row) {
-        if (!GaugeOf(List().GetItemData(row)).Update()) {
+    for (unsigned row = 0; row < list_.GetCount(); ++row) {
+        if (!list_[row].Update()) {
             Build();
             return;
         }
     }
-    InvalidateRect(List().Handle(), nullptr, FALSE);
+    InvalidateRect(list_.Handle(), nullptr, FALSE);
 }
 
 void SystemStatusView::DeviceChanged(WPARAM event) {
@@ -114,29 +110,25 @@ void SystemStatusView::Timer(UINT_PTR timer) {
 
 void SystemStatusView::Build() {
     const platform::WaitCursor wait;
-    std::wstring selected;
-    if (HasSelection()) {
-        selected = GaugeOf(List().GetItemData(List().GetSelection())).Label();
-    }
-    List().Clear();
+    const Gauge* const before = list_.Selected();
+    const std::wstring selected = before ? before->Label() : std::wstring();
+    std::vector<GaugeOwner> gauges;
     for (const auto make : {MakeBatteryGauge, MakeMemoryGauge}) {
         GaugeOwner gauge = make();
         if (gauge->Update()) {
-            Insert(List().GetCount(), std::move(gauge));
+            gauges.push_back(std::move(gauge));
         }
     }
-    AddStorage();
-    List().Layout();
-    for (unsigned row = 0; row < List().GetCount() && !selected.empty(); ++row) {
-        if (GaugeOf(List().GetItemData(row)).Label() == selected) {
-            List().SetSelection(row);
-            break;
-        }
+    AddStorage(gauges);
+    list_.Show(std::move(gauges));
+    if (!selected.empty()) {
+        list_.SetSelection(
+            list_.Find([&selected](const Gauge& gauge) { return gauge.Label() == selected; }));
     }
 }
 
-void SystemStatusView::AddStorage() {
-    unsigned afterStorage = List().GetCount();
+void SystemStatusView::AddStorage(std::vector<GaugeOwner>& gauges) {
+    auto afterStorage = static_cast<ptrdiff_t>(gauges.size());
     platform::FindData found = {};
     FlashCardSearch search(&found);
     if (!search) {
@@ -145,21 +137,15 @@ void SystemStatusView::AddStorage() {
     do {
         const std::wstring name(found.cFileName);
         if (IsStorageCard(name)) {
-            GaugeOwner card = MakeStorageCardGauge(L"\\" + name);
+            gauges.push_back(MakeStorageCardGauge(L"\\" + name));
             // One that has gone since it was listed keeps its row until the next update.
-            card->Update();
-            Insert(List().GetCount(), std::move(card));
+            gauges.back()->Update();
         } else {
             GaugeOwner storage = MakeStorageGauge(L"\\" + name);
             storage->Update();
-            Insert(afterStorage++, std::move(storage));
+            gauges.insert(gauges.begin() + afterStorage++, std::move(storage));
         }
     } while (search.Next(&found));
-}
-
-void SystemStatusView::Insert(unsigned row, GaugeOwner gauge) {
-    List().InsertItem(row, reinterpret_cast<ULONG_PTR>(gauge.get()));
-    static_cast<void>(gauge.release());
 }
 
 void SystemStatusView::StartTimer() {

@@ -1,16 +1,14 @@
 // The System Status view: gauges of the device's battery, memory and storage.
 #pragma once
 
-#include "res/resource.h"
 #include "views/list_view.h"
 #include "views/status/gauge_rows.h"
 
 namespace views {
 
-class SystemStatusView final : public ListView {
+class SystemStatusView final : public ListView, private ui::RowPainter<Gauge> {
  public:
-    explicit SystemStatusView(Frame& frame) : ListView(frame, IDR_SYSTEM_STATUS) {}
-    ~SystemStatusView() override { List().Clear(); }
+    explicit SystemStatusView(Frame& frame);
 
     void Layout(HDC dc) override;
     bool Activate(const ViewArgument& argument) override;
@@ -19,26 +17,26 @@ class SystemStatusView final : public ListView {
     void Suspend() override;
     void FlagsChanged(DWORD mask, DWORD value) override;
     std::wstring Title() const override;
-    void DrawRow(const DRAWITEMSTRUCT& row) override;
-    void DeleteRow(ULONG_PTR data) override;
-    void Tap(unsigned) override {}
     void UpdateMenu(HMENU) override {}
     void Refresh() override;
-    int RowHeight(ULONG_PTR) const override { return rows_.Height(); }
     void DeviceChanged(WPARAM event) override;
     void Timer(UINT_PTR timer) override;
 
  private:
-    static Gauge& GaugeOf(ULONG_PTR data) { return *reinterpret_cast<Gauge*>(data); }
+    int RowHeight(const Gauge&) const override { return rows_.Height(); }
+    void DrawRow(const DRAWITEMSTRUCT& place, const Gauge& gauge) const override {
+        rows_.Draw(place, gauge);
+    }
+
     // Fills the list with the gauges of what the device has now; a selected one stays selected.
     void Build();
-    void AddStorage();
-    void Insert(unsigned row, GaugeOwner gauge);
+    static void AddStorage(std::vector<GaugeOwner>& gauges);
     // Starts a new period of the timer that keeps the gauges up to date (SetTimer).
     void StartTimer();
     void StopTimer();
 
     GaugeRows rows_;
+    ui::RowList<Gauge> list_{*this, *this};
 };
 
 }  // namespace views

@@ -3,29 +3,29 @@
 
 #include <string>
 
-#include "views/processes/image_item.h"
+#include "views/processes/binary_item.h"
 
 namespace views {
 
 // Which lines stand below the name.
-struct ImageLines {
+struct BinaryLines {
     bool path = false;
     bool base = false;
     bool size = false;
 };
 
-class ImageRows {
+class BinaryRows {
  public:
     // Measures fonts and the system's large icons.
     void Layout(HDC dc);
     // The height of every row, in pixels.
-    int Height(const ImageLines& lines) const;
-    void Draw(const DRAWITEMSTRUCT& row, const ImageItem& item, const std::wstring& name,
-              const ImageLines& lines) const;
+    int Height(const BinaryLines& lines) const;
+    void Draw(const DRAWITEMSTRUCT& row, const BinaryItem& item, const std::wstring& name,
+              const BinaryLines& lines) const;
 
  private:
     // Draws the lines below the name upwards from `bottom` and returns where they begin.
-    int DrawLines(HDC dc, RECT area, const ImageItem& item, const ImageLines& lines) const;
+    int DrawLines(HDC dc, RECT area, const BinaryItem& item, const BinaryLines& lines) const;
 
     // The system's large icons, borrowed.
     HIMAGELIST icons_ = nullptr;

@@ -1,16 +1,14 @@
-// One executable image in memory: a process or a module of one.
+// One binary in memory: the executable of a process, or a module that a process has loaded.
 #pragma once
 
 #include <cstdint>
-#include <memory>
 #include <string>
 
-#include "ui/list/list_layout.h"
-#include "views/view_list.h"
+#include "platform/windows.h"
 
 namespace views {
 
-struct ImageItem {
+struct BinaryItem {
     // Index into the system's image lists, -1 for none.
     int32_t icon = -1;
     std::wstring name;
@@ -24,8 +22,9 @@ struct ImageItem {
     uint64_t size = 0;
 };
 
-inline ImageItem& ImageOf(ULONG_PTR data) {
-    return *reinterpret_cast<ImageItem*>(data);
+// By their place in memory.
+inline bool OrdersBefore(const BinaryItem& first, const BinaryItem& second) {
+    return first.base < second.base;
 }
 
 // The index of a file's icon (SHGetFileInfo); -1 when there is none.

@@ -1,4 +1,4 @@
-#include "views/processes/image_item.h"
+#include "views/processes/binary_item.h"
 
 #include "platform/coredll.h"
 

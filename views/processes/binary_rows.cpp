@@ -1,4 +1,4 @@
-#include "views/processes/image_rows.h"
+#include "views/processes/binary_rows.h"
 
 #include <algorithm>
 
@@ -6,6 +6,7 @@
 #include "text/format.h"
 #include "ui/paint/clipped_text.h"
 #include "ui/paint/drawing_resources.h"
+#include "ui/paint/paint.h"
 #include "ui/paint/theme.h"
 #include "ui/window/window.h"
 
@@ -19,7 +20,7 @@ std::wstring FormatAddress(ULONG_PTR address) {
     }
 }
 
-void ImageRows::Layout(HDC dc) {
+void BinaryRows::Layout(HDC dc) {
     textHeight_ = ui::TextHeight(dc, ui::Fonts().Base());
     smallTextHeight_ = ui::TextHeight(dc, ui::Fonts().Small());
     SHFILEINFOW info = {};
@@ -30,15 +31,15 @@ void ImageRows::Layout(HDC dc) {
     }
 }
 
-int ImageRows::Height(const ImageLines& lines) const {
+int BinaryRows::Height(const BinaryLines& lines) const {
     int height = textHeight_ + (textHeight_ + 3) / 4 * 2;
     height += lines.path ? smallTextHeight_ : 0;
     height += lines.base || lines.size ? smallTextHeight_ : 0;
     return std::max(height, iconHeight_ + iconHeight_ / 4);
 }
 
-void ImageRows::Draw(const DRAWITEMSTRUCT& row, const ImageItem& item, const std::wstring& name,
-                     const ImageLines& lines) const {
+void BinaryRows::Draw(const DRAWITEMSTRUCT& row, const BinaryItem& item, const std::wstring& name,
+                      const BinaryLines& lines) const {
     const HDC dc = row.hDC;
     const RECT& area = row.rcItem;
     const int margin = (textHeight_ + 5) / 6;
@@ -65,7 +66,8 @@ void ImageRows::Draw(const DRAWITEMSTRUCT& row, const ImageItem& item, const std
     ui::DrawClippedLine(dc, text, name);
 }
 
-int ImageRows::DrawLines(HDC dc, RECT area, const ImageItem& item, const ImageLines& lines) const {
+int BinaryRows::DrawLines(HDC dc, RECT area, const BinaryItem& item,
+                          const BinaryLines& lines) const {
     const platform::Selected font(dc, ui::Fonts().Small());
     if (lines.path) {
         // Blank without a path.

@@ -1,0 +1,168 @@
+#include "views/files/file_deletion.h"
+
+#include "platform/handles.h"
+#include "res/resource.h"
+#include "text/format.h"
+#include "ui/dialog/action.h"
+#include "views/app_closer.h"
+#include "views/files/file_names.h"
+#include "views/files/folder_walk.h"
+
+namespace views {
+
+namespace {
+
+// The longest path that the system finds an entry by, in characters.
+constexpr size_t longestPath = MAX_PATH - 1;
+
+constexpr UINT yesNo[] = {IDS_BUTTON_YES, IDS_BUTTON_NO};
+constexpr UINT yesNoCancel[] = {IDS_BUTTON_YES, IDS_BUTTON_NO, IDS_BUTTON_CANCEL};
+
+bool IsInUse(const std::optional<faults::W32Fault>& failure) {
+    return failure && failure->Code() == faults::ResultFromError(ERROR_SHARING_VIOLATION);
+}
+
+bool Confirmed(HWND owner, const std::wstring& question) {
+    return ui::ShowMessage(owner, question, IDS_WARNING, 2, yesNo, 0) == IDS_BUTTON_YES;
+}
+
+}  // namespace
+
+FileDeletion::Failure FileDeletion::Remove(const std::wstring& path, DWORD attributes) {
+    const platform::WaitCursor cursor;
+    try {
+        if (attributes & FILE_ATTRIBUTE_DIRECTORY) {
+            RecursiveDelete(path, &progress_);
+        } else if (!DeleteFileW(path.c_str())) {
+            return faults::W32Fault();
+        }
+    } catch (const faults::W32Fault& fault) {
+        return fault;
+    }
+    return std::nullopt;
+}
+
+FileDeletion::Failure FileDeletion::RemoveOnceFree(const std::wstring& path, DWORD attributes) {
+    constexpr DWORD period = 100;
+    constexpr int mostPeriods = 10;
+    Failure failure = Remove(path, attributes);
+    for (int waited = 0; IsInUse(failure) && waited < mostPeriods; ++waited) {
+        Sleep(period);
+        failure = Remove(path, attributes);
+    }
+    return failure;
+}
+
+void FileDeletion::Delete(unsigned row) {
+    const std::wstring path = list_.Folder() + L'\\' + list_.ItemAt(row).name;
+    ui::RunAction(
+        Owner(), IDS_CANNOT_DELETE, [&] { DeleteRow(row); }, path);
+}
+
+void FileDeletion::DeleteRow(unsigned row) {
+    const std::wstring path = list_.PathOf(row);
+    const FileItemOwner probe = CopyOf(list_.ItemAt(row));
+    const DWORD attributes = GetFileAttributesW(path.c_str());
+    Failure failure;
+    if (attributes == INVALID_FILE_ATTRIBUTES) {
+        failure = faults::W32Fault();
+    } else {
+        const bool folder = (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+        const UINT question = folder ? IDS_ASK_DELETE_FOLDER : IDS_ASK_DELETE_FILE;
+        if (!Confirmed(Owner(), text::FormatText(question, path))) {
+            return;
+        }
+        failure = Remove(path, attributes);
+    }
+    if (Finish(path, attributes, std::move(failure), Extent::One) == Removal::Removed) {
+        rows_.Follow([&] { rows_.Remove(*probe); });
+    }
+}
+
+FileDeletion::Removal FileDeletion::Finish(const std::wstring& path, DWORD attributes,
+                                           Failure failure, Extent extent) {
+    if (IsInUse(failure)) {
+        const bool several = extent == Extent::Several;
+        const int answer = ui::ShowMessage(
+            Owner(), text::FormatText(IDS_ASK_CLOSE_APPLICATIONS, path), IDS_WARNING,
+            several ? 3 : 2, yesNoCancel, several ? ui::noDefaultButton : 1);
+        if (answer != IDS_BUTTON_YES) {
+            return several && answer != IDS_BUTTON_NO ? Removal::Stopped : Removal::Kept;
+        }
+        {
+            const platform::WaitCursor cursor;
+            list_.GetFrame().Closer().CloseAllApps();
+        }
+        if (attributes == INVALID_FILE_ATTRIBUTES) {
+            attributes = GetFileAttributesW(path.c_str());
+        }
+        failure = attributes == INVALID_FILE_ATTRIBUTES ? Failure(faults::W32Fault())
+                                                        : RemoveOnceFree(path, attributes);
+    }
+    if (!failure) {
+        return Removal::Removed;
+    }
+    // Within a folder an entry may be missing that the folder still has, as where its path is too
+    // long: only the path itself tells, and one that is too long itself does not.
+    const bool gone = IsGone(static_cast<DWORD>(failure->Code()) & 0xFFFF);
+    if (gone && path.size() > longestPath) {
+        throw faults::W32Fault(faults::ResultFromError(ERROR_FILENAME_EXCED_RANGE));
+    }
+    if (!gone || GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES) {
+        throw *failure;
+    }
+    return Removal::Removed;
+}
+
+void FileDeletion::DeleteMarked() {
+    const std::vector<unsigned> rows = list_.MarkedRows();
+    if (rows.size() == 1) {
+        Delete(rows.front());
+        list_.Relist();
+        list_.EndMarking();
+        return;
+    }
+    // What is asked about is what goes, whatever becomes of the rows meanwhile.
+    std::vector<std::wstring> paths;
+    paths.reserve(rows.size());
+    for (const unsigned row : rows) {
+        paths.push_back(list_.Folder() + L'\\' + list_.ItemAt(row).name);
+    }
+    const auto count = static_cast<int>(paths.size());
+    if (Confirmed(Owner(), text::FormatText(IDS_ASK_DELETE_SEVERAL, count))) {
+        DeletePaths(paths);
+    }
+}
+
+// A failure that is told ends the deletion, a wish to stop leaves the marks as well.
+void FileDeletion::DeletePaths(const std::vector<std::wstring>& paths) {
+    {
+        const platform::WaitCursor cursor;
+        bool goOn = true;
+        for (size_t index = 0; goOn && index < paths.size(); ++index) {
+            const std::wstring& path = paths[index];
+            Removal removal = Removal::Removed;
+            goOn = false;
+            ui::RunAction(
+                Owner(), IDS_CANNOT_DELETE,
+                [&] {
+                    RequireOwnName(path);
+                    const DWORD attributes = GetFileAttributesW(path.c_str());
+                    if (attributes != INVALID_FILE_ATTRIBUTES) {
+                        removal =
+                            Finish(path, attributes, Remove(path, attributes), Extent::Several);
+                    }
+                    goOn = true;
+                },
+                path);
+            if (removal == Removal::Stopped) {
+                return;
+            }
+            progress_.OnProgress();
+        }
+    }
+    list_.Relist();
+    list_.EndMarking();
+}
+
+}  // namespace views

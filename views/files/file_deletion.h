@@ -1,0 +1,47 @@
+// Deletes what the user has chosen in Files, after asking. Shows its own failures.
+#pragma once
+
+#include <optional>
+
+#include "faults/fault.h"
+#include "views/files/entry_rows.h"
+#include "views/files/paint_progress.h"
+
+namespace views {
+
+class FileDeletion {
+ public:
+    // The list is borrowed.
+    explicit FileDeletion(FileList& list) : list_(list), rows_(list) {}
+
+    void Delete(unsigned row);
+    // Deletes the marked rows, at least one, and ends multi-selection.
+    void DeleteMarked();
+
+ private:
+    enum class Removal { Removed, Kept, Stopped };
+    // How many entries are being deleted.
+    enum class Extent { One, Several };
+    // What kept an entry from being deleted; nothing when it is gone.
+    using Failure = std::optional<faults::W32Fault>;
+
+    // Throws W32Fault.
+    void DeleteRow(unsigned row);
+    void DeletePaths(const std::vector<std::wstring>& paths);
+    // What becomes of an entry that was deleted with this result, asking again where another
+    // program uses it. `attributes` are the entry's, INVALID_FILE_ATTRIBUTES when nobody knows
+    // them. Throws W32Fault for what stays without the user's wish.
+    Removal Finish(const std::wstring& path, DWORD attributes, Failure failure, Extent extent);
+    // Deletes a file, or a folder with all that is in it.
+    Failure Remove(const std::wstring& path, DWORD attributes);
+    // The same after applications have been closed: a process gives its files back only a little
+    // after its windows are gone.
+    Failure RemoveOnceFree(const std::wstring& path, DWORD attributes);
+    HWND Owner() const { return list_.GetFrame().MainWindow(); }
+
+    FileList& list_;
+    EntryRows rows_;
+    PaintProgress progress_;
+};
+
+}  // namespace views

@@ -1,0 +1,59 @@
+#include "views/files/transfer_dialogs.h"
+
+#include "platform/handles.h"
+#include "res/resource.h"
+#include "text/format.h"
+#include "text/resources.h"
+#include "ui/dialog/action.h"
+
+namespace views {
+
+namespace {
+
+constexpr UINT yesNo[] = {IDS_BUTTON_YES, IDS_BUTTON_NO};
+constexpr UINT yesNoCancel[] = {IDS_BUTTON_YES, IDS_BUTTON_NO, IDS_BUTTON_CANCEL};
+
+}  // namespace
+
+TransferAnswer TransferDialogs::AskConflict(const std::wstring& name, bool folder, bool topLevel) {
+    const std::wstring text = text::FormatText(folder ? IDS_ASK_MERGE : IDS_ASK_OVERWRITE, name);
+    switch (ui::ShowMessage(Owner(), text, IDS_WARNING, topLevel ? 2 : 3, yesNoCancel, 1)) {
+        case IDS_BUTTON_YES:
+            return answerOverwrite;
+        case IDS_BUTTON_NO:
+            return answerSkip;
+        default:
+            return answerStop;
+    }
+}
+
+void TransferDialogs::TellOtherKind(const std::wstring& name, bool sourceIsFolder) {
+    constexpr UINT cancel = IDS_BUTTON_CANCEL;
+    ui::ShowMessage(
+        Owner(),
+        text::FormatText(sourceIsFolder ? IDS_FILE_IN_THE_WAY : IDS_FOLDER_IN_THE_WAY, name),
+        IDS_WARNING, 1, &cancel, 0);
+}
+
+TransferAnswer TransferDialogs::AskAfterFailure(const std::wstring& source,
+                                                const std::wstring& destination, bool moving,
+                                                FailedEntry entry) {
+    const wchar_t* const pattern = moving ? L"can't move %1 to %2%n%3%nskip this item?"
+                                          : L"can't copy %1 to %2%n%3%nskip this item?";
+    const std::wstring text =
+        text::Format(pattern, source, destination, ui::TextOfCurrentException());
+    if (entry == FailedEntry::Link) {
+        return ui::ShowMessage(Owner(), text, IDS_WARNING, 2, yesNo, 0) == IDS_BUTTON_YES
+                   ? answerSkip
+                   : answerStop;
+    }
+    const std::wstring caption(text::LoadText(IDS_WARNING));
+    const platform::ArrowCursor arrow;
+    // The box has no button of that name: whatever is answered stops the transfer.
+    return MessageBoxW(Owner(), text.c_str(), caption.c_str(), MB_OKCANCEL | MB_ICONQUESTION) ==
+                   IDYES
+               ? answerSkip
+               : answerStop;
+}
+
+}  // namespace views
