@@ -102,17 +102,15 @@ class LanguageSet {
     }
     void AddBeside(const std::wstring& programPath) {
         platform::FindData entry;
-        const HANDLE search = platform::FindFirst((programPath + L".*.ui").c_str(), &entry);
-        if (search == INVALID_HANDLE_VALUE) {
-            return;
-        }
-        do {
+        const platform::UniqueSearch search(
+            platform::FindFirst((programPath + L".*.ui").c_str(), &entry));
+        for (bool found = static_cast<bool>(search); found;
+             found = platform::FindNext(search.Get(), &entry)) {
             const std::optional<LANGID> language = LanguageOf(entry.cFileName);
             if (language && !(entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY)) {
                 Add(*language);
             }
-        } while (platform::FindNext(search, &entry));
-        FindClose(search);
+        }
     }
     std::vector<LanguageChoice> Take() { return std::move(choices_); }
 
@@ -186,9 +184,9 @@ bool LoadLanguage(LANGID language) {
     if (!pack) {
         return false;
     }
-    const HINSTANCE previous = text::SetResourceModule(pack.Detach(), language);
-    if (previous != text::ProgramModule()) {
-        FreeLibrary(previous);
+    platform::UniqueModule previous(text::SetResourceModule(pack.Detach(), language));
+    if (previous.Get() == text::ProgramModule()) {
+        previous.Detach();
     }
     return true;
 }

@@ -161,19 +161,18 @@ bool IsWholeModule(const uint8_t* bytes, size_t size) {
 }
 
 bool IsDamagedPack(const wchar_t* path) {
-    const HANDLE opened = CreateFileW(path, GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
-                                      FILE_ATTRIBUTE_NORMAL, nullptr);
-    if (opened == INVALID_HANDLE_VALUE) {
+    const platform::UniqueHandle file(CreateFileW(path, GENERIC_READ, FILE_SHARE_READ, nullptr,
+                                                  OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+    if (!file) {
         return false;
     }
-    const platform::UniqueHandle file(opened);
-    const DWORD size = GetFileSize(opened, nullptr);
+    const DWORD size = GetFileSize(file.Get(), nullptr);
     if (size == 0 || size > largestPack) {
         return true;
     }
     const std::unique_ptr<uint8_t[]> bytes(new (std::nothrow) uint8_t[size]);
     DWORD read = 0;
-    return !bytes || !ReadFile(opened, bytes.get(), size, &read, nullptr) || read != size ||
+    return !bytes || !ReadFile(file.Get(), bytes.get(), size, &read, nullptr) || read != size ||
            !IsWholeModule(bytes.get(), size);
 }
 

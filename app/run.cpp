@@ -6,6 +6,7 @@
 #include "platform/aygshell.h"
 #include "platform/coredll.h"
 #include "platform/handles.h"
+#include "platform/scope_exit.h"
 #include "res/resource.h"
 #include "text/resources.h"
 #include "ui/window/held_fault.h"
@@ -13,39 +14,6 @@
 namespace app {
 
 namespace {
-
-// The event that lets instances start one at a time. Signalled and closed on every way out, so
-// that the next instance in the queue is never left waiting.
-class InstanceEvent {
- public:
-    InstanceEvent() {
-        // A handheld may leave the error of an earlier call in place when the event is new.
-        SetLastError(ERROR_SUCCESS);
-        handle_ = CreateEventW(nullptr, FALSE, FALSE, instanceEventName);
-        error_ = GetLastError();
-    }
-    ~InstanceEvent() {
-        if (handle_ && handle_ != INVALID_HANDLE_VALUE) {
-            platform::SignalEvent(handle_);
-            CloseHandle(handle_);
-        }
-    }
-    InstanceEvent(const InstanceEvent&) = delete;
-    InstanceEvent& operator=(const InstanceEvent&) = delete;
-
-    HANDLE Get() const { return handle_; }
-    // Whether another instance made the event before. Throws when it could not be made.
-    bool Existed() const {
-        if (error_ != 0 && error_ != ERROR_ALREADY_EXISTS) {
-            throw faults::W32Fault(faults::ResultFromError(error_));
-        }
-        return error_ == ERROR_ALREADY_EXISTS;
-    }
-
- private:
-    HANDLE handle_;
-    DWORD error_;
-};
 
 struct OwnedSearch {
     HWND owner;
@@ -149,9 +117,22 @@ HWND FrontmostOwned(HWND window) {
 }
 
 int Run(Module& module, const wchar_t*, int showCommand) {
-    const InstanceEvent event;
+    // A handheld may leave the error of an earlier call in place when the event is new.
+    SetLastError(ERROR_SUCCESS);
+    // Lets instances start one at a time.
+    const platform::UniqueHandle event(CreateEventW(nullptr, FALSE, FALSE, instanceEventName));
+    const DWORD error = GetLastError();
+    // On every way out, so that the next instance in the queue is never left waiting.
+    const platform::ScopeExit signal([&event] {
+        if (event) {
+            platform::SignalEvent(event.Get());
+        }
+    });
+    if (error != ERROR_SUCCESS && error != ERROR_ALREADY_EXISTS) {
+        throw faults::W32Fault(faults::ResultFromError(error));
+    }
     int result = 0;
-    if (!event.Existed() || !ActivateRunningInstance(event.Get())) {
+    if (error == ERROR_SUCCESS || !ActivateRunningInstance(event.Get())) {
         result = RunMainFrame(module, event.Get(), showCommand);
     }
     module.RunExitHook();

@@ -1,8 +1,8 @@
 #include "faults/fault.h"
 
-#include <oleauto.h>
-
 #include <new>
+
+#include "platform/bstr.h"
 
 namespace faults {
 
@@ -43,18 +43,6 @@ std::wstring MessageOfCode(DWORD source, HMODULE module, HRESULT code) {
     const platform::UniqueLocalText owner(text);
     return length > 0 ? std::wstring(text, length) : std::wstring();
 }
-
-class ComText {
- public:
-    ~ComText() { SysFreeString(text_); }
-    BSTR* Receive() { return &text_; }
-    std::wstring Get() const {
-        return text_ ? std::wstring(text_, SysStringLen(text_)) : std::wstring();
-    }
-
- private:
-    BSTR text_ = nullptr;
-};
 
 }  // namespace
 
@@ -109,16 +97,16 @@ COMFault::~COMFault() = default;
 
 std::wstring COMFault::FindMessage() const {
     if (error_) {
-        ComText description;
+        platform::UniqueBstr description;
         if (SUCCEEDED(error_->GetDescription(description.Receive())) &&
-            !description.Get().empty()) {
-            ComText source;
+            SysStringLen(description.Get()) > 0) {
+            platform::UniqueBstr source;
             error_->GetSource(source.Receive());
-            std::wstring message = source.Get();
+            std::wstring message = platform::TextOfBstr(source.Get());
             if (!message.empty()) {
                 message += L" : ";
             }
-            message += description.Get();
+            message += platform::TextOfBstr(description.Get());
             return message;
         }
     }

@@ -7,8 +7,12 @@
 
 namespace platform {
 
-// Owns one resource of type Value; `release` gives it back. The empty state is Value{}.
-template <typename Value, auto release>
+// INVALID_HANDLE_VALUE, for Unique.
+inline constexpr INT_PTR invalidHandle = -1;
+
+// Owns one resource of type Value; `release` gives it back. The empty state is Value{}; `invalid`
+// is what the platform's calls may return in place of a resource, and no resource either.
+template <typename Value, auto release, INT_PTR invalid = 0>
 class Unique {
  public:
     Unique() = default;
@@ -21,10 +25,10 @@ class Unique {
     ~Unique() { Reset(); }
 
     Value Get() const { return value_; }
-    explicit operator bool() const { return value_ != Value{}; }
+    explicit operator bool() const { return IsResource(value_); }
     void Reset(Value value = Value{}) {
         Value old = std::exchange(value_, value);
-        if (old != Value{}) {
+        if (IsResource(old)) {
             release(old);
         }
     }
@@ -37,31 +41,29 @@ class Unique {
     }
 
  private:
+    static bool IsResource(Value value) {
+        if constexpr (invalid != 0) {
+            return value != Value{} && value != reinterpret_cast<Value>(invalid);
+        } else {
+            return value != Value{};
+        }
+    }
+
     Value value_{};
 };
 
 using UniqueBitmap = Unique<HBITMAP, DeleteObject>;
 using UniqueBrush = Unique<HBRUSH, DeleteObject>;
 using UniqueFont = Unique<HFONT, DeleteObject>;
-using UniqueHandle = Unique<HANDLE, CloseHandle>;
+using UniqueHandle = Unique<HANDLE, CloseHandle, invalidHandle>;
 using UniqueIcon = Unique<HICON, DestroyIcon>;
 using UniqueKey = Unique<HKEY, RegCloseKey>;
 using UniqueMemoryDC = Unique<HDC, DeleteDC>;
 using UniqueMenu = Unique<HMENU, DestroyMenu>;
 using UniqueModule = Unique<HMODULE, FreeLibrary>;
 using UniquePen = Unique<HPEN, DeleteObject>;
-
-// A search for files (FindFirstFileW), which is INVALID_HANDLE_VALUE where none could be begun.
-inline void CloseSearch(HANDLE search) {
-    if (search != INVALID_HANDLE_VALUE) {
-        FindClose(search);
-    }
-}
-class UniqueSearch : public Unique<HANDLE, CloseSearch> {
- public:
-    using Unique::Unique;
-    explicit operator bool() const { return Get() && Get() != INVALID_HANDLE_VALUE; }
-};
+// A search for files (FindFirst).
+using UniqueSearch = Unique<HANDLE, FindClose, invalidHandle>;
 
 // Text that the platform allocated with LocalAlloc.
 inline void FreeLocal(wchar_t* memory) {

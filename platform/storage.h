@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/coredll.h"
+#include "platform/handles.h"
 
 namespace platform {
 
@@ -52,6 +53,7 @@ static_assert(sizeof(PartitionInfo) == 296);
 HANDLE FindFirstFlashCard(FindData* data);
 bool FindNextFlashCard(HANDLE search, FindData* data);
 void CloseFlashCardSearch(HANDLE search);
+using UniqueFlashCardSearch = Unique<HANDLE, CloseFlashCardSearch, invalidHandle>;
 
 // The storage manager's stores (FindFirstStore, FindNextStore, FindCloseStore) and the partitions
 // of an open one (FindFirstPartition, FindNextPartition, FindClosePartition). On a PC every
@@ -60,14 +62,17 @@ void CloseFlashCardSearch(HANDLE search);
 HANDLE FindFirstStore(StoreInfo* store);
 bool FindNextStore(HANDLE search, StoreInfo* store);
 void CloseStoreSearch(HANDLE search);
+using UniqueStoreSearch = Unique<HANDLE, CloseStoreSearch, invalidHandle>;
 HANDLE FindFirstPartition(HANDLE store, PartitionInfo* partition);
 bool FindNextPartition(HANDLE search, PartitionInfo* partition);
 void ClosePartitionSearch(HANDLE search);
+using UniquePartitionSearch = Unique<HANDLE, ClosePartitionSearch, invalidHandle>;
 
 // Opens a store by its path, "\StoreMgr\" and its device's name (CreateFileW, CloseHandle);
 // INVALID_HANDLE_VALUE on failure.
 HANDLE OpenStore(const wchar_t* path);
 void CloseStore(HANDLE store);
+using UniqueStore = Unique<HANDLE, CloseStore, invalidHandle>;
 
 // The sizes of a storage folder in bytes (GetDiskFreeSpaceExW). False on failure.
 bool StorageSpace(const wchar_t* folder, uint64_t* total, uint64_t* totalFree);

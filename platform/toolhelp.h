@@ -3,7 +3,7 @@
 
 #include <memory>
 
-#include "platform/windows.h"
+#include "platform/handles.h"
 
 namespace platform {
 
@@ -32,6 +32,10 @@ struct ModuleEntry {
     wchar_t path[MAX_PATH] = {};
 };
 
+// CloseToolhelp32Snapshot; CloseHandle on a PC.
+void CloseSnapshot(HANDLE snapshot);
+using UniqueSnapshot = Unique<HANDLE, CloseSnapshot, invalidHandle>;
+
 // A list of processes, modules or heaps as it was at one moment (CreateToolhelp32Snapshot). Its
 // walks end with false and the thread's last error.
 class Snapshot {
@@ -43,7 +47,7 @@ class Snapshot {
     ~Snapshot();
     Snapshot(const Snapshot&) = delete;
     Snapshot& operator=(const Snapshot&) = delete;
-    explicit operator bool() const { return handle_ != INVALID_HANDLE_VALUE; }
+    explicit operator bool() const { return static_cast<bool>(snapshot_); }
 
     // The entries of a snapshot of their kind (Process32First, Process32Next and their like).
     bool First(ProcessEntry* entry) const;
@@ -51,14 +55,14 @@ class Snapshot {
     bool First(ModuleEntry* entry) const;
     bool Next(ModuleEntry* entry) const;
 
-    HANDLE Handle() const { return handle_; }
+    HANDLE Handle() const { return snapshot_.Get(); }
 
  private:
     // The system's own entries: a walk hands the one that a step has filled to the next.
     struct Entries;
 
     std::unique_ptr<Entries> entries_;
-    HANDLE handle_;
+    UniqueSnapshot snapshot_;
 };
 
 // Goes through the heaps of a process and through the blocks of each (Heap32ListFirst, Heap32First
@@ -115,9 +119,6 @@ struct MemoryRegion {
 class ProcessMemory {
  public:
     explicit ProcessMemory(const ProcessEntry& process);
-    ~ProcessMemory();
-    ProcessMemory(const ProcessMemory&) = delete;
-    ProcessMemory& operator=(const ProcessMemory&) = delete;
 
     // Where the memory begins, and where it ends.
     ULONG_PTR Base() const { return base_; }
@@ -128,7 +129,7 @@ class ProcessMemory {
  private:
     ULONG_PTR base_;
     ULONG_PTR end_;
-    HANDLE process_ = nullptr;
+    UniqueHandle process_;
 };
 
 }  // namespace platform

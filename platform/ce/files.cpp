@@ -66,13 +66,9 @@ bool LeadsElsewhere(const std::wstring& path, const std::wstring& plain) {
 }
 
 bool Identify(const std::wstring& path, FileInformation* information) {
-    const HANDLE file = CreateFileW(path.c_str(), 0, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
-                                    OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
-    if (file == INVALID_HANDLE_VALUE) {
-        return false;
-    }
-    const UniqueHandle owner(file);
-    return CeGetFileInformation(file, information) &&
+    const UniqueHandle file(CreateFileW(path.c_str(), 0, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                                        nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+    return file && CeGetFileInformation(file.Get(), information) &&
            (information->indexHigh | information->indexLow | information->object) != 0;
 }
 

@@ -150,23 +150,27 @@ bool Told(BOOL stepped, const Found& found, Entry* entry) {
 
 }  // namespace
 
+void CloseSnapshot(HANDLE snapshot) {
+    CloseToolhelp32Snapshot(snapshot);
+}
+
 bool ProcessOfThread(DWORD thread, DWORD* process) {
     *process = 0;
-    const HANDLE snapshot = CreateToolhelp32Snapshot(snapThreads, 0);
-    if (snapshot == INVALID_HANDLE_VALUE) {
+    UniqueSnapshot snapshot(CreateToolhelp32Snapshot(snapThreads, 0));
+    if (!snapshot) {
         return false;
     }
     ThreadEntry32 entry = {};
     entry.dwSize = sizeof entry;
-    BOOL found = Thread32First(snapshot, &entry);
+    BOOL found = Thread32First(snapshot.Get(), &entry);
     while (found && entry.th32ThreadID != thread) {
-        found = Thread32Next(snapshot, &entry);
+        found = Thread32Next(snapshot.Get(), &entry);
     }
     const DWORD error = found ? ERROR_NO_MORE_FILES : GetLastError();
     if (found) {
         *process = entry.th32OwnerProcessID;
     }
-    CloseToolhelp32Snapshot(snapshot);
+    snapshot.Reset();
     SetLastError(error);
     return error == ERROR_NO_MORE_FILES;
 }
@@ -178,32 +182,28 @@ struct Snapshot::Entries {
 
 Snapshot::Snapshot(Kind kind, DWORD processId)
     : entries_(std::make_unique<Entries>()),
-      handle_(CreateToolhelp32Snapshot(FlagsOf(kind), processId)) {}
+      snapshot_(CreateToolhelp32Snapshot(FlagsOf(kind), processId)) {}
 
-Snapshot::~Snapshot() {
-    if (*this) {
-        CloseToolhelp32Snapshot(handle_);
-    }
-}
+Snapshot::~Snapshot() = default;
 
 bool Snapshot::First(ProcessEntry* entry) const {
     ProcessEntry32& found = Fresh(entries_->process);
-    return Told(Process32First(handle_, &found), found, entry);
+    return Told(Process32First(Handle(), &found), found, entry);
 }
 
 bool Snapshot::Next(ProcessEntry* entry) const {
     ProcessEntry32& found = entries_->process;
-    return Told(Process32Next(handle_, &found), found, entry);
+    return Told(Process32Next(Handle(), &found), found, entry);
 }
 
 bool Snapshot::First(ModuleEntry* entry) const {
     ModuleEntry32& found = Fresh(entries_->module);
-    return Told(Module32First(handle_, &found), found, entry);
+    return Told(Module32First(Handle(), &found), found, entry);
 }
 
 bool Snapshot::Next(ModuleEntry* entry) const {
     ModuleEntry32& found = entries_->module;
-    return Told(Module32Next(handle_, &found), found, entry);
+    return Told(Module32Next(Handle(), &found), found, entry);
 }
 
 struct SnapshotHeaps::Walk {
@@ -245,8 +245,6 @@ DWORD PathOfModule(DWORD, const ModuleEntry& entry, wchar_t* buffer, DWORD size)
 
 ProcessMemory::ProcessMemory(const ProcessEntry& process)
     : base_(process.base), end_(process.base + slotSize) {}
-
-ProcessMemory::~ProcessMemory() {}
 
 bool ProcessMemory::Query(ULONG_PTR address, MemoryRegion* region) const {
     MEMORY_BASIC_INFORMATION information = {};

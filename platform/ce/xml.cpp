@@ -2,6 +2,8 @@
 
 #include <msxml.h>
 
+#include "platform/bstr.h"
+
 namespace platform {
 
 namespace {
@@ -32,7 +34,7 @@ Function* FunctionOf(IXMLDOMDocument* document, size_t slot) {
 }  // namespace
 
 HRESULT LoadXmlFile(IXMLDOMDocument* document, const wchar_t* path) {
-    const UniqueText file(SysAllocString(path));
+    const UniqueBstr file(SysAllocString(path));
     VARIANT_BOOL loaded = VARIANT_FALSE;
     return file ? FunctionOf<LoadFunction>(document, loadSlot)(document,
                                                                MakeTextVariant(file.Get()), &loaded)
@@ -40,7 +42,7 @@ HRESULT LoadXmlFile(IXMLDOMDocument* document, const wchar_t* path) {
 }
 
 HRESULT SaveXmlFile(IXMLDOMDocument* document, const wchar_t* path) {
-    const UniqueText file(SysAllocString(path));
+    const UniqueBstr file(SysAllocString(path));
     return file
                ? FunctionOf<SaveFunction>(document, saveSlot)(document, MakeTextVariant(file.Get()))
                : E_OUTOFMEMORY;

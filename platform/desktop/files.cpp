@@ -20,12 +20,11 @@ std::wstring FullPath(const std::wstring& path) {
     return std::wstring(buffer, length < MAX_PATH ? length : 0);
 }
 
-// A file or folder itself, or the link that it is; null with the thread's last error.
+// A file or folder itself, or the link that it is; empty with the thread's last error.
 UniqueHandle OpenEntry(const std::wstring& path, DWORD access, Links links) {
     const DWORD kept = links == Links::Kept ? FILE_FLAG_OPEN_REPARSE_POINT : 0;
-    const HANDLE file = CreateFileW(path.c_str(), access, shareAll, nullptr, OPEN_EXISTING,
-                                    FILE_FLAG_BACKUP_SEMANTICS | kept, nullptr);
-    return UniqueHandle(file == INVALID_HANDLE_VALUE ? nullptr : file);
+    return UniqueHandle(CreateFileW(path.c_str(), access, shareAll, nullptr, OPEN_EXISTING,
+                                    FILE_FLAG_BACKUP_SEMANTICS | kept, nullptr));
 }
 
 bool Identify(const std::wstring& path, Links links, BY_HANDLE_FILE_INFORMATION* identity) {

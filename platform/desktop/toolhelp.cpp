@@ -66,10 +66,14 @@ bool Told(BOOL stepped, const Found& found, Entry* entry) {
 
 }  // namespace
 
+void CloseSnapshot(HANDLE snapshot) {
+    CloseHandle(snapshot);
+}
+
 bool ProcessOfThread(DWORD thread, DWORD* process) {
     *process = 0;
-    const UniqueHandle snapshot(CreateToolhelp32Snapshot(TH32CS_SNAPTHREAD, 0));
-    if (snapshot.Get() == INVALID_HANDLE_VALUE) {
+    const UniqueSnapshot snapshot(CreateToolhelp32Snapshot(TH32CS_SNAPTHREAD, 0));
+    if (!snapshot) {
         return false;
     }
     THREADENTRY32 entry = {};
@@ -92,33 +96,29 @@ struct Snapshot::Entries {
 // The list of heaps is never asked for: Wine has none. A snapshot of processes stands for it.
 Snapshot::Snapshot(Kind kind, DWORD processId)
     : entries_(std::make_unique<Entries>()),
-      handle_(CreateToolhelp32Snapshot(
+      snapshot_(CreateToolhelp32Snapshot(
           kind == Kind::Modules ? TH32CS_SNAPMODULE : TH32CS_SNAPPROCESS, processId)) {}
 
-Snapshot::~Snapshot() {
-    if (*this) {
-        CloseHandle(handle_);
-    }
-}
+Snapshot::~Snapshot() = default;
 
 bool Snapshot::First(ProcessEntry* entry) const {
     PROCESSENTRY32W& found = Fresh(entries_->process);
-    return Told(Process32FirstW(handle_, &found), found, entry);
+    return Told(Process32FirstW(Handle(), &found), found, entry);
 }
 
 bool Snapshot::Next(ProcessEntry* entry) const {
     PROCESSENTRY32W& found = entries_->process;
-    return Told(Process32NextW(handle_, &found), found, entry);
+    return Told(Process32NextW(Handle(), &found), found, entry);
 }
 
 bool Snapshot::First(ModuleEntry* entry) const {
     MODULEENTRY32W& found = Fresh(entries_->module);
-    return Told(Module32FirstW(handle_, &found), found, entry);
+    return Told(Module32FirstW(Handle(), &found), found, entry);
 }
 
 bool Snapshot::Next(ModuleEntry* entry) const {
     MODULEENTRY32W& found = entries_->module;
-    return Told(Module32NextW(handle_, &found), found, entry);
+    return Told(Module32NextW(Handle(), &found), found, entry);
 }
 
 struct SnapshotHeaps::Walk {
@@ -205,16 +205,10 @@ ProcessMemory::ProcessMemory(const ProcessEntry& process)
     end_ = reinterpret_cast<ULONG_PTR>(system.lpMaximumApplicationAddress);
 }
 
-ProcessMemory::~ProcessMemory() {
-    if (process_) {
-        CloseHandle(process_);
-    }
-}
-
 bool ProcessMemory::Query(ULONG_PTR address, MemoryRegion* region) const {
     MEMORY_BASIC_INFORMATION information = {};
-    if (!process_ || VirtualQueryEx(process_, reinterpret_cast<const void*>(address), &information,
-                                    sizeof information) == 0) {
+    if (!process_ || VirtualQueryEx(process_.Get(), reinterpret_cast<const void*>(address),
+                                    &information, sizeof information) == 0) {
         return false;
     }
     region->state = information.State;

@@ -2,6 +2,7 @@
 
 #include <msxml.h>
 
+#include "platform/bstr.h"
 #include "platform/desktop/paths.h"
 
 namespace platform {
@@ -16,20 +17,20 @@ VARIANT TextVariant(BSTR text) {
     return variant;
 }
 
-UniqueText DesktopPathText(const wchar_t* path) {
-    return UniqueText(SysAllocString(desktop::ToDesktopPath(path).c_str()));
+UniqueBstr DesktopPathText(const wchar_t* path) {
+    return UniqueBstr(SysAllocString(desktop::ToDesktopPath(path).c_str()));
 }
 
 }  // namespace
 
 HRESULT LoadXmlFile(IXMLDOMDocument* document, const wchar_t* path) {
-    const UniqueText file = DesktopPathText(path);
+    const UniqueBstr file = DesktopPathText(path);
     VARIANT_BOOL loaded = VARIANT_FALSE;
     return file ? document->load(TextVariant(file.Get()), &loaded) : E_OUTOFMEMORY;
 }
 
 HRESULT SaveXmlFile(IXMLDOMDocument* document, const wchar_t* path) {
-    const UniqueText file = DesktopPathText(path);
+    const UniqueBstr file = DesktopPathText(path);
     return file ? document->save(TextVariant(file.Get())) : E_OUTOFMEMORY;
 }
 

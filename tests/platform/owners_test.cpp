@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "platform/coredll.h"
+#include "platform/scope_exit.h"
 #include "tests/support/world.h"
 
 using namespace platform;
@@ -18,12 +19,22 @@ void Release(int value) {
     released.push_back(value);
 }
 
+std::vector<HANDLE> releasedHandles;
+
+void ReleaseHandle(HANDLE handle) {
+    releasedHandles.push_back(handle);
+}
+
 using Owner = Unique<int, Release>;
+using HandleOwner = Unique<HANDLE, ReleaseHandle, invalidHandle>;
 using Values = std::vector<int>;
 
 class Owners : public testing::Test {
  protected:
-    Owners() { released.clear(); }
+    Owners() {
+        released.clear();
+        releasedHandles.clear();
+    }
 };
 
 struct Counted {
@@ -87,6 +98,42 @@ TEST_F(Owners, GiveUpWhatTheyDetach) {
         EXPECT_EQ(owner.Detach(), 7);
     }
     EXPECT_TRUE(released.empty());
+}
+
+TEST_F(Owners, ReleaseNothingWhereACallGaveNoHandle) {
+    const HANDLE some = reinterpret_cast<HANDLE>(7);
+    {
+        const HandleOwner failed(INVALID_HANDLE_VALUE);
+        EXPECT_FALSE(failed);
+        EXPECT_EQ(failed.Get(), INVALID_HANDLE_VALUE);
+        const HandleOwner null(nullptr);
+        EXPECT_FALSE(null);
+        HandleOwner owner(some);
+        EXPECT_TRUE(owner);
+        owner.Reset(INVALID_HANDLE_VALUE);
+        EXPECT_FALSE(owner);
+    }
+    EXPECT_EQ(releasedHandles, std::vector<HANDLE>{some});
+}
+
+TEST(ScopeExits, ActWhenAFaultPasses) {
+    int acted = 0;
+    try {
+        const ScopeExit act([&acted] { ++acted; });
+        EXPECT_EQ(acted, 0);
+        throw std::runtime_error("fault");
+    } catch (const std::exception&) {
+    }
+    EXPECT_EQ(acted, 1);
+}
+
+TEST(ScopeExits, DoNothingOnceReleased) {
+    int acted = 0;
+    {
+        ScopeExit act([&acted] { ++acted; });
+        act.Release();
+    }
+    EXPECT_EQ(acted, 0);
 }
 
 TEST(ComPointers, CountTheirReferences) {

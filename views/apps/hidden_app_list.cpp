@@ -6,6 +6,7 @@
 #include <algorithm>
 
 #include "faults/fault.h"
+#include "platform/bstr.h"
 #include "platform/coredll.h"
 #include "platform/files.h"
 #include "platform/handles.h"
@@ -44,18 +45,13 @@ HRESULT Succeed(HRESULT result) {
 }
 
 // A text for a COM call. Throws std::bad_alloc.
-class ComText {
- public:
-    explicit ComText(const wchar_t* text) : text_(SysAllocString(text)) {
-        if (!text_) {
-            throw std::bad_alloc();
-        }
+platform::UniqueBstr MakeBstr(const wchar_t* text) {
+    platform::UniqueBstr made(SysAllocString(text));
+    if (!made) {
+        throw std::bad_alloc();
     }
-    operator BSTR() const { return text_.Get(); }
-
- private:
-    platform::UniqueText text_;
-};
+    return made;
+}
 
 // A variant that a COM call fills in (VariantInit, VariantClear).
 class ComVariant {
@@ -67,9 +63,7 @@ class ComVariant {
     VARIANT* Receive() { return &variant_; }
     // Empty when it holds no text.
     std::wstring Text() const {
-        return variant_.vt == VT_BSTR && variant_.bstrVal
-                   ? std::wstring(variant_.bstrVal, SysStringLen(variant_.bstrVal))
-                   : std::wstring();
+        return variant_.vt == VT_BSTR ? platform::TextOfBstr(variant_.bstrVal) : std::wstring();
     }
 
  private:
@@ -117,15 +111,15 @@ OpenedFile OpenFile(const std::wstring& path) {
 
 std::wstring AttributeOf(const Element& element, const wchar_t* name) {
     ComVariant value;
-    Succeed(element->getAttribute(ComText(name), value.Receive()));
+    Succeed(element->getAttribute(MakeBstr(name).Get(), value.Receive()));
     return value.Text();
 }
 
 // The element that holds the entries; a document without any element gets one.
 Node RootOf(const Document& document) {
-    const ComText name(L"hide");
+    const platform::UniqueBstr name = MakeBstr(L"hide");
     Node root;
-    if (Succeed(document->selectSingleNode(name, root.Receive())) == S_OK && root) {
+    if (Succeed(document->selectSingleNode(name.Get(), root.Receive())) == S_OK && root) {
         return root;
     }
     Element other;
@@ -134,7 +128,7 @@ Node RootOf(const Document& document) {
         throw faults::W32Fault(faults::ResultFromError(ERROR_INVALID_DATA));
     }
     Element element;
-    Succeed(document->createElement(name, element.Receive()));
+    Succeed(document->createElement(name.Get(), element.Receive()));
     Succeed(document->appendChild(element.Get(), root.Receive()));
     return root;
 }
@@ -142,12 +136,12 @@ Node RootOf(const Document& document) {
 void AppendEntry(const Document& document, const std::wstring& path) {
     const Node root = RootOf(document);
     Element entry;
-    Succeed(document->createElement(ComText(L"application"), entry.Receive()));
-    const ComText text(path.c_str());
+    Succeed(document->createElement(MakeBstr(L"application").Get(), entry.Receive()));
+    const platform::UniqueBstr text = MakeBstr(path.c_str());
     VARIANT value = {};
     value.vt = VT_BSTR;
-    value.bstrVal = text;
-    Succeed(entry->setAttribute(ComText(L"path"), value));
+    value.bstrVal = text.Get();
+    Succeed(entry->setAttribute(MakeBstr(L"path").Get(), value));
     Node appended;
     Succeed(root->appendChild(entry.Get(), appended.Receive()));
 }
@@ -233,7 +227,7 @@ void HiddenAppList::LoadHiddenApps() {
     }
     const OpenedFile file = OpenFile(place.path);
     platform::ComPointer<IXMLDOMNodeList> entries;
-    Succeed(file.document->selectNodes(ComText(L"hide/application"), entries.Receive()));
+    Succeed(file.document->selectNodes(MakeBstr(L"hide/application").Get(), entries.Receive()));
     Node node;
     while (entries && Succeed(entries->nextNode(node.Receive())) != S_FALSE && node) {
         Element entry;

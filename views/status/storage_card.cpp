@@ -9,25 +9,6 @@ namespace views {
 
 namespace {
 
-// Owns a search or an open store; INVALID_HANDLE_VALUE stands for none.
-template <auto close>
-class Walk {
- public:
-    explicit Walk(HANDLE handle) : handle_(handle) {}
-    ~Walk() {
-        if (*this) {
-            close(handle_);
-        }
-    }
-    Walk(const Walk&) = delete;
-    Walk& operator=(const Walk&) = delete;
-    explicit operator bool() const { return handle_ != INVALID_HANDLE_VALUE; }
-    HANDLE Get() const { return handle_; }
-
- private:
-    HANDLE handle_;
-};
-
 // A name in a field of fixed size, which it may fill without a NUL.
 template <size_t size>
 std::wstring_view NameIn(const wchar_t (&field)[size]) {
@@ -40,12 +21,12 @@ bool HasVolume(const platform::StoreInfo& info, std::wstring_view folder) {
     if (!StorePath(NameIn(info.szDeviceName), &path)) {
         return false;
     }
-    const Walk<platform::CloseStore> store(platform::OpenStore(path.c_str()));
+    const platform::UniqueStore store(platform::OpenStore(path.c_str()));
     if (!store) {
         return false;
     }
     platform::PartitionInfo partition;
-    const Walk<platform::ClosePartitionSearch> search(
+    const platform::UniquePartitionSearch search(
         platform::FindFirstPartition(store.Get(), &partition));
     for (bool found = static_cast<bool>(search); found;
          found = platform::FindNextPartition(search.Get(), &partition)) {
@@ -60,7 +41,7 @@ bool HasVolume(const platform::StoreInfo& info, std::wstring_view folder) {
 
 bool IsStorageCard(std::wstring_view folder) {
     platform::StoreInfo store;
-    const Walk<platform::CloseStoreSearch> search(platform::FindFirstStore(&store));
+    const platform::UniqueStoreSearch search(platform::FindFirstStore(&store));
     for (bool found = static_cast<bool>(search); found;
          found = platform::FindNextStore(search.Get(), &store)) {
         if (store.dwPartitionCount > 0 && HasVolume(store, folder)) {
