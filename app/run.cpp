@@ -3,10 +3,10 @@
 #include "app/language.h"
 #include "app/main_frame.h"
 #include "faults/fault.h"
-#include "platform/aygshell.h"
 #include "platform/coredll.h"
 #include "platform/handles.h"
 #include "platform/scope_exit.h"
+#include "platform/top_windows.h"
 #include "res/resource.h"
 #include "text/resources.h"
 #include "ui/window/held_fault.h"
@@ -14,22 +14,6 @@
 namespace app {
 
 namespace {
-
-struct OwnedSearch {
-    HWND owner;
-    HWND menuBar;
-    HWND found;
-};
-
-BOOL CALLBACK FindOwned(HWND window, LPARAM parameter) {
-    auto& search = *reinterpret_cast<OwnedSearch*>(parameter);
-    if (window == search.menuBar || !IsWindowVisible(window) ||
-        GetWindow(window, GW_OWNER) != search.owner) {
-        return TRUE;
-    }
-    search.found = window;
-    return FALSE;
-}
 
 // Waits for the running instance's window and activates it. False when it has just ended.
 bool ActivateRunningInstance(HANDLE event) {
@@ -43,7 +27,7 @@ bool ActivateRunningInstance(HANDLE event) {
     if (!IsWindowVisible(window)) {
         ShowWindow(window, SW_SHOW);
     }
-    SetForegroundWindow(FrontmostOwned(window));
+    SetForegroundWindow(platform::InnermostOwnedWindow(window));
     return true;
 }
 
@@ -104,17 +88,6 @@ int RunMainFrame(Module& module, HANDLE event, int showCommand) {
 }
 
 }  // namespace
-
-HWND FrontmostOwned(HWND window) {
-    for (;;) {
-        OwnedSearch search = {window, platform::FindMenuBar(window), nullptr};
-        EnumWindows(FindOwned, reinterpret_cast<LPARAM>(&search));
-        if (!search.found) {
-            return window;
-        }
-        window = search.found;
-    }
-}
 
 int Run(Module& module, const wchar_t*, int showCommand) {
     // A handheld may leave the error of an earlier call in place when the event is new.

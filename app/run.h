@@ -11,10 +11,6 @@ inline constexpr wchar_t instanceEventName[] = L"{5D0C1A7E-3B94-4F2A-8E61-0A9B7C
 // the message loop's result. Throws faults of the family.
 int Run(Module& module, const wchar_t* commandLine, int showCommand);
 
-// The window that the user last worked in: the innermost visible window that a chain of ownership
-// leads to from `window`.
-HWND FrontmostOwned(HWND window);
-
 // Starts the program anew (CreateProcessW); installed as the exit hook. Throws W32Fault.
 void Restart();
 

@@ -1,5 +1,6 @@
-// The numbers of the program's resources: the one place where each has its number and its name. Included by the
-// resource scripts, the program and its tests; scripts in Python read the lines of this file.
+// The numbers of the program's resources: the one place where each has its number and its name.
+// Included by the resource scripts, the program and its tests; scripts in Python read the lines of
+// this file.
 #pragma once
 
 // The program's icon.

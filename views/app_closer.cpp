@@ -1,7 +1,6 @@
 #include "views/app_closer.h"
 
 #include <algorithm>
-#include <exception>
 #include <optional>
 #include <string_view>
 #include <utility>
@@ -11,6 +10,7 @@
 #include "platform/handles.h"
 #include "platform/shell.h"
 #include "platform/toolhelp.h"
+#include "platform/top_windows.h"
 
 namespace views {
 
@@ -54,13 +54,6 @@ std::wstring Trimmed(std::wstring title) {
 }
 
 }  // namespace
-
-// One walk over the top-level windows; no exception may cross the platform's frames.
-struct AppCloser::Pass {
-    AppCloser& closer;
-    bool wait;
-    std::exception_ptr fault;
-};
 
 std::wstring UntrimmedTitle(HWND window) {
     return AskedTitle(window).value_or(std::wstring());
@@ -125,39 +118,31 @@ void AppCloser::WaitForAppExit(HWND window, DWORD processId) {
     }
 }
 
-BOOL CALLBACK AppCloser::Visit(HWND window, LPARAM parameter) {
-    Pass& pass = *reinterpret_cast<Pass*>(parameter);
-    try {
-        if (window == pass.closer.spared_ || GetParent(window) || !IsWindowVisible(window) ||
-            !pass.closer.IsClosableApp(window, AppName(window))) {
-            return TRUE;
-        }
-        if (pass.wait) {
-            WaitForAppExit(window, ProcessIdOfWindow(window));
-        } else {
-            PostMessageW(window, WM_CLOSE, 0, 0);
-        }
-        return TRUE;
-    } catch (...) {
-        pass.fault = std::current_exception();
-        return FALSE;
+void AppCloser::Visit(HWND window, Pass pass) const {
+    if (window == spared_ || GetParent(window) || !IsWindowVisible(window) ||
+        !IsClosableApp(window, AppName(window))) {
+        return;
+    }
+    if (pass == Pass::Wait) {
+        WaitForAppExit(window, ProcessIdOfWindow(window));
+    } else {
+        PostMessageW(window, WM_CLOSE, 0, 0);
     }
 }
 
-void AppCloser::VisitAll(bool wait) {
-    Pass pass = {*this, wait, nullptr};
-    const BOOL all = EnumWindows(Visit, reinterpret_cast<LPARAM>(&pass));
-    if (pass.fault) {
-        std::rethrow_exception(pass.fault);
-    }
+void AppCloser::VisitAll(Pass pass) const {
+    const bool all = platform::ForEachWindow([this, pass](HWND window) {
+        Visit(window, pass);
+        return true;
+    });
     if (!all) {
         throw faults::W32Fault();
     }
 }
 
 void AppCloser::CloseAllApps() {
-    VisitAll(false);
-    VisitAll(true);
+    VisitAll(Pass::Ask);
+    VisitAll(Pass::Wait);
     SetWindowPos(desktop_, spared_, 0, 0, 0, 0, SWP_NOSIZE | SWP_NOMOVE | SWP_NOACTIVATE);
 }
 

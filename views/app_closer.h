@@ -56,9 +56,9 @@ class AppCloser {
     DWORD ShellProcessId() const { return shellProcess_; }
 
  private:
-    struct Pass;
-    static BOOL CALLBACK Visit(HWND window, LPARAM pass);
-    void VisitAll(bool wait);
+    enum class Pass { Ask, Wait };
+    void Visit(HWND window, Pass pass) const;
+    void VisitAll(Pass pass) const;
 
     HWND desktop_;
     DWORD shellProcess_ = 0;

@@ -22,7 +22,7 @@ import sites as places  # noqa: E402
 
 WORK = os.path.join(BUILD, "mutants")
 TREE = os.path.join(WORK, "tree")
-ROOMS = ("app", "faults", "text", "ui", "views", "platform/desktop")
+ROOMS = ("app", "faults", "text", "ui", "views", "platform")
 EXECUTABLES = ("platform_tests", "faults_tests", "text_tests", "ui_tests", "views_tests", "app_tests", "e2e_tests",
                "gallery_tests")
 # Names the failed test, or the one that ran when the process ended.
@@ -50,7 +50,10 @@ def line_of(site):
     return line if len(line) > 20 else f"{lines[site.line - 2].strip()} {line}"
 
 
+# None for what is no part of the desktop's executable.
 def room_of(path):
+    if path.startswith("platform/ce/"):
+        return None
     return next((room for room in ROOMS if path.startswith(room + "/")), None)
 
 

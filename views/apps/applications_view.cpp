@@ -3,6 +3,7 @@
 #include "faults/fault.h"
 #include "platform/coredll.h"
 #include "platform/handles.h"
+#include "platform/top_windows.h"
 #include "res/resource.h"
 #include "text/format.h"
 #include "ui/dialog/action.h"
@@ -76,7 +77,7 @@ void ApplicationsView::OnActivated(unsigned row) {
         return;
     }
     const HWND window = list_[row].window;
-    if (!IsWindow(window) || !SetForegroundWindow(InnermostOwnedWindow(window))) {
+    if (!IsWindow(window) || !SetForegroundWindow(platform::InnermostOwnedWindow(window))) {
         MessageBeep(~0u);
     }
 }

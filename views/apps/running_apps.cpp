@@ -1,25 +1,17 @@
 #include "views/apps/running_apps.h"
 
-#include <exception>
-
 #include "faults/fault.h"
-#include "platform/aygshell.h"
 #include "platform/coredll.h"
+#include "platform/top_windows.h"
 #include "views/display_flags.h"
 
 namespace views {
 
 namespace {
 
-struct Search {
-    const AppCloser& closer;
-    DWORD flags;
-    const std::function<void(std::unique_ptr<AppItem>)>& found;
-    // No exception may cross the platform's frames.
-    std::exception_ptr fault;
-};
+using AppFound = std::function<void(std::unique_ptr<AppItem>)>;
 
-void Look(const Search& search, HWND window) {
+void Examine(HWND window, const AppCloser& closer, DWORD flags, const AppFound& found) {
     if (GetParent(window) || !IsWindowVisible(window)) {
         return;
     }
@@ -33,67 +25,25 @@ void Look(const Search& search, HWND window) {
     }
     std::wstring title = AppName(window);
     if (title.empty() || AppCloser::IsCursorWindow(window, title) ||
-        (!(search.flags & flagShowCriticalApplications) &&
-         process == search.closer.ShellProcessId()) ||
-        (!(search.flags & flagShowHiddenApplications) && search.closer.IsHidden(window))) {
+        (!(flags & flagShowCriticalApplications) && process == closer.ShellProcessId()) ||
+        (!(flags & flagShowHiddenApplications) && closer.IsHidden(window))) {
         return;
     }
     SHFILEINFOW info = {};
     const bool hasIcon =
         platform::FileInfo(path, 0, &info, SHGFI_SYSICONINDEX | SHGFI_SMALLICON) != 0;
-    search.found(
-        std::make_unique<AppItem>(AppItem{std::move(title), hasIcon ? info.iIcon : -1, window}));
-}
-
-BOOL CALLBACK Visit(HWND window, LPARAM parameter) {
-    Search& search = *reinterpret_cast<Search*>(parameter);
-    try {
-        Look(search, window);
-        return TRUE;
-    } catch (...) {
-        search.fault = std::current_exception();
-        return FALSE;
-    }
-}
-
-struct OwnedSearch {
-    HWND owner;
-    HWND skipped;
-    HWND found;
-};
-
-BOOL CALLBACK VisitOwned(HWND window, LPARAM parameter) {
-    OwnedSearch& search = *reinterpret_cast<OwnedSearch*>(parameter);
-    if (window == search.skipped || !IsWindowVisible(window) ||
-        GetWindow(window, GW_OWNER) != search.owner) {
-        return TRUE;
-    }
-    search.found = window;
-    return FALSE;
+    found(std::make_unique<AppItem>(AppItem{std::move(title), hasIcon ? info.iIcon : -1, window}));
 }
 
 }  // namespace
 
-void FindRunningApps(const AppCloser& closer, DWORD flags,
-                     const std::function<void(std::unique_ptr<AppItem>)>& found) {
-    Search search = {closer, flags, found, nullptr};
-    const BOOL complete = EnumWindows(Visit, reinterpret_cast<LPARAM>(&search));
-    if (search.fault) {
-        std::rethrow_exception(search.fault);
-    }
+void FindRunningApps(const AppCloser& closer, DWORD flags, const AppFound& found) {
+    const bool complete = platform::ForEachWindow([&](HWND window) {
+        Examine(window, closer, flags, found);
+        return true;
+    });
     if (!complete) {
         throw faults::W32Fault();
-    }
-}
-
-HWND InnermostOwnedWindow(HWND window) {
-    for (;;) {
-        OwnedSearch search = {window, platform::FindMenuBar(window), nullptr};
-        EnumWindows(VisitOwned, reinterpret_cast<LPARAM>(&search));
-        if (!search.found) {
-            return window;
-        }
-        window = search.found;
     }
 }
 

@@ -15,8 +15,4 @@ namespace views {
 void FindRunningApps(const AppCloser& closer, DWORD flags,
                      const std::function<void(std::unique_ptr<AppItem>)>& found);
 
-// The innermost visible window that an application's window owns, directly or through others: the
-// one that takes its input. The window itself when it owns none.
-HWND InnermostOwnedWindow(HWND window);
-
 }  // namespace views
