@@ -24,7 +24,7 @@ class ComApartment {
     ComApartment& operator=(const ComApartment&) = delete;
 };
 
-void RunProgram(HINSTANCE instance, const wchar_t* commandLine, int showCommand) {
+void RunProgram(HINSTANCE instance, int showCommand) {
     const ComApartment apartment;
     app::Module& module = app::TheModule();
     const HRESULT started = module.Initialize(instance);
@@ -38,15 +38,15 @@ void RunProgram(HINSTANCE instance, const wchar_t* commandLine, int showCommand)
     module.AddTerminationCallback([] { ui::Resources().Free(); });
     app::LoadLanguage(app::ChooseLanguage());
     ui::Resources().Load();
-    app::Run(module, commandLine, showCommand);
+    app::Run(module, showCommand);
 }
 
 }  // namespace
 
-int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, wchar_t* commandLine, int showCommand) {
+int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, wchar_t*, int showCommand) {
     text::SetProgramModule(instance);
     try {
-        RunProgram(instance, commandLine, showCommand);
+        RunProgram(instance, showCommand);
     } catch (...) {
         constexpr UINT ok = IDS_BUTTON_OK;
         ui::ShowMessage(nullptr, ui::TextOfCurrentException(), IDS_EXECUTION_FAILED, 1, &ok, 0);

@@ -5,7 +5,7 @@
 #include "app/about_box.h"
 #include "app/language_menu.h"
 #include "app/module.h"
-#include "app/run.h"
+#include "app/restart.h"
 #include "app/settings.h"
 #include "app/settings_page.h"
 #include "app/view_choice.h"

@@ -3,8 +3,6 @@
 #include <new>
 #include <utility>
 
-#include "text/resources.h"
-
 namespace app {
 
 namespace {
@@ -28,7 +26,6 @@ HRESULT Module::Initialize(HINSTANCE instance) {
     InitializeCriticalSection(&lock_);
     initialized_ = true;
     instance_ = instance;
-    text::SetProgramModule(instance);
     for (const LifetimeHook hook : objects_) {
         hook(true);
     }

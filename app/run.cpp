@@ -1,6 +1,5 @@
 #include "app/run.h"
 
-#include "app/language.h"
 #include "app/main_frame.h"
 #include "faults/fault.h"
 #include "platform/coredll.h"
@@ -89,7 +88,7 @@ int RunMainFrame(Module& module, HANDLE event, int showCommand) {
 
 }  // namespace
 
-int Run(Module& module, const wchar_t*, int showCommand) {
+int Run(Module& module, int showCommand) {
     // A handheld may leave the error of an earlier call in place when the event is new.
     SetLastError(ERROR_SUCCESS);
     // Lets instances start one at a time.
@@ -110,12 +109,6 @@ int Run(Module& module, const wchar_t*, int showCommand) {
     }
     module.RunExitHook();
     return result;
-}
-
-void Restart() {
-    if (!platform::StartProgram(ProgramPath().c_str())) {
-        throw faults::W32Fault();
-    }
 }
 
 }  // namespace app

@@ -9,9 +9,6 @@ inline constexpr wchar_t instanceEventName[] = L"{5D0C1A7E-3B94-4F2A-8E61-0A9B7C
 
 // Runs the main frame until it is closed, or brings a running instance to the foreground. Returns
 // the message loop's result. Throws faults of the family.
-int Run(Module& module, const wchar_t* commandLine, int showCommand);
-
-// Starts the program anew (CreateProcessW); installed as the exit hook. Throws W32Fault.
-void Restart();
+int Run(Module& module, int showCommand);
 
 }  // namespace app

@@ -6,7 +6,6 @@
 #include <thread>
 
 #include "tests/app/short_memory.h"
-#include "text/resources.h"
 
 using app::MessageLoop;
 using app::Module;
@@ -41,8 +40,6 @@ TEST_F(ModuleLife, StartsWithTheInstanceAndTheThread) {
     EXPECT_EQ(Initialize(), S_OK);
     EXPECT_EQ(module.Instance(), GetModuleHandleW(nullptr));
     EXPECT_EQ(module.ThreadId(), GetCurrentThreadId());
-    EXPECT_EQ(text::ResourceModule(), GetModuleHandleW(nullptr));
-    EXPECT_EQ(text::Language(), 0x0409);
 }
 
 TEST_F(ModuleLife, TellsItsObjectsOfItsStartAndEnd) {

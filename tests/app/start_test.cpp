@@ -2,6 +2,7 @@
 
 #include "app/main_frame.h"
 #include "app/module.h"
+#include "app/restart.h"
 #include "app/run.h"
 #include "faults/fault.h"
 #include "res/resource.h"
@@ -220,7 +221,7 @@ TEST_F(ProgramRun, EndsWithWhatItsLoopHasEndedWith) {
     ASSERT_EQ(module.Initialize(GetModuleHandleW(nullptr)), S_OK);
     int ended = -1;
     WhileUser([] { PostMessageW(MainWindow(), WM_CLOSE, 0, 0); },
-              [&] { ended = app::Run(module, L"", SW_SHOW); });
+              [&] { ended = app::Run(module, SW_SHOW); });
     EXPECT_EQ(module.CurrentLoop(), nullptr) << "the loop that has ended is still registered";
     module.Shutdown();
     EXPECT_EQ(ended, 1);

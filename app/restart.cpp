@@ -1,0 +1,15 @@
+#include "app/restart.h"
+
+#include "app/language.h"
+#include "faults/fault.h"
+#include "platform/coredll.h"
+
+namespace app {
+
+void Restart() {
+    if (!platform::StartProgram(ProgramPath().c_str())) {
+        throw faults::W32Fault();
+    }
+}
+
+}  // namespace app
