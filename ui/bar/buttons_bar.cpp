@@ -2,12 +2,13 @@
 
 #include <algorithm>
 
+#include "platform/scope_exit.h"
 #include "text/resources.h"
 #include "ui/paint/clipped_text.h"
 #include "ui/paint/drawing_resources.h"
 #include "ui/paint/paint.h"
 #include "ui/paint/theme.h"
-#include "ui/window/held_fault.h"
+#include "ui/window/modal_loop.h"
 
 namespace ui {
 
@@ -181,50 +182,38 @@ void ButtonsBar::TrackPress(unsigned index) {
 bool ButtonsBar::FollowPress(unsigned index) {
     // A bar that is destroyed meanwhile has no handle, as nobody has the capture.
     const HWND window = Handle();
-    struct Release {
-        ButtonsBar& bar;
-        ~Release() {
-            bar.pressed_ = noButton;
-            if (bar.Handle() && GetCapture() == bar.Handle()) {
-                ReleaseCapture();
-            }
+    const platform::ScopeExit release([this] {
+        pressed_ = noButton;
+        if (Handle() && GetCapture() == Handle()) {
+            ReleaseCapture();
         }
-    } release{*this};
+    });
     pressed_ = index;
     SetCapture(window);
     InvalidateRect(window, nullptr, FALSE);
     UpdateWindow(window);
-    while (GetCapture() == window) {
-        MSG message;
-        const BOOL received = GetMessageW(&message, nullptr, 0, 0);
-        if (received == 0) {
-            PostQuitMessage(static_cast<int>(message.wParam));
-            return false;
+    bool pressed = false;
+    const auto follow = [this, index, &pressed](const MSG& message) {
+        const auto overButton = [&] { return ButtonAt(PointOf(message.lParam)) == index; };
+        switch (message.message) {
+            case WM_LBUTTONUP:
+                pressed = overButton();
+                return LoopStep::End;
+            // While a finger is down the keys act on nothing else; Escape gives the press up.
+            case WM_KEYDOWN:
+                return message.wParam == VK_ESCAPE ? LoopStep::End : LoopStep::Skip;
+            case WM_MOUSEMOVE:
+                if (const unsigned under = overButton() ? index : noButton; under != pressed_) {
+                    pressed_ = under;
+                    InvalidateRect(Handle(), nullptr, FALSE);
+                }
+                return LoopStep::Skip;
+            default:
+                return LoopStep::Dispatch;
         }
-        if (received == -1) {
-            continue;
-        }
-        if (message.message == WM_LBUTTONUP) {
-            return ButtonAt(PointOf(message.lParam)) == index;
-        }
-        // While a finger is down the keys act on nothing else; Escape gives the press up.
-        if (message.message == WM_KEYDOWN) {
-            if (message.wParam == VK_ESCAPE) {
-                return false;
-            }
-            continue;
-        }
-        if (message.message == WM_MOUSEMOVE) {
-            const unsigned under = ButtonAt(PointOf(message.lParam)) == index ? index : noButton;
-            if (under != pressed_) {
-                pressed_ = under;
-                InvalidateRect(Handle(), nullptr, FALSE);
-            }
-            continue;
-        }
-        Dispatch(message);
-    }
-    return false;
+    };
+    RunModalLoop([window] { return GetCapture() == window; }, follow);
+    return pressed;
 }
 
 bool ButtonsBar::OnKey(WPARAM key) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/scope_exit.h"
 #include "text/resources.h"
 #include "ui/paint/clipped_text.h"
 #include "ui/paint/drawing_resources.h"
@@ -10,7 +11,7 @@
 #include "ui/paint/theme.h"
 #include "ui/popup/menu_items.h"
 #include "ui/popup/popup_menu.h"
-#include "ui/window/held_fault.h"
+#include "ui/window/modal_loop.h"
 
 namespace ui {
 
@@ -101,10 +102,7 @@ void CommandBar::OpenPopup(unsigned button, HMENU submenu) {
     MSG lastMessage;
     int command = noCommand;
     {
-        struct Press {
-            CommandBar& bar;
-            ~Press() { bar.SetPressed(noButton); }
-        } press{*this};
+        const platform::ScopeExit release([this] { SetPressed(noButton); });
         SetPressed(button);
         command = TrackPopup(parent, anchor, submenu, 0, &lastMessage);
     }
@@ -156,59 +154,45 @@ bool CommandBar::WaitForQuickTap() {
 }
 
 unsigned CommandBar::TrackPress(unsigned button) {
-    struct Release {
-        CommandBar& bar;
-        ~Release() {
-            bar.SetPressed(noButton);
-            if (GetCapture() == bar.Handle()) {
-                ReleaseCapture();
-            }
-        }
-    } release{*this};
     // A bar that is destroyed meanwhile has no handle, as nobody has the capture.
     const HWND window = Handle();
+    const platform::ScopeExit release([this] {
+        SetPressed(noButton);
+        if (GetCapture() == Handle()) {
+            ReleaseCapture();
+        }
+    });
     SetCapture(window);
     SetPressed(button);
-    while (GetCapture() == window) {
-        MSG message;
-        const BOOL received = GetMessageW(&message, nullptr, 0, 0);
-        if (received == 0) {
-            PostQuitMessage(static_cast<int>(message.wParam));
-            return noButton;
-        }
-        if (received == -1) {
-            continue;
-        }
+    unsigned released = noButton;
+    const auto follow = [this, &button, &released](const MSG& message) {
         switch (message.message) {
             case WM_MOUSEMOVE:
                 button = ButtonAt(PointOf(message.lParam));
                 if (button == noButton) {
-                    return noButton;
+                    return LoopStep::End;
                 }
                 SetPressed(button);
-                break;
+                return LoopStep::Skip;
             case WM_LBUTTONUP:
             case WM_RBUTTONUP:
-                return button;
+                released = button;
+                return LoopStep::End;
             case WM_LBUTTONDOWN:
             case WM_LBUTTONDBLCLK:
             case WM_RBUTTONDOWN:
-                return noButton;
+                return LoopStep::End;
             case WM_KEYDOWN:
-                if (message.wParam == VK_ESCAPE) {
-                    return noButton;
-                }
-                Dispatch(message);
-                break;
+                return message.wParam == VK_ESCAPE ? LoopStep::End : LoopStep::Dispatch;
             case WM_SYSKEYDOWN:
                 Dispatch(message);
-                return noButton;
+                return LoopStep::End;
             default:
-                Dispatch(message);
-                break;
+                return LoopStep::Dispatch;
         }
-    }
-    return noButton;
+    };
+    RunModalLoop([window] { return GetCapture() == window; }, follow);
+    return released;
 }
 
 void CommandBar::SetPressed(unsigned button) {

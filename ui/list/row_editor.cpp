@@ -5,7 +5,7 @@
 #include "platform/aygshell.h"
 #include "text/resources.h"
 #include "ui/paint/drawing_resources.h"
-#include "ui/window/held_fault.h"
+#include "ui/window/modal_loop.h"
 #include "ui/window/window.h"
 #include "ui/window/window_text.h"
 
@@ -64,25 +64,17 @@ std::wstring RowEditor::Text() const {
 
 int RowEditor::Run() {
     result_ = 0;
-    while (result_ == 0 && edit_) {
-        MSG message;
-        const BOOL received = GetMessageW(&message, nullptr, 0, 0);
-        if (received == 0) {
-            PostQuitMessage(static_cast<int>(message.wParam));
-            return IDCANCEL;
-        }
-        if (received == -1) {
-            continue;
-        }
+    const auto filter = [this](const MSG& message) {
         const bool tap = message.message == WM_LBUTTONDOWN || message.message == WM_LBUTTONDBLCLK;
         if (tap && message.hwnd != edit_ && message.hwnd != bar_) {
             result_ = IDOK;
-            break;
+            return LoopStep::End;
         }
         TranslateMessage(&message);
-        Dispatch(message);
-    }
-    return edit_ ? result_ : IDCANCEL;
+        return LoopStep::Dispatch;
+    };
+    const bool finished = RunModalLoop([this] { return result_ == 0 && edit_; }, filter);
+    return finished && edit_ ? result_ : IDCANCEL;
 }
 
 LRESULT CALLBACK RowEditor::Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {

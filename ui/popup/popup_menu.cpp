@@ -1,11 +1,13 @@
 #include "ui/popup/popup_menu.h"
 
+#include "platform/scope_exit.h"
 #include "ui/paint/clipped_text.h"
 #include "ui/paint/drawing_resources.h"
 #include "ui/paint/marks.h"
 #include "ui/paint/theme.h"
 #include "ui/popup/menu_items.h"
 #include "ui/popup/popup_placement.h"
+#include "ui/window/modal_loop.h"
 
 namespace ui {
 
@@ -90,30 +92,23 @@ void PopupMenu::Fill() {
 }
 
 MSG PopupMenu::Run() {
-    MSG message = {};
+    MSG last = {};
     running_ = true;
-    while (Handle() && !closed_) {
-        const BOOL received = GetMessageW(&message, nullptr, 0, 0);
-        if (received == 0) {
-            PostQuitMessage(static_cast<int>(message.wParam));
-            break;
-        }
-        if (received == -1) {
-            continue;
-        }
-        if ((message.hwnd == Handle() && message.message == WM_CLOSEPOPUP) ||
-            (IsTap(message) && message.hwnd != Handle())) {
-            break;
+    const auto filter = [this, &last](const MSG& message) {
+        last = message;
+        if (message.hwnd == Handle() ? message.message == WM_CLOSEPOPUP : IsTap(message)) {
+            return LoopStep::End;
         }
         TranslateMessage(&message);
-        Dispatch(message);
-    }
+        return LoopStep::Dispatch;
+    };
+    const bool finished = RunModalLoop([this] { return Handle() && !closed_; }, filter);
     running_ = false;
     Destroy();
     if (closingTap_) {
         return *closingTap_;
     }
-    return closed_ ? MSG{} : message;
+    return closed_ || !finished ? MSG{} : last;
 }
 
 SIZE PopupMenu::Measure(unsigned, int, int, ULONG_PTR data) {
@@ -200,13 +195,9 @@ bool PopupMenu::ChooseInSubmenu(HMENU submenu, const RECT& row) {
     }
     const RECT anchor = {corner.x, corner.y, corner.x + Width(row), corner.y};
     MSG lastMessage;
-    submenuOpen_ = true;
-    struct Reset {
-        bool& flag;
-        ~Reset() { flag = false; }
-    };
     {
-        const Reset reset{submenuOpen_};
+        submenuOpen_ = true;
+        const platform::ScopeExit closed([this] { submenuOpen_ = false; });
         chosenCommand_ = TrackPopup(Handle(), anchor, submenu, 0, &lastMessage);
     }
     if (chosenCommand_ != noCommand || !IsTap(lastMessage)) {

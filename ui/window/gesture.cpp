@@ -2,7 +2,7 @@
 
 #include <cstdlib>
 
-#include "ui/window/held_fault.h"
+#include "ui/window/modal_loop.h"
 #include "ui/window/window.h"
 
 namespace ui {
@@ -233,17 +233,13 @@ bool RunDragLoop(DragTracker& tracker, HWND window) {
     CaptureGuard capture(window);
     if (capture.Holds()) {
         bool dragging = true;
-        while (dragging && capture.Holds()) {
-            MSG message;
-            const BOOL received = GetMessageW(&message, nullptr, 0, 0);
-            if (received == 0) {
-                PostQuitMessage(static_cast<int>(message.wParam));
-                break;
-            }
-            if (received != -1 && !tracker.PreTranslate(message)) {
-                dragging = TrackMessage(tracker, window, message, finished);
-            }
-        }
+        RunModalLoop([&] { return dragging && capture.Holds(); },
+                     [&](const MSG& message) {
+                         if (!tracker.PreTranslate(message)) {
+                             dragging = TrackMessage(tracker, window, message, finished);
+                         }
+                         return LoopStep::Skip;
+                     });
         if (dragging) {
             // The finger was not lifted over us: the rows come to rest as if it had been.
             capture.Release();
