@@ -5,36 +5,25 @@
 #include "app/module.h"
 #include "app/run.h"
 #include "faults/fault.h"
+#include "platform/scope_exit.h"
 #include "res/resource.h"
 #include "ui/dialog/action.h"
 #include "ui/paint/drawing_resources.h"
 
 namespace {
 
-class ComApartment {
- public:
-    ComApartment() {
-        const HRESULT result = CoInitializeEx(nullptr, COINIT_MULTITHREADED);
-        if (FAILED(result)) {
-            throw faults::COMFault(result);
-        }
+void Require(HRESULT result) {
+    if (FAILED(result)) {
+        throw faults::COMFault(result);
     }
-    ~ComApartment() { CoUninitialize(); }
-    ComApartment(const ComApartment&) = delete;
-    ComApartment& operator=(const ComApartment&) = delete;
-};
+}
 
 void RunProgram(HINSTANCE instance, int showCommand) {
-    const ComApartment apartment;
+    Require(CoInitializeEx(nullptr, COINIT_MULTITHREADED));
+    const platform::ScopeExit leaveCom([] { CoUninitialize(); });
     app::Module& module = app::TheModule();
-    const HRESULT started = module.Initialize(instance);
-    if (FAILED(started)) {
-        throw faults::COMFault(started);
-    }
-    struct Shutdown {
-        app::Module& module;
-        ~Shutdown() { module.Shutdown(); }
-    } const shutdown{module};
+    Require(module.Initialize(instance));
+    const platform::ScopeExit shutdown([&module] { module.Shutdown(); });
     module.AddTerminationCallback([] { ui::Resources().Free(); });
     app::LoadLanguage(app::ChooseLanguage());
     ui::Resources().Load();

@@ -30,47 +30,22 @@ bool ActivateRunningInstance(HANDLE event) {
     return true;
 }
 
-// Registers the loop for as long as it lives.
-class RegisteredLoop {
- public:
-    explicit RegisteredLoop(Module& module) : module_(module) { module_.AddMessageLoop(&loop_); }
-    ~RegisteredLoop() { module_.RemoveMessageLoop(); }
-    RegisteredLoop(const RegisteredLoop&) = delete;
-    RegisteredLoop& operator=(const RegisteredLoop&) = delete;
-    MessageLoop& Loop() { return loop_; }
-
- private:
-    Module& module_;
-    MessageLoop loop_;
-};
-
-// Outlives the frame. When a fault passes, the frame's end must not disturb the message box that
-// is to tell of it: neither by its quit message nor by a second fault, of saving the settings.
-class FaultPassage {
- public:
-    FaultPassage() = default;
-    ~FaultPassage() {
-        if (finished_) {
-            return;
-        }
-        MSG quit;
-        PeekMessageW(&quit, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE);
-        try {
-            ui::RethrowHeldException();
-        } catch (...) {
-        }
+// When a fault passes, the frame's end must not disturb the message box that is to tell of it:
+// neither by its quit message nor by a second fault, of saving the settings.
+void ForgetTheFramesEnd() {
+    MSG quit;
+    PeekMessageW(&quit, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE);
+    try {
+        ui::RethrowHeldException();
+    } catch (...) {
     }
-    FaultPassage(const FaultPassage&) = delete;
-    FaultPassage& operator=(const FaultPassage&) = delete;
-    void Finish() { finished_ = true; }
-
- private:
-    bool finished_ = false;
-};
+}
 
 int RunMainFrame(Module& module, HANDLE event, int showCommand) {
-    RegisteredLoop registered(module);
-    FaultPassage passage;
+    MessageLoop loop;
+    module.AddMessageLoop(&loop);
+    const platform::ScopeExit unregister([&module] { module.RemoveMessageLoop(); });
+    platform::ScopeExit faultPasses(ForgetTheFramesEnd);
     MainFrame frame;
     if (!frame.Open()) {
         throw faults::Fault(std::wstring(text::LoadText(IDS_CANNOT_CREATE_MAIN_WINDOW)));
@@ -78,11 +53,10 @@ int RunMainFrame(Module& module, HANDLE event, int showCommand) {
     if (!platform::SignalEvent(event)) {
         throw faults::W32Fault();
     }
-    registered.Loop().AddFilter(
-        [&frame](const MSG& message) { return frame.PreTranslate(message); });
+    loop.AddFilter([&frame](const MSG& message) { return frame.PreTranslate(message); });
     ShowWindow(frame.Handle(), showCommand);
-    const int result = registered.Loop().Run();
-    passage.Finish();
+    const int result = loop.Run();
+    faultPasses.Release();
     return result;
 }
 

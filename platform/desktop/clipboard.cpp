@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "platform/desktop/paths.h"
+#include "platform/scope_exit.h"
 
 namespace platform {
 
@@ -32,10 +33,7 @@ std::optional<std::vector<uint8_t>> BytesOnClipboard(UINT format) {
     if (!bytes) {
         return std::nullopt;
     }
-    struct Unlock {
-        HANDLE memory;
-        ~Unlock() { GlobalUnlock(memory); }
-    } unlock{memory};
+    const ScopeExit unlock([memory] { GlobalUnlock(memory); });
     copy.assign(bytes, bytes + GlobalSize(memory));
     return copy;
 }

@@ -19,23 +19,6 @@ bool ComIsInitialized() {
     return CoGetApartmentType(&type, &qualifier) != CO_E_NOTINITIALIZED;
 }
 
-// Wine's ShellExecuteEx uninitialises COM once more than it initialises it on a thread of the
-// multithreaded apartment.
-class KeepsCom {
- public:
-    KeepsCom() = default;
-    ~KeepsCom() {
-        if (wasInitialized_ && !ComIsInitialized()) {
-            CoInitializeEx(nullptr, COINIT_MULTITHREADED);
-        }
-    }
-    KeepsCom(const KeepsCom&) = delete;
-    KeepsCom& operator=(const KeepsCom&) = delete;
-
- private:
-    bool wasInitialized_ = ComIsInitialized();
-};
-
 // `parameters` may be empty.
 bool Execute(const std::wstring& file, const std::wstring& parameters) {
     if (file.size() >= MAX_PATH) {
@@ -48,12 +31,13 @@ bool Execute(const std::wstring& file, const std::wstring& parameters) {
     info.lpFile = file.c_str();
     info.lpParameters = parameters.empty() ? nullptr : parameters.c_str();
     info.nShow = SW_SHOWNORMAL;
-    bool started = false;
-    DWORD error = ERROR_SUCCESS;
-    {
-        const KeepsCom com;
-        started = ShellExecuteExW(&info) != FALSE;
-        error = GetLastError();
+    const bool comWasInitialized = ComIsInitialized();
+    const bool started = ShellExecuteExW(&info) != FALSE;
+    DWORD error = GetLastError();
+    // Wine's call uninitialises COM once more than it initialises it on a thread of the
+    // multithreaded apartment.
+    if (comWasInitialized && !ComIsInitialized()) {
+        CoInitializeEx(nullptr, COINIT_MULTITHREADED);
     }
     // Wine tells so in the older of the two results only.
     if (!started && reinterpret_cast<INT_PTR>(info.hInstApp) == SE_ERR_NOASSOC) {

@@ -4,6 +4,7 @@
 #include <cstdint>
 
 #include "platform/handles.h"
+#include "platform/scope_exit.h"
 
 namespace ui {
 
@@ -39,11 +40,7 @@ void PaintWindow(HWND window, Paint paint) {
     if (!dc) {
         return;
     }
-    struct End {
-        HWND window;
-        PAINTSTRUCT& structure;
-        ~End() { EndPaint(window, &structure); }
-    } end{window, structure};
+    const platform::ScopeExit end([window, &structure] { EndPaint(window, &structure); });
     RECT client;
     if (GetClientRect(window, &client) && client.right > client.left &&
         client.bottom > client.top) {
