@@ -68,8 +68,17 @@ void RowListWindow::Sort(ItemRecords& items, Before before) {
     if (std::adjacent_find(items.begin(), items.end(), outOfOrder) == items.end()) {
         return;
     }
-    std::reverse(items.begin(), items.end());
-    std::stable_sort(items.begin(), items.end(), inOrder);
+    // Merges runs of doubling length; of equal rows the later run's goes first.
+    ItemRecords merged(items.size());
+    for (size_t length = 1; length < items.size(); length *= 2) {
+        for (size_t start = 0; start < items.size(); start += 2 * length) {
+            const ItemRecord* const first = items.data() + start;
+            const ItemRecord* const middle = items.data() + std::min(start + length, items.size());
+            const ItemRecord* const end = items.data() + std::min(start + 2 * length, items.size());
+            std::merge(middle, end, first, middle, merged.data() + start, inOrder);
+        }
+        items.swap(merged);
+    }
 }
 
 unsigned RowListWindow::LowerBound(ULONG_PTR data, Before before) const {

@@ -97,7 +97,7 @@ class RowListWindow : public TouchList<RowListWindow> {
 
     void InsertItem(unsigned index, ULONG_PTR data);
     void ReplaceItems(ItemRecords items);
-    // Of rows that order alike the last one comes first, as if each had been put before them.
+    // Throws std::bad_alloc, and has changed nothing then.
     static void Sort(ItemRecords& items, Before before);
     // The first row that does not order before `data`.
     unsigned LowerBound(ULONG_PTR data, Before before) const;
@@ -113,12 +113,41 @@ class RowListWindow : public TouchList<RowListWindow> {
     std::vector<uint8_t> marks_;
 };
 
-// `Owner` is what owns one row, with `get` and `release` as std::unique_ptr has them. Rows are
-// ordered by `bool OrdersBefore(const Row&, const Row&)` where it is asked for.
+// Rows on their way into a list, which they fill without being copied. `Owner` is what owns one
+// row, with `get` and `release` as std::unique_ptr has them.
+template <typename Row, typename Owner = std::unique_ptr<Row>>
+class RowBatch {
+ public:
+    RowBatch() = default;
+    RowBatch(RowBatch&& other) noexcept : records_(other.Release()) {}
+    RowBatch& operator=(RowBatch&&) = delete;
+    ~RowBatch() {
+        for (const ItemRecord& record : records_) {
+            Owner(reinterpret_cast<Row*>(record.data));
+        }
+    }
+
+    size_t Count() const { return records_.size(); }
+    // Throws std::bad_alloc, and the row is the caller's still.
+    void Add(Owner row) { Insert(Count(), std::move(row)); }
+    void Insert(size_t index, Owner row) {
+        records_.insert(records_.begin() + static_cast<ptrdiff_t>(index),
+                        ItemRecord{0, 0, reinterpret_cast<ULONG_PTR>(row.get())});
+        static_cast<void>(row.release());
+    }
+    // The rows are whoever's takes them.
+    ItemRecords Release() { return std::exchange(records_, ItemRecords()); }
+    ItemRecords& Records() { return records_; }
+
+ private:
+    ItemRecords records_;
+};
+
+// Rows are ordered by `bool OrdersBefore(const Row&, const Row&)` where it is asked for.
 template <typename Row, typename Owner = std::unique_ptr<Row>>
 class RowList final : public RowListWindow {
  public:
-    using Rows = std::vector<Owner>;
+    using Rows = RowBatch<Row, Owner>;
 
     // Both are borrowed.
     RowList(RowListOwner& owner, const RowPainter<Row>& painter)
@@ -155,15 +184,19 @@ class RowList final : public RowListWindow {
         return index;
     }
 
-    // Takes other rows in place of all, as they come or sorted, and lays the list out: nothing is
-    // selected, the first row is at the top. Throws std::bad_alloc, and has changed nothing then.
-    void Show(Rows rows) { Show(Records(rows), rows); }
-    void ShowSorted(Rows rows) {
-        ItemRecords records = Records(rows);
-        Sort(records, Before);
-        Show(std::move(records), rows);
+    // Takes other rows in place of all, as they come, and lays the list out: nothing is selected,
+    // the first row is at the top.
+    void Show(Rows rows) {
+        ReplaceItems(rows.Release());
+        Layout();
     }
-    // Any of the two, but the list stays scrolled as far as the rows allow, and the row for which
+    // The same in their order; of rows that order alike the last one comes first, as if each had
+    // been inserted. Throws std::bad_alloc, and has changed nothing then.
+    void ShowSorted(Rows rows) {
+        Sort(rows.Records(), Before);
+        Show(std::move(rows));
+    }
+    // The same, but the list stays scrolled as far as the rows allow, and the row for which
     // `wanted` holds is selected.
     template <typename Predicate>
     void Refill(Rows rows, Predicate wanted) {
@@ -178,22 +211,6 @@ class RowList final : public RowListWindow {
     static ULONG_PTR DataOf(const Row* row) { return reinterpret_cast<ULONG_PTR>(row); }
     static bool Before(ULONG_PTR first, ULONG_PTR second) {
         return OrdersBefore(RowOf(first), RowOf(second));
-    }
-    static ItemRecords Records(const Rows& rows) {
-        ItemRecords records;
-        records.reserve(rows.size());
-        for (const Owner& row : rows) {
-            records.push_back(ItemRecord{0, 0, DataOf(row.get())});
-        }
-        return records;
-    }
-    // From here on nothing fails.
-    void Show(ItemRecords records, Rows& rows) {
-        for (Owner& row : rows) {
-            static_cast<void>(row.release());
-        }
-        ReplaceItems(std::move(records));
-        Layout();
     }
 
     int HeightOf(ULONG_PTR data) const override { return painter_.RowHeight(RowOf(data)); }

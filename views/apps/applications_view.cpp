@@ -110,9 +110,8 @@ void ApplicationsView::Enumerate(HWND selected) {
     const Raised enumerating(enumerating_);
     ui::RowList<AppItem>::Rows rows;
     try {
-        FindRunningApps(
-            GetFrame().Closer(), GetFrame().Flags(),
-            [&rows](std::unique_ptr<AppItem> item) { rows.push_back(std::move(item)); });
+        FindRunningApps(GetFrame().Closer(), GetFrame().Flags(),
+                        [&rows](std::unique_ptr<AppItem> item) { rows.Add(std::move(item)); });
     } catch (...) {
         // The windows behind the one that failed are listed when they can be.
     }

@@ -1,5 +1,6 @@
 #include "views/files/file_deletion.h"
 
+#include "faults/fault.h"
 #include "platform/handles.h"
 #include "res/resource.h"
 #include "text/format.h"
@@ -18,8 +19,18 @@ constexpr size_t longestPath = MAX_PATH - 1;
 constexpr UINT yesNo[] = {IDS_BUTTON_YES, IDS_BUTTON_NO};
 constexpr UINT yesNoCancel[] = {IDS_BUTTON_YES, IDS_BUTTON_NO, IDS_BUTTON_CANCEL};
 
-bool IsInUse(const std::optional<faults::W32Fault>& failure) {
-    return failure && failure->Code() == faults::ResultFromError(ERROR_SHARING_VIOLATION);
+bool IsInUse(HRESULT result) {
+    return result == faults::ResultFromError(ERROR_SHARING_VIOLATION);
+}
+
+// Says that there is no such entry.
+bool SaysGone(HRESULT result) {
+    return result == faults::ResultFromError(ERROR_FILE_NOT_FOUND) ||
+           result == faults::ResultFromError(ERROR_PATH_NOT_FOUND);
+}
+
+HRESULT LastResult() {
+    return faults::ResultFromError(GetLastError());
 }
 
 bool Confirmed(HWND owner, const std::wstring& question) {
@@ -28,29 +39,29 @@ bool Confirmed(HWND owner, const std::wstring& question) {
 
 }  // namespace
 
-FileDeletion::Failure FileDeletion::Remove(const std::wstring& path, DWORD attributes) {
+HRESULT FileDeletion::Remove(const std::wstring& path, DWORD attributes) {
     const platform::WaitCursor cursor;
     try {
         if (attributes & FILE_ATTRIBUTE_DIRECTORY) {
             RecursiveDelete(path, &progress_);
         } else if (!DeleteFileW(path.c_str())) {
-            return faults::W32Fault();
+            return LastResult();
         }
     } catch (const faults::W32Fault& fault) {
-        return fault;
+        return fault.Code();
     }
-    return std::nullopt;
+    return S_OK;
 }
 
-FileDeletion::Failure FileDeletion::RemoveOnceFree(const std::wstring& path, DWORD attributes) {
+HRESULT FileDeletion::RemoveOnceFree(const std::wstring& path, DWORD attributes) {
     constexpr DWORD period = 100;
     constexpr int mostPeriods = 10;
-    Failure failure = Remove(path, attributes);
-    for (int waited = 0; IsInUse(failure) && waited < mostPeriods; ++waited) {
+    HRESULT result = Remove(path, attributes);
+    for (int waited = 0; IsInUse(result) && waited < mostPeriods; ++waited) {
         Sleep(period);
-        failure = Remove(path, attributes);
+        result = Remove(path, attributes);
     }
-    return failure;
+    return result;
 }
 
 void FileDeletion::Delete(unsigned row) {
@@ -63,25 +74,25 @@ void FileDeletion::DeleteRow(unsigned row) {
     const std::wstring path = list_.PathOf(row);
     const FileItemOwner probe = CopyOf(list_.ItemAt(row));
     const DWORD attributes = GetFileAttributesW(path.c_str());
-    Failure failure;
+    HRESULT result = S_OK;
     if (attributes == INVALID_FILE_ATTRIBUTES) {
-        failure = faults::W32Fault();
+        result = LastResult();
     } else {
         const bool folder = (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
         const UINT question = folder ? IDS_ASK_DELETE_FOLDER : IDS_ASK_DELETE_FILE;
         if (!Confirmed(Owner(), text::FormatText(question, path))) {
             return;
         }
-        failure = Remove(path, attributes);
+        result = Remove(path, attributes);
     }
-    if (Finish(path, attributes, std::move(failure), Extent::One) == Removal::Removed) {
+    if (Finish(path, attributes, result, Extent::One) == Removal::Removed) {
         rows_.Follow([&] { rows_.Remove(*probe); });
     }
 }
 
 FileDeletion::Removal FileDeletion::Finish(const std::wstring& path, DWORD attributes,
-                                           Failure failure, Extent extent) {
-    if (IsInUse(failure)) {
+                                           HRESULT result, Extent extent) {
+    if (IsInUse(result)) {
         const bool several = extent == Extent::Several;
         const int answer = ui::ShowMessage(
             Owner(), text::FormatText(IDS_ASK_CLOSE_APPLICATIONS, path), IDS_WARNING,
@@ -96,20 +107,20 @@ FileDeletion::Removal FileDeletion::Finish(const std::wstring& path, DWORD attri
         if (attributes == INVALID_FILE_ATTRIBUTES) {
             attributes = GetFileAttributesW(path.c_str());
         }
-        failure = attributes == INVALID_FILE_ATTRIBUTES ? Failure(faults::W32Fault())
-                                                        : RemoveOnceFree(path, attributes);
+        result =
+            attributes == INVALID_FILE_ATTRIBUTES ? LastResult() : RemoveOnceFree(path, attributes);
     }
-    if (!failure) {
+    if (result == S_OK) {
         return Removal::Removed;
     }
     // Within a folder an entry may be missing that the folder still has, as where its path is too
     // long: only the path itself tells, and one that is too long itself does not.
-    const bool gone = IsGone(static_cast<DWORD>(failure->Code()) & 0xFFFF);
+    const bool gone = SaysGone(result);
     if (gone && path.size() > longestPath) {
         throw faults::W32Fault(faults::ResultFromError(ERROR_FILENAME_EXCED_RANGE));
     }
     if (!gone || GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES) {
-        throw *failure;
+        throw faults::W32Fault(result);
     }
     return Removal::Removed;
 }

@@ -1,9 +1,6 @@
 // Deletes what the user has chosen in Files, after asking. Shows its own failures.
 #pragma once
 
-#include <optional>
-
-#include "faults/fault.h"
 #include "views/files/entry_rows.h"
 #include "views/files/paint_progress.h"
 
@@ -22,21 +19,19 @@ class FileDeletion {
     enum class Removal { Removed, Kept, Stopped };
     // How many entries are being deleted.
     enum class Extent { One, Several };
-    // What kept an entry from being deleted; nothing when it is gone.
-    using Failure = std::optional<faults::W32Fault>;
-
     // Throws W32Fault.
     void DeleteRow(unsigned row);
     void DeletePaths(const std::vector<std::wstring>& paths);
-    // What becomes of an entry that was deleted with this result, asking again where another
+    // What becomes of an entry whose deletion ended with `result`, asking again where another
     // program uses it. `attributes` are the entry's, INVALID_FILE_ATTRIBUTES when nobody knows
     // them. Throws W32Fault for what stays without the user's wish.
-    Removal Finish(const std::wstring& path, DWORD attributes, Failure failure, Extent extent);
-    // Deletes a file, or a folder with all that is in it.
-    Failure Remove(const std::wstring& path, DWORD attributes);
+    Removal Finish(const std::wstring& path, DWORD attributes, HRESULT result, Extent extent);
+    // Deletes a file, or a folder with all that is in it. The code of the fault that ended this,
+    // S_OK when the entry is gone.
+    HRESULT Remove(const std::wstring& path, DWORD attributes);
     // The same after applications have been closed: a process gives its files back only a little
     // after its windows are gone.
-    Failure RemoveOnceFree(const std::wstring& path, DWORD attributes);
+    HRESULT RemoveOnceFree(const std::wstring& path, DWORD attributes);
     HWND Owner() const { return list_.GetFrame().MainWindow(); }
 
     FileList& list_;

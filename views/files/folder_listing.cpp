@@ -22,9 +22,8 @@ bool IsExistingFolder(const std::wstring& path) {
     return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY);
 }
 
-std::vector<FileItemOwner> ReadFolder(const std::wstring& folder, DWORD hideMask,
-                                      const NamePatterns& patterns) {
-    std::vector<FileItemOwner> items;
+FileItems ReadFolder(const std::wstring& folder, DWORD hideMask, const NamePatterns& patterns) {
+    FileItems items;
     // The folder with a backslash, and room for the names behind it.
     std::wstring child = folder + L'\\';
     const size_t folderLength = child.size();
@@ -40,7 +39,7 @@ std::vector<FileItemOwner> ReadFolder(const std::wstring& folder, DWORD hideMask
             child.resize(folderLength);
             child += item->name;
             item->iconIndex = IconOf(child, item->attributes);
-            items.push_back(std::move(item));
+            items.Add(std::move(item));
         }
     } catch (const faults::W32Fault&) {
         // What could be read is the list.

@@ -2,8 +2,8 @@
 #pragma once
 
 #include <string>
-#include <vector>
 
+#include "ui/list/row_list.h"
 #include "views/files/file_item.h"
 #include "views/files/name_patterns.h"
 
@@ -19,10 +19,11 @@ bool IsExistingFolder(const std::wstring& path);
 // besides the two for that); -1 when it has none.
 int IconOf(const std::wstring& path, DWORD attributes, UINT flags = 0);
 
+using FileItems = ui::RowBatch<FileItem, FileItemOwner>;
+
 // Reads a folder once (FindFirstFileW, FindNextFileW), in the file system's order: the entries that
 // `hideMask` does not hide, of its files those whose names match, with their icons (SHGetFileInfo).
 // A folder that cannot be read, or no further, gives what could be read. Throws std::bad_alloc.
-std::vector<FileItemOwner> ReadFolder(const std::wstring& folder, DWORD hideMask,
-                                      const NamePatterns& patterns);
+FileItems ReadFolder(const std::wstring& folder, DWORD hideMask, const NamePatterns& patterns);
 
 }  // namespace views

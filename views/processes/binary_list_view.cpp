@@ -6,6 +6,11 @@
 
 namespace views {
 
+BinaryListView::BinaryListView(Frame& frame, const Kind& kind)
+    : ListView(frame, kind.menu), kind_(kind) {
+    SetList(list_);
+}
+
 void BinaryListView::Layout(HDC dc) {
     ListView::Layout(dc);
     rows_.Layout(dc);

@@ -28,9 +28,8 @@ class BinaryListView : public ListView, private ui::RowPainter<BinaryItem> {
         // The display option that shows sizes.
         DWORD sizeFlag;
     };
-    BinaryListView(Frame& frame, const Kind& kind) : ListView(frame, kind.menu), kind_(kind) {
-        SetList(list_);
-    }
+    // `kind` is borrowed.
+    BinaryListView(Frame& frame, const Kind& kind);
 
     const Binaries& List() const { return list_; }
     // Reads the binaries anew and selects the one of an id, if it is there; 0 for none. Shows what
@@ -51,7 +50,7 @@ class BinaryListView : public ListView, private ui::RowPainter<BinaryItem> {
     int RowHeight(const BinaryItem&) const override { return rows_.Height(Lines()); }
     void DrawRow(const DRAWITEMSTRUCT& place, const BinaryItem& item) const override;
 
-    const Kind kind_;
+    const Kind& kind_;
     // Whether rows are being read, or what failed there is being told.
     bool refreshing_ = false;
     BinaryRows rows_;

@@ -38,10 +38,11 @@ const CommandEntry<DllsView> DllsView::commands[] = {
     {ID_GO_TO_MODULE, Needs::Selection, &DllsView::GoToModule},
 };
 
-DllsView::DllsView(Frame& frame)
-    : BinaryListView(frame,
-                     Kind{IDR_DLLS, IDS_CANNOT_LIST_DLLS,
-                          flagShowImagePath | flagShowBaseAddress | flagShowSize, flagShowSize}) {}
+constexpr BinaryListView::Kind DllsView::kind = {
+    IDR_DLLS, IDS_CANNOT_LIST_DLLS, flagShowImagePath | flagShowBaseAddress | flagShowSize,
+    flagShowSize};
+
+DllsView::DllsView(Frame& frame) : BinaryListView(frame, kind) {}
 
 bool DllsView::Activate(const ViewArgument& argument) {
     processId_ = argument.processId;
@@ -80,7 +81,7 @@ void DllsView::Read(Binaries::Rows& rows) const {
     }
     platform::ModuleEntry entry;
     for (bool found = modules.First(&entry); found; found = modules.Next(&entry)) {
-        rows.push_back(MakeItem(processId_, entry));
+        rows.Add(MakeItem(processId_, entry));
     }
 }
 

@@ -16,6 +16,7 @@ class DllsView final : public BinaryListView {
     bool Command(WORD command) override;
 
  private:
+    static const Kind kind;
     static const CommandEntry<DllsView> commands[];
 
     // Throws W32Fault when there is no snapshot; however the walk over it ends, what it has found

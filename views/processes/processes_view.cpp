@@ -34,9 +34,10 @@ const CommandEntry<ProcessesView> ProcessesView::commands[] = {
     {ID_GO_TO_MODULE, Needs::Selection, &ProcessesView::GoToModule},
 };
 
-ProcessesView::ProcessesView(Frame& frame)
-    : BinaryListView(frame, Kind{IDR_PROCESSES, IDS_CANNOT_LIST_PROCESSES, watchedFlags,
-                                 flagShowVirtualMemory}) {}
+constexpr BinaryListView::Kind ProcessesView::kind = {IDR_PROCESSES, IDS_CANNOT_LIST_PROCESSES,
+                                                      watchedFlags, flagShowVirtualMemory};
+
+ProcessesView::ProcessesView(Frame& frame) : BinaryListView(frame, kind) {}
 
 bool ProcessesView::Activate(const ViewArgument& argument) {
     if (!ListView::Activate(argument)) {
@@ -71,7 +72,7 @@ void ProcessesView::Read(Binaries::Rows& rows) const {
     }
     platform::ProcessEntry entry;
     for (bool found = processes.First(&entry); found; found = processes.Next(&entry)) {
-        rows.push_back(MakeItem(entry));
+        rows.Add(MakeItem(entry));
     }
 }
 

@@ -17,6 +17,7 @@ class ProcessesView final : public BinaryListView {
     bool Command(WORD command) override;
 
  private:
+    static const Kind kind;
     static const CommandEntry<ProcessesView> commands[];
 
     // Throws W32Fault; however the walk over a snapshot ends, what it has found is the list.

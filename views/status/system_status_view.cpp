@@ -112,11 +112,11 @@ void SystemStatusView::Build() {
     const platform::WaitCursor wait;
     const Gauge* const before = list_.Selected();
     const std::wstring selected = before ? before->Label() : std::wstring();
-    std::vector<GaugeOwner> gauges;
+    Gauges gauges;
     for (const auto make : {MakeBatteryGauge, MakeMemoryGauge}) {
         GaugeOwner gauge = make();
         if (gauge->Update()) {
-            gauges.push_back(std::move(gauge));
+            gauges.Add(std::move(gauge));
         }
     }
     AddStorage(gauges);
@@ -127,8 +127,8 @@ void SystemStatusView::Build() {
     }
 }
 
-void SystemStatusView::AddStorage(std::vector<GaugeOwner>& gauges) {
-    auto afterStorage = static_cast<ptrdiff_t>(gauges.size());
+void SystemStatusView::AddStorage(Gauges& gauges) {
+    size_t afterStorage = gauges.Count();
     platform::FindData found = {};
     FlashCardSearch search(&found);
     if (!search) {
@@ -137,13 +137,14 @@ void SystemStatusView::AddStorage(std::vector<GaugeOwner>& gauges) {
     do {
         const std::wstring name(found.cFileName);
         if (IsStorageCard(name)) {
-            gauges.push_back(MakeStorageCardGauge(L"\\" + name));
+            GaugeOwner card = MakeStorageCardGauge(L"\\" + name);
             // One that has gone since it was listed keeps its row until the next update.
-            gauges.back()->Update();
+            card->Update();
+            gauges.Add(std::move(card));
         } else {
             GaugeOwner storage = MakeStorageGauge(L"\\" + name);
             storage->Update();
-            gauges.insert(gauges.begin() + afterStorage++, std::move(storage));
+            gauges.Insert(afterStorage++, std::move(storage));
         }
     } while (search.Next(&found));
 }

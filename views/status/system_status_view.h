@@ -23,6 +23,8 @@ class SystemStatusView final : public ListView, private ui::RowPainter<Gauge> {
     void Timer(UINT_PTR timer) override;
 
  private:
+    using Gauges = ui::RowList<Gauge>::Rows;
+
     int RowHeight(const Gauge&) const override { return rows_.Height(); }
     void DrawRow(const DRAWITEMSTRUCT& place, const Gauge& gauge) const override {
         rows_.Draw(place, gauge);
@@ -30,7 +32,7 @@ class SystemStatusView final : public ListView, private ui::RowPainter<Gauge> {
 
     // Fills the list with the gauges of what the device has now; a selected one stays selected.
     void Build();
-    static void AddStorage(std::vector<GaugeOwner>& gauges);
+    static void AddStorage(Gauges& gauges);
     // Starts a new period of the timer that keeps the gauges up to date (SetTimer).
     void StartTimer();
     void StopTimer();

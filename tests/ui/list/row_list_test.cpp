@@ -57,7 +57,7 @@ class RowListTest : public testing::Test {
     static Words::Rows Made(std::initializer_list<const wchar_t*> texts) {
         Words::Rows rows;
         for (const wchar_t* text : texts) {
-            rows.push_back(std::make_unique<Word>(text, static_cast<int>(rows.size())));
+            rows.Add(std::make_unique<Word>(text, static_cast<int>(rows.Count())));
         }
         return rows;
     }
@@ -96,6 +96,32 @@ TEST_F(RowListTest, PutsTheLaterOfEqualRowsFirstHoweverTheyCome) {
     EXPECT_EQ(list[0].mark, 9);
 }
 
+TEST_F(RowListTest, SortsAnyNumberInAnyOrder) {
+    for (int count = 0; count < 40; ++count) {
+        Words::Rows rows = Made({});
+        for (int row = 0; row < count; ++row) {
+            rows.Add(std::make_unique<Word>(std::to_wstring(row * 7919 % 13 + 10), row));
+        }
+        list.ShowSorted(std::move(rows));
+        ASSERT_EQ(list.GetCount(), static_cast<unsigned>(count));
+        for (unsigned row = 1; row < list.GetCount(); ++row) {
+            const Word& above = list[row - 1];
+            const Word& below = list[row];
+            EXPECT_TRUE(above.text < below.text ||
+                        (above.text == below.text && above.mark > below.mark))
+                << count << ' ' << row;
+        }
+    }
+}
+
+TEST_F(RowListTest, RowsThatNoListTakesAreFreed) {
+    {
+        const Words::Rows rows = Made({L"a", L"b"});
+        EXPECT_EQ(Word::alive, 2);
+    }
+    EXPECT_EQ(Word::alive, 0);
+}
+
 TEST_F(RowListTest, ShowsRowsAsTheyComeWhereTheyHaveNoOrder) {
     list.Show(Made({L"d", L"b", L"c"}));
     EXPECT_EQ(Shown(), L"d b c ");
@@ -122,16 +148,16 @@ TEST_F(RowListTest, OwnsItsRows) {
 TEST_F(RowListTest, StaysWhereItIsAndOnItsRowWhenItIsFilledAnew) {
     Words::Rows rows = Made({});
     for (wchar_t letter = L'a'; letter <= L'z'; ++letter) {
-        rows.push_back(std::make_unique<Word>(std::wstring(1, letter)));
+        rows.Add(std::make_unique<Word>(std::wstring(1, letter)));
     }
     list.ShowSorted(std::move(rows));
     list.SetTopIndex(5);
     list.SetSelection(7);
-    rows = Made({});
+    Words::Rows others = Made({});
     for (wchar_t letter = L'z'; letter >= L'b'; --letter) {
-        rows.push_back(std::make_unique<Word>(std::wstring(1, letter)));
+        others.Add(std::make_unique<Word>(std::wstring(1, letter)));
     }
-    list.Refill(std::move(rows), [](const Word& word) { return word.text == L"h"; });
+    list.Refill(std::move(others), [](const Word& word) { return word.text == L"h"; });
     EXPECT_EQ(list.GetTopIndex(), 5u);
     ASSERT_NE(list.Selected(), nullptr);
     EXPECT_EQ(list.Selected()->text, L"h");
@@ -144,7 +170,7 @@ TEST_F(RowListTest, StaysWhereItIsAndOnItsRowWhenItIsFilledAnew) {
 TEST_F(RowListTest, MeasuresOnlyTheRowThatIsInserted) {
     Words::Rows rows = Made({});
     for (int count = 0; count < 50; ++count) {
-        rows.push_back(std::make_unique<Word>(L"w" + std::to_wstring(100 + count)));
+        rows.Add(std::make_unique<Word>(L"w" + std::to_wstring(100 + count)));
     }
     list.ShowSorted(std::move(rows));
     owner.measured = 0;
