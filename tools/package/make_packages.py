@@ -15,6 +15,8 @@ from installer_header import InstallerHeader
 PROGRAM = "vantor.exe"
 NAME = "Vantor"
 PROVIDER = "Kelmor"
+NOTICES = "third-party-notices.txt"
+ROOT = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..")
 
 
 def files_of(build):
@@ -24,6 +26,16 @@ def files_of(build):
     if missing or len(found) < 2:
         sys.exit(f"make_packages: {build} holds no finished build")
     return found
+
+
+def notices_in(folder):
+    """What the linked libraries ask every copy of the program to carry, with the line ends of Windows' own readers."""
+    with open(os.path.join(ROOT, "docs", NOTICES), encoding="ascii") as source:
+        text = source.read()
+    made = os.path.join(folder, NOTICES)
+    with open(made, "w", encoding="ascii", newline="\r\n") as file:
+        file.write(text)
+    return made
 
 
 def short_name(path, number):
@@ -65,10 +77,11 @@ def main():
         sys.exit(__doc__.split("\n\n")[1])
     build, into = sys.argv[1:]
     os.makedirs(into, exist_ok=True)
-    root = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..")
-    make_cabinet(files_of(os.path.join(build, "handheld")), os.path.join(into, "vantor.cab"))
-    make_zip(files_of(os.path.join(build, "desktop")), os.path.join(into, "vantor.zip"),
-             [os.path.join(root, "docs", "translating.md")])
+    with tempfile.TemporaryDirectory() as folder:
+        notices = notices_in(folder)
+        make_cabinet(files_of(os.path.join(build, "handheld")) + [notices], os.path.join(into, "vantor.cab"))
+        make_zip(files_of(os.path.join(build, "desktop")) + [notices], os.path.join(into, "vantor.zip"),
+                 [os.path.join(ROOT, "docs", "translating.md")])
     for name in ("vantor.cab", "vantor.zip"):
         print(f"  {name}: {os.path.getsize(os.path.join(into, name)):,} bytes")
 

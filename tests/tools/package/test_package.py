@@ -12,7 +12,9 @@ import unittest
 
 ROOT = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "..")
 LANGUAGES = ("0407", "040c", "0410", "0411", "0415", "0419", "0c0a")
-NAMES = ["vantor.exe"] + [f"vantor.exe.{language}.ui" for language in LANGUAGES]
+BUILT = ["vantor.exe"] + [f"vantor.exe.{language}.ui" for language in LANGUAGES]
+NOTICES = "third-party-notices.txt"
+NAMES = BUILT + [NOTICES]
 
 build_folder = ""
 
@@ -20,6 +22,22 @@ build_folder = ""
 def content(*path):
     with open(os.path.join(*path), "rb") as file:
         return file.read()
+
+
+def notices():
+    """The notices as a package holds them: Windows' own readers want both characters at a line's end."""
+    return content(ROOT, "docs", NOTICES).replace(b"\n", b"\r\n")
+
+
+def expected(system, name):
+    return notices() if name == NOTICES else content(build_folder, system, name)
+
+
+def archives_linked(system):
+    """The names of the archives that the linker took anything from, without the program's own."""
+    with open(os.path.join(build_folder, system, "vantor.map"), encoding="utf-8") as file:
+        links = file.read().split("\nDiscarded input sections")[0]
+    return set(re.findall(r"(\w[\w+.-]*)\.a\(", links)) - {"libprogram"}
 
 
 class ControlFile:
@@ -125,7 +143,7 @@ class PackageTest(unittest.TestCase):
             members = [member for member in os.listdir(folder) if member.endswith(f".{number:03}")]
             self.assertEqual(len(members), 1)
             self.assertRegex(members[0], r"^[0-9A-Za-z]{8}\.\d{3}$")
-            self.assertEqual(content(folder, members[0]), content(build_folder, "handheld", name), name)
+            self.assertEqual(content(folder, members[0]), expected("handheld", name), name)
 
     def test_the_installer_is_told_program_maker_processor_and_system(self):
         control = self.control_file(self.unpack_cabinet())
@@ -155,14 +173,21 @@ class PackageTest(unittest.TestCase):
 
     def test_the_cabinet_is_not_compressed(self):
         size = os.path.getsize(os.path.join(self.into, "vantor.cab"))
-        self.assertGreater(size, sum(os.path.getsize(os.path.join(build_folder, "handheld", name)) for name in NAMES))
+        self.assertGreater(size, sum(len(expected("handheld", name)) for name in NAMES))
 
     def test_the_zip_holds_the_desktops_files(self):
         archive = os.path.join(self.into, "vantor.zip")
         subprocess.run(["unzip", "-tqq", archive], check=True)
         for name in NAMES:
             unpacked = subprocess.run(["unzip", "-p", archive, f"Vantor/{name}"], check=True, stdout=subprocess.PIPE)
-            self.assertEqual(unpacked.stdout, content(build_folder, "desktop", name), name)
+            self.assertEqual(unpacked.stdout, expected("desktop", name), name)
+
+    def test_the_notices_name_every_library_that_is_linked_in(self):
+        named = set(re.findall(r"\blib[\w+]+", content(ROOT, "docs", NOTICES).decode("ascii")))
+        for system in ("handheld", "desktop"):
+            linked = archives_linked(system)
+            self.assertIn("libstdc++", linked)
+            self.assertEqual(linked - named, set(), system)
 
     def test_without_a_build_there_is_a_sentence_and_no_package(self):
         empty = tempfile.mkdtemp(dir=self.folder.name)
