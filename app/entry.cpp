@@ -40,5 +40,6 @@ int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, wchar_t*, int showCommand) {
         constexpr UINT ok = IDS_BUTTON_OK;
         ui::ShowMessage(nullptr, ui::TextOfCurrentException(), IDS_EXECUTION_FAILED, 1, &ok, 0);
     }
+    // Kept on purpose: docs/compatibility.md#exit-code
     return 0;
 }

@@ -259,6 +259,7 @@ void MainFrame::ChooseLanguage(WORD command) {
     if (*language == 0 || *language == text::Language()) {
         return;
     }
+    // Kept on purpose: docs/compatibility.md#language-question
     if (MessageBoxW(Handle(), std::wstring(text::LoadText(IDS_ASK_RESTART)).c_str(),
                     std::wstring(text::LoadText(IDS_LANGUAGE_CHANGED)).c_str(),
                     MB_YESNO | MB_ICONQUESTION) == IDYES) {

@@ -26,6 +26,7 @@ class SettingsPage final : public ui::Page {
         }
     }
 
+    // Kept on purpose: docs/compatibility.md#language-zero
     // 0 when nothing is selected.
     LANGID Chosen() const {
         return group_->taken < 0 ? LANGID{0}

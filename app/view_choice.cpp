@@ -6,6 +6,7 @@ namespace app {
 
 using views::ViewIndex;
 
+// Kept on purpose: docs/compatibility.md#start-words
 // The length that is compared shrinks by the width of the dash and what precedes it before each
 // further word, so "status" must stand alone while the others want exactly so many characters
 // more behind them. Installed shortcuts rely on it.

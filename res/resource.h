@@ -59,6 +59,7 @@
 #define ID_SHOW_IMAGE_PATH 691
 #define ID_SHOW_PROCESS_ID 692
 #define ID_SHOW_VIRTUAL_MEMORY 693
+// Kept on purpose: docs/compatibility.md#spare-options
 #define ID_SPARE_OPTION_1 694
 #define ID_SPARE_OPTION_2 695
 #define ID_SHOW_HIDDEN_APPLICATIONS 696

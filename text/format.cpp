@@ -38,6 +38,7 @@ std::wstring Localised(const std::wstring& plain) {
 size_t DecimalSeparator(const std::wstring& number) {
     wchar_t separator[5] = {};
     const int count = GetLocaleInfoW(LOCALE_USER_DEFAULT, LOCALE_SDECIMAL, separator, 5);
+    // Kept on purpose: docs/compatibility.md#decimal-separator
     const size_t length = static_cast<size_t>(count > 0 ? count / 2 : 0);
     return length == 0 ? std::wstring::npos : number.rfind(separator, std::wstring::npos, length);
 }

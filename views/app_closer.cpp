@@ -20,6 +20,7 @@ namespace {
 constexpr UINT longestAnswer = 1000;
 // Characters; what claims to be longer is not believed.
 constexpr DWORD_PTR longestText = 0xFFFF;
+// Kept on purpose: docs/compatibility.md#close-waits
 constexpr DWORD exitTimeout = 3000;
 constexpr DWORD pollPeriod = 300;
 constexpr int mostPolls = 10;
@@ -85,6 +86,7 @@ DWORD AppCloser::ProcessIdOfWindow(HWND window) {
 }
 
 bool AppCloser::IsCursorWindow(HWND window, const std::wstring& title) {
+    // Kept on purpose: docs/compatibility.md#cursor-window
     constexpr std::wstring_view cursorTitle = L"CursorWindow";
     constexpr std::wstring_view cursorClass = L"static";
     wchar_t className[7] = {};

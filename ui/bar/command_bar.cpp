@@ -25,6 +25,7 @@ constexpr DWORD quickTap = 350;
 }  // namespace
 
 RECT BarButtonBounds(const RECT& bar, unsigned count, unsigned index) {
+    // Kept on purpose: docs/compatibility.md#half-bar
     const int slot = Width(bar) / static_cast<int>(std::max(2u, count));
     const int left = bar.left + static_cast<int>(index) * slot;
     return RECT{left, bar.top, left + slot, bar.bottom};

@@ -112,6 +112,7 @@ bool FullScreenDialog::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
             return false;
         case WM_NEXTDLGCTL:
             if (lParam == 0) {
+                // Kept on purpose: docs/compatibility.md#tab-direction
                 MoveFocus(wParam != 0);
                 return true;
             }

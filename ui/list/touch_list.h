@@ -486,6 +486,7 @@ template <typename Kind>
 void TouchList<Kind>::OnGetDialogCode(const MSG* message) {
     if (message && message->message == WM_KEYDOWN && message->wParam == VK_TAB) {
         const bool shift = GetAsyncKeyState(VK_SHIFT) < 0;
+        // Kept on purpose: docs/compatibility.md#tab-direction
         PostMessageW(GetParent(Handle()), WM_NEXTDLGCTL, shift ? 0 : 1, 0);
     }
 }

@@ -92,6 +92,7 @@ std::optional<uint32_t> StripHeight(HINSTANCE module, UINT id) {
     constexpr DWORD heightOffset = 20;
     // Pixels; what claims to be higher than any screen is not believed.
     constexpr uint32_t highest = 4096;
+    // Kept on purpose: docs/compatibility.md#png-as-gif
     const HRSRC resource = FindResourceW(module, MAKEINTRESOURCEW(id), L"GIF");
     const HGLOBAL loaded = resource ? LoadResource(module, resource) : nullptr;
     const auto bytes = static_cast<const uint8_t*>(loaded ? LockResource(loaded) : nullptr);

@@ -17,6 +17,7 @@ namespace views {
 
 namespace {
 
+// Kept on purpose: docs/compatibility.md#apps-keys
 constexpr WPARAM keyStopAll = L'0';
 constexpr WPARAM keyStop = L'8';
 
@@ -113,6 +114,7 @@ void ApplicationsView::Enumerate(HWND selected) {
         FindRunningApps(GetFrame().Closer(), GetFrame().Flags(),
                         [&rows](std::unique_ptr<AppItem> item) { rows.Add(std::move(item)); });
     } catch (...) {
+        // Kept on purpose: docs/compatibility.md#silent-listing
         // The windows behind the one that failed are listed when they can be.
     }
     list_.Refill(std::move(rows),
@@ -124,6 +126,7 @@ void ApplicationsView::Enumerate(HWND selected) {
 void ApplicationsView::Hide() {
     const HWND window = SelectedWindow();
     AppCloser& closer = GetFrame().Closer();
+    // Kept on purpose: docs/compatibility.md#critical-hide
     const bool critical =
         !AppName(window).empty() && AppCloser::ProcessIdOfWindow(window) == closer.ShellProcessId();
     if (!IsWindow(window) || critical) {
@@ -154,6 +157,7 @@ void ApplicationsView::Stop() {
             Asked(GetFrame().MainWindow(), IDS_ASK_STOP)) {
             StopNow(window);
         }
+        // Kept on purpose: docs/compatibility.md#stop-forgets-selection
         Enumerate(nullptr);
     });
 }

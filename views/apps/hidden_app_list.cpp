@@ -208,6 +208,7 @@ HiddenAppsFile HiddenAppsFilePath(bool create) {
         return HiddenAppsFile();
     }
     folder += L'\\';
+    // Kept on purpose: docs/compatibility.md#folder-by-title
     folder += text::LoadText(IDS_PROGRAM);
     if (GetFileAttributesW(folder.c_str()) == INVALID_FILE_ATTRIBUTES) {
         if (!create) {
@@ -270,6 +271,7 @@ void HiddenAppList::HideApp(HWND window) {
     }
     // Whether the list is empty stays as it was found at the start. The application is hidden until
     // the program ends also when that cannot be written down.
+    // Kept on purpose: docs/compatibility.md#hide-in-empty-list
     paths_.Insert(path);
     WriteEntry(path);
 }

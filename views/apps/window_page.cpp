@@ -42,6 +42,7 @@ WindowIcon IconOfWindow(HWND window) {
     if (const HICON icon = AskIcon(window, ICON_SMALL)) {
         return WindowIcon{icon, small};
     }
+    // Kept on purpose: docs/compatibility.md#class-icon-twice
     return WindowIcon{ClassIcon(window), small};
 }
 

@@ -16,6 +16,7 @@ enum ChooserFlag : DWORD {
 };
 
 // What the dialog starts with: the frame's options, of which saved flags can only take away.
+// Kept on purpose: docs/compatibility.md#chooser-flags
 constexpr DWORD ChooserFlags(DWORD frameFlags, DWORD saved) {
     const DWORD flags = frameFlags | chooserApplications | chooserSaved;
     return (saved & chooserSaved) ? flags & saved : flags;

@@ -42,6 +42,7 @@ std::vector<std::wstring> ReadDropFiles(const std::vector<uint8_t>& block) {
         return paths;
     }
     std::memcpy(&header, block.data(), sizeof header);
+    // Kept on purpose: docs/compatibility.md#narrow-paths
     if (header.wide == 0 || header.firstPath < sizeof header) {
         return paths;
     }

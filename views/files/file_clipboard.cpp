@@ -73,6 +73,7 @@ void FileClipboard::PutPaths(const std::vector<unsigned>& rows, Effect effect) {
         !platform::PutOnClipboard(CF_HDROP, block.data(), block.size())) {
         throw faults::W32Fault();
     }
+    // Kept on purpose: docs/compatibility.md#copy-without-effect
     if (effect == Effect::Move) {
         try {
             if (!platform::PutOnClipboard(DropEffectFormat(), &moveEffect, sizeof moveEffect)) {
@@ -110,6 +111,7 @@ void FileClipboard::PastePaths() {
         effect = (wanted & moveEffect) ? Effect::Move : Effect::Copy;
         paths = PathsOnClipboard();
     });
+    // Kept on purpose: docs/compatibility.md#cut-stays
     FileTransfer transfer(dialogs_);
     TransferAnswer answer = answerGoAhead;
     for (size_t index = 0; index < paths.size() && answer != answerStop; ++index) {
@@ -174,6 +176,7 @@ void FileClipboard::PasteShortcuts() {
 void FileClipboard::CreateShortcut(const std::wstring& target) {
     const std::wstring_view name = NameOfPath(target);
     const std::wstring fileName = std::wstring(name.substr(0, name.rfind(L'.'))) + L".lnk";
+    // Kept on purpose: docs/compatibility.md#root-shortcut
     const std::wstring folder = list_.Folder().empty() ? L"\\" : list_.Folder();
     const std::wstring command = target.starts_with(L'"') ? target : L'"' + target + L'"';
     if (!platform::CreateShortcut((folder + L'\\' + fileName).c_str(), command.c_str())) {

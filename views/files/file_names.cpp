@@ -51,6 +51,7 @@ bool SameName(std::wstring_view first, std::wstring_view second) {
                           static_cast<int>(second.size())) == CSTR_EQUAL;
 }
 
+// Kept on purpose: docs/compatibility.md#inside-by-prefix
 bool BeginsWithPath(std::wstring_view folder, std::wstring_view other) {
     return other.empty() ||
            (other.size() <= folder.size() && SameName(folder.substr(0, other.size()), other));
@@ -121,6 +122,7 @@ NameParts SplitForCopy(const std::wstring& name, bool folder) {
     }
     const size_t dot = name.rfind(L'.');
     const size_t split = dot == std::wstring::npos ? 0 : dot + 1;
+    // Kept on purpose: docs/compatibility.md#zero-extension
     if (split < name.size() && name[split] == L'0') {
         return NameParts{name, std::wstring()};
     }
@@ -141,6 +143,7 @@ std::wstring UniqueFolderName(const std::wstring& folder) {
     return name;
 }
 
+// Kept on purpose: docs/compatibility.md#copy-numbers
 std::wstring UniqueCopyPath(const std::wstring& folder, const std::wstring& name, bool isFolder) {
     const NameParts parts = SplitForCopy(name, isFolder);
     std::wstring candidate = Formatted(text::FormatText(IDS_COPY_OF, parts.base));

@@ -97,6 +97,7 @@ void FileRows::DrawSecondLine(HDC dc, const RECT& area, const FileItem& item, DW
         date.right -= ui::TextWidth(dc, size) + smallTextHeight_ / 2;
     }
     if (flags & flagShowFileDate) {
+        // Kept on purpose: docs/compatibility.md#created-date
         ui::DrawClippedText(dc, date, text::FormatFileTime(item.created, text::Seconds::Without));
     }
 }

@@ -74,6 +74,7 @@ TransferAnswer FileTransfer::Run(const std::wstring& source, const std::wstring&
     std::optional<TransferAnswer> answer = Begin(AttributesOf(source_), true);
     while (!levels_.empty()) {
         if (answer) {
+            // Kept on purpose: docs/compatibility.md#skip-answers
             levels_.back().contents |= *answer;
         }
         answer = Advance();
@@ -221,6 +222,7 @@ const platform::FindData* FileTransfer::NextEntry() {
     const platform::FindData* entry = nullptr;
     if (level.contents != answerStop) {
         do {
+            // Kept on purpose: docs/compatibility.md#dot-entries
             entry = level.walk->Next();
         } while (entry && entry->cFileName[0] == L'.');
     }
@@ -291,6 +293,7 @@ TransferAnswer FileTransfer::CheckConflict(DWORD destination, DWORD source, bool
         }
     }
     const TransferAnswer answer = prompts_.AskConflict(name, sourceIsFolder, topLevel);
+    // Kept on purpose: docs/compatibility.md#remembered-answers
     if (answer & answerForAll) {
         remembered_ |= (answer & answerBits) << shift;
     }

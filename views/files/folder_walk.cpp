@@ -90,6 +90,7 @@ void RecursiveDelete(const std::wstring& folderPath, WalkProgress* progress) {
         RequireOwnName(path);
         const DWORD attributes = entry->dwFileAttributes;
         if (!(attributes & FILE_ATTRIBUTE_DIRECTORY)) {
+            // Kept on purpose: docs/compatibility.md#read-only-stays
             ThrowUnless(DeleteFileW(path.c_str()));
         } else if (IsFolderLink(attributes)) {
             RemoveLink(path);

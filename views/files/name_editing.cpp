@@ -39,10 +39,12 @@ void NameEditing::RenameRow(unsigned row) {
     while (list_.EditName(row, &name) == IDOK) {
         if (name.empty()) {
             constexpr UINT ok = IDS_BUTTON_OK;
+            // Kept on purpose: docs/compatibility.md#untranslated-texts
             ui::ShowMessage(Owner(), L"Please, specify not empty filename", IDS_ERROR, 1, &ok, 0);
             name = oldName;
             continue;
         }
+        // Kept on purpose: docs/compatibility.md#case-only-rename
         if (SameName(name, oldName)) {
             return;
         }

@@ -24,6 +24,7 @@ void Open(HWND owner, const wchar_t* path, const wchar_t* argument) {
 }  // namespace
 
 std::optional<std::wstring> FolderOfCommand(std::wstring command) {
+    // Kept on purpose: docs/compatibility.md#shortcut-quotes
     if (command.starts_with(L'"')) {
         command.erase(0, 1);
         if (!command.empty()) {
@@ -33,6 +34,7 @@ std::optional<std::wstring> FolderOfCommand(std::wstring command) {
     if (!IsExistingFolder(command)) {
         return std::nullopt;
     }
+    // Kept on purpose: docs/compatibility.md#zero-root
     // A name that begins with this digit stands for the root.
     if (command.size() > 1 && command[1] == L'0') {
         return std::wstring();
@@ -55,6 +57,7 @@ void OpenWithShell(HWND owner, const std::wstring& path) {
 void OpenWith(Frame& frame, const std::wstring& path) {
     const std::wstring program = ChooseProgram(frame);
     if (!program.empty()) {
+        // Kept on purpose: docs/compatibility.md#open-with-unquoted
         Open(frame.MainWindow(), program.c_str(), path.c_str());
     }
 }

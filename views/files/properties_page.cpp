@@ -21,6 +21,7 @@ struct AttributeLine {
     DWORD bit;
 };
 
+// Kept on purpose: docs/compatibility.md#same-bit
 // A handheld gives encrypted files and those in its ROM the same bit.
 constexpr AttributeLine attributeLines[] = {
     {IDS_READ_ONLY, 0x0001},  {IDS_HIDDEN, 0x0002},     {IDS_ARCHIVE, 0x0020},

@@ -38,6 +38,7 @@ void TransferDialogs::TellOtherKind(const std::wstring& name, bool sourceIsFolde
 TransferAnswer TransferDialogs::AskAfterFailure(const std::wstring& source,
                                                 const std::wstring& destination, bool moving,
                                                 FailedEntry entry) {
+    // Kept on purpose: docs/compatibility.md#untranslated-texts
     const wchar_t* const pattern = moving ? L"can't move %1 to %2%n%3%nskip this item?"
                                           : L"can't copy %1 to %2%n%3%nskip this item?";
     const std::wstring text =
@@ -49,6 +50,7 @@ TransferAnswer TransferDialogs::AskAfterFailure(const std::wstring& source,
     }
     const std::wstring caption(text::LoadText(IDS_WARNING));
     const platform::ArrowCursor arrow;
+    // Kept on purpose: docs/compatibility.md#skip-box
     // The box has no button of that name: whatever is answered stops the transfer.
     return MessageBoxW(Owner(), text.c_str(), caption.c_str(), MB_OKCANCEL | MB_ICONQUESTION) ==
                    IDYES

@@ -80,6 +80,7 @@ void DllsView::Read(Binaries::Rows& rows) const {
         throw faults::W32Fault();
     }
     platform::ModuleEntry entry;
+    // Kept on purpose: docs/compatibility.md#walk-errors
     for (bool found = modules.First(&entry); found; found = modules.Next(&entry)) {
         rows.Add(MakeItem(processId_, entry));
     }

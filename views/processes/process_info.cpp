@@ -19,6 +19,7 @@ namespace views {
 
 namespace {
 
+// Kept on purpose: docs/compatibility.md#ended-process
 // The process's entry, else the last one of the list.
 platform::ProcessEntry FindProcess(DWORD processId) {
     const platform::Snapshot processes(platform::Snapshot::Kind::Processes, processId);

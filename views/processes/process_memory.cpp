@@ -37,6 +37,7 @@ RegionTotals WalkVirtualMemory(const platform::ProcessEntry& entry) {
     return WalkMemory(platform::ProcessMemory(entry));
 }
 
+// Kept on purpose: docs/compatibility.md#memory-of-32-bits
 uint64_t VirtualMemorySize(const RegionTotals& totals) {
     return static_cast<SIZE_T>(totals.committedBytes) + static_cast<SIZE_T>(totals.reservedBytes);
 }

@@ -24,6 +24,7 @@ void AddRegion(RegionTotals& totals, const platform::MemoryRegion& region);
 // tells. `memory` has Base, End and Query as platform::ProcessMemory has.
 template <typename Memory>
 RegionTotals WalkMemory(const Memory& memory) {
+    // Kept on purpose: docs/compatibility.md#slot-offset
     constexpr ULONG_PTR startOffset = 0x200;
     RegionTotals totals;
     platform::MemoryRegion region;

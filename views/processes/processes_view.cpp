@@ -14,6 +14,7 @@ namespace views {
 
 namespace {
 
+// Kept on purpose: docs/compatibility.md#kill-code
 // What a process that has been ended leaves as its exit code (E_ABORT).
 constexpr UINT killedExitCode = 0x80004004;
 // PROCESS_ALL_ACCESS as handhelds and PCs of all ages know it.
@@ -22,6 +23,7 @@ constexpr DWORD allAccess = 0x1F0FFF;
 constexpr DWORD killTimeout = 3000;
 
 // Those of the list's lines, and two that no option sets.
+// Kept on purpose: docs/compatibility.md#watched-bits
 constexpr DWORD watchedFlags = 0x17C0;
 
 }  // namespace
@@ -71,6 +73,7 @@ void ProcessesView::Read(Binaries::Rows& rows) const {
         throw faults::W32Fault();
     }
     platform::ProcessEntry entry;
+    // Kept on purpose: docs/compatibility.md#walk-errors
     for (bool found = processes.First(&entry); found; found = processes.Next(&entry)) {
         rows.Add(MakeItem(entry));
     }
@@ -78,6 +81,7 @@ void ProcessesView::Read(Binaries::Rows& rows) const {
 
 std::unique_ptr<BinaryItem> ProcessesView::MakeItem(const platform::ProcessEntry& entry) const {
     wchar_t path[MAX_PATH] = {};
+    // Kept on purpose: docs/compatibility.md#unreadable-path
     if (platform::ProcessPath(entry.processId, path, MAX_PATH) == 0) {
         throw faults::W32Fault();
     }

@@ -32,6 +32,7 @@ COLORREF BarColor(bool warning) {
 GaugeReading ReadingOfBattery(const platform::BatteryStatus* status) {
     const BYTE flag =
         !status || status->lifePercent > largestLifePercent ? flagUnknown : status->flag;
+    // Kept on purpose: docs/compatibility.md#charging-alone
     // Charging together with any other bit counts as not charging.
     if (flag == flagCharging) {
         return GaugeReading{GaugeIcon::BatteryCharging, status->lifePercent,
@@ -78,6 +79,7 @@ bool StorePath(std::wstring_view deviceName, std::wstring* path) {
 }
 
 bool IsVolumeOfFolder(std::wstring_view volumeName, std::wstring_view folder) {
+    // Kept on purpose: docs/compatibility.md#zero-volume
     if (!volumeName.empty() && volumeName[0] == L'0') {
         return false;
     }

@@ -16,6 +16,7 @@ constexpr UINT_PTR updateTimer = 1;
 constexpr UINT updatePeriod = 60000;
 
 // The display options after which the view measures and reads anew.
+// Kept on purpose: docs/compatibility.md#watched-bits
 constexpr DWORD watchedFlags = 0x06C0;
 
 class FlashCardSearch {
