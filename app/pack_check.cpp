@@ -134,7 +134,7 @@ class ModuleReader {
         return data != 0 && address % alignment == 0 &&
                (type != stringTable || TextsAreWhole(data, length));
     }
-    // The platform takes the lengths in a block of texts for true.
+    // The platform reads texts by the lengths in their block without checking them.
     bool TextsAreWhole(size_t at, size_t length) const {
         const size_t end = at + length;
         for (unsigned text = 0; text < textsInBlock; ++text) {

@@ -30,7 +30,7 @@ bool ActivateRunningInstance(HANDLE event) {
     return true;
 }
 
-// When a fault passes, the frame's end must not disturb the message box that is to tell of it:
+// When a fault passes, the frame's end must not disturb the message box that shows it:
 // neither by its quit message nor by a second fault, of saving the settings.
 void ForgetTheFramesEnd() {
     MSG quit;

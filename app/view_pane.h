@@ -8,7 +8,7 @@ namespace app {
 // What the pane passes on.
 class PaneOwner {
  public:
-    // Places the current view's windows.
+    // Places the windows of all views.
     virtual void ArrangeView(const RECT& area) = 0;
     virtual void TimerOfView(UINT_PTR timer) = 0;
 

@@ -55,8 +55,8 @@ bool SignalEvent(HANDLE event);
 DWORD ModulePath(HMODULE module, wchar_t* buffer, DWORD size);
 
 // The path of a process's executable as a handheld writes it (GetModuleFileNameW with the process's
-// identifier; QueryFullProcessImageNameW on a PC, where a process that does not tell has its name
-// for a path). Returns the length in characters, 0 on failure.
+// identifier; QueryFullProcessImageNameW on a PC, where a process whose path cannot be read has its
+// name for a path). Returns the length in characters, 0 on failure.
 DWORD ProcessPath(DWORD processId, wchar_t* buffer, DWORD size);
 
 // The text of a string resource in place, not NUL-terminated, and its length in characters

@@ -38,7 +38,8 @@ bool InsertsFit(std::wstring_view pattern, std::wstring_view original);
 // as missing.
 HMENU LoadMenuResource(UINT id);
 
-// Whether a menu resource ends where it says and has a bearable number of items and floors.
+// Whether a menu resource is complete and stays within the limits of items and of submenus in one
+// another.
 bool IsSoundMenu(const uint8_t* bytes, size_t size);
 
 }  // namespace text

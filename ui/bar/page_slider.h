@@ -1,5 +1,5 @@
 // Shows one entry of a circular list of entries and changes it by a sideways swipe; a tap opens the
-// list of all entries.
+// list of all entries. Part of the toolkit; no view of the program shows one.
 #pragma once
 
 #include <string>

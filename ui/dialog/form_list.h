@@ -17,8 +17,8 @@ class FormRow {
  public:
     virtual ~FormRow() = default;
 
-    // The size that the row wants. `room` is what the list advises; what a row has more to show
-    // belongs into the rows of its Overflow.
+    // The size that the row wants. `room` is what the list advises; what does not fit there goes
+    // into the rows of its Overflow.
     virtual SIZE Measure(HDC dc, SIZE room) = 0;
     virtual void Draw(HDC dc, const RECT& area, bool selected) = 0;
 

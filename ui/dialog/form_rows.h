@@ -124,7 +124,7 @@ class ChoiceRow final : public FormRow {
     int number_;
 };
 
-// A text that is edited in place.
+// A text that is edited in place. Part of the toolkit; no page of the program has one.
 class TextRow final : public FormRow {
  public:
     // `accept` may refuse a text, which keeps the row open. It must not replace the rows.

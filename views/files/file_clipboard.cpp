@@ -138,7 +138,7 @@ TransferAnswer FileClipboard::PasteOne(FileTransfer& transfer, const std::wstrin
     const std::wstring& destination = *target;
     const bool hasRow = move && IsSameFolder(std::wstring(FolderOfPath(source)), list_.Folder());
     const platform::WaitCursor cursor;
-    // The rows tell what has become of both, also when a fault passes.
+    // Both rows are brought up to date, also when a fault passes.
     const auto show = [&] {
         rows_.Follow([&] {
             if (hasRow) {

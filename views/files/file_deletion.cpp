@@ -113,8 +113,8 @@ FileDeletion::Removal FileDeletion::Finish(const std::wstring& path, DWORD attri
     if (result == S_OK) {
         return Removal::Removed;
     }
-    // Within a folder an entry may be missing that the folder still has, as where its path is too
-    // long: only the path itself tells, and one that is too long itself does not.
+    // "Not found" may concern an entry within the folder whose path is too long, while the folder
+    // is still there: only the path itself can be asked, unless it is too long as well.
     const bool gone = SaysGone(result);
     if (gone && path.size() > longestPath) {
         throw faults::W32Fault(faults::ResultFromError(ERROR_FILENAME_EXCED_RANGE));

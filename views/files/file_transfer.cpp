@@ -114,8 +114,8 @@ std::optional<TransferAnswer> FileTransfer::BeginCopy(DWORD attributes, bool top
     return std::nullopt;
 }
 
-// The copy that must not overwrite anything tells by itself that something is in the way, after it
-// has found the source readable.
+// Copies first and asks afterwards: a copy that may not overwrite fails when something is in the
+// way, and it has found the source readable by then.
 TransferAnswer FileTransfer::CopyOneFile(DWORD attributes, bool topLevel) {
     const bool isNew = !levels_.empty() && levels_.back().isNew;
     const Destination there =
@@ -203,7 +203,7 @@ DWORD FileTransfer::PutFile(bool wasFree) const {
     return error;
 }
 
-// Of two spellings of one path what would be overwritten is the only copy.
+// Where both paths are one file, overwriting would destroy the only copy.
 void FileTransfer::RefuseItself() const {
     bool same = true;
     ThrowUnless(platform::CompareFiles(source_, destination_, platform::Links::Kept, &same));
@@ -246,7 +246,8 @@ std::optional<TransferAnswer> FileTransfer::Advance() {
         failed = IsFolderLink(entry->dwFileAttributes) ? FailedEntry::Link : FailedEntry::Any;
         return Begin(entry->dwFileAttributes, false);
     } catch (...) {
-        // A failure is answered for by the folder that what failed lies in.
+        // The user is asked about the entry that failed, within the folder it lies in; a folder
+        // that cannot be read on is an entry of its parent.
         if (folderFails) {
             while (levels_.size() >= depth) {
                 levels_.pop_back();

@@ -56,7 +56,7 @@ void FolderBrowser::Show(std::wstring folder) {
     owner_.OnFolderShown();
 }
 
-// After a fault, which is told: one more changes nothing.
+// Called while a fault is on its way to the user; another one would add nothing.
 void FolderBrowser::TellOfOldFolder() noexcept {
     try {
         owner_.OnFolderChanging();

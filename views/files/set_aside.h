@@ -14,8 +14,8 @@ inline constexpr wchar_t setAsideSuffix[] = L".vantor-replaced";
 
 class SetAside {
  public:
-    // Renames a file within its folder (MoveFileW). Throws W32Fault; a read-only one or a folder is
-    // refused like a deletion of it, and so is what nobody can tell about.
+    // Renames a file within its folder (MoveFileW). Throws W32Fault; refuses a folder and what is
+    // read-only, as deleting does, and what has attributes that cannot be read.
     explicit SetAside(const std::wstring& path);
     // Puts it back under its name if nothing stands there and Discard has not succeeded.
     ~SetAside();

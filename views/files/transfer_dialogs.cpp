@@ -51,7 +51,7 @@ TransferAnswer TransferDialogs::AskAfterFailure(const std::wstring& source,
     const std::wstring caption(text::LoadText(IDS_WARNING));
     const platform::ArrowCursor arrow;
     // Kept on purpose: docs/compatibility.md#skip-box
-    // The box has no button of that name: whatever is answered stops the transfer.
+    // The box has no Yes: whatever is answered stops the transfer.
     return MessageBoxW(Owner(), text.c_str(), caption.c_str(), MB_OKCANCEL | MB_ICONQUESTION) ==
                    IDYES
                ? answerSkip

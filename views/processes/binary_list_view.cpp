@@ -48,7 +48,7 @@ void BinaryListView::Enumerate(ULONG_PTR selected) {
         try {
             Show(std::move(rows), selected);
         } catch (...) {
-            // The fault that is on its way is told.
+            // The user is shown the fault that is on its way already.
         }
         throw;
     }

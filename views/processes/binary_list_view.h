@@ -51,7 +51,7 @@ class BinaryListView : public ListView, private ui::RowPainter<BinaryItem> {
     void DrawRow(const DRAWITEMSTRUCT& place, const BinaryItem& item) const override;
 
     const Kind& kind_;
-    // Whether rows are being read, or what failed there is being told.
+    // Whether rows are being read, or the message about a failure there is on the screen.
     bool refreshing_ = false;
     BinaryRows rows_;
     Binaries list_{*this, *this};
