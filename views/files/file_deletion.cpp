@@ -34,6 +34,7 @@ HRESULT LastResult() {
 }
 
 bool Confirmed(HWND owner, const std::wstring& question) {
+    // Kept on purpose: docs/compatibility.md#delete-defaults-to-yes
     return ui::ShowMessage(owner, question, IDS_WARNING, 2, yesNo, 0) == IDS_BUTTON_YES;
 }
 
