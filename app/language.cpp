@@ -155,12 +155,11 @@ std::wstring PackPath(const std::wstring& programPath, LANGID language) {
 }
 
 std::wstring ProgramPath() {
-    wchar_t path[MAX_PATH] = {};
-    const DWORD length = platform::ModulePath(nullptr, path, MAX_PATH);
-    if (length == 0) {
+    std::wstring path = platform::ModulePath(nullptr);
+    if (path.empty()) {
         throw faults::W32Fault();
     }
-    return std::wstring(path, length);
+    return path;
 }
 
 platform::UniqueModule OpenPack(LANGID language) {

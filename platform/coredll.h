@@ -2,6 +2,8 @@
 // called by the platform's own names.
 #pragma once
 
+#include <string>
+
 #include "platform/windows.h"
 
 namespace platform {
@@ -51,21 +53,21 @@ bool StartProgram(const wchar_t* path);
 bool SignalEvent(HANDLE event);
 
 // GetModuleFileNameW, the path as a handheld writes it: without the letter of the current drive
-// and without short names. Returns the length in characters, 0 on failure.
-DWORD ModulePath(HMODULE module, wchar_t* buffer, DWORD size);
+// and without short names. Empty on failure, with the thread's last error.
+std::wstring ModulePath(HMODULE module);
 
 // The path of a process's executable as a handheld writes it (GetModuleFileNameW with the process's
 // identifier; QueryFullProcessImageNameW on a PC, where a process whose path cannot be read has its
-// name for a path). Returns the length in characters, 0 on failure.
-DWORD ProcessPath(DWORD processId, wchar_t* buffer, DWORD size);
+// name for a path). Empty on failure, with the thread's last error.
+std::wstring ProcessPath(DWORD processId);
 
 // The text of a string resource in place, not NUL-terminated, and its length in characters
 // (LoadStringW without a buffer). Length 0 when there is none.
 size_t ResourceString(HINSTANCE module, UINT id, const wchar_t** text);
 
 // GetNumberFormatW in the user's locale with the locale's own format: a plain decimal text
-// ("-1234.5") becomes the locale's ("-1,234.50"). Returns characters with the NUL, 0 on failure.
-int NumberFormat(const wchar_t* plain, wchar_t* buffer, int size);
+// ("-1234.5") becomes the locale's ("-1,234.50"). Empty on failure.
+std::wstring NumberFormat(const wchar_t* plain);
 
 // SHGetFileInfo (cbFileInfo = sizeof *info) for a path as a handheld writes it.
 DWORD_PTR FileInfo(const wchar_t* path, DWORD attributes, SHFILEINFOW* info, UINT flags);

@@ -1,6 +1,8 @@
 // Shortcut files (".lnk"): each holds one command, a path that may be quoted, with arguments.
 #pragma once
 
+#include <optional>
+#include <string>
 #include <string_view>
 
 #include "platform/windows.h"
@@ -24,9 +26,9 @@ constexpr std::wstring_view CommandPath(std::wstring_view command) {
 // thread's last error.
 bool CreateShortcut(const wchar_t* shortcut, const wchar_t* command);
 
-// Reads a shortcut's command into a buffer of `capacity` characters (SHGetShortcutTarget;
-// IShellLinkW on a PC). False, with the thread's last error, when the file is no shortcut, cannot
-// be read or holds more.
-bool ShortcutTarget(const wchar_t* shortcut, wchar_t* target, size_t capacity);
+// Reads a shortcut's command, which must fit into `capacity` characters with the NUL
+// (SHGetShortcutTarget; IShellLinkW on a PC). None, with the thread's last error, when the file is
+// no shortcut, cannot be read or holds more.
+std::optional<std::wstring> ShortcutTarget(const wchar_t* shortcut, size_t capacity);
 
 }  // namespace platform

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <memory>
+#include <string>
 
 #include "platform/handles.h"
 
@@ -102,9 +103,8 @@ class SnapshotHeaps final : public HeapWalk {
 };
 
 // The path of a module's file as a handheld writes it, asked of the module itself
-// (GetModuleFileNameW with its identifier; GetModuleFileNameExW on a PC). Returns the length in
-// characters, 0 on failure.
-DWORD PathOfModule(DWORD processId, const ModuleEntry& entry, wchar_t* buffer, DWORD size);
+// (GetModuleFileNameW with its identifier; GetModuleFileNameExW on a PC). Empty on failure.
+std::wstring PathOfModule(DWORD processId, const ModuleEntry& entry);
 
 // A part of the memory that a process can see.
 struct MemoryRegion {

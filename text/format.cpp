@@ -22,18 +22,6 @@ std::wstring FormatPlain(const wchar_t* pattern, DWORD language, DWORD_PTR* word
     return length > 0 ? std::wstring(formatted, length) : std::wstring();
 }
 
-// The locale's form of a plain decimal text; empty on failure.
-std::wstring Localised(const std::wstring& plain) {
-    const int needed = platform::NumberFormat(plain.c_str(), nullptr, 0);
-    if (needed <= 0) {
-        return std::wstring();
-    }
-    std::wstring shown(static_cast<size_t>(needed) + 1, L'\0');
-    const int length = platform::NumberFormat(plain.c_str(), shown.data(), needed + 1);
-    shown.resize(length > 0 ? static_cast<size_t>(length) - 1 : 0);
-    return shown;
-}
-
 // Where the last decimal separator of a number stands; npos when there is none.
 size_t DecimalSeparator(const std::wstring& number) {
     wchar_t separator[5] = {};
@@ -76,7 +64,8 @@ std::wstring FormatInteger(int64_t value) {
     // The formatter takes a 64-bit insert from as many words as it fills.
     DWORD_PTR words[2] = {static_cast<DWORD_PTR>(value),
                           static_cast<DWORD_PTR>(static_cast<uint64_t>(value) >> 32)};
-    std::wstring number = Localised(FormatPlain(L"%1!I64i!", userLanguage, words));
+    std::wstring number =
+        platform::NumberFormat(FormatPlain(L"%1!I64i!", userLanguage, words).c_str());
     const size_t separator = DecimalSeparator(number);
     if (separator != std::wstring::npos) {
         number.resize(separator);
@@ -85,7 +74,8 @@ std::wstring FormatInteger(int64_t value) {
 }
 
 std::wstring FormatDecimal(int32_t whole, uint32_t billionths) {
-    std::wstring number = Localised(Format(L"%1!i!.%2!09u!", whole, billionths));
+    std::wstring number =
+        platform::NumberFormat(Format(L"%1!i!.%2!09u!", whole, billionths).c_str());
     const size_t separator = DecimalSeparator(number);
     if (separator != std::wstring::npos && number.size() - separator > 3) {
         number.resize(separator + 3);

@@ -64,10 +64,9 @@ std::wstring AppName(HWND window) {
     if (std::optional<std::wstring> title = AskedTitle(window)) {
         return Trimmed(*std::move(title));
     }
-    wchar_t path[MAX_PATH] = {};
-    platform::ProcessPath(AppCloser::ProcessIdOfWindow(window), path, MAX_PATH);
-    const std::wstring_view name = path;
-    return std::wstring(name.substr(name.rfind(L'\\') + 1));
+    std::wstring path = platform::ProcessPath(AppCloser::ProcessIdOfWindow(window));
+    path.erase(0, path.rfind(L'\\') + 1);
+    return path;
 }
 
 AppCloser::AppCloser() : desktop_(platform::ShellDesktopWindow()) {

@@ -41,12 +41,13 @@ bool SignalEvent(HANDLE event) {
     return EventModify(event, eventSet) != FALSE;
 }
 
-DWORD ModulePath(HMODULE module, wchar_t* buffer, DWORD size) {
-    return GetModuleFileNameW(module, buffer, size);
+std::wstring ModulePath(HMODULE module) {
+    wchar_t path[MAX_PATH];
+    return std::wstring(path, GetModuleFileNameW(module, path, MAX_PATH));
 }
 
-DWORD ProcessPath(DWORD processId, wchar_t* buffer, DWORD size) {
-    return GetModuleFileNameW(reinterpret_cast<HMODULE>(processId), buffer, size);
+std::wstring ProcessPath(DWORD processId) {
+    return ModulePath(reinterpret_cast<HMODULE>(processId));
 }
 
 // Without a buffer the call returns the text itself; its length is the word before it.
@@ -60,8 +61,16 @@ size_t ResourceString(HINSTANCE module, UINT id, const wchar_t** text) {
     return static_cast<uint16_t>(found[-1]);
 }
 
-int NumberFormat(const wchar_t* plain, wchar_t* buffer, int size) {
-    return GetNumberFormatW(LOCALE_USER_DEFAULT, 0, plain, nullptr, buffer, size);
+std::wstring NumberFormat(const wchar_t* plain) {
+    std::wstring shown;
+    const int needed = GetNumberFormatW(LOCALE_USER_DEFAULT, 0, plain, nullptr, nullptr, 0);
+    if (needed > 0) {
+        shown.resize(static_cast<size_t>(needed));
+        const int length =
+            GetNumberFormatW(LOCALE_USER_DEFAULT, 0, plain, nullptr, shown.data(), needed);
+        shown.resize(length > 0 ? static_cast<size_t>(length) - 1 : 0);
+    }
+    return shown;
 }
 
 DWORD_PTR FileInfo(const wchar_t* path, DWORD attributes, SHFILEINFOW* info, UINT flags) {

@@ -21,8 +21,15 @@ bool CreateShortcut(const wchar_t* shortcut, const wchar_t* command) {
     return SHCreateShortcut(shortcut, command) != FALSE;
 }
 
-bool ShortcutTarget(const wchar_t* shortcut, wchar_t* target, size_t capacity) {
-    return SHGetShortcutTarget(shortcut, target, static_cast<int>(capacity)) != FALSE;
+std::optional<std::wstring> ShortcutTarget(const wchar_t* shortcut, size_t capacity) {
+    std::optional<std::wstring> target(std::in_place);
+    target->resize(capacity);
+    if (SHGetShortcutTarget(shortcut, target->data(), static_cast<int>(capacity))) {
+        target->resize(std::wcslen(target->c_str()));
+    } else {
+        target.reset();
+    }
+    return target;
 }
 
 }  // namespace platform

@@ -2,6 +2,8 @@
 
 #include <cwchar>
 
+#include "platform/coredll.h"
+
 namespace {
 
 struct ThreadEntry32 {
@@ -239,8 +241,8 @@ bool SnapshotHeaps::NextBlock(uint64_t* size) {
     return found != FALSE;
 }
 
-DWORD PathOfModule(DWORD, const ModuleEntry& entry, wchar_t* buffer, DWORD size) {
-    return GetModuleFileNameW(reinterpret_cast<HMODULE>(entry.id), buffer, size);
+std::wstring PathOfModule(DWORD, const ModuleEntry& entry) {
+    return ModulePath(reinterpret_cast<HMODULE>(entry.id));
 }
 
 ProcessMemory::ProcessMemory(const ProcessEntry& process)

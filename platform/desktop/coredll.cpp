@@ -37,15 +37,13 @@ UINT LocaleNumber(LCTYPE type) {
     return value;
 }
 
-// Returns the length in characters, 0 when the buffer is too small.
-DWORD CopyPath(const std::wstring& path, wchar_t* buffer, DWORD size) {
-    if (path.size() >= size) {
+// Empty, with the thread's last error, when it is longer than a path can be.
+std::wstring Limited(std::wstring path) {
+    if (path.size() >= MAX_PATH) {
         SetLastError(ERROR_INSUFFICIENT_BUFFER);
-        return 0;
+        path.clear();
     }
-    path.copy(buffer, path.size());
-    buffer[path.size()] = 0;
-    return static_cast<DWORD>(path.size());
+    return path;
 }
 
 // Empty when there is no such process.
@@ -116,33 +114,26 @@ bool SignalEvent(HANDLE event) {
     return SetEvent(event) != FALSE;
 }
 
-DWORD ModulePath(HMODULE module, wchar_t* buffer, DWORD size) {
+std::wstring ModulePath(HMODULE module) {
     wchar_t path[MAX_PATH];
-    const DWORD length = GetModuleFileNameW(module, path, MAX_PATH);
-    if (length == 0) {
-        return 0;
-    }
-    if (length >= MAX_PATH) {
-        SetLastError(ERROR_INSUFFICIENT_BUFFER);
-        return 0;
-    }
-    return CopyPath(desktop::FromDesktopPath(std::wstring(path, length)), buffer, size);
+    const std::wstring told =
+        Limited(std::wstring(path, GetModuleFileNameW(module, path, MAX_PATH)));
+    return told.empty() ? told : Limited(desktop::FromDesktopPath(told));
 }
 
-DWORD ProcessPath(DWORD processId, wchar_t* buffer, DWORD size) {
+std::wstring ProcessPath(DWORD processId) {
     const UniqueHandle process(OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION, FALSE, processId));
     wchar_t path[MAX_PATH];
     DWORD length = MAX_PATH;
     if (process && QueryFullProcessImageNameW(process.Get(), 0, path, &length)) {
-        return CopyPath(desktop::FromImagePath(std::wstring(path, length)), buffer, size);
+        return Limited(desktop::FromImagePath(std::wstring(path, length)));
     }
     const DWORD error = GetLastError();
     const std::wstring name = NameOfProcess(processId);
     if (name.empty()) {
         SetLastError(error);
-        return 0;
     }
-    return CopyPath(name, buffer, size);
+    return name;
 }
 
 size_t ResourceString(HINSTANCE module, UINT id, const wchar_t** text) {
@@ -156,7 +147,7 @@ size_t ResourceString(HINSTANCE module, UINT id, const wchar_t** text) {
 }
 
 // Wine's default format groups the digits only once, so the locale's format is given in full.
-int NumberFormat(const wchar_t* plain, wchar_t* buffer, int size) {
+std::wstring NumberFormat(const wchar_t* plain) {
     // As it stands in the plain text, where the locale does not tell its own.
     wchar_t decimal[8] = L".";
     wchar_t group[8] = {};
@@ -164,7 +155,7 @@ int NumberFormat(const wchar_t* plain, wchar_t* buffer, int size) {
     GetLocaleInfoW(LOCALE_USER_DEFAULT, LOCALE_SDECIMAL, decimal, 8);
     if (!GetLocaleInfoW(LOCALE_USER_DEFAULT, LOCALE_STHOUSAND, group, 8) ||
         !GetLocaleInfoW(LOCALE_USER_DEFAULT, LOCALE_SGROUPING, groups, 16)) {
-        return 0;
+        return std::wstring();
     }
     NUMBERFMTW format = {};
     format.NumDigits = LocaleNumber(LOCALE_IDIGITS);
@@ -173,7 +164,15 @@ int NumberFormat(const wchar_t* plain, wchar_t* buffer, int size) {
     format.lpDecimalSep = decimal;
     format.lpThousandSep = group;
     format.NegativeOrder = LocaleNumber(LOCALE_INEGNUMBER);
-    return GetNumberFormatW(LOCALE_USER_DEFAULT, 0, plain, &format, buffer, size);
+    const int needed = GetNumberFormatW(LOCALE_USER_DEFAULT, 0, plain, &format, nullptr, 0);
+    std::wstring shown;
+    if (needed > 0) {
+        shown.resize(static_cast<size_t>(needed));
+        const int length =
+            GetNumberFormatW(LOCALE_USER_DEFAULT, 0, plain, &format, shown.data(), needed);
+        shown.resize(length > 0 ? static_cast<size_t>(length) - 1 : 0);
+    }
+    return shown;
 }
 
 DWORD_PTR FileInfo(const wchar_t* path, DWORD attributes, SHFILEINFOW* info, UINT flags) {

@@ -120,10 +120,10 @@ bool CreateShortcut(const wchar_t* shortcut, const wchar_t* command) {
            Succeed(link.File()->Save(file.c_str(), TRUE));
 }
 
-bool ShortcutTarget(const wchar_t* shortcut, wchar_t* target, size_t capacity) {
+std::optional<std::wstring> ShortcutTarget(const wchar_t* shortcut, size_t capacity) {
     Link link;
     if (!link.Load(desktop::ToDesktopPath(shortcut))) {
-        return false;
+        return std::nullopt;
     }
     std::wstring command =
         Field(fieldSize, [&](wchar_t* text) { return link->GetDescription(text, fieldSize); });
@@ -140,11 +140,9 @@ bool ShortcutTarget(const wchar_t* shortcut, wchar_t* target, size_t capacity) {
     }
     if (command.size() >= capacity) {
         SetLastError(ERROR_INSUFFICIENT_BUFFER);
-        return false;
+        return std::nullopt;
     }
-    command.copy(target, command.size());
-    target[command.size()] = 0;
-    return true;
+    return command;
 }
 
 std::optional<desktop::ShortcutTarget> desktop::ReadShortcut(const std::wstring& file) {

@@ -179,21 +179,15 @@ bool SnapshotHeaps::NextBlock(uint64_t* size) {
     return false;
 }
 
-DWORD PathOfModule(DWORD processId, const ModuleEntry& entry, wchar_t* buffer, DWORD size) {
+std::wstring PathOfModule(DWORD processId, const ModuleEntry& entry) {
     const UniqueHandle process(
         OpenProcess(PROCESS_QUERY_INFORMATION | PROCESS_VM_READ, FALSE, processId));
     wchar_t path[MAX_PATH] = {};
     if (!process ||
         !GetModuleFileNameExW(process.Get(), reinterpret_cast<HMODULE>(entry.id), path, MAX_PATH)) {
-        return 0;
+        return std::wstring();
     }
-    const std::wstring found = desktop::FromDesktopPath(path);
-    if (found.size() >= size) {
-        SetLastError(ERROR_INSUFFICIENT_BUFFER);
-        return 0;
-    }
-    std::copy_n(found.c_str(), found.size() + 1, buffer);
-    return static_cast<DWORD>(found.size());
+    return desktop::FromDesktopPath(path);
 }
 
 ProcessMemory::ProcessMemory(const ProcessEntry& process)

@@ -21,11 +21,7 @@ constexpr size_t capacity = 780;
 
 // The command that a shortcut holds; "(none)" when it cannot be told.
 std::wstring CommandOf(const std::wstring& shortcut, size_t room = capacity) {
-    std::wstring buffer(room, L'?');
-    if (!ShortcutTarget(shortcut.c_str(), buffer.data(), room)) {
-        return L"(none)";
-    }
-    return buffer.c_str();
+    return ShortcutTarget(shortcut.c_str(), room).value_or(L"(none)");
 }
 
 std::wstring Kept(const std::wstring& command) {

@@ -198,9 +198,9 @@ void ApplicationsView::GoToProcess() {
 
 void ApplicationsView::GoToModule() {
     const DWORD process = AppCloser::ProcessIdOfWindow(SelectedWindow());
-    wchar_t path[MAX_PATH] = {};
-    if (platform::ProcessPath(process, path, MAX_PATH)) {
-        GetFrame().SwitchTo(ViewIndex::Files, ViewArgument{0, path});
+    std::wstring path = platform::ProcessPath(process);
+    if (!path.empty()) {
+        GetFrame().SwitchTo(ViewIndex::Files, ViewArgument{0, std::move(path)});
     } else {
         MessageBeep(~0u);
     }

@@ -176,11 +176,6 @@ void WriteEntry(const std::wstring& path) {
     SaveOver(file.document, place.path);
 }
 
-std::wstring PathOfProcess(DWORD process) {
-    wchar_t path[MAX_PATH] = {};
-    return std::wstring(path, platform::ProcessPath(process, path, MAX_PATH));
-}
-
 }  // namespace
 
 bool IgnoresCase::operator()(const std::wstring& first, const std::wstring& second) const {
@@ -253,7 +248,7 @@ bool HiddenAppList::IsHidden(HWND window) const {
         return false;
     }
     const DWORD process = AppCloser::ProcessIdOfWindow(window);
-    const std::wstring path = process ? PathOfProcess(process) : std::wstring();
+    const std::wstring path = process ? platform::ProcessPath(process) : std::wstring();
     return !path.empty() && Matches(path);
 }
 
@@ -262,7 +257,7 @@ void HiddenAppList::HideApp(HWND window) {
     if (process == 0) {
         return;
     }
-    const std::wstring path = PathOfProcess(process);
+    const std::wstring path = platform::ProcessPath(process);
     if (path.empty()) {
         throw faults::W32Fault();
     }

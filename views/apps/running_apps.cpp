@@ -19,8 +19,8 @@ void Examine(HWND window, const AppCloser& closer, DWORD flags, const AppFound& 
     if (process == GetCurrentProcessId()) {
         return;
     }
-    wchar_t path[MAX_PATH] = {};
-    if (platform::ProcessPath(process, path, MAX_PATH) == 0) {
+    const std::wstring path = platform::ProcessPath(process);
+    if (path.empty()) {
         throw faults::W32Fault();
     }
     std::wstring title = AppName(window);
@@ -31,7 +31,7 @@ void Examine(HWND window, const AppCloser& closer, DWORD flags, const AppFound& 
     }
     SHFILEINFOW info = {};
     const bool hasIcon =
-        platform::FileInfo(path, 0, &info, SHGFI_SYSICONINDEX | SHGFI_SMALLICON) != 0;
+        platform::FileInfo(path.c_str(), 0, &info, SHGFI_SYSICONINDEX | SHGFI_SMALLICON) != 0;
     found(std::make_unique<AppItem>(AppItem{std::move(title), hasIcon ? info.iIcon : -1, window}));
 }
 

@@ -20,11 +20,10 @@ std::wstring TypeNameOf(const wchar_t* path) {
 }
 
 std::optional<ShortcutInfo> ReadShortcut(HWND owner, const std::wstring& path) {
-    std::wstring command(commandCapacity, L'\0');
-    if (!platform::ShortcutTarget(path.c_str(), command.data(), command.size())) {
-        return std::nullopt;
-    }
-    const std::wstring_view target = platform::CommandPath(command.c_str());
+    const std::optional<std::wstring> command =
+        platform::ShortcutTarget(path.c_str(), commandCapacity);
+    const std::wstring_view target =
+        command ? platform::CommandPath(*command) : std::wstring_view();
     if (target.empty()) {
         return std::nullopt;
     }

@@ -43,11 +43,11 @@ std::optional<std::wstring> FolderOfCommand(std::wstring command) {
 }
 
 std::optional<std::wstring> FolderOfShortcut(const std::wstring& path) {
-    wchar_t command[commandCapacity] = {};
-    if (!platform::ShortcutTarget(path.c_str(), command, commandCapacity) || !command[0]) {
+    std::optional<std::wstring> command = platform::ShortcutTarget(path.c_str(), commandCapacity);
+    if (!command || command->empty()) {
         return std::nullopt;
     }
-    return FolderOfCommand(command);
+    return FolderOfCommand(*std::move(command));
 }
 
 void OpenWithShell(HWND owner, const std::wstring& path) {

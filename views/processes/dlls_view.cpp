@@ -12,11 +12,7 @@ namespace {
 
 // A module that the snapshot lists without a path may tell it itself.
 std::wstring PathOf(DWORD processId, const platform::ModuleEntry& entry) {
-    if (entry.path[0]) {
-        return entry.path;
-    }
-    wchar_t path[MAX_PATH] = {};
-    return std::wstring(path, platform::PathOfModule(processId, entry, path, MAX_PATH));
+    return entry.path[0] ? entry.path : platform::PathOfModule(processId, entry);
 }
 
 std::unique_ptr<BinaryItem> MakeItem(DWORD processId, const platform::ModuleEntry& entry) {

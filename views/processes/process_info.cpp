@@ -122,10 +122,10 @@ class InfoPage final : public ui::Page {
 ProcessInfo GatherProcessInfo(DWORD processId) {
     ProcessInfo info;
     info.entry = FindProcess(processId);
-    wchar_t path[MAX_PATH] = {};
-    if (platform::ProcessPath(info.entry.processId, path, MAX_PATH)) {
-        std::copy(std::begin(path), std::end(path), info.entry.name);
-        info.fileName = std::wstring_view(path).rfind(L'\\') + 1;
+    const std::wstring path = platform::ProcessPath(info.entry.processId);
+    if (!path.empty()) {
+        info.entry.name[path.copy(info.entry.name, MAX_PATH - 1)] = 0;
+        info.fileName = path.rfind(L'\\') + 1;
     }
     info.regions = WalkVirtualMemory(info.entry);
     info.heapBytes = HeapBytesOf(processId);

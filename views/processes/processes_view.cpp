@@ -80,13 +80,13 @@ void ProcessesView::Read(Binaries::Rows& rows) const {
 }
 
 std::unique_ptr<BinaryItem> ProcessesView::MakeItem(const platform::ProcessEntry& entry) const {
-    wchar_t path[MAX_PATH] = {};
+    std::wstring path = platform::ProcessPath(entry.processId);
     // Kept on purpose: docs/compatibility.md#unreadable-path
-    if (platform::ProcessPath(entry.processId, path, MAX_PATH) == 0) {
+    if (path.empty()) {
         throw faults::W32Fault();
     }
     auto item = std::make_unique<BinaryItem>();
-    item->path += path;
+    item->path = std::move(path);
     item->icon = IconOfFile(item->path);
     item->name += entry.name;
     item->base = entry.base;
