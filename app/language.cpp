@@ -7,8 +7,10 @@
 #include "app/pack_check.h"
 #include "app/settings.h"
 #include "faults/fault.h"
-#include "platform/coredll.h"
+#include "platform/files.h"
 #include "platform/handles.h"
+#include "platform/processes.h"
+#include "platform/registry.h"
 #include "text/resources.h"
 
 namespace app {

@@ -1,7 +1,6 @@
 #include "app/language_menu.h"
 
 #include "app/language.h"
-#include "platform/coredll.h"
 #include "res/resource.h"
 #include "text/resources.h"
 #include "ui/popup/menu_items.h"

@@ -11,7 +11,7 @@
 #include "app/view_choice.h"
 #include "faults/fault.h"
 #include "platform/aygshell.h"
-#include "platform/coredll.h"
+#include "platform/processes.h"
 #include "res/resource.h"
 #include "text/resources.h"
 #include "ui/dialog/action.h"

@@ -2,7 +2,7 @@
 
 #include "app/language.h"
 #include "faults/fault.h"
-#include "platform/coredll.h"
+#include "platform/processes.h"
 
 namespace app {
 

@@ -2,8 +2,8 @@
 
 #include "app/main_frame.h"
 #include "faults/fault.h"
-#include "platform/coredll.h"
 #include "platform/handles.h"
+#include "platform/processes.h"
 #include "platform/scope_exit.h"
 #include "platform/top_windows.h"
 #include "res/resource.h"

@@ -1,8 +1,8 @@
 #include "app/settings.h"
 
 #include "faults/fault.h"
-#include "platform/coredll.h"
 #include "platform/handles.h"
+#include "platform/registry.h"
 
 namespace app {
 

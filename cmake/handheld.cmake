@@ -15,7 +15,7 @@ set(handheldRuntimeSources
   atomics exception_globals header_functions heap process_end start static_guards terminate wide_characters)
 list(TRANSFORM handheldRuntimeSources REPLACE "(.+)" "${HANDHELD_ROOT}/platform/ce/runtime/\\1.cpp")
 add_library(handheld_runtime OBJECT ${handheldRuntimeSources})
-target_include_directories(handheld_runtime INTERFACE "${HANDHELD_ROOT}")
+target_include_directories(handheld_runtime PUBLIC "${HANDHELD_ROOT}")
 set_target_properties(handheld_runtime PROPERTIES CXX_STANDARD 20 CXX_STANDARD_REQUIRED ON)
 # The runtime makes exceptions possible and therefore uses none; its loops must not become calls of themselves.
 target_compile_options(handheld_runtime PRIVATE -fno-exceptions -fno-tree-loop-distribute-patterns -Wall -Wextra)

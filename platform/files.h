@@ -8,6 +8,29 @@
 
 namespace platform {
 
+// A folder entry as the find calls give it.
+#ifdef UNDER_CE
+struct FindData {
+    DWORD dwFileAttributes;
+    FILETIME ftCreationTime;
+    FILETIME ftLastAccessTime;
+    FILETIME ftLastWriteTime;
+    DWORD nFileSizeHigh;
+    DWORD nFileSizeLow;
+    DWORD dwOID;
+    WCHAR cFileName[MAX_PATH];
+};
+static_assert(sizeof(FindData) == 560);
+#else
+using FindData = WIN32_FIND_DATAW;
+#endif
+
+// FindFirstFileW, FindNextFileW: entries "." and ".." never appear. The first returns
+// INVALID_HANDLE_VALUE on failure; the handle is closed with FindClose. A folder that holds
+// nothing but those two fails with ERROR_NO_MORE_FILES, as the second does at a folder's end.
+HANDLE FindFirst(const wchar_t* pattern, FindData* data);
+bool FindNext(HANDLE search, FindData* data);
+
 // The one spelling under which a path is compared and kept: with one backslash at its beginning,
 // none at its end and none doubled, without "." and ".."; the root is empty. A PC's loses the
 // letter of the current drive and its short names (GetFullPathNameW, GetLongPathNameW) and keeps

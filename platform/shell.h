@@ -21,6 +21,9 @@ enum class MissingFolder { Leave, Create };
 // One of the system's folders by its CSIDL (SHGetSpecialFolderPath). Empty when there is none.
 std::wstring SpecialFolder(HWND owner, int folder, MissingFolder missing = MissingFolder::Leave);
 
+// SHGetFileInfo (cbFileInfo = sizeof *info) for a path as a handheld writes it.
+DWORD_PTR FileInfo(const wchar_t* path, DWORD attributes, SHFILEINFOW* info, UINT flags);
+
 // The window of the shell's desktop, whose process is the shell (FindWindowW; GetShellWindow on a
 // PC, else GetDesktopWindow). Null when there is none.
 HWND ShellDesktopWindow();

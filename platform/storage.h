@@ -1,7 +1,7 @@
 // The device's storage: its flash cards, and the storage manager's stores with their partitions.
 #pragma once
 
-#include "platform/coredll.h"
+#include "platform/files.h"
 #include "platform/handles.h"
 
 namespace platform {

@@ -1,7 +1,7 @@
 #include "text/format.h"
 
-#include "platform/coredll.h"
 #include "platform/handles.h"
+#include "platform/strings.h"
 #include "res/resource.h"
 #include "text/resources.h"
 

@@ -1,6 +1,6 @@
 #include "text/resources.h"
 
-#include "platform/coredll.h"
+#include "platform/strings.h"
 
 namespace text {
 

@@ -6,8 +6,8 @@
 #include <utility>
 
 #include "faults/fault.h"
-#include "platform/coredll.h"
 #include "platform/handles.h"
+#include "platform/processes.h"
 #include "platform/shell.h"
 #include "platform/toolhelp.h"
 #include "platform/top_windows.h"

@@ -18,7 +18,12 @@ struct FileInformation {
 };
 static_assert(sizeof(FileInformation) == 56);
 
-extern "C" BOOL CeGetFileInformation(HANDLE, FileInformation*) asm("GetFileInformationByHandle");
+// Exports whose declaration for a PC has another layout.
+extern "C" {
+HANDLE CeFindFirstFile(const wchar_t*, platform::FindData*) asm("FindFirstFileW");
+BOOL CeFindNextFile(HANDLE, platform::FindData*) asm("FindNextFileW");
+BOOL CeGetFileInformation(HANDLE, FileInformation*) asm("GetFileInformationByHandle");
+}
 
 namespace platform {
 
@@ -79,6 +84,16 @@ std::wstring UpperCase(std::wstring_view text) {
 }
 
 }  // namespace
+
+HANDLE FindFirst(const wchar_t* pattern, FindData* data) {
+    return CeFindFirstFile(pattern, data);
+}
+
+bool FindNext(HANDLE search, FindData* data) {
+    // A driver that ends a search without a word must not end it with another call's error.
+    SetLastError(ERROR_NO_MORE_FILES);
+    return CeFindNextFile(search, data) != FALSE;
+}
 
 std::wstring CanonicalPath(const std::wstring& path) {
     // No name here holds a colon: a drive's letter is another system's.

@@ -20,6 +20,10 @@ std::wstring SpecialFolder(HWND owner, int folder, MissingFolder missing) {
     return SHGetSpecialFolderPathW(owner, path, folder, create) ? path : std::wstring();
 }
 
+DWORD_PTR FileInfo(const wchar_t* path, DWORD attributes, SHFILEINFOW* info, UINT flags) {
+    return SHGetFileInfoW(path, attributes, info, sizeof *info, flags);
+}
+
 HWND ShellDesktopWindow() {
     return FindWindowW(L"DesktopExplorerWindow", L"Desktop");
 }

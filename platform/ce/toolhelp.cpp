@@ -2,7 +2,7 @@
 
 #include <cwchar>
 
-#include "platform/coredll.h"
+#include "platform/processes.h"
 
 namespace {
 

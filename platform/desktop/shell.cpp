@@ -73,6 +73,14 @@ std::wstring SpecialFolder(HWND owner, int folder, MissingFolder missing) {
                                                                 : std::wstring();
 }
 
+DWORD_PTR FileInfo(const wchar_t* path, DWORD attributes, SHFILEINFOW* info, UINT flags) {
+    if (!path) {
+        return SHGetFileInfoW(L"", attributes, info, sizeof *info, flags | SHGFI_USEFILEATTRIBUTES);
+    }
+    return SHGetFileInfoW(desktop::ToDesktopPath(path).c_str(), attributes, info, sizeof *info,
+                          flags);
+}
+
 HWND ShellDesktopWindow() {
     const HWND shell = GetShellWindow();
     return shell ? shell : GetDesktopWindow();

@@ -7,7 +7,6 @@
 #include <vector>
 
 #include "faults/fault.h"
-#include "platform/coredll.h"
 #include "platform/handles.h"
 #include "tests/support/platform_hook.h"
 #include "tests/support/world.h"

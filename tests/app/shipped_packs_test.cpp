@@ -6,8 +6,8 @@
 #include <set>
 
 #include "app/version_info.h"
-#include "platform/coredll.h"
 #include "platform/handles.h"
+#include "platform/strings.h"
 #include "res/resource.h"
 #include "text/resources.h"
 #include "ui/paint/clipped_text.h"

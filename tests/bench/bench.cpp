@@ -9,8 +9,8 @@
 #include <string>
 #include <vector>
 
-#include "platform/coredll.h"
 #include "platform/desktop/paths.h"
+#include "platform/files.h"
 #include "tests/support/fake_frame.h"
 #include "tests/support/fake_processes.h"
 #include "tests/support/windows_seen.h"

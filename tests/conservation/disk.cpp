@@ -3,7 +3,7 @@
 #include <cstring>
 #include <memory>
 
-#include "platform/coredll.h"
+#include "platform/files.h"
 #include "platform/handles.h"
 #include "tests/conservation/chance.h"
 #include "tests/conservation/system.h"

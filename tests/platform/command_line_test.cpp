@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "platform/coredll.h"
+#include "platform/processes.h"
 #include "tests/support/platform_hook.h"
 
 namespace {

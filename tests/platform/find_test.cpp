@@ -2,7 +2,7 @@
 
 #include <set>
 
-#include "platform/coredll.h"
+#include "platform/files.h"
 #include "tests/support/platform_hook.h"
 #include "tests/support/world.h"
 

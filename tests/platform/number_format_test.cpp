@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "platform/coredll.h"
+#include "platform/strings.h"
 #include "tests/support/user_locale.h"
 
 using namespace test;

@@ -5,8 +5,9 @@
 #include <stdexcept>
 #include <vector>
 
-#include "platform/coredll.h"
+#include "platform/processes.h"
 #include "platform/scope_exit.h"
+#include "platform/shell.h"
 #include "tests/support/world.h"
 
 using namespace platform;

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/coredll.h"
+#include "platform/processes.h"
 #include "tests/support/platform_hook.h"
 #include "tests/support/world.h"
 

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "platform/aygshell.h"
-#include "platform/coredll.h"
+#include "platform/drawing.h"
 #include "platform/handles.h"
 #include "tests/support/monitor.h"
 

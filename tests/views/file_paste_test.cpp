@@ -1,6 +1,5 @@
 #include <algorithm>
 
-#include "platform/coredll.h"
 #include "platform/shortcuts.h"
 #include "res/resource.h"
 #include "tests/views/clipboard_fixture.h"

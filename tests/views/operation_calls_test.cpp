@@ -1,7 +1,6 @@
 // What the operations of Files ask the platform for, and what they make of odd answers.
 #include <algorithm>
 
-#include "platform/coredll.h"
 #include "platform/shortcuts.h"
 #include "res/resource.h"
 #include "tests/views/clipboard_fixture.h"

@@ -1,6 +1,6 @@
 #include "ui/paint/fonts.h"
 
-#include "platform/coredll.h"
+#include "platform/drawing.h"
 
 namespace ui {
 

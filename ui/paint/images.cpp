@@ -3,7 +3,7 @@
 #include <vector>
 
 #include "platform/aygshell.h"
-#include "platform/coredll.h"
+#include "platform/drawing.h"
 #include "text/resources.h"
 #include "ui/paint/paint.h"
 #include "ui/window/window.h"

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "platform/coredll.h"
+#include "platform/drawing.h"
 #include "ui/window/window.h"
 
 namespace ui {

@@ -1,6 +1,6 @@
 #include "ui/popup/menu_items.h"
 
-#include "platform/coredll.h"
+#include "platform/windows.h"
 
 namespace ui {
 

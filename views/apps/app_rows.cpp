@@ -2,7 +2,8 @@
 
 #include <algorithm>
 
-#include "platform/coredll.h"
+#include "platform/drawing.h"
+#include "platform/shell.h"
 #include "ui/paint/clipped_text.h"
 #include "ui/paint/drawing_resources.h"
 #include "ui/paint/theme.h"

@@ -1,8 +1,8 @@
 #include "views/apps/applications_view.h"
 
 #include "faults/fault.h"
-#include "platform/coredll.h"
 #include "platform/handles.h"
+#include "platform/processes.h"
 #include "platform/top_windows.h"
 #include "res/resource.h"
 #include "text/format.h"

@@ -7,9 +7,9 @@
 
 #include "faults/fault.h"
 #include "platform/bstr.h"
-#include "platform/coredll.h"
 #include "platform/files.h"
 #include "platform/handles.h"
+#include "platform/processes.h"
 #include "platform/shell.h"
 #include "platform/xml.h"
 #include "res/resource.h"

@@ -1,7 +1,8 @@
 #include "views/apps/running_apps.h"
 
 #include "faults/fault.h"
-#include "platform/coredll.h"
+#include "platform/processes.h"
+#include "platform/shell.h"
 #include "platform/top_windows.h"
 #include "views/display_flags.h"
 

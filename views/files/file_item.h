@@ -5,7 +5,7 @@
 #include <memory>
 #include <string_view>
 
-#include "platform/coredll.h"
+#include "platform/files.h"
 
 namespace views {
 

@@ -4,7 +4,6 @@
 #include <stdexcept>
 
 #include "faults/fault.h"
-#include "platform/coredll.h"
 #include "platform/files.h"
 #include "platform/handles.h"
 #include "res/resource.h"

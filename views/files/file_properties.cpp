@@ -2,7 +2,6 @@
 
 #include <shlobj.h>
 
-#include "platform/coredll.h"
 #include "platform/shell.h"
 #include "platform/shortcuts.h"
 #include "views/files/file_names.h"

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "platform/handles.h"
+#include "platform/shell.h"
 #include "text/format.h"
 #include "ui/paint/clipped_text.h"
 #include "ui/paint/drawing_resources.h"

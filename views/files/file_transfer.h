@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/files.h"
 #include "views/files/folder_walk.h"
 
 namespace views {

@@ -1,6 +1,7 @@
 #include "views/files/folder_listing.h"
 
 #include "faults/fault.h"
+#include "platform/shell.h"
 #include "views/display_flags.h"
 #include "views/files/folder_walk.h"
 

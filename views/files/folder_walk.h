@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "platform/coredll.h"
+#include "platform/files.h"
 #include "platform/handles.h"
 
 namespace views {

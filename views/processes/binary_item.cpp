@@ -1,6 +1,6 @@
 #include "views/processes/binary_item.h"
 
-#include "platform/coredll.h"
+#include "platform/shell.h"
 
 namespace views {
 

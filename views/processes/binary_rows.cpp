@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "platform/coredll.h"
+#include "platform/shell.h"
 #include "text/format.h"
 #include "ui/paint/clipped_text.h"
 #include "ui/paint/drawing_resources.h"

@@ -3,8 +3,9 @@
 #include <algorithm>
 
 #include "faults/fault.h"
-#include "platform/coredll.h"
 #include "platform/handles.h"
+#include "platform/processes.h"
+#include "platform/shell.h"
 #include "res/resource.h"
 #include "text/format.h"
 #include "text/resources.h"

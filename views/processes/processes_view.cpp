@@ -1,8 +1,8 @@
 #include "views/processes/processes_view.h"
 
 #include "faults/fault.h"
-#include "platform/coredll.h"
 #include "platform/handles.h"
+#include "platform/processes.h"
 #include "res/resource.h"
 #include "text/format.h"
 #include "text/resources.h"

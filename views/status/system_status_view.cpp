@@ -2,6 +2,7 @@
 
 #include <dbt.h>
 
+#include "platform/files.h"
 #include "platform/handles.h"
 #include "platform/storage.h"
 #include "res/resource.h"

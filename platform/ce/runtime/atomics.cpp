@@ -1,7 +1,7 @@
 // Atomic operations: ARMv4 has no instructions for them, so the compiler calls these, which stand
 // on coredll's Interlocked functions. Windows CE runs ARMv4 on one core, so plain aligned loads and
 // stores are whole.
-#include "coredll.h"
+#include "platform/ce/runtime/coredll.h"
 
 namespace {
 // Replaces a word by operation(word) and gives back what was there.

@@ -1,8 +1,8 @@
 // The C++ library keeps the exceptions under way in one place for all threads; these keep one for
 // each thread.
-#include "exception_globals.h"
+#include "platform/ce/runtime/exception_globals.h"
 
-#include "coredll.h"
+#include "platform/ce/runtime/coredll.h"
 
 #include <cstdlib>
 

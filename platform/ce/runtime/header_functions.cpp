@@ -1,6 +1,6 @@
 // Functions that Windows CE has only as macros in its headers, for callers that know them from the
 // desktop's.
-#include "coredll.h"
+#include "platform/ce/runtime/coredll.h"
 
 namespace {
 // The page that the kernel shows every process, at this address on ARM; the handles of the running

@@ -1,5 +1,5 @@
 // The C heap over the process heap of Windows CE; the C++ library's operator new stands on it.
-#include "coredll.h"
+#include "platform/ce/runtime/coredll.h"
 
 #include <cstdlib>
 

@@ -1,5 +1,5 @@
 // The ways a process ends, and what runs before it does.
-#include "coredll.h"
+#include "platform/ce/runtime/coredll.h"
 
 #include <cstdlib>
 

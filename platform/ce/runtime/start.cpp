@@ -1,5 +1,5 @@
 // Where Windows CE enters the program.
-#include "exception_globals.h"
+#include "platform/ce/runtime/exception_globals.h"
 
 #include <cstdlib>
 

@@ -1,5 +1,5 @@
 // Function-local statics: the first thread that comes by makes them, the others wait.
-#include "coredll.h"
+#include "platform/ce/runtime/coredll.h"
 
 namespace {
 // On ARM a guard is one word. The compiler itself tests the lowest bit before it calls here.

@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-#include "platform/coredll.h"
+#include "platform/drawing.h"
 #include "tests/support/platform_hook.h"
 
 using namespace ui;
