@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <vector>
 
-#include "app/version_info.h"
 #include "platform/handles.h"
 #include "res/resource.h"
+#include "text/pack/version_info.h"
 #include "text/resources.h"
 #include "ui/dialog/full_screen_dialog.h"
 #include "ui/dialog/page.h"
@@ -89,7 +89,7 @@ int ChooseIconSize(int room) {
 
 class AboutPane final : public ui::Window {
  public:
-    explicit AboutPane(const VersionInfo& info) : info_(info) {}
+    explicit AboutPane(const text::VersionInfo& info) : info_(info) {}
     ~AboutPane() override { Destroy(); }
     bool Open(HWND parent) { return Create(L"Vantor About", L"", ui::childStyle, RECT{}, parent); }
 
@@ -172,16 +172,16 @@ class AboutPane final : public ui::Window {
         block.Draw(client.left + margin, top + iconHeight);
     }
 
-    const VersionInfo& info_;
+    const text::VersionInfo& info_;
 };
 
 class AboutBox final : public ui::FullScreenDialog {
  public:
     AboutBox()
         : FullScreenDialog(std::wstring(text::LoadText(IDS_PROGRAM)), IDR_DONE),
-          info_(VersionInfo::Load(text::ResourceModule())) {
+          info_(text::VersionInfo::Load(text::ResourceModule())) {
         if (!info_) {
-            info_ = VersionInfo::Load(text::ProgramModule());
+            info_ = text::VersionInfo::Load(text::ProgramModule());
         }
     }
 
@@ -199,7 +199,7 @@ class AboutBox final : public ui::FullScreenDialog {
     HWND Contents() const override { return pane_ ? pane_->Handle() : nullptr; }
 
  private:
-    std::optional<VersionInfo> info_;
+    std::optional<text::VersionInfo> info_;
     std::optional<AboutPane> pane_;
 };
 

@@ -4,13 +4,13 @@
 #include <string_view>
 #include <utility>
 
-#include "app/pack_check.h"
 #include "app/settings.h"
 #include "faults/fault.h"
 #include "platform/files.h"
 #include "platform/handles.h"
 #include "platform/processes.h"
 #include "platform/registry.h"
+#include "text/pack/pack_check.h"
 #include "text/resources.h"
 
 namespace app {
@@ -25,8 +25,9 @@ constexpr size_t packSuffix = 8;
 constexpr DWORD valueLimit = 260;
 
 platform::UniqueModule LoadPack(const wchar_t* path) {
-    return platform::UniqueModule(
-        IsDamagedPack(path) ? nullptr : LoadLibraryExW(path, nullptr, LOAD_LIBRARY_AS_DATAFILE));
+    return platform::UniqueModule(text::IsDamagedPack(path)
+                                      ? nullptr
+                                      : LoadLibraryExW(path, nullptr, LOAD_LIBRARY_AS_DATAFILE));
 }
 
 std::wstring NameOf(const std::wstring& path) {

@@ -4,8 +4,8 @@
 
 #include "app/language.h"
 #include "app/settings.h"
-#include "app/version_info.h"
 #include "res/resource.h"
+#include "text/pack/version_info.h"
 #include "text/resources.h"
 #include "ui/dialog/action.h"
 #include "ui/dialog/form_rows.h"
@@ -77,14 +77,14 @@ class SettingsPage final : public ui::Page {
             pack = OpenPack(chosen);
         }
         const HINSTANCE module = own ? text::ProgramModule() : pack.Get();
-        std::optional<VersionInfo> info;
+        std::optional<text::VersionInfo> info;
         if (module) {
-            info = VersionInfo::Load(module);
+            info = text::VersionInfo::Load(module);
         }
         SetField(translator_, info, own ? L"CompanyName" : L"Translated");
         SetField(remark_, info, own ? L"" : L"TranslatedInfo");
     }
-    void SetField(ui::ValueRow* row, const std::optional<VersionInfo>& info,
+    void SetField(ui::ValueRow* row, const std::optional<text::VersionInfo>& info,
                   const wchar_t* key) const {
         std::optional<std::wstring> value;
         if (info) {

@@ -30,16 +30,9 @@ std::wstring_view LoadText(UINT id);
 // program does not give, or gives as another type, which the formatter could not survive.
 std::wstring_view LoadPattern(UINT id);
 
-// Whether every insert of `pattern` stands in `original` with the same type.
-bool InsertsFit(std::wstring_view pattern, std::wstring_view original);
-
 // Loads a menu from the language pack, else from the program (LoadMenuW). The caller owns it;
 // null when neither has it. A pack's menu that is damaged, or larger than a bar can show, counts
 // as missing.
 HMENU LoadMenuResource(UINT id);
-
-// Whether a menu resource is complete and stays within the limits of items and of submenus in one
-// another.
-bool IsSoundMenu(const uint8_t* bytes, size_t size);
 
 }  // namespace text

@@ -1,4 +1,5 @@
-#include "app/pack_check.h"
+#include "text/pack/pack_check.h"
+#include "text/pack/resource_checks.h"
 
 #include <cstring>
 
@@ -8,6 +9,7 @@
 #include "tests/app/language_fixture.h"
 #include "tests/support/crash.h"
 #include "text/format.h"
+#include "text/pack/resource_checks.h"
 #include "text/resources.h"
 #include "ui/paint/drawing_resources.h"
 
@@ -73,7 +75,7 @@ class HostilePacks : public LanguageFixture {
 
 TEST_F(HostilePacks, ThatAreWholeAreTaken) {
     const std::vector<BYTE> bytes = SoundPack();
-    EXPECT_TRUE(app::IsWholeModule(bytes.data(), bytes.size()));
+    EXPECT_TRUE(text::IsWholeModule(bytes.data(), bytes.size()));
     EXPECT_TRUE(LoadLanguage(german));
     EXPECT_EQ(Ok(), L"Gut");
 }
@@ -81,7 +83,7 @@ TEST_F(HostilePacks, ThatAreWholeAreTaken) {
 TEST_F(HostilePacks, CutOffAnywhereLeaveEnglish) {
     const std::vector<BYTE> bytes = SoundPack();
     for (size_t size = 0; size < bytes.size(); size += size < 0x600 ? 7 : 41) {
-        EXPECT_FALSE(app::IsWholeModule(bytes.data(), size)) << size;
+        EXPECT_FALSE(text::IsWholeModule(bytes.data(), size)) << size;
     }
     WritePack({bytes.begin(), bytes.begin() + 0x500});
     EXPECT_FALSE(LoadLanguage(german));
@@ -124,7 +126,7 @@ TEST_F(HostilePacks, WithADataAcrossTwoWordsLeaveEnglish) {
         if (word >= 0x1000 && word < 0x1000 + sound.size()) {
             std::vector<BYTE> bytes = sound;
             bytes[at] |= 2;
-            EXPECT_FALSE(app::IsWholeModule(bytes.data(), bytes.size())) << at;
+            EXPECT_FALSE(text::IsWholeModule(bytes.data(), bytes.size())) << at;
             ++moved;
         }
     }
@@ -137,11 +139,11 @@ TEST_F(HostilePacks, ThatSayTheyAreShorterThanTheyAreLeaveEnglish) {
     const auto header = reinterpret_cast<const IMAGE_NT_HEADERS*>(
         bytes.data() + reinterpret_cast<const IMAGE_DOS_HEADER*>(bytes.data())->e_lfanew);
     auto* const section = const_cast<IMAGE_SECTION_HEADER*>(IMAGE_FIRST_SECTION(header));
-    EXPECT_TRUE(app::IsWholeModule(bytes.data(), bytes.size()));
+    EXPECT_TRUE(text::IsWholeModule(bytes.data(), bytes.size()));
     section->Misc.VirtualSize = 0x80;
-    EXPECT_FALSE(app::IsWholeModule(bytes.data(), bytes.size()));
+    EXPECT_FALSE(text::IsWholeModule(bytes.data(), bytes.size()));
     section->Misc.VirtualSize = 0;
-    EXPECT_TRUE(app::IsWholeModule(bytes.data(), bytes.size()));
+    EXPECT_TRUE(text::IsWholeModule(bytes.data(), bytes.size()));
 }
 
 TEST_F(HostilePacks, ThatAreAnotherProgramLeaveEnglishWhereItHasNoText) {
@@ -196,7 +198,7 @@ TEST_F(HostilePacks, WithAMenuWithoutAnEndLeaveTheMenuEnglish) {
         {0, 0, 0, 0, 0x90, 0, 'D', 0, 0, 0},
     };
     for (const std::vector<BYTE>& menu : menus) {
-        EXPECT_FALSE(text::IsSoundMenu(menu.data(), menu.size()));
+        EXPECT_FALSE(text::IsSoundMenu({menu.data(), menu.size()}));
     }
     // As deep as a menu may be, and one deeper.
     for (const int popups : {3, 4}) {
@@ -205,14 +207,14 @@ TEST_F(HostilePacks, WithAMenuWithoutAnEndLeaveTheMenuEnglish) {
             nested.insert(nested.end(), {0x90, 0, 'D', 0, 0, 0});
         }
         nested.insert(nested.end(), {0x80, 0, 77, 0, 'D', 0, 0, 0});
-        EXPECT_EQ(text::IsSoundMenu(nested.data(), nested.size()), popups == 3);
+        EXPECT_EQ(text::IsSoundMenu({nested.data(), nested.size()}), popups == 3);
     }
     std::vector<BYTE> deep(4);
     for (int floor = 0; floor < 1000; ++floor) {
         deep.insert(deep.end(), {0x90, 0, 'D', 0, 0, 0});
     }
     deep.insert(deep.end(), {0x80, 0, 77, 0, 'D', 0, 0, 0});
-    EXPECT_FALSE(text::IsSoundMenu(deep.data(), deep.size()));
+    EXPECT_FALSE(text::IsSoundMenu({deep.data(), deep.size()}));
     ResourceModule(german)
         .Raw(4, IDR_FILES, deep)
         .Raw(4, IDR_SLIDE_BAR, menus[2])
@@ -248,11 +250,11 @@ TEST_F(HostilePacks, WithPicturesHigherThanAnyScreenLeaveTheProgramsPictures) {
 
 TEST_F(HostilePacks, ThatCannotBeReadWholeAreDamaged) {
     SoundPack();
-    EXPECT_FALSE(app::IsDamagedPack(PackPath().c_str()));
+    EXPECT_FALSE(text::IsDamagedPack(PackPath().c_str()));
     for (decltype(ReadFile)* const fault : {ReadAndFail, ReadLess}) {
         const PlatformHook<decltype(ReadFile)> hook("ReadFile", fault);
         readFile = hook.Original();
-        EXPECT_TRUE(app::IsDamagedPack(PackPath().c_str()));
+        EXPECT_TRUE(text::IsDamagedPack(PackPath().c_str()));
     }
 }
 
@@ -263,7 +265,7 @@ TEST_F(HostilePacks, AsLargeAsNoPackAreNotRead) {
         SetFilePointer(file.Get(), 64 * 1024 * 1024, nullptr, FILE_BEGIN);
         ASSERT_TRUE(SetEndOfFile(file.Get()));
     }
-    EXPECT_TRUE(app::IsDamagedPack(PackPath().c_str()));
+    EXPECT_TRUE(text::IsDamagedPack(PackPath().c_str()));
     EXPECT_FALSE(LoadLanguage(german));
     EXPECT_EQ(Ok(), L"Ok");
 }

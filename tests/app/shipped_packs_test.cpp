@@ -5,10 +5,11 @@
 #include <map>
 #include <set>
 
-#include "app/version_info.h"
 #include "platform/handles.h"
 #include "platform/strings.h"
 #include "res/resource.h"
+#include "text/pack/resource_checks.h"
+#include "text/pack/version_info.h"
 #include "text/resources.h"
 #include "ui/paint/clipped_text.h"
 #include "ui/paint/drawing_resources.h"
@@ -182,9 +183,9 @@ TEST_F(ShippedPacks, HaveTheCommandsOfTheProgramsMenus) {
 }
 
 TEST_F(ShippedPacks, TellTheirTranslatorAndTheProgramsVersion) {
-    const auto own = app::VersionInfo::Load(program);
+    const auto own = text::VersionInfo::Load(program);
     ForEach([&](LANGID language, HMODULE pack) {
-        const auto info = app::VersionInfo::Load(pack);
+        const auto info = text::VersionInfo::Load(pack);
         ASSERT_TRUE(info);
         EXPECT_FALSE(info->GetVersionString(L"Translated", language).value_or(L"").empty());
         EXPECT_FALSE(info->GetVersionString(L"TranslatedInfo", language).value_or(L"").empty());

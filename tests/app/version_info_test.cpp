@@ -1,17 +1,17 @@
-#include "app/version_info.h"
+#include "text/pack/version_info.h"
 
 #include "tests/app/language_fixture.h"
 #include "text/resources.h"
 
 using namespace test;
-using app::VersionInfo;
+using text::VersionInfo;
 
 namespace {
 
 using Bytes = std::vector<BYTE>;
 
 std::optional<VersionInfo> Parse(const Bytes& block) {
-    return VersionInfo::Parse(block.data(), block.size());
+    return VersionInfo::Parse({block.data(), block.size()});
 }
 
 Bytes German() {
@@ -65,8 +65,8 @@ TEST(VersionInfo, WithoutATableHasNoTexts) {
 
 TEST(VersionInfo, IsNoneWhenShortOrUnsigned) {
     Bytes block = German();
-    EXPECT_FALSE(VersionInfo::Parse(block.data(), 21));
-    EXPECT_FALSE(VersionInfo::Parse(block.data(), 0));
+    EXPECT_FALSE(VersionInfo::Parse({block.data(), 21}));
+    EXPECT_FALSE(VersionInfo::Parse({block.data(), 0}));
     block[40] ^= 1;
     EXPECT_FALSE(Parse(block));
 }
@@ -87,7 +87,7 @@ TEST(VersionInfo, WithLyingLengthsReadsNothingElse) {
             std::copy(sound.begin(), sound.end(), block);
             block[at] = static_cast<BYTE>(lie & 0xFF);
             block[at + 1] = static_cast<BYTE>(lie >> 8);
-            if (const auto info = VersionInfo::Parse(block, sound.size())) {
+            if (const auto info = VersionInfo::Parse({block, sound.size()})) {
                 const auto text = info->GetVersionString(L"Translated", german);
                 EXPECT_LE(text.value_or(L"").size(), sound.size() / 2);
             }

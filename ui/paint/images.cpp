@@ -4,6 +4,7 @@
 
 #include "platform/aygshell.h"
 #include "platform/drawing.h"
+#include "text/pack/resource_checks.h"
 #include "text/resources.h"
 #include "ui/paint/paint.h"
 #include "ui/window/window.h"
@@ -89,21 +90,8 @@ bool IsStatusKey(COLORREF pixel) {
 }  // namespace
 
 std::optional<uint32_t> StripHeight(HINSTANCE module, UINT id) {
-    constexpr DWORD heightOffset = 20;
-    // Pixels; what claims to be higher than any screen is not believed.
-    constexpr uint32_t highest = 4096;
     // Kept on purpose: docs/compatibility.md#png-as-gif
-    const HRSRC resource = FindResourceW(module, MAKEINTRESOURCEW(id), L"GIF");
-    const HGLOBAL loaded = resource ? LoadResource(module, resource) : nullptr;
-    const auto bytes = static_cast<const uint8_t*>(loaded ? LockResource(loaded) : nullptr);
-    if (!bytes || SizeofResource(module, resource) < heightOffset + 4) {
-        return std::nullopt;
-    }
-    uint32_t height = 0;
-    for (DWORD index = heightOffset; index < heightOffset + 4; ++index) {
-        height = height << 8 | bytes[index];
-    }
-    return height != 0 && height <= highest ? std::optional(height) : std::nullopt;
+    return text::PictureHeight(text::ResourceBytes(module, id, L"GIF"));
 }
 
 UINT ChooseStrip(HINSTANCE module, StripFamily family, unsigned iconSize) {

@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
-#include "platform/windows.h"
+#include "text/pack/byte_reader.h"
 
-namespace app {
+namespace text {
 
 class VersionInfo {
  public:
@@ -15,8 +15,8 @@ class VersionInfo {
     // (FindResourceW, LoadResource). None when there is no block that can be used.
     static std::optional<VersionInfo> Load(HINSTANCE module);
     // Reads a block in memory; the bytes are borrowed. Whatever a block says about its lengths,
-    // only bytes within `size` are read.
-    static std::optional<VersionInfo> Parse(const uint8_t* bytes, size_t size);
+    // nothing else is read.
+    static std::optional<VersionInfo> Parse(const ByteReader& bytes);
 
     // The text named `key` of a language's table, or of the first table where the language has
     // none; none when that table does not have it.
@@ -39,14 +39,12 @@ class VersionInfo {
     // The table of that key; else the one with the lowest key.
     Range TableOf(DWORD key) const;
     bool TableKey(const Node& table, DWORD* key) const;
-    WORD HalfAt(size_t at) const;
-    DWORD NumberAt(size_t at) const;
 
-    const uint8_t* bytes_ = nullptr;
+    ByteReader bytes_;
     // The tables of texts, each named by its language and code page.
     Range tables_;
     // What the block says of itself as a whole.
     Range variables_;
 };
 
-}  // namespace app
+}  // namespace text

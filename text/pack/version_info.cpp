@@ -1,8 +1,8 @@
-#include "app/version_info.h"
+#include "text/pack/version_info.h"
 
 #include <algorithm>
 
-namespace app {
+namespace text {
 
 namespace {
 
@@ -31,18 +31,15 @@ struct VersionInfo::Node {
 };
 
 std::optional<VersionInfo> VersionInfo::Load(HINSTANCE module) {
-    const HRSRC resource = FindResourceW(module, MAKEINTRESOURCEW(VS_VERSION_INFO), RT_VERSION);
-    const HGLOBAL loaded = resource ? LoadResource(module, resource) : nullptr;
-    const auto bytes = static_cast<const uint8_t*>(loaded ? LockResource(loaded) : nullptr);
-    return bytes ? Parse(bytes, SizeofResource(module, resource)) : std::nullopt;
+    return Parse(ResourceBytes(module, VS_VERSION_INFO, RT_VERSION));
 }
 
-std::optional<VersionInfo> VersionInfo::Parse(const uint8_t* bytes, size_t size) {
+std::optional<VersionInfo> VersionInfo::Parse(const ByteReader& bytes) {
     VersionInfo info;
     info.bytes_ = bytes;
     Node root;
-    if (size < smallestBlock || !info.ReadNode(0, size, &root) ||
-        root.valueEnd - root.value < sizeof(DWORD) || info.NumberAt(root.value) != fixedSignature) {
+    if (bytes.Size() < smallestBlock || !info.ReadNode(0, bytes.Size(), &root) ||
+        root.valueEnd - root.value < sizeof(DWORD) || bytes.Word(root.value) != fixedSignature) {
         return std::nullopt;
     }
     Node block;
@@ -60,20 +57,20 @@ bool VersionInfo::ReadNode(size_t at, size_t limit, Node* node) const {
     if (at > limit || limit - at < nodeHeader) {
         return false;
     }
-    const size_t length = HalfAt(at);
+    const size_t length = bytes_.Half(at);
     if (length < nodeHeader || length > limit - at) {
         return false;
     }
     node->end = at + length;
     node->name = at + nodeHeader;
     size_t nameEnd = node->name;
-    while (node->end - nameEnd >= sizeof(wchar_t) && HalfAt(nameEnd) != 0) {
+    while (node->end - nameEnd >= sizeof(wchar_t) && bytes_.Half(nameEnd) != 0) {
         nameEnd += sizeof(wchar_t);
     }
     node->nameLength = (nameEnd - node->name) / sizeof(wchar_t);
     node->value = std::min(Align(nameEnd + sizeof(wchar_t)), node->end);
-    const size_t units = HalfAt(at + 2);
-    const size_t valueSize = HalfAt(at + 4) == textType ? units * sizeof(wchar_t) : units;
+    const size_t units = bytes_.Half(at + 2);
+    const size_t valueSize = bytes_.Half(at + 4) == textType ? units * sizeof(wchar_t) : units;
     node->valueEnd = std::min(node->value + valueSize, node->end);
     node->children = std::min(Align(node->valueEnd), node->end);
     return true;
@@ -81,20 +78,11 @@ bool VersionInfo::ReadNode(size_t at, size_t limit, Node* node) const {
 
 bool VersionInfo::IsNamed(const Node& node, const wchar_t* name) const {
     for (size_t index = 0; index < node.nameLength; ++index) {
-        if (name[index] == 0 || HalfAt(node.name + index * sizeof(wchar_t)) != name[index]) {
+        if (name[index] == 0 || bytes_.Half(node.name + index * sizeof(wchar_t)) != name[index]) {
             return false;
         }
     }
     return name[node.nameLength] == 0;
-}
-
-// Characters and numbers are put together from bytes, which may stand anywhere.
-WORD VersionInfo::HalfAt(size_t at) const {
-    return static_cast<WORD>(bytes_[at] | bytes_[at + 1] << 8);
-}
-
-DWORD VersionInfo::NumberAt(size_t at) const {
-    return HalfAt(at) | static_cast<DWORD>(HalfAt(at + 2)) << 16;
 }
 
 // The number that a table's name spells in hexadecimal digits.
@@ -104,7 +92,7 @@ bool VersionInfo::TableKey(const Node& table, DWORD* key) const {
     }
     *key = 0;
     for (size_t index = 0; index < tableDigits; ++index) {
-        const int digit = HalfAt(table.name + index * sizeof(wchar_t));
+        const int digit = bytes_.Half(table.name + index * sizeof(wchar_t));
         const int lower = digit | 0x20;
         const bool decimal = digit >= L'0' && digit <= L'9';
         if (!decimal && (lower < L'a' || lower > L'f')) {
@@ -144,7 +132,7 @@ std::vector<DWORD> VersionInfo::Translations() const {
         for (size_t number = entry.value;
              IsNamed(entry, L"Translation") && number + sizeof(DWORD) <= entry.valueEnd;
              number += sizeof(DWORD)) {
-            found.push_back(NumberAt(number));
+            found.push_back(bytes_.Word(number));
         }
     }
     return found;
@@ -160,13 +148,13 @@ std::optional<std::wstring> VersionInfo::GetVersionString(const wchar_t* key,
         }
         std::wstring value;
         for (size_t from = entry.value;
-             entry.valueEnd - from >= sizeof(wchar_t) && HalfAt(from) != 0;
+             entry.valueEnd - from >= sizeof(wchar_t) && bytes_.Half(from) != 0;
              from += sizeof(wchar_t)) {
-            value += static_cast<wchar_t>(HalfAt(from));
+            value += static_cast<wchar_t>(bytes_.Half(from));
         }
         return value;
     }
     return std::nullopt;
 }
 
-}  // namespace app
+}  // namespace text

@@ -1,12 +1,13 @@
-#include "app/pack_check.h"
+#include "text/pack/pack_check.h"
 
 #include <algorithm>
 #include <memory>
 #include <new>
 
 #include "platform/handles.h"
+#include "text/pack/byte_reader.h"
 
-namespace app {
+namespace text {
 
 namespace {
 
@@ -29,7 +30,7 @@ constexpr unsigned folderFloors = 3;
 
 class ModuleReader {
  public:
-    ModuleReader(const uint8_t* bytes, size_t size) : bytes_(bytes), size_(size) {}
+    explicit ModuleReader(const ByteReader& bytes) : bytes_(bytes) {}
 
     bool IsWhole() {
         uint32_t header = 0;
@@ -67,15 +68,9 @@ class ModuleReader {
     }
 
  private:
-    bool Has(size_t offset, size_t length) const {
-        return offset <= size_ && length <= size_ - offset;
-    }
-    uint16_t Half(size_t offset) const {
-        return static_cast<uint16_t>(bytes_[offset] | bytes_[offset + 1] << 8);
-    }
-    uint32_t Word(size_t offset) const {
-        return Half(offset) | static_cast<uint32_t>(Half(offset + 2)) << 16;
-    }
+    bool Has(size_t offset, size_t length) const { return bytes_.Has(offset, length); }
+    uint16_t Half(size_t offset) const { return bytes_.Half(offset); }
+    uint32_t Word(size_t offset) const { return bytes_.Word(offset); }
     // Where bytes of the loaded image stand in the file; 0 when they do not.
     size_t OffsetOf(uint32_t address, size_t length) const {
         for (size_t index = 0; index < sectionCount_; ++index) {
@@ -146,8 +141,7 @@ class ModuleReader {
         return true;
     }
 
-    const uint8_t* bytes_;
-    size_t size_;
+    const ByteReader& bytes_;
     size_t sections_ = 0;
     size_t sectionCount_ = 0;
     size_t root_ = 0;
@@ -157,7 +151,7 @@ class ModuleReader {
 }  // namespace
 
 bool IsWholeModule(const uint8_t* bytes, size_t size) {
-    return ModuleReader(bytes, size).IsWhole();
+    return ModuleReader(ByteReader(bytes, size)).IsWhole();
 }
 
 bool IsDamagedPack(const wchar_t* path) {
@@ -176,4 +170,4 @@ bool IsDamagedPack(const wchar_t* path) {
            !IsWholeModule(bytes.get(), size);
 }
 
-}  // namespace app
+}  // namespace text

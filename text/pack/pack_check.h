@@ -6,7 +6,7 @@
 
 #include "platform/windows.h"
 
-namespace app {
+namespace text {
 
 // Whether the bytes of a module are all there: its sections lie in the file and its resources in
 // its sections. `size` is in bytes.
@@ -16,4 +16,4 @@ bool IsWholeModule(const uint8_t* bytes, size_t size);
 // pack. What cannot be opened at all, as a module in a handheld's ROM, is for the loader to judge.
 bool IsDamagedPack(const wchar_t* path);
 
-}  // namespace app
+}  // namespace text
