@@ -1,13 +1,13 @@
 #include "platform/toolhelp.h"
 
 #include <psapi.h>
-#include <tlhelp32.h>
 
 #include <algorithm>
 #include <string>
 
 #include "platform/desktop/paths.h"
 #include "platform/handles.h"
+#include "platform/snapshot_entries.h"
 
 namespace platform {
 
@@ -32,93 +32,32 @@ ULONG_PTR BaseOfProcess(DWORD processId) {
     return reinterpret_cast<ULONG_PTR>(executable);
 }
 
-// An entry as a walk begins with it.
-template <class Entry>
-Entry& Fresh(Entry& entry) {
-    entry = {};
-    entry.dwSize = sizeof entry;
-    return entry;
-}
-
-void Tell(const PROCESSENTRY32W& found, ProcessEntry* entry) {
-    entry->processId = found.th32ProcessID;
-    entry->threadCount = found.cntThreads;
-    entry->base = BaseOfProcess(found.th32ProcessID);
-    CopyText(entry->name, found.szExeFile);
-}
-
-void Tell(const MODULEENTRY32W& found, ModuleEntry* entry) {
-    entry->id = reinterpret_cast<ULONG_PTR>(found.hModule);
-    entry->base = reinterpret_cast<ULONG_PTR>(found.modBaseAddr);
-    entry->size = found.modBaseSize;
-    CopyText(entry->name, found.szModule);
-    CopyText(entry->path,
-             found.szExePath[0] ? desktop::FromImagePath(found.szExePath) : std::wstring());
-}
-
-template <class Found, class Entry>
-bool Told(BOOL stepped, const Found& found, Entry* entry) {
-    if (stepped) {
-        Tell(found, entry);
-    }
-    return stepped != FALSE;
-}
-
 }  // namespace
 
 void CloseSnapshot(HANDLE snapshot) {
     CloseHandle(snapshot);
 }
 
-bool ProcessOfThread(DWORD thread, DWORD* process) {
-    *process = 0;
-    const UniqueSnapshot snapshot(CreateToolhelp32Snapshot(TH32CS_SNAPTHREAD, 0));
-    if (!snapshot) {
-        return false;
-    }
-    THREADENTRY32 entry = {};
-    entry.dwSize = sizeof entry;
-    for (BOOL found = Thread32First(snapshot.Get(), &entry); found;
-         found = Thread32Next(snapshot.Get(), &entry)) {
-        if (entry.th32ThreadID == thread) {
-            *process = entry.th32OwnerProcessID;
-            return true;
-        }
-    }
-    return GetLastError() == ERROR_NO_MORE_FILES;
-}
-
-struct Snapshot::Entries {
-    PROCESSENTRY32W process;
-    MODULEENTRY32W module;
-};
-
 // The list of heaps is never asked for: Wine has none. A snapshot of processes stands for it.
-Snapshot::Snapshot(Kind kind, DWORD processId)
-    : entries_(std::make_unique<Entries>()),
-      snapshot_(CreateToolhelp32Snapshot(
-          kind == Kind::Modules ? TH32CS_SNAPMODULE : TH32CS_SNAPPROCESS, processId)) {}
-
-Snapshot::~Snapshot() = default;
-
-bool Snapshot::First(ProcessEntry* entry) const {
-    PROCESSENTRY32W& found = Fresh(entries_->process);
-    return Told(Process32FirstW(Handle(), &found), found, entry);
+HANDLE TakeSnapshot(Snapshot::Kind kind, DWORD processId) {
+    return CreateToolhelp32Snapshot(
+        kind == Snapshot::Kind::Modules ? TH32CS_SNAPMODULE : TH32CS_SNAPPROCESS, processId);
 }
 
-bool Snapshot::Next(ProcessEntry* entry) const {
-    PROCESSENTRY32W& found = entries_->process;
-    return Told(Process32NextW(Handle(), &found), found, entry);
+void Describe(const PROCESSENTRY32& found, ProcessEntry* entry) {
+    entry->processId = found.th32ProcessID;
+    entry->threadCount = found.cntThreads;
+    entry->base = BaseOfProcess(found.th32ProcessID);
+    CopyText(entry->name, found.szExeFile);
 }
 
-bool Snapshot::First(ModuleEntry* entry) const {
-    MODULEENTRY32W& found = Fresh(entries_->module);
-    return Told(Module32FirstW(Handle(), &found), found, entry);
-}
-
-bool Snapshot::Next(ModuleEntry* entry) const {
-    MODULEENTRY32W& found = entries_->module;
-    return Told(Module32NextW(Handle(), &found), found, entry);
+void Describe(const MODULEENTRY32& found, ModuleEntry* entry) {
+    entry->id = reinterpret_cast<ULONG_PTR>(found.hModule);
+    entry->base = reinterpret_cast<ULONG_PTR>(found.modBaseAddr);
+    entry->size = found.modBaseSize;
+    CopyText(entry->name, found.szModule);
+    CopyText(entry->path,
+             found.szExePath[0] ? desktop::FromImagePath(found.szExePath) : std::wstring());
 }
 
 struct SnapshotHeaps::Walk {
