@@ -147,8 +147,7 @@ class AboutPane final : public ui::Window {
         AddField(block, L"LegalCopyright", base, infoColor);
         AddField(block, L"CompanyName", base, linkColor);
         if (info_.GetVersionString(L"Translated", text::Language())) {
-            block.Add(std::wstring(text::LoadText(IDS_TRANSLATED_BY)), base,
-                      GetSysColor(COLOR_WINDOWTEXT));
+            block.Add(text::TextOf(IDS_TRANSLATED_BY), base, GetSysColor(COLOR_WINDOWTEXT));
             AddField(block, L"Translated", base, infoColor);
             AddField(block, L"TranslatedInfo", base, linkColor);
         }
@@ -178,7 +177,7 @@ class AboutPane final : public ui::Window {
 class AboutBox final : public ui::FullScreenDialog {
  public:
     AboutBox()
-        : FullScreenDialog(std::wstring(text::LoadText(IDS_PROGRAM)), IDR_DONE),
+        : FullScreenDialog(text::TextOf(IDS_PROGRAM), IDR_DONE),
           info_(text::VersionInfo::Load(text::ResourceModule())) {
         if (!info_) {
             info_ = text::VersionInfo::Load(text::ProgramModule());

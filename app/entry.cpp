@@ -37,8 +37,7 @@ int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, wchar_t*, int showCommand) {
     try {
         RunProgram(instance, showCommand);
     } catch (...) {
-        constexpr UINT ok = IDS_BUTTON_OK;
-        ui::ShowMessage(nullptr, ui::TextOfCurrentException(), IDS_EXECUTION_FAILED, 1, &ok, 0);
+        ui::ShowNotice(nullptr, ui::TextOfCurrentException(), IDS_EXECUTION_FAILED, IDS_BUTTON_OK);
     }
     // Kept on purpose: docs/compatibility.md#exit-code
     return 0;

@@ -1,6 +1,7 @@
 #include "app/language_menu.h"
 
 #include "app/language.h"
+#include "faults/fault.h"
 #include "res/resource.h"
 #include "text/resources.h"
 #include "ui/popup/menu_items.h"
@@ -51,6 +52,34 @@ size_t FillLanguageMenu(HMENU languageMenu) {
         ++position;
     }
     return choices.size();
+}
+
+void LanguageMenu::Update(HMENU menu) {
+    const HMENU languages = FindLanguageMenu(menu);
+    if (!languages) {
+        return;
+    }
+    size_t count = 0;
+    try {
+        count = FillLanguageMenu(languages);
+    } catch (const faults::Fault&) {
+        // The settings dialog tells why the languages cannot be listed.
+        filled_ = nullptr;
+        return;
+    }
+    filled_ = languages;
+    ui::MenuItem item;
+    for (UINT position = 0; ui::ReadMenuItem(menu, position, &item); ++position) {
+        if (item.submenu == languages) {
+            EnableMenuItem(menu, position,
+                           static_cast<UINT>(MF_BYPOSITION | (count > 1 ? MF_ENABLED : MF_GRAYED)));
+        }
+    }
+}
+
+std::optional<LANGID> LanguageMenu::Choice(HMENU barMenu, WORD command) const {
+    const HMENU menu = FindLanguageMenu(barMenu);
+    return menu && menu == filled_ ? LanguageOfCommand(menu, command) : std::nullopt;
 }
 
 std::optional<LANGID> LanguageOfCommand(HMENU languageMenu, WORD command) {

@@ -7,6 +7,20 @@
 
 namespace app {
 
+// The languages of the bar's menu, which follow the packs each time that the menu opens.
+class LanguageMenu {
+ public:
+    // Fills the languages in where `menu`, which is about to open, has them; one alone is no
+    // choice.
+    void Update(HMENU menu);
+    // The language of a command of the bar's menu; none when that has not been filled.
+    std::optional<LANGID> Choice(HMENU barMenu, WORD command) const;
+
+ private:
+    // Null while the bar's menu is as loaded.
+    HMENU filled_ = nullptr;
+};
+
 // The submenu of `menu`, at any depth, that holds the language commands; null when there is none.
 HMENU FindLanguageMenu(HMENU menu);
 

@@ -19,7 +19,6 @@
 #include "ui/paint/drawing_resources.h"
 #include "ui/paint/paint.h"
 #include "ui/paint/screen_metrics.h"
-#include "ui/popup/menu_items.h"
 #include "ui/window/held_fault.h"
 #include "views/apps/applications_view.h"
 #include "views/display_flags.h"
@@ -61,8 +60,8 @@ MainFrame::~MainFrame() {
 
 bool MainFrame::Open() {
     const RECT anywhere = {CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT};
-    return Create(mainWindowClass, std::wstring(text::LoadText(IDS_PROGRAM)).c_str(),
-                  WS_CLIPCHILDREN, anywhere, nullptr);
+    return Create(mainWindowClass, text::TextOf(IDS_PROGRAM).c_str(), WS_CLIPCHILDREN, anywhere,
+                  nullptr);
 }
 
 std::unique_ptr<views::View> MainFrame::MakeView(ViewIndex view) {
@@ -224,34 +223,8 @@ void MainFrame::UpdateSlideBar() {
     InvalidateRect(slideBar_.Handle(), nullptr, FALSE);
 }
 
-// Follows the languages each time that the menu opens: packs may have come or gone.
-void MainFrame::UpdateLanguages(HMENU menu) {
-    const HMENU languages = FindLanguageMenu(menu);
-    if (!languages) {
-        return;
-    }
-    size_t count = 0;
-    try {
-        count = FillLanguageMenu(languages);
-    } catch (const faults::Fault&) {
-        // The settings dialog tells why the languages cannot be listed.
-        languageMenu_ = nullptr;
-        return;
-    }
-    languageMenu_ = languages;
-    ui::MenuItem item;
-    for (UINT position = 0; ui::ReadMenuItem(menu, position, &item); ++position) {
-        if (item.submenu == languages) {
-            EnableMenuItem(menu, position,
-                           static_cast<UINT>(MF_BYPOSITION | (count > 1 ? MF_ENABLED : MF_GRAYED)));
-        }
-    }
-}
-
 void MainFrame::ChooseLanguage(WORD command) {
-    const HMENU menu = FindLanguageMenu(bar_.Menu());
-    const std::optional<LANGID> language =
-        menu && menu == languageMenu_ ? LanguageOfCommand(menu, command) : std::optional<LANGID>();
+    const std::optional<LANGID> language = languages_.Choice(bar_.Menu(), command);
     if (!language) {
         return;
     }
@@ -260,8 +233,8 @@ void MainFrame::ChooseLanguage(WORD command) {
         return;
     }
     // Kept on purpose: docs/compatibility.md#language-question
-    if (MessageBoxW(Handle(), std::wstring(text::LoadText(IDS_ASK_RESTART)).c_str(),
-                    std::wstring(text::LoadText(IDS_LANGUAGE_CHANGED)).c_str(),
+    if (MessageBoxW(Handle(), text::TextOf(IDS_ASK_RESTART).c_str(),
+                    text::TextOf(IDS_LANGUAGE_CHANGED).c_str(),
                     MB_YESNO | MB_ICONQUESTION) == IDYES) {
         RequestRestart();
     }
@@ -271,9 +244,8 @@ void MainFrame::ChangeSettings() {
     if (!ShowSettings(Handle())) {
         return;
     }
-    constexpr UINT buttons[] = {IDS_BUTTON_YES, IDS_BUTTON_NO};
-    if (ui::ShowMessage(Handle(), std::wstring(text::LoadText(IDS_ASK_RESTART)),
-                        IDS_LANGUAGE_CHANGED, 2, buttons, 0) == IDS_BUTTON_YES) {
+    if (ui::Confirm(Handle(), text::TextOf(IDS_ASK_RESTART), ui::DefaultButton::Yes,
+                    IDS_LANGUAGE_CHANGED)) {
         RequestRestart();
     }
 }
@@ -445,7 +417,7 @@ LRESULT MainFrame::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
             break;
         case WM_INITMENUPOPUP:
             UpdateMenu();
-            UpdateLanguages(reinterpret_cast<HMENU>(wParam));
+            languages_.Update(reinterpret_cast<HMENU>(wParam));
             return 0;
         case WM_COMMAND:
             OnCommand(LOWORD(wParam));

@@ -5,6 +5,7 @@
 #include <array>
 #include <memory>
 
+#include "app/language_menu.h"
 #include "app/view_pane.h"
 #include "ui/bar/command_bar.h"
 #include "ui/bar/slide_bar.h"
@@ -72,8 +73,6 @@ class MainFrame : public ui::Window, public views::Frame, private PaneOwner {
     // Brings the bar's menu up to date: what is enabled and what is checked.
     void UpdateMenu();
     void UpdateSlideBar();
-    // Fills the languages in where `menu` holds them.
-    void UpdateLanguages(HMENU menu);
     void ChooseLanguage(WORD command);
     void ChangeSettings();
     void ShowAboutBox();
@@ -92,8 +91,7 @@ class MainFrame : public ui::Window, public views::Frame, private PaneOwner {
     views::HiddenAppList hiddenApps_;
     std::optional<views::AppCloser> closer_;
     DWORD flags_ = 0;
-    // The filled language menu of the bar's menu; null while that one is as loaded.
-    HMENU languageMenu_ = nullptr;
+    LanguageMenu languages_;
     int bandHeight_ = 0;
     // Whether creation has succeeded; only then is anything saved.
     bool open_ = false;

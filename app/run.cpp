@@ -48,7 +48,7 @@ int RunMainFrame(Module& module, HANDLE event, int showCommand) {
     platform::ScopeExit faultPasses(ForgetTheFramesEnd);
     MainFrame frame;
     if (!frame.Open()) {
-        throw faults::Fault(std::wstring(text::LoadText(IDS_CANNOT_CREATE_MAIN_WINDOW)));
+        throw faults::Fault(text::TextOf(IDS_CANNOT_CREATE_MAIN_WINDOW));
     }
     if (!platform::SignalEvent(event)) {
         throw faults::W32Fault();

@@ -64,7 +64,7 @@ class SettingsPage final : public ui::Page {
 
  private:
     void AddLabel(UINT label, ui::ValueRow** row) {
-        auto added = std::make_unique<ui::ValueRow>(std::wstring(text::LoadText(label)), L"");
+        auto added = std::make_unique<ui::ValueRow>(text::TextOf(label), L"");
         *row = added.get();
         List().AddRow(std::move(added));
     }

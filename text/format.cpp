@@ -32,7 +32,7 @@ size_t DecimalSeparator(const std::wstring& number) {
 }
 
 std::wstring WithUnit(const std::wstring& number, UINT unit) {
-    return Format(L"%1 %2", number, std::wstring(LoadText(unit)));
+    return Format(L"%1 %2", number, TextOf(unit));
 }
 
 }  // namespace
@@ -102,7 +102,7 @@ std::wstring FormatSizeWithBytes(uint64_t bytes) {
         return size;
     }
     return Format(L"%1 (%2 %3)", size, FormatInteger(static_cast<int64_t>(bytes)),
-                  std::wstring(LoadText(IDS_BYTES)));
+                  TextOf(IDS_BYTES));
 }
 
 std::wstring FormatFileTime(const FILETIME& time, Seconds seconds) {

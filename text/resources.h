@@ -26,6 +26,11 @@ HINSTANCE SetResourceModule(HINSTANCE module, LANGID language);
 // module has it. Not NUL-terminated (LoadStringW). Never fails.
 std::wstring_view LoadText(UINT id);
 
+// The same as a string of its own.
+inline std::wstring TextOf(UINT id) {
+    return std::wstring(LoadText(id));
+}
+
 // The same for a text with inserts: the program's own when the pack's names an insert that the
 // program does not give, or gives as another type, which the formatter could not survive.
 std::wstring_view LoadPattern(UINT id);

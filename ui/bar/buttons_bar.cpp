@@ -62,7 +62,7 @@ bool ButtonsBar::Open(HWND parent) {
 }
 
 void ButtonsBar::AddButton(UINT id) {
-    buttons_.push_back(Button{id, std::wstring(text::LoadText(id))});
+    buttons_.push_back(Button{id, text::TextOf(id)});
     Measure();
 }
 

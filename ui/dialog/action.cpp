@@ -10,7 +10,7 @@ std::wstring TextOfCurrentException() {
     } catch (const faults::ErrorMessage::IFaultBase& fault) {
         return faults::FullText(fault);
     } catch (...) {
-        return std::wstring(text::LoadText(IDS_UNEXPECTED_ERROR));
+        return text::TextOf(IDS_UNEXPECTED_ERROR);
     }
 }
 

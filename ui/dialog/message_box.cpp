@@ -84,7 +84,7 @@ RECT MessageBoxDialog::WorkArea() const {
 }
 
 bool MessageBoxDialog::SetUp() {
-    SetWindowTextW(Handle(), std::wstring(text::LoadText(title_)).c_str());
+    SetWindowTextW(Handle(), text::TextOf(title_).c_str());
     if (!bar_.Open(Handle())) {
         return false;
     }
@@ -271,6 +271,16 @@ int ShowMessage(HWND owner, const std::wstring& text, UINT title, unsigned butto
     }
     box.SetDefaultButton(defaultButton);
     return static_cast<int>(RunDialog(owner, box));
+}
+
+bool Confirm(HWND owner, const std::wstring& question, DefaultButton defaultButton, UINT title) {
+    constexpr UINT yesNo[] = {IDS_BUTTON_YES, IDS_BUTTON_NO};
+    return ShowMessage(owner, question, title, 2, yesNo, static_cast<unsigned>(defaultButton)) ==
+           IDS_BUTTON_YES;
+}
+
+void ShowNotice(HWND owner, const std::wstring& text, UINT title, UINT button) {
+    ShowMessage(owner, text, title, 1, &button, 0);
 }
 
 int ShowError(HWND owner, const std::wstring& text) {

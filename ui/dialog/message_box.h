@@ -4,6 +4,7 @@
 #include <string>
 
 #include "platform/windows.h"
+#include "res/resource.h"
 
 namespace ui {
 
@@ -19,6 +20,16 @@ inline constexpr unsigned noDefaultButton = ~0u;
 // Closed without a button, or without room for it, the box ends with messageNotShown.
 int ShowMessage(HWND owner, const std::wstring& text, UINT title, unsigned buttonCount,
                 const UINT* buttonIds, unsigned defaultButton);
+
+// The button that Enter presses, of those that a question has.
+enum class DefaultButton { Yes, No };
+
+// Asks a question with "Yes" and "No"; whether "Yes" was pressed.
+bool Confirm(HWND owner, const std::wstring& question, DefaultButton defaultButton,
+             UINT title = IDS_WARNING);
+
+// Shows a text with one button.
+void ShowNotice(HWND owner, const std::wstring& text, UINT title, UINT button);
 
 // An error with the single button "Ok".
 int ShowError(HWND owner, const std::wstring& text);

@@ -10,7 +10,7 @@
 
 namespace ui {
 
-Page::Page(UINT caption, UINT bar) : FullScreenDialog(std::wstring(text::LoadText(caption)), bar) {}
+Page::Page(UINT caption, UINT bar) : FullScreenDialog(text::TextOf(caption), bar) {}
 
 bool Page::OpenContents() {
     if (!list_.Open(Handle(), RECT{}, 1)) {

@@ -11,7 +11,7 @@
 #include "views/apps/hidden_app_list.h"
 #include "views/apps/running_apps.h"
 #include "views/apps/window_page.h"
-#include "views/raised.h"
+#include "views/auto_reset.h"
 
 namespace views {
 
@@ -20,13 +20,6 @@ namespace {
 // Kept on purpose: docs/compatibility.md#apps-keys
 constexpr WPARAM keyStopAll = L'0';
 constexpr WPARAM keyStop = L'8';
-
-// "No" is the default.
-bool Asked(HWND owner, UINT question) {
-    static constexpr UINT yesNo[] = {IDS_BUTTON_YES, IDS_BUTTON_NO};
-    return ui::ShowMessage(owner, std::wstring(text::LoadText(question)), IDS_WARNING, 2, yesNo,
-                           1) == IDS_BUTTON_YES;
-}
 
 }  // namespace
 
@@ -108,7 +101,7 @@ void ApplicationsView::Refresh() {
 
 void ApplicationsView::Enumerate(HWND selected) {
     const platform::WaitCursor cursor;
-    const Raised enumerating(enumerating_);
+    const AutoReset enumerating(enumerating_);
     ui::RowList<AppItem>::Rows rows;
     try {
         FindRunningApps(GetFrame().Closer(), GetFrame().Flags(),
@@ -154,7 +147,8 @@ void ApplicationsView::Stop() {
             return;
         }
         if (GetFrame().Closer().IsClosableApp(window, AppName(window)) ||
-            Asked(GetFrame().MainWindow(), IDS_ASK_STOP)) {
+            ui::Confirm(GetFrame().MainWindow(), text::TextOf(IDS_ASK_STOP),
+                        ui::DefaultButton::No)) {
             StopNow(window);
         }
         // Kept on purpose: docs/compatibility.md#stop-forgets-selection
@@ -172,7 +166,7 @@ void ApplicationsView::StopNow(HWND window) {
 }
 
 void ApplicationsView::StopAll() {
-    if (!Asked(list_.Handle(), IDS_ASK_STOP_ALL)) {
+    if (!ui::Confirm(list_.Handle(), text::TextOf(IDS_ASK_STOP_ALL), ui::DefaultButton::No)) {
         return;
     }
     const platform::WaitCursor cursor;

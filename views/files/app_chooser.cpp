@@ -31,8 +31,7 @@ class AppChooser final : public ui::FullScreenDialog,
     static constexpr wchar_t listClass[] = L"kx::ChooserList";
 
     explicit AppChooser(Frame& frame)
-        : FullScreenDialog(std::wstring(text::LoadText(IDS_OPEN_FILE)), IDR_OPEN_FILE),
-          frame_(frame) {}
+        : FullScreenDialog(text::TextOf(IDS_OPEN_FILE), IDR_OPEN_FILE), frame_(frame) {}
 
     const std::wstring& Chosen() const { return chosen_; }
     // Whether there is what a command needs.
@@ -103,8 +102,7 @@ void AppChooser::AddCancel() {
     ui::MenuItem item;
     const UINT last = ui::MenuItemCount(Bar().Menu()) - 1;
     if (ui::ReadMenuItem(Bar().Menu(), last, &item) && item.submenu) {
-        AppendMenuW(item.submenu, MF_STRING, IDCANCEL,
-                    std::wstring(text::LoadText(IDS_BUTTON_CANCEL)).c_str());
+        AppendMenuW(item.submenu, MF_STRING, IDCANCEL, text::TextOf(IDS_BUTTON_CANCEL).c_str());
     }
 }
 

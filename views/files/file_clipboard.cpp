@@ -132,7 +132,7 @@ TransferAnswer FileClipboard::PasteOne(FileTransfer& transfer, const std::wstrin
     const std::wstring name(NameOfPath(source));
     const std::optional<std::wstring> target = PasteTarget(list_.Folder(), source, attributes);
     if (!target) {
-        ui::ShowError(Owner(), std::wstring(text::LoadText(IDS_INTO_ITSELF)));
+        ui::ShowError(Owner(), text::TextOf(IDS_INTO_ITSELF));
         return answerGoAhead;
     }
     const std::wstring& destination = *target;

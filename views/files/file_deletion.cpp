@@ -16,7 +16,6 @@ namespace {
 // The longest path that the system finds an entry by, in characters.
 constexpr size_t longestPath = MAX_PATH - 1;
 
-constexpr UINT yesNo[] = {IDS_BUTTON_YES, IDS_BUTTON_NO};
 constexpr UINT yesNoCancel[] = {IDS_BUTTON_YES, IDS_BUTTON_NO, IDS_BUTTON_CANCEL};
 
 bool IsInUse(HRESULT result) {
@@ -31,11 +30,6 @@ bool SaysGone(HRESULT result) {
 
 HRESULT LastResult() {
     return faults::ResultFromError(GetLastError());
-}
-
-bool Confirmed(HWND owner, const std::wstring& question) {
-    // Kept on purpose: docs/compatibility.md#delete-defaults-to-yes
-    return ui::ShowMessage(owner, question, IDS_WARNING, 2, yesNo, 0) == IDS_BUTTON_YES;
 }
 
 }  // namespace
@@ -81,7 +75,7 @@ void FileDeletion::DeleteRow(unsigned row) {
     } else {
         const bool folder = (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
         const UINT question = folder ? IDS_ASK_DELETE_FOLDER : IDS_ASK_DELETE_FILE;
-        if (!Confirmed(Owner(), text::FormatText(question, path))) {
+        if (!ui::Confirm(Owner(), text::FormatText(question, path), ui::DefaultButton::Yes)) {
             return;
         }
         result = Remove(path, attributes);
@@ -141,7 +135,8 @@ void FileDeletion::DeleteMarked() {
         paths.push_back(list_.Folder() + L'\\' + list_.ItemAt(row).name);
     }
     const auto count = static_cast<int>(paths.size());
-    if (Confirmed(Owner(), text::FormatText(IDS_ASK_DELETE_SEVERAL, count))) {
+    if (ui::Confirm(Owner(), text::FormatText(IDS_ASK_DELETE_SEVERAL, count),
+                    ui::DefaultButton::Yes)) {
         DeletePaths(paths);
     }
 }

@@ -132,7 +132,7 @@ NameParts SplitForCopy(const std::wstring& name, bool folder) {
 }
 
 std::wstring UniqueFolderName(const std::wstring& folder) {
-    std::wstring name = Formatted(std::wstring(text::LoadText(IDS_NEW_FOLDER)));
+    std::wstring name = Formatted(text::TextOf(IDS_NEW_FOLDER));
     for (int number = 1; Exists(folder + L'\\' + name); ++number) {
         if (number > lastNumber) {
             ThrowNoNameLeft();

@@ -1,6 +1,7 @@
 #include "views/files/files_view.h"
 
 #include "faults/fault.h"
+#include "platform/scope_exit.h"
 #include "res/resource.h"
 #include "text/format.h"
 #include "ui/dialog/action.h"
@@ -254,20 +255,17 @@ int FilesView::EditName(unsigned row, std::wstring* name) {
     }
     UpdateWindow(rows.Handle());
     // The bar and the view are as before on every way out.
-    struct Editing {
-        FilesView& view;
-        ~Editing() {
-            view.editor_ = nullptr;
-            try {
-                if (view.browser_.Rows().Handle()) {
-                    view.GetFrame().Bar().LoadBar(IDR_FILES);
-                    view.GetFrame().MenuStateChanged();
-                }
-            } catch (...) {
-                ui::HoldException();
+    const platform::ScopeExit restoration([this] {
+        editor_ = nullptr;
+        try {
+            if (browser_.Rows().Handle()) {
+                GetFrame().Bar().LoadBar(IDR_FILES);
+                GetFrame().MenuStateChanged();
             }
+        } catch (...) {
+            ui::HoldException();
         }
-    } editing{*this};
+    });
     GetFrame().Bar().LoadBar(IDR_DONE_CANCEL);
     ui::RowEditor editor(rows.Handle(), GetFrame().Bar().Handle(), browser_.Look().NameArea(area),
                          ui::Fonts().Base(), *name,

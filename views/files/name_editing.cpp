@@ -1,6 +1,7 @@
 #include "views/files/name_editing.h"
 
 #include "faults/fault.h"
+#include "platform/scope_exit.h"
 #include "res/resource.h"
 #include "text/format.h"
 #include "ui/dialog/action.h"
@@ -38,9 +39,8 @@ void NameEditing::RenameRow(unsigned row) {
     std::wstring name = oldName;
     while (list_.EditName(row, &name) == IDOK) {
         if (name.empty()) {
-            constexpr UINT ok = IDS_BUTTON_OK;
             // Kept on purpose: docs/compatibility.md#untranslated-texts
-            ui::ShowMessage(Owner(), L"Please, specify not empty filename", IDS_ERROR, 1, &ok, 0);
+            ui::ShowError(Owner(), L"Please, specify not empty filename");
             name = oldName;
             continue;
         }
@@ -72,21 +72,16 @@ void NameEditing::MakeFolder() {
     FileItemOwner provisional = MakeFileItem(name, attributes, FILETIME{}, 0);
     provisional->iconIndex = IconOf(name, attributes, SHGFI_USEFILEATTRIBUTES);
     const FileItemOwner probe = MakeFileItem(name, attributes, FILETIME{}, 0);
-    // The row stands for a folder that does not exist yet and goes on every way out.
-    struct Provisional {
-        EntryRows& rows;
-        const FileItem& item;
-        ~Provisional() {
+    std::wstring path;
+    {
+        // The row stands for a folder that does not exist yet and goes on every way out.
+        const platform::ScopeExit removal([&] {
             try {
-                rows.Remove(item);
+                rows_.Remove(*probe);
             } catch (...) {
                 ui::HoldException();
             }
-        }
-    };
-    std::wstring path;
-    {
-        const Provisional goes{rows_, *probe};
+        });
         const unsigned row = list_.InsertRow(std::move(provisional));
         if (list_.EditName(row, &name) != IDOK) {
             return;

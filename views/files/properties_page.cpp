@@ -30,7 +30,7 @@ constexpr AttributeLine attributeLines[] = {
 };
 
 std::wstring OrUnknown(const std::wstring& text) {
-    return text.empty() ? std::wstring(text::LoadText(IDS_UNKNOWN)) : text;
+    return text.empty() ? text::TextOf(IDS_UNKNOWN) : text;
 }
 
 class PropertiesPage final : public ui::Page {
@@ -59,8 +59,7 @@ class PropertiesPage final : public ui::Page {
         AddValue(IDS_ATTRIBUTES, std::wstring());
         for (const AttributeLine& line : attributeLines) {
             list.AddRow(std::make_unique<ui::CheckRow>(
-                std::wstring(text::LoadText(line.label)),
-                (properties_.data.dwFileAttributes & line.bit) != 0));
+                text::TextOf(line.label), (properties_.data.dwFileAttributes & line.bit) != 0));
         }
     }
 
@@ -73,8 +72,8 @@ class PropertiesPage final : public ui::Page {
         }
     }
     void AddValue(UINT label, std::wstring value) {
-        List().AddRow(std::make_unique<ui::ValueRow>(std::wstring(text::LoadText(label)),
-                                                     std::move(value), labelWidth_));
+        List().AddRow(
+            std::make_unique<ui::ValueRow>(text::TextOf(label), std::move(value), labelWidth_));
     }
     void AddTime(UINT label, const FILETIME& time) {
         AddValue(label, text::FormatFileTime(time, text::Seconds::With));

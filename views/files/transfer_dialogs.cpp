@@ -10,7 +10,6 @@ namespace views {
 
 namespace {
 
-constexpr UINT yesNo[] = {IDS_BUTTON_YES, IDS_BUTTON_NO};
 constexpr UINT yesNoCancel[] = {IDS_BUTTON_YES, IDS_BUTTON_NO, IDS_BUTTON_CANCEL};
 
 }  // namespace
@@ -28,11 +27,10 @@ TransferAnswer TransferDialogs::AskConflict(const std::wstring& name, bool folde
 }
 
 void TransferDialogs::TellOtherKind(const std::wstring& name, bool sourceIsFolder) {
-    constexpr UINT cancel = IDS_BUTTON_CANCEL;
-    ui::ShowMessage(
+    ui::ShowNotice(
         Owner(),
         text::FormatText(sourceIsFolder ? IDS_FILE_IN_THE_WAY : IDS_FOLDER_IN_THE_WAY, name),
-        IDS_WARNING, 1, &cancel, 0);
+        IDS_WARNING, IDS_BUTTON_CANCEL);
 }
 
 TransferAnswer TransferDialogs::AskAfterFailure(const std::wstring& source,
@@ -44,11 +42,9 @@ TransferAnswer TransferDialogs::AskAfterFailure(const std::wstring& source,
     const std::wstring text =
         text::Format(pattern, source, destination, ui::TextOfCurrentException());
     if (entry == FailedEntry::Link) {
-        return ui::ShowMessage(Owner(), text, IDS_WARNING, 2, yesNo, 0) == IDS_BUTTON_YES
-                   ? answerSkip
-                   : answerStop;
+        return ui::Confirm(Owner(), text, ui::DefaultButton::Yes) ? answerSkip : answerStop;
     }
-    const std::wstring caption(text::LoadText(IDS_WARNING));
+    const std::wstring caption = text::TextOf(IDS_WARNING);
     const platform::ArrowCursor arrow;
     // Kept on purpose: docs/compatibility.md#skip-box
     // The box has no Yes: whatever is answered stops the transfer.

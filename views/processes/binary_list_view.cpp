@@ -2,7 +2,7 @@
 
 #include "platform/handles.h"
 #include "ui/dialog/action.h"
-#include "views/raised.h"
+#include "views/auto_reset.h"
 
 namespace views {
 
@@ -35,7 +35,7 @@ void BinaryListView::Refresh() {
 }
 
 void BinaryListView::RefreshAndSelect(ULONG_PTR id) {
-    const Raised refreshing(refreshing_);
+    const AutoReset refreshing(refreshing_);
     ui::RunAction(GetFrame().MainWindow(), kind_.failed, [this, id] { Enumerate(id); });
 }
 

@@ -113,7 +113,7 @@ class InfoPage final : public ui::Page {
     }
 
  private:
-    static std::wstring Label(UINT text) { return std::wstring(text::LoadText(text)); }
+    static std::wstring Label(UINT text) { return text::TextOf(text); }
 
     const ProcessInfo& info_;
 };

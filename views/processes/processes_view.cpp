@@ -99,10 +99,8 @@ std::unique_ptr<BinaryItem> ProcessesView::MakeItem(const platform::ProcessEntry
 
 void ProcessesView::Kill() {
     const DWORD processId = SelectedProcess();
-    static constexpr UINT yesNo[] = {IDS_BUTTON_YES, IDS_BUTTON_NO};
     ui::RunAction(GetFrame().MainWindow(), IDS_CANNOT_KILL, [this, processId] {
-        if (ui::ShowMessage(List().Handle(), std::wstring(text::LoadText(IDS_ASK_KILL)),
-                            IDS_WARNING, 2, yesNo, 1) == IDS_BUTTON_YES) {
+        if (ui::Confirm(List().Handle(), text::TextOf(IDS_ASK_KILL), ui::DefaultButton::No)) {
             EndProcess(processId);
         }
     });
@@ -110,13 +108,12 @@ void ProcessesView::Kill() {
 
 void ProcessesView::EndProcess(DWORD processId) {
     const platform::WaitCursor cursor;
-    const HANDLE handle = OpenProcess(allAccess, FALSE, processId);
-    if (!handle || handle == INVALID_HANDLE_VALUE) {
+    const platform::UniqueHandle process(OpenProcess(allAccess, FALSE, processId));
+    if (!process) {
         throw faults::W32Fault();
     }
-    const platform::UniqueHandle process(handle);
-    TerminateProcess(handle, killedExitCode);
-    if (WaitForSingleObject(handle, killTimeout) == WAIT_FAILED) {
+    TerminateProcess(process.Get(), killedExitCode);
+    if (WaitForSingleObject(process.Get(), killTimeout) == WAIT_FAILED) {
         throw faults::W32Fault();
     }
     RefreshAndSelect(0);

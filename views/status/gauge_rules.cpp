@@ -56,7 +56,7 @@ GaugeReading ReadingOfStorage(GaugeIcon icon, uint64_t total, uint64_t totalFree
 }
 
 GaugeReading UnknownReading(GaugeIcon icon) {
-    return GaugeReading{icon, 0, std::wstring(text::LoadText(IDS_UNKNOWN))};
+    return GaugeReading{icon, 0, text::TextOf(IDS_UNKNOWN)};
 }
 
 COLORREF BatteryBarColor(unsigned percent) {

@@ -10,7 +10,7 @@ namespace {
 
 class BatteryGauge final : public Gauge {
  public:
-    BatteryGauge() : Gauge(std::wstring(text::LoadText(IDS_BATTERY))) {}
+    BatteryGauge() : Gauge(text::TextOf(IDS_BATTERY)) {}
 
     bool Update() override {
         platform::BatteryStatus status;
@@ -22,7 +22,7 @@ class BatteryGauge final : public Gauge {
 
 class MemoryGauge final : public Gauge {
  public:
-    MemoryGauge() : Gauge(std::wstring(text::LoadText(IDS_MEMORY))) {}
+    MemoryGauge() : Gauge(text::TextOf(IDS_MEMORY)) {}
 
     bool Update() override {
         MEMORYSTATUS status = {};
@@ -36,8 +36,7 @@ class MemoryGauge final : public Gauge {
 class StorageGauge : public Gauge {
  public:
     explicit StorageGauge(std::wstring folder)
-        : StorageGauge(std::wstring(text::LoadText(IDS_STORAGE)), std::move(folder),
-                       GaugeIcon::Storage) {}
+        : StorageGauge(text::TextOf(IDS_STORAGE), std::move(folder), GaugeIcon::Storage) {}
 
     bool Update() override {
         uint64_t total = 0;

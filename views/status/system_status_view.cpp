@@ -20,24 +20,6 @@ constexpr UINT updatePeriod = 60000;
 // Kept on purpose: docs/compatibility.md#watched-bits
 constexpr DWORD watchedFlags = 0x06C0;
 
-class FlashCardSearch {
- public:
-    explicit FlashCardSearch(platform::FindData* data)
-        : handle_(platform::FindFirstFlashCard(data)) {}
-    ~FlashCardSearch() {
-        if (*this) {
-            platform::CloseFlashCardSearch(handle_);
-        }
-    }
-    FlashCardSearch(const FlashCardSearch&) = delete;
-    FlashCardSearch& operator=(const FlashCardSearch&) = delete;
-    explicit operator bool() const { return handle_ != INVALID_HANDLE_VALUE; }
-    bool Next(platform::FindData* data) { return platform::FindNextFlashCard(handle_, data); }
-
- private:
-    HANDLE handle_;
-};
-
 }  // namespace
 
 SystemStatusView::SystemStatusView(Frame& frame) : ListView(frame, IDR_SYSTEM_STATUS) {
@@ -85,7 +67,7 @@ void SystemStatusView::FlagsChanged(DWORD mask, DWORD) {
 }
 
 std::wstring SystemStatusView::Title() const {
-    return std::wstring(text::LoadText(IDS_SYSTEM_STATUS_TITLE));
+    return text::TextOf(IDS_SYSTEM_STATUS_TITLE);
 }
 
 void SystemStatusView::Refresh() {
@@ -132,7 +114,7 @@ void SystemStatusView::Build() {
 void SystemStatusView::AddStorage(Gauges& gauges) {
     size_t afterStorage = gauges.Count();
     platform::FindData found = {};
-    FlashCardSearch search(&found);
+    const platform::UniqueFlashCardSearch search(platform::FindFirstFlashCard(&found));
     if (!search) {
         return;
     }
@@ -148,7 +130,7 @@ void SystemStatusView::AddStorage(Gauges& gauges) {
             storage->Update();
             gauges.Insert(afterStorage++, std::move(storage));
         }
-    } while (search.Next(&found));
+    } while (platform::FindNextFlashCard(search.Get(), &found));
 }
 
 void SystemStatusView::StartTimer() {
