@@ -75,6 +75,7 @@ void FileDeletion::DeleteRow(unsigned row) {
     } else {
         const bool folder = (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
         const UINT question = folder ? IDS_ASK_DELETE_FOLDER : IDS_ASK_DELETE_FILE;
+        // Kept on purpose: docs/compatibility.md#delete-defaults-to-yes
         if (!ui::Confirm(Owner(), text::FormatText(question, path), ui::DefaultButton::Yes)) {
             return;
         }
