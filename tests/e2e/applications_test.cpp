@@ -53,7 +53,7 @@ TEST_F(ApplicationsProgram, ATapSwitchesAndComingBackListsAnew) {
     ASSERT_TRUE(Finger().Tap(RowPoint(0)).Play());
     EXPECT_TRUE(WaitFor([&] { return GetForegroundWindow() == sample.Window(); }));
     const SampleProgram another(L"polite", L"! second");
-    SetForegroundWindow(Window());
+    ASSERT_TRUE(BringToFront(Window()));
     EXPECT_TRUE(Counts(count + 1));
 }
 

@@ -32,13 +32,19 @@ class FileManager {
             return list && FindChild(list, L"SysHeader32") &&
                    SendMessageW(list, LVM_GETITEMCOUNT, 0, 0) > 0;
         }));
-        SetForegroundWindow(window_);
-        ASSERT_TRUE(WaitFor([&] { return GetForegroundWindow() == window_; }));
+        ASSERT_TRUE(BringToFront(window_));
         const RECT header = ScreenRectangleOf(FindChild(list, L"SysHeader32"));
         const int height = header.bottom - header.top;
         Finger().RightClick(POINT{header.left + 2 * height, header.bottom + height / 2}).Play();
         ASSERT_TRUE(WaitForWindow(L"#32768", true));
-        Finger().Wait(200).Key(key).Play();
+        // From then on the keys are the menu's.
+        ASSERT_TRUE(WaitFor([&] {
+            GUITHREADINFO information = {};
+            information.cbSize = sizeof information;
+            GetGUIThreadInfo(GetWindowThreadProcessId(window_, nullptr), &information);
+            return (information.flags & GUI_INMENUMODE) != 0;
+        }));
+        ASSERT_TRUE(Finger().Key(key).Play());
         ASSERT_TRUE(WaitFor([] { return !FindVisible(L"#32768", true); }));
     }
 
@@ -72,8 +78,7 @@ class FilesBesideAFileManager : public FilesProgram {
         return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES;
     }
     void PasteHere() {
-        SetForegroundWindow(Window());
-        ASSERT_TRUE(WaitFor([&] { return GetForegroundWindow() == Window(); }));
+        ASSERT_TRUE(BringToFront(Window()));
         Choose(0, paste);
     }
 };

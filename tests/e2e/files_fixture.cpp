@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <optional>
-#include <utility>
 
 #include "platform/desktop/paths.h"
 #include "platform/handles.h"
@@ -202,13 +201,7 @@ void FilesProgram::ChooseCommand(UINT menu, UINT command, HWND window) const {
 }
 
 Picture FilesProgram::StillListPicture() const {
-    Picture picture = ListPicture();
-    EXPECT_TRUE(WaitFor([&] {
-        Sleep(50);
-        const Picture before = std::exchange(picture, ListPicture());
-        return before == picture;
-    }));
-    return picture;
+    return Picture::OfWindowDrawnAnew(List());
 }
 
 HWND FilesProgram::Dialog(HWND previous) const {

@@ -49,7 +49,7 @@ class FilesProgram : public testing::Test {
     // The colour at the left edge of a row.
     COLORREF EdgeOf(int row) const;
     Picture ListPicture() const { return Picture::OfWindow(List()); }
-    // The same once nothing changes any more.
+    // The same once the program has done and drawn all that it was told.
     Picture StillListPicture() const;
     // Taps the bar's left (0) or right (1) button and then an entry of its popup.
     void Choose(int button, int entry) const;

@@ -12,21 +12,15 @@ class FilesTouch : public FilesProgram {
             folder.MakeFile(L"file " + std::to_wstring(100 + number));
         }
     }
-    // The picture of the list once two looks in a row agree.
-    Picture Settled() const {
-        Picture last = ListPicture();
-        WaitFor([&] {
-            Sleep(40);
-            const Picture now = ListPicture();
-            const bool same = now == last;
-            last = now;
-            return same;
-        });
-        return last;
-    }
     POINT PathPoint(int percent) const {
         const RECT bar = ScreenRectangleOf(PathBar());
         return POINT{bar.left + ui::Width(bar) * percent / 100, (bar.top + bar.bottom) / 2};
+    }
+    // Drags until the program has seen that it is a drag, which it does not follow; the finger
+    // stays down.
+    void Drag(POINT from, POINT to, int steps = 10) const {
+        ASSERT_TRUE(Finger().Down(from).Followed().DragTo(from, to, steps).Play());
+        ASSERT_TRUE(LetsGoOfFinger(Window()));
     }
     // Proves that what was played before has been handled: a hold selects a row.
     void ExpectQuiet(const std::wstring& path) const {
@@ -73,14 +67,16 @@ TEST_F(FilesTouch, ATapBelowTheLastRowDoesNothing) {
 TEST_F(FilesTouch, ADragScrollsSnapsToARowAndSelectsNothing) {
     MakeRows(40);
     Start();
-    const Picture before = Settled();
+    const Picture before = StillListPicture();
     const int height = RowHeight();
     const POINT from = RowPoint(6);
     // Three rows and a little: the rows come to rest on the third.
     const POINT to = {from.x, from.y - 3 * height - height / 4};
-    ASSERT_TRUE(Finger().Down(from).DragTo(from, to).Wait(50).Up().Play());
+    ASSERT_TRUE(Finger().Down(from).Followed().DragTo(from, to).Play());
+    // A finger that is lifted before its moves are looked at has tapped.
     ASSERT_TRUE(WaitFor([&] { return !(ListPicture() == before); }));
-    const Picture after = Settled();
+    ASSERT_TRUE(Finger().Up().Play());
+    const Picture after = StillListPicture();
     // Left of the scroll indicator, what stood on the fourth row stands on the first.
     const int width = before.Width() - 20;
     for (int y = 0; y < 2 * height; ++y) {
@@ -97,22 +93,23 @@ TEST_F(FilesTouch, ADragScrollsSnapsToARowAndSelectsNothing) {
 TEST_F(FilesTouch, ADragOverRowsThatAllFitMovesNothing) {
     MakeRows(3);
     Start();
-    const Picture before = Settled();
+    const Picture before = StillListPicture();
     const POINT from = RowPoint(2);
-    ASSERT_TRUE(Finger().Down(from).DragTo(from, POINT{from.x, from.y + 120}).Wait(30).Play());
-    EXPECT_EQ(Settled(), before);
+    Drag(from, POINT{from.x, from.y + 120});
+    EXPECT_EQ(StillListPicture(), before);
     ASSERT_TRUE(Finger().Up().Play());
-    EXPECT_EQ(Settled(), before);
+    EXPECT_EQ(StillListPicture(), before);
 }
 
 TEST_F(FilesTouch, ASidewaysDragOnTheListDoesNothing) {
     MakeRows(40);
     folder.MakeFolder(L"inner");
     Start();
-    const Picture before = Settled();
+    const Picture before = StillListPicture();
     const POINT from = RowPoint(0);
-    ASSERT_TRUE(Finger().Down(from).DragTo(from, POINT{from.x - 120, from.y}).Wait(30).Up().Play());
-    EXPECT_EQ(Settled(), before);
+    Drag(from, POINT{from.x - 120, from.y});
+    ASSERT_TRUE(Finger().Up().Play());
+    EXPECT_EQ(StillListPicture(), before);
     EXPECT_TRUE(Shows(folder.Path()));
 }
 
@@ -120,7 +117,8 @@ TEST_F(FilesTouch, ALeftwardDragOnThePathBarGoesUp) {
     folder.MakeFolder(L"inner");
     folder.MakeFile(L"inner\\a");
     StartAt(folder.Path() + L"\\inner");
-    ASSERT_TRUE(Finger().Down(PathPoint(80)).DragTo(PathPoint(80), PathPoint(30)).Up().Play());
+    Drag(PathPoint(80), PathPoint(30));
+    ASSERT_TRUE(Finger().Up().Play());
     EXPECT_TRUE(Shows(folder.Path()));
     EXPECT_TRUE(ShowsSelected(0));
 }
@@ -128,7 +126,8 @@ TEST_F(FilesTouch, ALeftwardDragOnThePathBarGoesUp) {
 TEST_F(FilesTouch, ARightwardDragOnThePathBarDoesNothing) {
     folder.MakeFolder(L"inner");
     Start();
-    ASSERT_TRUE(Finger().Down(PathPoint(30)).DragTo(PathPoint(30), PathPoint(80)).Up().Play());
+    Drag(PathPoint(30), PathPoint(80));
+    ASSERT_TRUE(Finger().Up().Play());
     ExpectQuiet(folder.Path());
 }
 
@@ -144,7 +143,7 @@ TEST_F(FilesTouch, AShortLeftwardMoveOnThePathBarDoesNothing) {
     Start();
     const POINT from = PathPoint(50);
     const POINT to = {from.x - GetSystemMetrics(SM_CXSCREEN) / 20, from.y};
-    ASSERT_TRUE(Finger().Down(from).DragTo(from, to).Up().Play());
+    ASSERT_TRUE(Finger().Down(from).Followed().DragTo(from, to).Up().Play());
     ExpectQuiet(folder.Path());
 }
 
@@ -152,13 +151,15 @@ TEST_F(FilesTouch, ASlowVerticalDragOnThePathBarDoesNothing) {
     folder.MakeFolder(L"inner");
     Start();
     const POINT from = PathPoint(50);
-    ASSERT_TRUE(Finger().Down(from).DragTo(from, POINT{from.x - 10, from.y + 160}, 40).Up().Play());
+    Drag(from, POINT{from.x - 10, from.y + 160}, 40);
+    ASSERT_TRUE(Finger().Up().Play());
     ExpectQuiet(folder.Path());
 }
 
 TEST_F(FilesTouch, ALeftwardDragOnThePathBarOfTheRootDoesNothing) {
     StartAt(L"");
-    ASSERT_TRUE(Finger().Down(PathPoint(80)).DragTo(PathPoint(80), PathPoint(30)).Up().Play());
+    Drag(PathPoint(80), PathPoint(30));
+    ASSERT_TRUE(Finger().Up().Play());
     ExpectQuiet(L"\\");
 }
 
@@ -194,7 +195,7 @@ TEST_F(FilesKeyboard, TheBackKeyGoesUpAndIsPassedOnAtTheRoot) {
     const auto back = [&](WORD modifiers) {
         return SendMessageW(Window(), WM_HOTKEY, 27, MAKELPARAM(modifiers, VK_ESCAPE));
     };
-    SetForegroundWindow(Window());
+    ASSERT_TRUE(BringToFront(Window()));
     back(0);
     EXPECT_TRUE(Shows(folder.Path()));
     back(0x1000);

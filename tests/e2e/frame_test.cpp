@@ -18,7 +18,7 @@ class FrameOfTheProgram : public testing::Test {
  protected:
     FrameOfTheProgram() {
         EXPECT_TRUE(program.WaitForMainWindow());
-        SetForegroundWindow(program.MainWindow());
+        EXPECT_TRUE(BringToFront(program.MainWindow()));
     }
     bool Shows(const std::wstring& caption) const {
         return WaitFor(

@@ -116,7 +116,7 @@ TEST_F(Instances, PassNothingOfTheirCommandLineOn) {
 TEST_F(Instances, LeaveAnOpenMenuOfTheFirstInFront) {
     const Program first;
     ASSERT_TRUE(first.WaitForMainWindow());
-    SetForegroundWindow(first.MainWindow());
+    ASSERT_TRUE(BringToFront(first.MainWindow()));
     ASSERT_TRUE(Finger().Key("F2").Play());
     const HWND menu = WaitForWindow(popupClass, true);
     ASSERT_TRUE(menu);

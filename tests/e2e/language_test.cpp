@@ -57,8 +57,7 @@ class LanguageChange : public testing::Test {
     }
     static void ToTheFront(const Program& program) {
         ASSERT_TRUE(program.WaitForMainWindow());
-        SetForegroundWindow(program.MainWindow());
-        ASSERT_TRUE(WaitFor([&] { return GetForegroundWindow() == program.MainWindow(); }));
+        ASSERT_TRUE(BringToFront(program.MainWindow()));
     }
     // Opens Settings from the menu, whose last items are Settings, About and Exit.
     static HWND OpenSettings(const Program& program) {

@@ -8,38 +8,104 @@
 
 namespace test {
 
+namespace {
+
+// Far longer than a thread that serves its messages needs.
+constexpr UINT longestAnswer = 500;
+
+// Whether the thread of a window has come to a place where it takes messages.
+bool Answers(HWND window) {
+    DWORD_PTR result = 0;
+    return SendMessageTimeoutW(window, WM_NULL, 0, 0, SMTO_NORMAL, longestAnswer, &result) != 0;
+}
+
+HWND CaptureOf(HWND window) {
+    GUITHREADINFO information = {};
+    information.cbSize = sizeof information;
+    GetGUIThreadInfo(GetWindowThreadProcessId(window, nullptr), &information);
+    return information.hwndCapture;
+}
+
+// The thread that has taken a press answers once it looks for what comes next.
+bool FollowsFinger(POINT point) {
+    const HWND window = WindowFromPoint(point);
+    return window && CaptureOf(window) && Answers(window);
+}
+
+// A window that has come to the front asks the screen for the keyboard with the time of the last
+// message that its thread has taken. The screen refuses when the keyboard has moved since, as it
+// does by itself when the window that had it goes; the keys then go to whatever lies under the
+// finger, or to nobody. So the screen's keyboard is put where the window in front is, in the same
+// breath in which the keys are sent. Windows of one thread share it: that thread passes keys on by
+// itself.
+bool TryToSendKeys(HWND window, const std::string& commands, std::string* answer) {
+    const KeyboardState state = LookAtKeyboard();
+    const HWND wanted = window ? GetAncestor(window, GA_ROOT) : state.front;
+    if (!wanted || state.front != wanted || !state.focus || !state.screenWindow) {
+        *answer = "not sent";
+        return false;
+    }
+    // A window may have the keyboard before it has passed it on to what lies in it: its thread must
+    // have come back for messages. One that follows a finger may not.
+    if (!state.captured && (!Answers(state.front) || LookAtKeyboard() != state)) {
+        *answer = "not taken by a thread that is busy";
+        return false;
+    }
+    // What the screen's names of one program's windows have in common.
+    constexpr unsigned programShift = 21;
+    *answer = RunUnixCommand("k=$(xdotool getwindowfocus -f); if [ $((k >> " +
+                             std::to_string(programShift) +
+                             ")) = " + std::to_string(state.screenWindow >> programShift) +
+                             " ]; then xdotool" + commands + "; else xdotool windowfocus " +
+                             std::to_string(state.screenWindow) + commands +
+                             "; fi && echo sent || echo refused")
+                  .value_or("not answered");
+    return *answer == "sent";
+}
+
+bool SendKeys(HWND window, const std::string& commands) {
+    std::string answer;
+    const bool sent = WaitFor([&] { return TryToSendKeys(window, commands, &answer); });
+    EXPECT_TRUE(sent) << "keys are " << answer << ':' << commands << '\n' << DescribeScreen(window);
+    return sent;
+}
+
+}  // namespace
+
 Finger& Finger::Down(POINT point) {
     MoveTo(point);
-    Add(false, " sleep 0.02 mousedown 1");
+    pressed_ = point;
+    Add(Kind::Pointer, " sleep 0.02 mousedown 1");
     return *this;
 }
 
 Finger& Finger::MoveTo(POINT point) {
-    Add(false, " mousemove " + std::to_string(point.x) + ' ' + std::to_string(point.y));
+    Add(Kind::Pointer, " mousemove " + std::to_string(point.x) + ' ' + std::to_string(point.y));
     return *this;
 }
 
 Finger& Finger::Up() {
-    Add(false, " mouseup 1");
+    Add(Kind::Pointer, " mouseup 1");
     return *this;
 }
 
 Finger& Finger::QuickTap(POINT point) {
     MoveTo(point);
-    Add(false, " mousedown 1 mouseup 1");
+    Add(Kind::Pointer, " mousedown 1 mouseup 1");
     return *this;
 }
 
 Finger& Finger::Wait(DWORD milliseconds) {
     const std::string fraction = std::to_string(1000 + milliseconds % 1000).substr(1);
-    Add(!parts_.empty() && parts_.back().keys,
+    const bool keys = !parts_.empty() && parts_.back().kind == Kind::Keys;
+    Add(keys ? Kind::Keys : Kind::Pointer,
         " sleep " + std::to_string(milliseconds / 1000) + '.' + fraction);
     return *this;
 }
 
 Finger& Finger::RightClick(POINT point) {
     MoveTo(point);
-    Add(false, " sleep 0.02 mousedown 3 sleep 0.06 mouseup 3");
+    Add(Kind::Pointer, " sleep 0.02 mousedown 3 sleep 0.06 mouseup 3");
     return *this;
 }
 
@@ -55,17 +121,17 @@ Finger& Finger::DragTo(POINT from, POINT to, int steps) {
 }
 
 Finger& Finger::Key(const std::string& name) {
-    Add(true, " key " + name);
+    Add(Kind::Keys, " key " + name);
     return *this;
 }
 
 Finger& Finger::KeyDown(const std::string& name) {
-    Add(true, " keydown " + name);
+    Add(Kind::Keys, " keydown " + name);
     return *this;
 }
 
 Finger& Finger::KeyUp(const std::string& name) {
-    Add(true, " keyup " + name);
+    Add(Kind::Keys, " keyup " + name);
     return *this;
 }
 
@@ -74,9 +140,14 @@ Finger& Finger::In(HWND window) {
     return *this;
 }
 
-void Finger::Add(bool keys, const std::string& command) {
-    if (parts_.empty() || parts_.back().keys != keys) {
-        parts_.push_back(Part{keys, ""});
+Finger& Finger::Followed() {
+    Add(Kind::Followed, "");
+    return *this;
+}
+
+void Finger::Add(Kind kind, const std::string& command) {
+    if (parts_.empty() || parts_.back().kind != kind) {
+        parts_.push_back(Part{kind, pressed_, ""});
     }
     parts_.back().commands += command;
 }
@@ -85,59 +156,47 @@ bool Finger::Play() {
     std::vector<Part> parts;
     parts.swap(parts_);
     for (const Part& part : parts) {
-        if (part.keys) {
-            if (!PlayKeys(part.commands)) {
-                return false;
-            }
-        } else if (!RunUnixCommand("xdotool" + part.commands)) {
-            ADD_FAILURE() << "the finger does not move\n" << DescribeScreen();
+        if (!PlayPart(part)) {
             return false;
         }
     }
     return true;
 }
 
-// A window that has come to the front asks the screen for the keyboard with the time of the last
-// message that its thread has taken. The screen refuses when the keyboard has moved since, as it
-// does by itself when the window that had it goes; the keys then go to whatever lies under the
-// finger, or to nobody. So the screen's keyboard is put where the window in front is, in the same
-// breath in which the keys are sent. Windows of one thread share it: that thread passes keys on by
-// itself.
-bool Finger::PlayKeys(const std::string& commands) const {
+bool Finger::PlayPart(const Part& part) const {
+    switch (part.kind) {
+        case Kind::Keys:
+            return SendKeys(window_, part.commands);
+        case Kind::Followed: {
+            const bool followed = WaitFor([&part] { return FollowsFinger(part.pressed); });
+            EXPECT_TRUE(followed) << "nobody follows the finger\n" << DescribeScreen();
+            return followed;
+        }
+        default: {
+            const bool moved = RunUnixCommand("xdotool" + part.commands).has_value();
+            EXPECT_TRUE(moved) << "the finger does not move\n" << DescribeScreen();
+            return moved;
+        }
+    }
+}
+
+bool LetsGoOfFinger(HWND window) {
+    return WaitFor([window] { return !CaptureOf(window) && Answers(window); });
+}
+
+// A window that has come to the front asks the screen for the keyboard on its own thread, when that
+// gets to it. Asked after the next window has come to the front it takes the keyboard from that,
+// and the next one, which no longer has it, leaves the front. So one comes after the other.
+bool BringToFront(HWND window) {
+    // Keys are sent once all of that is done, also when there are none.
+    const std::string none = " sleep 0";
     std::string answer;
-    const bool played = WaitFor(
-        [&] {
-            const KeyboardState state = LookAtKeyboard();
-            const HWND wanted = window_ ? GetAncestor(window_, GA_ROOT) : state.front;
-            if (!wanted || state.front != wanted || !state.focus || !state.screenWindow) {
-                answer = "not sent";
-                return false;
-            }
-            // A window may have the keyboard before it has passed it on to what lies in it: its
-            // thread must have come back for messages. One that follows a finger may not.
-            DWORD_PTR result = 0;
-            constexpr UINT longestAnswer = 500;
-            if (!state.captured && (!SendMessageTimeoutW(state.front, WM_NULL, 0, 0, SMTO_NORMAL,
-                                                         longestAnswer, &result) ||
-                                    LookAtKeyboard() != state)) {
-                answer = "not taken by a thread that is busy";
-                return false;
-            }
-            // What the screen's names of one program's windows have in common.
-            constexpr unsigned programShift = 21;
-            answer = RunUnixCommand("k=$(xdotool getwindowfocus -f); if [ $((k >> " +
-                                    std::to_string(programShift) +
-                                    ")) = " + std::to_string(state.screenWindow >> programShift) +
-                                    " ]; then xdotool" + commands + "; else xdotool windowfocus " +
-                                    std::to_string(state.screenWindow) + commands +
-                                    "; fi && echo sent || echo refused")
-                         .value_or("not answered");
-            return answer == "sent";
-        },
-        longestWait);
-    EXPECT_TRUE(played) << "keys are " << answer << ':' << commands << '\n'
-                        << DescribeScreen(window_);
-    return played;
+    const bool atRest =
+        WaitFor([&] { return !LookAtKeyboard().front || TryToSendKeys(nullptr, none, &answer); });
+    EXPECT_TRUE(atRest) << "the window in front does not get the keyboard\n"
+                        << DescribeScreen(window);
+    SetForegroundWindow(window);
+    return atRest && SendKeys(window, none);
 }
 
 }  // namespace test

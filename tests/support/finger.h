@@ -13,6 +13,8 @@ namespace test {
 // has been sent; a program under test in the same process needs another thread for its messages.
 // Keys are sent once the window in front has the keyboard: one that has just appeared gets it a
 // little later, and what is pressed before goes to nobody.
+// A program counts how long a press lasts from when it takes it, which may be long after it was
+// sent.
 class Finger {
  public:
     Finger& Down(POINT point);
@@ -26,8 +28,11 @@ class Finger {
     Finger& Tap(int x, int y) { return Tap(POINT{x, y}); }
     // A press without any pause, for a finger that taps many times.
     Finger& QuickTap(POINT point);
-    // A press of more than half a second.
-    Finger& Hold(POINT point) { return Down(point).Wait(650).Up(); }
+    // Waits until the program follows the press that was sent before: it has the capture, and its
+    // thread looks for what comes next.
+    Finger& Followed();
+    // A press of more than half a second, as the program counts: from when it follows the finger.
+    Finger& Hold(POINT point) { return Down(point).Followed().Wait(650).Up(); }
     // The other button of a PC's mouse.
     Finger& RightClick(POINT point);
     // From one point to another in small steps; the finger stays down.
@@ -45,15 +50,27 @@ class Finger {
 
  private:
     // Input of one kind in a row.
+    enum class Kind { Pointer, Keys, Followed };
     struct Part {
-        bool keys;
+        Kind kind;
+        // Where the finger was pressed last.
+        POINT pressed;
         std::string commands;
     };
-    void Add(bool keys, const std::string& command);
-    bool PlayKeys(const std::string& commands) const;
+    void Add(Kind kind, const std::string& command);
+    bool PlayPart(const Part& part) const;
 
     std::vector<Part> parts_;
+    POINT pressed_ = {};
     HWND window_ = nullptr;
 };
+
+// Whether the program comes to let go of the finger, which may still be down: it has decided what
+// the gesture is, or takes no part in it.
+bool LetsGoOfFinger(HWND window);
+
+// Brings a window of any program to the front, with the keyboard in it. What was in front before
+// has done all that it does about its own coming there.
+bool BringToFront(HWND window);
 
 }  // namespace test

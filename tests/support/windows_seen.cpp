@@ -1,6 +1,11 @@
 #include "tests/support/windows_seen.h"
 
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
 #include "platform/handles.h"
+#include "tests/support/keyboard.h"
 #include "tests/support/wait.h"
 #include "ui/window/window.h"
 
@@ -112,6 +117,37 @@ Picture Picture::OfScreen(const RECT& area) {
         const uint32_t word = words[index];
         picture.pixels_.push_back(RGB(word >> 16 & 0xFF, word >> 8 & 0xFF, word & 0xFF));
     }
+    return picture;
+}
+
+bool Picture::Has(COLORREF color) const {
+    return std::find(pixels_.begin(), pixels_.end(), color) != pixels_.end();
+}
+
+// What the screen shows of the window is painted over, and the window is to draw itself. Where its
+// own colours are back they were drawn after that, and a program draws when it has nothing else to
+// do. That counts what it has taken from the screen: it takes more once it has shown what it has
+// drawn. So it is asked twice.
+Picture Picture::OfWindowDrawnAnew(HWND window) {
+    constexpr COLORREF nobodysColor = RGB(1, 254, 3);
+    const RECT area = ScreenRectangleOf(window);
+    Picture picture;
+    bool drawn = true;
+    for (int round = 0; round < 2 && drawn; ++round) {
+        {
+            const platform::WindowDC screen(nullptr);
+            const platform::UniqueBrush brush(CreateSolidBrush(nobodysColor));
+            FillRect(screen, &area, brush.Get());
+            // The screen has done it when it answers.
+            drawn = GetPixel(screen, area.left, area.top) == nobodysColor;
+        }
+        InvalidateRect(window, nullptr, TRUE);
+        drawn = drawn && WaitFor([&] {
+                    picture = OfScreen(area);
+                    return !picture.Has(nobodysColor);
+                });
+    }
+    EXPECT_TRUE(drawn) << "the window is not drawn\n" << DescribeScreen(window);
     return picture;
 }
 

@@ -35,11 +35,15 @@ class Picture {
     // What is on the screen now, in screen coordinates.
     static Picture OfScreen(const RECT& area);
     static Picture OfWindow(HWND window) { return OfScreen(ScreenRectangleOf(window)); }
+    // The same once the window's program has done all that it was sent before and has drawn the
+    // whole window again; nothing may lie above the window. A test fails when it is not drawn.
+    static Picture OfWindowDrawnAnew(HWND window);
 
     int Width() const { return width_; }
     int Height() const { return height_; }
     // Coordinates count from the picture's upper left corner.
     COLORREF At(int x, int y) const;
+    bool Has(COLORREF color) const;
     bool operator==(const Picture& other) const = default;
 
  private:
