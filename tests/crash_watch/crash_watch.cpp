@@ -31,15 +31,9 @@ BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, void*) {
         return TRUE;
     }
     own = instance;
-    wchar_t path[MAX_PATH] = {};
-    GetEnvironmentVariableW(L"VANTOR_CRASHES", path, MAX_PATH);
-    const HANDLE file =
-        CreateFileW(path, FILE_APPEND_DATA, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
-                    nullptr, OPEN_ALWAYS, 0, nullptr);
-    if (file == INVALID_HANDLE_VALUE) {
+    if (!test::EndWhenCrashedAndTellWhoStarted()) {
         return FALSE;
     }
-    test::EndWhenCrashed(nullptr, file);
     if (void** const slot = test::FindImport("CreateProcessW")) {
         startProcess = reinterpret_cast<decltype(startProcess)>(*slot);
         test::SetImport(slot, reinterpret_cast<void*>(StartAndWatch));

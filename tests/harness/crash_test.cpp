@@ -2,6 +2,7 @@
 // once more, with the same test alone.
 #include "tests/support/crash.h"
 
+#include <gtest/gtest-spi.h>
 #include <gtest/gtest.h>
 
 #include <functional>
@@ -10,6 +11,7 @@
 
 #include "platform/handles.h"
 #include "tests/support/platform_hook.h"
+#include "tests/support/sample_program.h"
 #include "tests/support/wait.h"
 
 using namespace test;
@@ -182,4 +184,15 @@ TEST(Crash, IsNoneWhenAnExceptionIsCaught) {
     });
     EXPECT_EQ(remains.code, 0u);
     EXPECT_EQ(remains.told.find("CRASH"), std::string::npos) << remains.told;
+}
+
+// A test's own application that crashed would be seen as one that is gone.
+TEST(Crash, OfTheSampleProgramFailsTheTest) {
+    const auto crash = [] {
+        const SampleProgram sample(L"faulty", L"Faulty");
+        PostMessageW(sample.Window(), WM_CLOSE, 0, 0);
+        EXPECT_TRUE(WaitFor([&] { return !sample.Runs(); }));
+    };
+    EXPECT_NONFATAL_FAILURE(crash(), "CRASH: a read at 0000000000000000");
+    EXPECT_NONFATAL_FAILURE(crash(), "Procedure(");
 }

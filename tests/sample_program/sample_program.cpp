@@ -8,6 +8,7 @@
 //   cursor     has a second window as the shell's pointer has one
 //   hung       answers nothing once its window is open
 //   barred     has an owned window that is a handheld's menu bar
+//   faulty     crashes when it is asked to close
 //   shell      has a second window as a handheld's shell has one behind all others
 //
 // A third argument names a file that it keeps open to itself.
@@ -16,6 +17,8 @@
 #include <shellapi.h>
 
 #include <string>
+
+#include "tests/support/crash.h"
 
 namespace {
 
@@ -26,6 +29,10 @@ std::wstring manners;
 LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
     if (message == WM_CLOSE && manners == L"stubborn") {
         return 0;
+    }
+    if (message == WM_CLOSE && manners == L"faulty") {
+        const volatile int* volatile nothing = nullptr;
+        return *nothing;
     }
     if (message == WM_CLOSE && manners == L"slow") {
         Sleep(1000);
@@ -47,6 +54,7 @@ HWND Open(HINSTANCE instance, const wchar_t* title, HWND owner, int size) {
 }  // namespace
 
 int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, wchar_t*, int) {
+    test::EndWhenCrashedAndTellWhoStarted();
     int count = 0;
     wchar_t** const arguments = CommandLineToArgvW(GetCommandLineW(), &count);
     manners = count > 1 ? arguments[1] : L"polite";

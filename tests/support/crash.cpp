@@ -229,4 +229,17 @@ void EndWhenCrashed(void (*describe)(char* text, size_t size), HANDLE output) {
     AddVectoredExceptionHandler(1, OnException);
 }
 
+bool EndWhenCrashedAndTellWhoStarted() {
+    wchar_t path[MAX_PATH] = {};
+    GetEnvironmentVariableW(crashesVariable, path, MAX_PATH);
+    const HANDLE file =
+        CreateFileW(path, FILE_APPEND_DATA, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                    nullptr, OPEN_ALWAYS, 0, nullptr);
+    if (file == INVALID_HANDLE_VALUE) {
+        return false;
+    }
+    EndWhenCrashed(nullptr, file);
+    return true;
+}
+
 }  // namespace test

@@ -8,7 +8,6 @@
 #include "tests/support/failing_call.h"
 #include "tests/support/keyboard.h"
 #include "tests/support/loaded_library.h"
-#include "tests/support/unix_command.h"
 #include "tests/support/wait.h"
 #include "tests/support/windows_seen.h"
 
@@ -18,7 +17,6 @@ namespace {
 
 constexpr wchar_t mainWindowClass[] = L"Vantor Main Window";
 constexpr wchar_t failingCallVariable[] = L"VANTOR_HANDHELD_FAILING";
-constexpr wchar_t crashesVariable[] = L"VANTOR_CRASHES";
 
 std::wstring InstalledProgram() {
     wchar_t path[MAX_PATH] = {};
@@ -69,8 +67,7 @@ bool RunsOnHandheld() {
     return GetEnvironmentVariableW(L"VANTOR_HANDHELD_DEVICE", nullptr, 0) != 0;
 }
 
-Program::Program(const std::wstring& arguments, const std::optional<FailingCall>& failing)
-    : crashes_(UnixFileName()) {
+Program::Program(const std::wstring& arguments, const std::optional<FailingCall>& failing) {
     const std::wstring path = InstalledProgram();
     std::wstring command = L'"' + path + L'"';
     if (!arguments.empty()) {
@@ -81,7 +78,7 @@ Program::Program(const std::wstring& arguments, const std::optional<FailingCall>
     if (failing && !patched) {
         SetEnvironmentVariableW(failingCallVariable, Describe(*failing).c_str());
     }
-    SetEnvironmentVariableW(crashesVariable, crashes_.c_str());
+    const CrashFile::Given given(crashes_);
     STARTUPINFOW startup = {};
     startup.cb = sizeof startup;
     PROCESS_INFORMATION information = {};
@@ -89,7 +86,6 @@ Program::Program(const std::wstring& arguments, const std::optional<FailingCall>
                                         patched ? DEBUG_ONLY_THIS_PROCESS : 0, nullptr, L"C:\\",
                                         &startup, &information);
     SetEnvironmentVariableW(failingCallVariable, nullptr);
-    SetEnvironmentVariableW(crashesVariable, nullptr);
     if (!started) {
         ADD_FAILURE() << "the program does not start: error " << GetLastError();
         return;
@@ -116,8 +112,7 @@ Program::~Program() {
             OpenProcess(SYNCHRONIZE | PROCESS_TERMINATE | PROCESS_QUERY_INFORMATION, FALSE, id));
         wrong += End(other.Get(), id);
     }
-    wrong += ReadUnixFile(crashes_);
-    DeleteFileW(crashes_.c_str());
+    wrong += crashes_.Told();
     EXPECT_TRUE(wrong.empty()) << wrong;
 }
 

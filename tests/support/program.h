@@ -6,6 +6,7 @@
 
 #include "platform/handles.h"
 #include "platform/windows.h"
+#include "tests/support/crash_file.h"
 
 namespace test {
 
@@ -55,8 +56,7 @@ class Program {
     // Closes a process of the program, if it runs; empty when it ended as it should.
     std::string End(HANDLE process, DWORD id) const;
 
-    // Where the crashes are told.
-    std::wstring crashes_;
+    CrashFile crashes_;
     platform::UniqueHandle process_;
     DWORD processId_ = 0;
     DWORD expectedCode_ = 0;

@@ -54,6 +54,7 @@ SampleProgram::SampleProgram(const std::wstring& manners, const std::wstring& ti
     if (!heldFile.empty()) {
         command += L" \"" + platform::desktop::ToDesktopPath(heldFile) + L'"';
     }
+    const CrashFile::Given given(crashes_);
     STARTUPINFOW startup = {};
     startup.cb = sizeof startup;
     PROCESS_INFORMATION information = {};
@@ -78,6 +79,8 @@ SampleProgram::~SampleProgram() {
         TerminateProcess(process_.Get(), 1);
         WaitForSingleObject(process_.Get(), longestWait);
     }
+    const std::string crash = crashes_.Told();
+    EXPECT_TRUE(crash.empty()) << "the sample program has crashed\n" << crash;
 }
 
 std::wstring SampleProgram::Path() {

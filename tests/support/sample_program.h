@@ -4,13 +4,15 @@
 #include <string>
 
 #include "platform/handles.h"
+#include "tests/support/crash_file.h"
 
 namespace test {
 
 class SampleProgram {
  public:
     // Starts tests/sample_program with its manners ("polite"), a title and a file that it keeps
-    // open, if any, and waits for its window. The process is ended with the object.
+    // open, if any, and waits for its window. The process is ended with the object; a test fails
+    // when it has crashed.
     SampleProgram(const std::wstring& manners, const std::wstring& title,
                   const std::wstring& heldFile = L"");
     ~SampleProgram();
@@ -29,6 +31,7 @@ class SampleProgram {
     bool Runs() const { return WaitForSingleObject(process_.Get(), 0) == WAIT_TIMEOUT; }
 
  private:
+    CrashFile crashes_;
     platform::UniqueHandle process_;
     DWORD processId_ = 0;
     HWND window_ = nullptr;
