@@ -19,6 +19,7 @@
 #include "ui/paint/drawing_resources.h"
 #include "ui/paint/paint.h"
 #include "ui/paint/screen_metrics.h"
+#include "ui/paint/spacing.h"
 #include "ui/window/held_fault.h"
 #include "views/apps/applications_view.h"
 #include "views/display_flags.h"
@@ -85,7 +86,7 @@ void MainFrame::OnCreate() {
     current_ = asked ? *asked : ViewOfSetting(ReadNumber(settingView).value_or(0));
     const platform::WindowDC dc(Handle());
     const int textHeight = ui::TextHeight(dc, ui::Fonts().Base());
-    bandHeight_ = textHeight + 2 * ((textHeight + 1) / 2);
+    bandHeight_ = ui::BandHeight(textHeight);
     if (!pane_.Open(Handle()) || !bar_.Open(Handle(), RECT{}) || !slideBar_.Open(Handle())) {
         throw faults::W32Fault();
     }

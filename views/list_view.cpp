@@ -7,12 +7,13 @@
 #include "ui/dialog/action.h"
 #include "ui/paint/drawing_resources.h"
 #include "ui/paint/screen_metrics.h"
+#include "ui/paint/spacing.h"
 
 namespace views {
 
 int ThumbRowHeight(int textHeight) {
     const int thumb = static_cast<int>(ui::GetScreenMetrics().iconSize) * 3 / 4;
-    return std::max(textHeight + (textHeight + 3) / 4 * 2, thumb);
+    return std::max(ui::ListRowHeight(textHeight), thumb);
 }
 
 void ListView::Layout(HDC dc) {

@@ -7,6 +7,7 @@
 #include "ui/paint/clipped_text.h"
 #include "ui/paint/drawing_resources.h"
 #include "ui/paint/paint.h"
+#include "ui/paint/spacing.h"
 #include "ui/paint/theme.h"
 #include "ui/window/modal_loop.h"
 
@@ -77,7 +78,7 @@ void ButtonsBar::Measure() {
     const platform::WindowDC dc(Handle());
     const platform::Selected font(dc, Fonts().Base());
     const int height = TextHeight(dc, Fonts().Base());
-    rowHeight_ = height + 2 * ((height + 1) / 2);
+    rowHeight_ = BandHeight(height);
     int widest = 0;
     for (const Button& button : buttons_) {
         widest = std::max(widest, TextWidth(dc, button.label));

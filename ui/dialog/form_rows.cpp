@@ -7,6 +7,7 @@
 #include "ui/paint/clipped_text.h"
 #include "ui/paint/drawing_resources.h"
 #include "ui/paint/marks.h"
+#include "ui/paint/spacing.h"
 #include "ui/paint/theme.h"
 #include "ui/paint/wrapped_text.h"
 #include "ui/window/window_text.h"
@@ -22,7 +23,7 @@ int LineHeight(HDC dc) {
 // A row that a finger is to hit.
 int TouchHeight(HDC dc) {
     const int line = LineHeight(dc);
-    return line + 2 * ((line + 2) / 3);
+    return FormRowHeight(line);
 }
 
 // How far a value stands from its label, or right of it when it stands below.

@@ -6,6 +6,7 @@
 #include "ui/paint/clipped_text.h"
 #include "ui/paint/drawing_resources.h"
 #include "ui/paint/paint.h"
+#include "ui/paint/spacing.h"
 #include "ui/paint/theme.h"
 
 namespace ui {
@@ -22,7 +23,7 @@ bool FullScreenDialog::SetUp() {
     }
     const platform::WindowDC dc(Handle());
     const int line = TextHeight(dc, Fonts().Base());
-    bandHeight_ = line + 2 * ((line + 1) / 2);
+    bandHeight_ = BandHeight(line);
     Arrange();
     ContentsReady();
     SetFocus(Contents());

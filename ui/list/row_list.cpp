@@ -118,11 +118,7 @@ void RowListWindow::DrawItem(const DRAWITEMSTRUCT& row) {
     RECT box = row.rcItem;
     box.left = content.rcItem.right;
     const bool selected = (row.itemState & ODS_SELECTED) != 0;
-    if (selected) {
-        FillWithSystemColor(row.hDC, box, COLOR_HIGHLIGHT);
-    } else {
-        DrawRowRule(row.hDC, box);
-    }
+    DrawRowBackground(row.hDC, box, selected);
     const int inset = Height(box) / 4;
     const RECT square = {box.left + inset, box.top + inset, box.right - inset, box.bottom - inset};
     DrawCheckBox(row.hDC, square, Marked(row.itemID),

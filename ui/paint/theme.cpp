@@ -19,6 +19,19 @@ void DrawRowRule(HDC dc, const RECT& row) {
                   color);
 }
 
+void DrawRowBackground(HDC dc, const RECT& row, bool selected) {
+    if (selected) {
+        FillWithSystemColor(dc, row, COLOR_HIGHLIGHT);
+    } else {
+        DrawRowRule(dc, row);
+    }
+}
+
+void SetRowTextColor(HDC dc, bool selected) {
+    SetBkMode(dc, TRANSPARENT);
+    SetTextColor(dc, GetSysColor(selected ? COLOR_HIGHLIGHTTEXT : COLOR_WINDOWTEXT));
+}
+
 void DrawFrame(HDC dc, const RECT& area, int thickness, COLORREF color) {
     FillWithColor(dc, RECT{area.left, area.top, area.right, area.top + thickness}, color);
     FillWithColor(dc, RECT{area.left, area.bottom - thickness, area.right, area.bottom}, color);

@@ -18,6 +18,10 @@ COLORREF MixColors(COLORREF first, COLORREF second, unsigned share);
 // The quiet line between two rows, on the bottom edge of `row`.
 void DrawRowRule(HDC dc, const RECT& row);
 
+// What lies below a row's texts: the selection's color, or the line. Then the color of its texts.
+void DrawRowBackground(HDC dc, const RECT& row, bool selected);
+void SetRowTextColor(HDC dc, bool selected);
+
 // The outline of a rectangle, `thickness` pixels inside it.
 void DrawFrame(HDC dc, const RECT& area, int thickness, COLORREF color);
 

@@ -4,6 +4,7 @@
 #include "ui/paint/clipped_text.h"
 #include "ui/paint/drawing_resources.h"
 #include "ui/paint/marks.h"
+#include "ui/paint/spacing.h"
 #include "ui/paint/theme.h"
 #include "ui/popup/menu_items.h"
 #include "ui/popup/popup_placement.h"
@@ -30,7 +31,7 @@ struct RowMetrics {
 
 RowMetrics MetricsOf(HDC dc) {
     const int text = TextHeight(dc, Fonts().Base());
-    return RowMetrics{text, (text + 2) / 3, text, text + 2 * ((text + 2) / 3)};
+    return RowMetrics{text, FormRowPadding(text), text, FormRowHeight(text)};
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include "platform/shell.h"
 #include "ui/paint/clipped_text.h"
 #include "ui/paint/drawing_resources.h"
+#include "ui/paint/spacing.h"
 #include "ui/paint/theme.h"
 #include "ui/window/window.h"
 #include "views/apps/chevron.h"
@@ -35,39 +36,30 @@ void DrawChevron(HDC dc, const RECT& row, RECT* text) {
 
 void AppRows::Layout(HDC dc) {
     textHeight_ = ui::TextHeight(dc, ui::Fonts().Base());
-    SHFILEINFOW info = {};
-    icons_ =
-        reinterpret_cast<HIMAGELIST>(platform::FileInfo(nullptr, 0, &info, SHGFI_SYSICONINDEX));
-    if (!icons_ || !ImageList_GetIconSize(icons_, &iconWidth_, &iconHeight_)) {
-        iconWidth_ = iconHeight_ = 0;
-    }
-    height_ = std::max(textHeight_ + (textHeight_ + 3) / 4 * 2, iconHeight_ + iconHeight_ / 4);
+    icons_.Load(0);
+    height_ = std::max(ui::ListRowHeight(textHeight_), icons_.RowHeight());
 }
 
 void AppRows::Draw(const DRAWITEMSTRUCT& row, const AppItem& item) const {
     const HDC dc = row.hDC;
-    const int margin = (textHeight_ + 5) / 6;
+    const int margin = ui::RowMargin(textHeight_);
     if (ui::Width(row.rcItem) <= 2 * margin) {
         return;
     }
     const bool selected = (row.itemState & ODS_SELECTED) != 0;
     RECT text = row.rcItem;
     text.right -= margin;
+    ui::DrawRowBackground(dc, row.rcItem, selected);
     if (selected) {
-        ui::FillWithSystemColor(dc, row.rcItem, COLOR_HIGHLIGHT);
         DrawChevron(dc, row.rcItem, &text);
-    } else {
-        ui::DrawRowRule(dc, row.rcItem);
     }
-    if (icons_ && item.icon >= 0 &&
-        ImageList_Draw(icons_, item.icon, dc, row.rcItem.left + iconWidth_ / 4,
-                       row.rcItem.top + (ui::Height(row.rcItem) - iconHeight_) / 2, ILD_NORMAL)) {
-        text.left += iconWidth_ * 3 / 2;
+    if (icons_.Draw(dc, item.icon, row.rcItem.left + icons_.Width() / 4,
+                    row.rcItem.top + (ui::Height(row.rcItem) - icons_.Height()) / 2)) {
+        text.left += icons_.Width() * 3 / 2;
     } else {
         text.left += margin;
     }
-    SetBkMode(dc, TRANSPARENT);
-    SetTextColor(dc, GetSysColor(selected ? COLOR_HIGHLIGHTTEXT : COLOR_WINDOWTEXT));
+    ui::SetRowTextColor(dc, selected);
     const platform::Selected font(dc, ui::Fonts().Base());
     ui::DrawClippedLine(dc, text, item.title);
 }

@@ -5,6 +5,7 @@
 
 #include "platform/windows.h"
 #include "views/apps/hidden_app_list.h"
+#include "views/system_icons.h"
 
 namespace views {
 
@@ -30,10 +31,7 @@ class AppRows {
     void Draw(const DRAWITEMSTRUCT& row, const AppItem& item) const;
 
  private:
-    // The system's large icons, borrowed.
-    HIMAGELIST icons_ = nullptr;
-    int iconWidth_ = 0;
-    int iconHeight_ = 0;
+    SystemIcons icons_;
     int textHeight_ = 0;
     int height_ = 0;
 };

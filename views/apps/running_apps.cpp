@@ -30,10 +30,7 @@ void Examine(HWND window, const AppCloser& closer, DWORD flags, const AppFound& 
         (!(flags & flagShowHiddenApplications) && closer.IsHidden(window))) {
         return;
     }
-    SHFILEINFOW info = {};
-    const bool hasIcon =
-        platform::FileInfo(path.c_str(), 0, &info, SHGFI_SYSICONINDEX | SHGFI_SMALLICON) != 0;
-    found(std::make_unique<AppItem>(AppItem{std::move(title), hasIcon ? info.iIcon : -1, window}));
+    found(std::make_unique<AppItem>(AppItem{std::move(title), IconOf(path), window}));
 }
 
 }  // namespace

@@ -2,8 +2,8 @@
 
 #include "ui/list/list_layout.h"
 #include "views/files/file_names.h"
-#include "views/files/folder_listing.h"
 #include "views/files/folder_walk.h"
+#include "views/system_icons.h"
 
 namespace views {
 

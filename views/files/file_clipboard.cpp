@@ -13,8 +13,8 @@
 #include "ui/dialog/action.h"
 #include "views/files/drop_files.h"
 #include "views/files/file_names.h"
-#include "views/files/folder_listing.h"
 #include "views/files/paste_target.h"
+#include "views/system_icons.h"
 
 namespace views {
 

@@ -8,6 +8,7 @@
 #include "ui/paint/clipped_text.h"
 #include "ui/paint/drawing_resources.h"
 #include "ui/paint/paint.h"
+#include "ui/paint/spacing.h"
 #include "ui/paint/theme.h"
 #include "ui/window/window.h"
 #include "views/display_flags.h"
@@ -26,13 +27,8 @@ bool HasSecondLine(const FileItem& item, DWORD flags) {
 void FileRows::Layout(HDC dc) {
     textHeight_ = ui::TextHeight(dc, ui::Fonts().Base());
     smallTextHeight_ = ui::TextHeight(dc, ui::Fonts().Small());
-    SHFILEINFOW info = {};
-    icons_ = reinterpret_cast<HIMAGELIST>(
-        platform::FileInfo(nullptr, 0, &info, SHGFI_SYSICONINDEX | SHGFI_SMALLICON));
-    if (!icons_ || !ImageList_GetIconSize(icons_, &iconWidth_, &iconHeight_)) {
-        iconWidth_ = iconHeight_ = 0;
-    }
-    oneLineHeight_ = std::max(ThumbRowHeight(textHeight_), iconHeight_ + iconHeight_ / 4);
+    icons_.Load(SHGFI_SMALLICON);
+    oneLineHeight_ = std::max(ThumbRowHeight(textHeight_), icons_.RowHeight());
 }
 
 int FileRows::Height(const FileItem& item, DWORD flags) const {
@@ -42,24 +38,16 @@ int FileRows::Height(const FileItem& item, DWORD flags) const {
 void FileRows::Draw(const DRAWITEMSTRUCT& row, const FileItem& item, DWORD flags) const {
     const HDC dc = row.hDC;
     const bool selected = (row.itemState & ODS_SELECTED) != 0;
-    if (selected) {
-        ui::FillWithSystemColor(dc, row.rcItem, COLOR_HIGHLIGHT);
-    } else {
-        ui::DrawRowRule(dc, row.rcItem);
-    }
-    const int margin = (textHeight_ + 5) / 6;
+    ui::DrawRowBackground(dc, row.rcItem, selected);
+    const int margin = ui::RowMargin(textHeight_);
     RECT text = row.rcItem;
     text.right -= 2 * margin;
     text.left += 2 * margin;
-    if (icons_ && item.iconIndex >= 0 &&
-        ImageList_Draw(icons_, item.iconIndex, dc, text.left,
-                       row.rcItem.top + (ui::Height(row.rcItem) - iconHeight_) / 2, ILD_NORMAL)) {
-        text.left += iconWidth_ + iconWidth_ / 2;
-    } else {
-        text.left += iconWidth_ > 0 ? iconWidth_ + iconWidth_ / 2 : 0;
-    }
-    SetBkMode(dc, TRANSPARENT);
-    SetTextColor(dc, GetSysColor(selected ? COLOR_HIGHLIGHTTEXT : COLOR_WINDOWTEXT));
+    icons_.Draw(dc, item.iconIndex, text.left,
+                row.rcItem.top + (ui::Height(row.rcItem) - icons_.Height()) / 2);
+    // Names stand below each other, with an icon or without.
+    text.left += icons_.Width() + icons_.Width() / 2;
+    ui::SetRowTextColor(dc, selected);
     if (!HasSecondLine(item, flags)) {
         const platform::Selected font(dc, ui::Fonts().Base());
         ui::DrawClippedLine(dc, text, item.name);
@@ -83,7 +71,7 @@ void FileRows::Draw(const DRAWITEMSTRUCT& row, const FileItem& item, DWORD flags
 
 RECT FileRows::NameArea(const RECT& row) const {
     RECT area = row;
-    area.left += 2 * ((textHeight_ + 5) / 6) + iconWidth_ + iconWidth_ / 4;
+    area.left += 2 * ui::RowMargin(textHeight_) + icons_.Width() + icons_.Width() / 4;
     area.bottom = area.top + std::min(ui::Height(row), oneLineHeight_);
     return area;
 }

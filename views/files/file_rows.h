@@ -2,6 +2,7 @@
 #pragma once
 
 #include "views/files/file_item.h"
+#include "views/system_icons.h"
 
 namespace views {
 
@@ -20,10 +21,7 @@ class FileRows {
  private:
     void DrawSecondLine(HDC dc, const RECT& area, const FileItem& item, DWORD flags) const;
 
-    // The system's small icons, borrowed.
-    HIMAGELIST icons_ = nullptr;
-    int iconWidth_ = 0;
-    int iconHeight_ = 0;
+    SystemIcons icons_;
     int textHeight_ = 0;
     int smallTextHeight_ = 0;
     int oneLineHeight_ = 0;

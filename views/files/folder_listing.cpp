@@ -1,9 +1,9 @@
 #include "views/files/folder_listing.h"
 
 #include "faults/fault.h"
-#include "platform/shell.h"
 #include "views/display_flags.h"
 #include "views/files/folder_walk.h"
+#include "views/system_icons.h"
 
 namespace views {
 
@@ -46,14 +46,6 @@ FileItems ReadFolder(const std::wstring& folder, DWORD hideMask, const NamePatte
         // What could be read is the list.
     }
     return items;
-}
-
-int IconOf(const std::wstring& path, DWORD attributes, UINT flags) {
-    SHFILEINFOW info;
-    return platform::FileInfo(path.c_str(), attributes, &info,
-                              SHGFI_SYSICONINDEX | SHGFI_SMALLICON | flags)
-               ? info.iIcon
-               : -1;
 }
 
 }  // namespace views

@@ -15,10 +15,6 @@ DWORD HideMask(DWORD flags);
 // Whether a path names an existing folder (GetFileAttributesW).
 bool IsExistingFolder(const std::wstring& path);
 
-// The index of a path's icon in the system's small-icon image list (SHGetFileInfo with `flags`
-// besides the two for that); -1 when it has none.
-int IconOf(const std::wstring& path, DWORD attributes, UINT flags = 0);
-
 using FileItems = ui::RowBatch<FileItem, FileItemOwner>;
 
 // Reads a folder once (FindFirstFileW, FindNextFileW), in the file system's order: the entries that

@@ -7,8 +7,8 @@
 #include "ui/dialog/action.h"
 #include "ui/window/held_fault.h"
 #include "views/files/file_names.h"
-#include "views/files/folder_listing.h"
 #include "views/files/folder_walk.h"
+#include "views/system_icons.h"
 
 namespace views {
 

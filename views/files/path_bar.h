@@ -4,6 +4,7 @@
 #include <functional>
 #include <string>
 
+#include "ui/paint/spacing.h"
 #include "ui/window/window.h"
 
 namespace views {
@@ -18,7 +19,7 @@ class PathBar final : public ui::Window {
     // Takes a folder as TextOfFolder writes it. Nothing is thrown.
     void SetText(std::wstring text);
     // The height that the strip wants, in pixels.
-    static int PreferredHeight(int textHeight) { return textHeight + (textHeight + 2) / 3 * 2; }
+    static int PreferredHeight(int textHeight) { return ui::FormRowHeight(textHeight); }
 
  protected:
     LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;

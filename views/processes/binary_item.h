@@ -27,7 +27,4 @@ inline bool OrdersBefore(const BinaryItem& first, const BinaryItem& second) {
     return first.base < second.base;
 }
 
-// The index of a file's icon (SHGetFileInfo); -1 when there is none.
-int32_t IconOfFile(const std::wstring& path);
-
 }  // namespace views

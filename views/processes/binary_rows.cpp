@@ -7,6 +7,7 @@
 #include "ui/paint/clipped_text.h"
 #include "ui/paint/drawing_resources.h"
 #include "ui/paint/paint.h"
+#include "ui/paint/spacing.h"
 #include "ui/paint/theme.h"
 #include "ui/window/window.h"
 
@@ -23,43 +24,32 @@ std::wstring FormatAddress(ULONG_PTR address) {
 void BinaryRows::Layout(HDC dc) {
     textHeight_ = ui::TextHeight(dc, ui::Fonts().Base());
     smallTextHeight_ = ui::TextHeight(dc, ui::Fonts().Small());
-    SHFILEINFOW info = {};
-    icons_ =
-        reinterpret_cast<HIMAGELIST>(platform::FileInfo(nullptr, 0, &info, SHGFI_SYSICONINDEX));
-    if (!icons_ || !ImageList_GetIconSize(icons_, &iconWidth_, &iconHeight_)) {
-        iconWidth_ = iconHeight_ = 0;
-    }
+    icons_.Load(0);
 }
 
 int BinaryRows::Height(const BinaryLines& lines) const {
-    int height = textHeight_ + (textHeight_ + 3) / 4 * 2;
+    int height = ui::ListRowHeight(textHeight_);
     height += lines.path ? smallTextHeight_ : 0;
     height += lines.base || lines.size ? smallTextHeight_ : 0;
-    return std::max(height, iconHeight_ + iconHeight_ / 4);
+    return std::max(height, icons_.RowHeight());
 }
 
 void BinaryRows::Draw(const DRAWITEMSTRUCT& row, const BinaryItem& item, const std::wstring& name,
                       const BinaryLines& lines) const {
     const HDC dc = row.hDC;
     const RECT& area = row.rcItem;
-    const int margin = (textHeight_ + 5) / 6;
+    const int margin = ui::RowMargin(textHeight_);
     const bool selected = (row.itemState & ODS_SELECTED) != 0;
-    if (selected) {
-        ui::FillWithSystemColor(dc, area, COLOR_HIGHLIGHT);
-    } else {
-        ui::DrawRowRule(dc, area);
-    }
-    const int iconTop = ui::Height(area) - 2 * margin > iconHeight_
+    ui::DrawRowBackground(dc, area, selected);
+    const int iconTop = ui::Height(area) - 2 * margin > icons_.Height()
                             ? area.top + margin
-                            : (area.top + area.bottom - iconHeight_) / 2;
+                            : (area.top + area.bottom - icons_.Height()) / 2;
     RECT text = {area.left + margin, area.top + margin, area.right - margin,
                  area.bottom - 2 * margin};
-    if (icons_ && item.icon >= 0 &&
-        ImageList_Draw(icons_, item.icon, dc, text.left, iconTop, ILD_NORMAL)) {
-        text.left += iconWidth_ + margin;
+    if (icons_.Draw(dc, item.icon, text.left, iconTop)) {
+        text.left += icons_.Width() + margin;
     }
-    SetBkMode(dc, TRANSPARENT);
-    SetTextColor(dc, GetSysColor(selected ? COLOR_HIGHLIGHTTEXT : COLOR_WINDOWTEXT));
+    ui::SetRowTextColor(dc, selected);
     // The letters may reach into the line below, but are not cut.
     text.bottom = std::max<int>(DrawLines(dc, text, item, lines), text.top + textHeight_);
     const platform::Selected font(dc, ui::Fonts().Base());

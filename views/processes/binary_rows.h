@@ -4,6 +4,7 @@
 #include <string>
 
 #include "views/processes/binary_item.h"
+#include "views/system_icons.h"
 
 namespace views {
 
@@ -27,10 +28,7 @@ class BinaryRows {
     // Draws the lines below the name upwards from `bottom` and returns where they begin.
     int DrawLines(HDC dc, RECT area, const BinaryItem& item, const BinaryLines& lines) const;
 
-    // The system's large icons, borrowed.
-    HIMAGELIST icons_ = nullptr;
-    int iconWidth_ = 0;
-    int iconHeight_ = 0;
+    SystemIcons icons_;
     int textHeight_ = 0;
     int smallTextHeight_ = 0;
 };

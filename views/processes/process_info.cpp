@@ -13,6 +13,7 @@
 #include "ui/dialog/page.h"
 #include "ui/paint/clipped_text.h"
 #include "ui/paint/drawing_resources.h"
+#include "ui/paint/spacing.h"
 #include "ui/window/window.h"
 #include "views/processes/binary_rows.h"
 
@@ -60,10 +61,10 @@ class ExecutableRow final : public ui::FormRow {
     }
     SIZE Measure(HDC dc, SIZE room) override {
         const int line = ui::TextHeight(dc, ui::Fonts().Base());
-        return SIZE{room.cx, std::max(iconHeight_ + iconHeight_ / 4, line + 2 * ((line + 2) / 3))};
+        return SIZE{room.cx, std::max(iconHeight_ + iconHeight_ / 4, ui::FormRowHeight(line))};
     }
     void Draw(HDC dc, const RECT& area, bool) override {
-        const int margin = (ui::Height(area) + 5) / 6;
+        const int margin = ui::RowMargin(ui::Height(area));
         RECT name = area;
         if (icons_ && ImageList_Draw(icons_, icon_, dc, area.left + iconWidth_ / 4,
                                      area.top + (ui::Height(area) - iconHeight_) / 2, ILD_NORMAL)) {

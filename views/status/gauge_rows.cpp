@@ -6,6 +6,7 @@
 #include "ui/paint/drawing_resources.h"
 #include "ui/paint/paint.h"
 #include "ui/paint/percentage_bar.h"
+#include "ui/paint/spacing.h"
 #include "ui/paint/theme.h"
 #include "ui/window/window.h"
 
@@ -35,7 +36,7 @@ void GaugeRows::Layout(HDC dc) {
     smallTextHeight_ = ui::TextHeight(dc, ui::Fonts().Small());
     barHeight_ = ui::PercentageBarHeight(GetSystemMetrics(SM_CXBORDER));
     iconSize_ = ui::Resources().StatusIconSize();
-    margin_ = (textHeight_ + 5) / 6;
+    margin_ = ui::RowMargin(textHeight_);
     const int lines = textHeight_ + margin_ + barHeight_ + margin_ + smallTextHeight_;
     height_ = std::max(lines, iconSize_) + 4 * margin_;
 }
