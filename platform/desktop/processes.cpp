@@ -81,7 +81,7 @@ std::wstring ProcessPath(DWORD processId) {
         return Limited(desktop::FromImagePath(std::wstring(path, length)));
     }
     const DWORD error = GetLastError();
-    const std::wstring name = NameOfProcess(processId);
+    std::wstring name = NameOfProcess(processId);
     if (name.empty()) {
         SetLastError(error);
     }
