@@ -22,7 +22,8 @@ class Module {
     Module(const Module&) = delete;
     Module& operator=(const Module&) = delete;
 
-    // Registered before Initialize; called there and by Shutdown.
+    // Registered before Initialize; called there and by Shutdown. Kept for the toolkit: the program
+    // registers nothing.
     void RegisterObject(LifetimeHook hook) { objects_.push_back(hook); }
     // Run by Shutdown, in the order of registration.
     void AddTerminationCallback(std::function<void()> callback) {

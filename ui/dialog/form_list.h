@@ -28,6 +28,7 @@ class FormRow {
     // The selected row was tapped; true when it must be drawn anew.
     virtual bool Tapped() { return false; }
 
+    // Kept for the toolkit: no page of the program edits in place.
     // An editor over the row: first its font, which the list deletes with the editor, then the
     // child window of `list` itself; null for a row that is not edited in place.
     virtual HFONT CreateEditorFont() { return nullptr; }

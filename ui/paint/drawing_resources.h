@@ -18,7 +18,8 @@ class DrawingResources {
     void Load();
     // Frees the pictures and fonts.
     void Free();
-    // The next larger main strip, where a larger icon is needed; empty with the largest.
+    // The next larger main strip, where a larger icon is needed; empty with the largest. Kept for
+    // the toolkit: nothing of the program draws from it.
     const ImageStrip& SecondStrip();
     const ImageStrip& StatusStrip();
     // The size of its icons in pixels, which is known without loading it; 0 when there is none.

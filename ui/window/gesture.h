@@ -28,7 +28,8 @@ struct DragThreshold {
 };
 
 // What follows the finger in one drag. Created by the window that accepts the drag and owned by
-// the drag loop. Points are client coordinates of that window.
+// the drag loop. Points are client coordinates of that window. The operations that have a body here
+// are kept for the toolkit: no tracker of the program overrides them.
 class DragTracker {
  public:
     virtual bool Begin(HWND) { return true; }
