@@ -58,8 +58,8 @@ class AppChooser final : public ui::FullScreenDialog,
     std::wstring FirstFolder() const;
     void AddCancel();
     void UpdateMenu();
-    // Lists a folder under the flags.
-    void Show(std::wstring folder);
+    // Lists what the flags let through from now on.
+    void SetFilter();
     void SetFlag(DWORD flag, bool set);
     void Back();
 
@@ -123,27 +123,27 @@ bool AppChooser::OpenContents() {
 }
 
 void AppChooser::ContentsReady() {
-    ui::RunAction(Handle(), IDS_ACTION_FAILED, [this] { Show(FirstFolder()); });
+    ui::RunAction(Handle(), IDS_ACTION_FAILED, [this] {
+        SetFilter();
+        browser_.Show(FirstFolder());
+    });
 }
 
-void AppChooser::Show(std::wstring folder) {
+void AppChooser::SetFilter() {
     browser_.SetFilter(HideMask(flags_), ListsApplications(flags_)
                                              ? NamePatterns(applicationsFilter)
                                              : NamePatterns());
-    browser_.Show(std::move(folder));
 }
 
 void AppChooser::SetFlag(DWORD flag, bool set) {
     const DWORD before = flags_;
     flags_ = set ? flags_ | flag : flags_ & ~flag;
     try {
-        const EntryName selected = browser_.Selected();
-        Show(browser_.Folder());
-        if (!selected.name.empty()) {
-            browser_.Select(selected);
-        }
+        SetFilter();
+        browser_.Relist();
     } catch (...) {
         flags_ = before;
+        SetFilter();
         throw;
     }
 }

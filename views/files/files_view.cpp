@@ -74,11 +74,8 @@ bool FilesView::Deactivate(HDC dc) {
 }
 
 void FilesView::FlagsChanged(DWORD, DWORD) {
-    const EntryName selected = browser_.Selected();
-    Show(browser_.Folder());
-    if (!selected.name.empty()) {
-        browser_.Select(selected);
-    }
+    browser_.SetFilter(HideMask(GetFrame().Flags()));
+    browser_.Relist();
 }
 
 void FilesView::Refresh() {
