@@ -17,13 +17,8 @@ HGLOBAL MakeBlock(const void* bytes, size_t count, size_t size) {
     return block;
 }
 
-// Another process may have the clipboard open for a moment.
-bool OpenInTurn() {
-    return WaitFor([] { return OpenClipboard(nullptr) != FALSE; });
-}
-
 void Put(HGLOBAL files, DWORD effect) {
-    ASSERT_TRUE(OpenInTurn());
+    ASSERT_TRUE(OpenClipboardInTurn());
     EmptyClipboard();
     EXPECT_TRUE(SetClipboardData(CF_HDROP, files));
     EXPECT_TRUE(SetClipboardData(RegisterClipboardFormatW(L"Preferred DropEffect"),
@@ -33,8 +28,12 @@ void Put(HGLOBAL files, DWORD effect) {
 
 }  // namespace
 
+bool OpenClipboardInTurn(HWND owner) {
+    return WaitFor([owner] { return OpenClipboard(owner) != FALSE; });
+}
+
 void ClearClipboard() {
-    ASSERT_TRUE(OpenInTurn());
+    ASSERT_TRUE(OpenClipboardInTurn());
     EmptyClipboard();
     CloseClipboard();
 }

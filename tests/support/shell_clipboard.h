@@ -10,6 +10,9 @@
 
 namespace test {
 
+// OpenClipboard, waiting until another process that has it open for a moment closes it.
+bool OpenClipboardInTurn(HWND owner = nullptr);
+
 // Empties the clipboard, waiting until whoever has it open closes it.
 void ClearClipboard();
 

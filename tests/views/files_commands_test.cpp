@@ -4,6 +4,7 @@
 #include "tests/support/box.h"
 #include "tests/support/finger.h"
 #include "tests/support/platform_hook.h"
+#include "tests/support/shell_clipboard.h"
 #include "tests/support/user.h"
 #include "tests/support/wait.h"
 #include "tests/support/windows_seen.h"
@@ -93,18 +94,18 @@ TEST_F(FilesMenu, PastingNeedsPathsOnTheClipboard) {
 
 TEST_F(FilesMenu, PastingFollowsTheRealClipboard) {
     OpenFolder();
-    ASSERT_TRUE(OpenClipboard(frame.Handle()));
+    ASSERT_TRUE(OpenClipboardInTurn(frame.Handle()));
     EmptyClipboard();
     SetClipboardData(CF_UNICODETEXT, GlobalAlloc(GMEM_MOVEABLE | GMEM_ZEROINIT, 16));
     CloseClipboard();
     EXPECT_FALSE(Enabled(ID_PASTE));
-    ASSERT_TRUE(OpenClipboard(frame.Handle()));
+    ASSERT_TRUE(OpenClipboardInTurn(frame.Handle()));
     EmptyClipboard();
     SetClipboardData(CF_HDROP, GlobalAlloc(GMEM_MOVEABLE | GMEM_ZEROINIT, 64));
     CloseClipboard();
     EXPECT_TRUE(Enabled(ID_PASTE));
     EXPECT_TRUE(Enabled(ID_PASTE_SHORTCUT));
-    ASSERT_TRUE(OpenClipboard(frame.Handle()));
+    ASSERT_TRUE(OpenClipboardInTurn(frame.Handle()));
     EmptyClipboard();
     CloseClipboard();
     EXPECT_FALSE(Enabled(ID_PASTE));

@@ -3,6 +3,7 @@
 
 #include "res/resource.h"
 #include "tests/support/heaps.h"
+#include "tests/support/shell_clipboard.h"
 #include "tests/views/operations_fixture.h"
 #include "tests/views/rows.h"
 
@@ -62,7 +63,7 @@ TEST_F(OperationLeaks, AFileIsCopiedAndPasted) {
     const ptrdiff_t bare = Left([&] {
         Select(L"a.txt");
         Give(ID_COPY);
-        OpenClipboard(frame.Handle());
+        OpenClipboardInTurn(frame.Handle());
         GetClipboardData(CF_HDROP);
         CloseClipboard();
     });

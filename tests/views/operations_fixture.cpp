@@ -5,6 +5,7 @@
 #include "platform/desktop/paths.h"
 #include "platform/handles.h"
 #include "tests/support/box.h"
+#include "tests/support/shell_clipboard.h"
 
 namespace test {
 
@@ -94,7 +95,7 @@ void OperationsFixture::PutPaths(const std::vector<std::wstring>& paths, DWORD e
     const DropHeader header;
     std::string block(reinterpret_cast<const char*>(&header), sizeof header);
     block.append(reinterpret_cast<const char*>(list.data()), list.size() * sizeof(wchar_t));
-    ASSERT_TRUE(OpenClipboard(frame.Handle()));
+    ASSERT_TRUE(OpenClipboardInTurn(frame.Handle()));
     EmptyClipboard();
     PutBytes(CF_HDROP, block.data(), block.size());
     if (effect != 0) {

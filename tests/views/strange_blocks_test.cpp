@@ -1,4 +1,5 @@
 #include "res/resource.h"
+#include "tests/support/shell_clipboard.h"
 #include "tests/views/clipboard_fixture.h"
 
 using namespace test;
@@ -19,7 +20,7 @@ TEST_F(PastingStrangeBlocks, AreIgnoredWithoutAMessage) {
         wchar_t text[64];
     } block = {20, {}, FALSE, FALSE, L"C:\\nothing.txt"};
     const auto paste = [&](size_t size) {
-        ASSERT_TRUE(OpenClipboard(frame.Handle()));
+        ASSERT_TRUE(OpenClipboardInTurn(frame.Handle()));
         EmptyClipboard();
         PutBytes(CF_HDROP, &block, size);
         CloseClipboard();
@@ -63,7 +64,7 @@ TEST_F(PastingStrangeBlocks, APathOfAnyLengthIsReportedAndTheNextFollows) {
 TEST_F(PastingStrangeBlocks, AnEffectTooShortIsACopy) {
     GoTo(L"to");
     PutPaths({From(L"photo.jpg")});
-    ASSERT_TRUE(OpenClipboard(frame.Handle()));
+    ASSERT_TRUE(OpenClipboardInTurn(frame.Handle()));
     const BYTE move[2] = {2, 0};
     PutBytes(RegisterClipboardFormatW(L"Preferred DropEffect"), move, sizeof move);
     CloseClipboard();
