@@ -107,9 +107,10 @@ TEST_F(ApplicationsProgram, InformationAndModuleOfAnApplication) {
     ASSERT_TRUE(ShowsSelected(0));
     ChooseCommand(IDR_APPLICATIONS, ID_GO_TO_MODULE);
     EXPECT_TRUE(WaitFor([&] { return Count() == none; }));
-    const std::wstring folder = TextOf(Window());
-    EXPECT_NE(GetFileAttributesW((folder + L"\\sample_program.exe").c_str()),
-              INVALID_FILE_ATTRIBUTES);
+    EXPECT_TRUE(WaitFor([&] {
+        const std::wstring shown = TextOf(Window()) + L"\\sample_program.exe";
+        return GetFileAttributesW(shown.c_str()) != INVALID_FILE_ATTRIBUTES;
+    }));
 }
 
 TEST_F(ApplicationsProgram, AHiddenOneIsShownWithTheHiddenOnesOnly) {
