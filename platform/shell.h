@@ -24,6 +24,13 @@ std::wstring SpecialFolder(HWND owner, int folder, MissingFolder missing = Missi
 // SHGetFileInfo (cbFileInfo = sizeof *info) for a path as a handheld writes it.
 DWORD_PTR FileInfo(const wchar_t* path, DWORD attributes, SHFILEINFOW* info, UINT flags);
 
+// The system's list of icons of a size (SHGetFileInfo without a path): SHGFI_SMALLICON, or 0 for
+// the large ones. Borrowed; null when there is none.
+inline HIMAGELIST SystemImageList(UINT size) {
+    SHFILEINFOW info = {};
+    return reinterpret_cast<HIMAGELIST>(FileInfo(nullptr, 0, &info, SHGFI_SYSICONINDEX | size));
+}
+
 // The window of the shell's desktop, whose process is the shell (FindWindowW; GetShellWindow on a
 // PC, else GetDesktopWindow). Null when there is none.
 HWND ShellDesktopWindow();

@@ -11,9 +11,7 @@ int IconOf(const std::wstring& path, DWORD attributes, UINT flags) {
 }
 
 void SystemIcons::Load(UINT size) {
-    SHFILEINFOW info = {};
-    list_ = reinterpret_cast<HIMAGELIST>(
-        platform::FileInfo(nullptr, 0, &info, SHGFI_SYSICONINDEX | size));
+    list_ = platform::SystemImageList(size);
     if (!list_ || !ImageList_GetIconSize(list_, &width_, &height_)) {
         width_ = height_ = 0;
     }
