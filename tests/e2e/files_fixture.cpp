@@ -135,8 +135,9 @@ int FilesProgram::RowHeight(int row) const {
     return RowHeightIn(ListPicture(), row);
 }
 
+// A popup that has just closed may still be seen on the rows.
 POINT FilesProgram::RowPoint(int row) const {
-    const int height = RowHeight();
+    const int height = RowHeightIn(StillListPicture(), 0);
     return OnScreen(List(), ui::Width(ScreenRectangleOf(List())) / 2, row * height + height / 2);
 }
 

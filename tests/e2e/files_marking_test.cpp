@@ -1,4 +1,5 @@
 #include "tests/e2e/files_fixture.h"
+#include "tests/support/keyboard.h"
 #include "ui/window/window.h"
 
 using namespace test;
@@ -118,7 +119,7 @@ TEST_F(FilesMarking, GrayedButtonsDoNothing) {
     }
     ASSERT_TRUE(Finger().Tap(RowPoint(0)).Play());
     EXPECT_TRUE(Counts(1));
-    EXPECT_FALSE(FindVisible(L"#32770", true));
+    EXPECT_FALSE(FindVisible(L"#32770", true)) << DescribeScreen(Window());
 }
 
 TEST_F(FilesMarking, GrayedButtonsComeToLifeWithAMark) {
