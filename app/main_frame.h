@@ -46,6 +46,8 @@ class MainFrame : public ui::Window, public views::Frame, private PaneOwner {
 
     // Sees each message before it is dispatched: the hardware soft keys press the bar's buttons.
     bool PreTranslate(const MSG& message);
+    // Does what the shown view has put off; false when that is all.
+    bool Idle() { return Current().Idle(); }
 
  protected:
     LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;

@@ -13,8 +13,7 @@ class MessageLoop {
  public:
     // True takes the message: it is then neither translated nor dispatched.
     using Filter = std::function<bool(const MSG&)>;
-    // Called with 0, 1, 2, ... while the queue stays empty; false needs no more idle time. Kept for
-    // the toolkit: nothing of the program idles yet.
+    // Called with 0, 1, 2, ... while the queue stays empty; false needs no more idle time.
     using IdleHandler = std::function<bool(int count)>;
 
     void AddFilter(Filter filter) { filters_.push_back(std::move(filter)); }

@@ -54,6 +54,7 @@ int RunMainFrame(Module& module, HANDLE event, int showCommand) {
         throw faults::W32Fault();
     }
     loop.AddFilter([&frame](const MSG& message) { return frame.PreTranslate(message); });
+    loop.AddIdleHandler([&frame](int) { return frame.Idle(); });
     ShowWindow(frame.Handle(), showCommand);
     const int result = loop.Run();
     faultPasses.Release();

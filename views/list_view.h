@@ -27,6 +27,7 @@ class ListView : public View, protected ui::RowListOwner {
     bool Back() override { return false; }
     void Close() override {}
     void Focus() override { SetFocus(list_->Handle()); }
+    bool Idle() override { return list_->CompleteNearby(); }
 
     // Whether there is what a command needs.
     bool Meets(Needs needs) const;

@@ -18,7 +18,8 @@ void SystemIcons::Load(UINT size) {
 }
 
 bool SystemIcons::Draw(HDC dc, int index, int x, int y) const {
-    return list_ && index >= 0 && ImageList_Draw(list_, index, dc, x, y, ILD_NORMAL);
+    return list_ && (index == unknownIcon ||
+                     (index >= 0 && ImageList_Draw(list_, index, dc, x, y, ILD_NORMAL)));
 }
 
 }  // namespace views

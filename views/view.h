@@ -62,6 +62,8 @@ class View {
     virtual void Focus() = 0;
     // A volume came or went (the event of WM_DEVICECHANGE).
     virtual void DeviceChanged(WPARAM) {}
+    // Called while nothing else is to be done; false needs no more idle time.
+    virtual bool Idle() { return false; }
     // A timer of the pane has run out (WM_TIMER).
     virtual void Timer(UINT_PTR) {}
 };

@@ -26,11 +26,19 @@ HCURSOR WINAPI WatchedCursor::Set(HCURSOR cursor) {
     return std::exchange(current->shown_, cursor);
 }
 
-DWORD_PTR WINAPI WatchedCursor::FileInfo(const wchar_t* path, DWORD attributes, SHFILEINFOW* info,
-                                         UINT size, UINT flags) {
-    ++current->asked_;
-    current->askedWaiting_ += current->shown_ == LoadCursorW(nullptr, IDC_WAIT);
-    return current->info_.Original()(path, attributes, info, size, flags);
+void WatchedCursor::Asked() {
+    ++asked_;
+    askedWaiting_ += shown_ == LoadCursorW(nullptr, IDC_WAIT);
+}
+
+HANDLE WINAPI WatchedCursor::Open(DWORD access, BOOL inherit, DWORD process) {
+    current->Asked();
+    return current->open_.Original()(access, inherit, process);
+}
+
+HANDLE WINAPI WatchedCursor::TakeSnapshot(DWORD flags, DWORD process) {
+    current->Asked();
+    return current->snapshot_.Original()(flags, process);
 }
 
 }  // namespace test

@@ -13,22 +13,23 @@ class WatchedCursor {
     WatchedCursor(const WatchedCursor&) = delete;
     WatchedCursor& operator=(const WatchedCursor&) = delete;
 
-    // Whether a file's icon has been asked for, and each time under the wait cursor.
+    // Whether a process has been opened or a snapshot taken, and each time under the wait cursor.
     bool Waited() const { return asked_ > 0 && asked_ == askedWaiting_; }
     // Whether the cursor is the arrow again.
     bool IsBack() const;
 
  private:
     static HCURSOR WINAPI Set(HCURSOR cursor);
-    static DWORD_PTR WINAPI FileInfo(const wchar_t* path, DWORD attributes, SHFILEINFOW* info,
-                                     UINT size, UINT flags);
+    static HANDLE WINAPI Open(DWORD access, BOOL inherit, DWORD process);
+    static HANDLE WINAPI TakeSnapshot(DWORD flags, DWORD process);
+    void Asked();
 
     HCURSOR shown_;
     int asked_ = 0;
     int askedWaiting_ = 0;
     PlatformHook<HCURSOR WINAPI(HCURSOR)> set_{"SetCursor", Set};
-    PlatformHook<DWORD_PTR WINAPI(const wchar_t*, DWORD, SHFILEINFOW*, UINT, UINT)> info_{
-        "SHGetFileInfoW", FileInfo};
+    PlatformHook<HANDLE WINAPI(DWORD, BOOL, DWORD)> open_{"OpenProcess", Open};
+    PlatformHook<HANDLE WINAPI(DWORD, DWORD)> snapshot_{"CreateToolhelp32Snapshot", TakeSnapshot};
 };
 
 }  // namespace test

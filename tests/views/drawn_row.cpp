@@ -56,6 +56,7 @@ DrawnRow::DrawnRow(ui::RowListWindow& list, unsigned index, SIZE size, bool sele
     row.rcItem = RECT{0, offset, size.cx, offset + size.cy};
     row.itemID = index;
     row.itemData = list.GetItemData(index);
+    list.BeginFrame(false);
     texts = &texts_;
     icons = &icons_;
     {

@@ -77,6 +77,8 @@ class FilesFixture : public testing::Test {
     Names Rows() const;
     // Empty when no row is selected.
     std::wstring Selected() const;
+    // Lets the list draw what it shows.
+    void Draw() const { UpdateWindow(List().Handle()); }
     void Select(const std::wstring& name) { List().SetSelection(RowOf(name)); }
 
     const CleanSettings settings;

@@ -43,9 +43,11 @@ BOOL WINAPI NotingInvalidate(HWND window, const RECT* area, BOOL erase) {
     return TRUE;
 }
 
-DWORD_PTR WINAPI FileInfoWatchingTheCursor(LPCWSTR, DWORD, SHFILEINFOW*, UINT, UINT) {
+BOOL(WINAPI* findNext)(HANDLE, WIN32_FIND_DATAW*) = nullptr;
+
+BOOL WINAPI NextWatchingTheCursor(HANDLE search, WIN32_FIND_DATAW* found) {
     waitingAtNext = cursors.back() == Wait();
-    return 0;
+    return findNext(search, found);
 }
 
 // The shell of this machine looks through the whole folder for each file.
@@ -70,8 +72,9 @@ TEST_F(FilesCursor, IsTheWaitCursorWhileAFolderIsReadAndThePreviousOneAfterwards
     cursors = {arrow};
     waitingAtNext = false;
     const PlatformHook<decltype(NotingSetCursor)> hook("SetCursor", NotingSetCursor);
-    const PlatformHook<decltype(FileInfoWatchingTheCursor)> watch("SHGetFileInfoW",
-                                                                  FileInfoWatchingTheCursor);
+    const PlatformHook<decltype(NextWatchingTheCursor)> watch("FindNextFileW",
+                                                              NextWatchingTheCursor);
+    findNext = watch.Original();
     View().Refresh();
     EXPECT_TRUE(waitingAtNext);
     EXPECT_EQ(cursors, (std::vector<HCURSOR>{arrow, Wait(), arrow}));

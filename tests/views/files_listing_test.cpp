@@ -203,6 +203,7 @@ TEST_F(FilesItems, TakeTheIconThatTheShellNamesForTheFullPath) {
     const FileInfoHook hook("SHGetFileInfoW", NumberingFileInfo);
     infosAsked.clear();
     View().Navigate(folder.Path().c_str());
+    Draw();
     EXPECT_EQ(ItemOf(L"a.txt").iconIndex, 42);
     ASSERT_EQ(infosAsked.size(), 1u);
     EXPECT_EQ(infosAsked[0].path, L"C:" + path);
@@ -216,12 +217,14 @@ TEST_F(FilesItems, HaveNoIconWhenTheShellFails) {
     Open();
     const FileInfoHook hook("SHGetFileInfoW", FailingFileInfo);
     View().Navigate(folder.Path().c_str());
+    Draw();
     EXPECT_EQ(ItemOf(L"a.txt").iconIndex, -1);
 }
 
 TEST_F(FilesItems, HaveTheIconsOfTheSystemsOwnList) {
     folder.MakeFolder(L"folder");
     OpenFolder();
+    Draw();
     SHFILEINFOW info = {};
     ASSERT_TRUE(SHGetFileInfoW((L"C:" + folder.Path() + L"\\folder").c_str(), 0, &info, sizeof info,
                                0x4001));

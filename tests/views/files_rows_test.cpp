@@ -108,6 +108,7 @@ class FilesRowLook : public FilesFixture {
         const PlatformHook<FileInfo> hook("SHGetFileInfoW", InfoOfWindows);
         realFileInfo = hook.Original();
         Open();
+        FilesFixture::Draw();
     }
     static std::wstring LongName() { return std::wstring(200, L'w') + L".txt"; }
     DrawnRow Draw(const std::wstring& name, bool selected = false, int width = rowWidth) {
@@ -144,8 +145,8 @@ TEST_F(FilesRowLook, WithoutAnIconNoneIsDrawnAndTheNamesStayInLine) {
     fake.Add(L"File.txt");
     const PlatformHook<decltype(NoFileInfo)> hook("SHGetFileInfoW", NoFileInfo);
     View().Refresh();
-    ASSERT_EQ(ItemOf(L"File.txt").iconIndex, -1);
     const DrawnRow row = Draw(L"File.txt");
+    ASSERT_EQ(ItemOf(L"File.txt").iconIndex, -1);
     EXPECT_EQ(row.Icons(), std::vector<int>{});
     EXPECT_EQ(row.Texts().at(0).x, x);
     EXPECT_FALSE(row.HasMarks(RECT{0, 0, x - 1, HeightOf(L"File.txt") - 1}));

@@ -125,6 +125,7 @@ TEST_F(OperationCalls, IconsAreAskedForWithTheirPathsAndAttributes) {
         WaitForEditor();
         Finger().Key("Return").Play();
     });
+    Draw();
     ASSERT_EQ(icons.size(), 2u);
     EXPECT_EQ(icons[0].attributes, 0x90u);
     EXPECT_EQ(icons[0].flags, 0x4011u) << "of a folder that is not there yet";
@@ -132,6 +133,7 @@ TEST_F(OperationCalls, IconsAreAskedForWithTheirPathsAndAttributes) {
     EXPECT_EQ(icons[1].flags, 0x4001u);
     icons.clear();
     Give(ID_PASTE);
+    Draw();
     EXPECT_EQ(icons,
               (std::vector<IconAsked>{{Outside(To(L"photo.jpg")),
                                        GetFileAttributesW(To(L"photo.jpg").c_str()), 0x4001u}}));
@@ -168,6 +170,9 @@ TEST_F(OperationCalls, HiddenEntriesAreNotAskedAbout) {
     const IconHook hook("SHGetFileInfoW", NoteIcon);
     icons.clear();
     GoTo(L"to");
+    Draw();
+    while (View().Idle()) {
+    }
     ASSERT_EQ(icons.size(), 1u);
     EXPECT_EQ(icons[0].path, Outside(To(L"shown")));
 }

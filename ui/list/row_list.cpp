@@ -1,6 +1,7 @@
 #include "ui/list/row_list.h"
 
 #include <algorithm>
+#include <new>
 
 #include "ui/paint/marks.h"
 
@@ -106,7 +107,75 @@ void RowListWindow::OnReturn() {
     }
 }
 
+void RowListWindow::BeginFrame(bool dragged) {
+    // Rows at rest are drawn whole. In a drag few are new in one frame, unless it is a fast one.
+    constexpr unsigned mostInDrag = 2;
+    completions_ = dragged ? mostInDrag : ~0u;
+    frameLacks_ = false;
+}
+
+bool RowListWindow::CompleteNearby() {
+    const unsigned row = NextToComplete();
+    if (row == noRow) {
+        return false;
+    }
+    InvalidateRow(row);
+    return TryToComplete(GetItemData(row));
+}
+
+bool RowListWindow::TryToComplete(ULONG_PTR data) const {
+    try {
+        Complete(data);
+    } catch (const std::bad_alloc&) {
+        return false;
+    }
+    return true;
+}
+
+unsigned RowListWindow::NextToComplete() const {
+    const unsigned count = GetCount();
+    RECT client;
+    if (count == 0 || !GetClientRect(Handle(), &client)) {
+        return noRow;
+    }
+    const auto lacks = [this, count](unsigned row) {
+        return row < count && Lacks(GetItemData(row));
+    };
+    const unsigned top = GetTopIndex();
+    unsigned end = top;
+    for (int y = 0; end < count && y < Height(client); ++end) {
+        y += Items()[end].height;
+    }
+    const unsigned page = end - top;
+    const unsigned selection = GetSelection();
+    for (unsigned distance = 0; selection != noRow && distance < page; ++distance) {
+        // What is no row before the first one is none.
+        for (const unsigned row : {selection + distance, selection - distance}) {
+            if (lacks(row)) {
+                return row;
+            }
+        }
+    }
+    // Two screens are what one drag brings.
+    for (unsigned distance = 0; distance < 2 * page; ++distance) {
+        for (const unsigned row : {end + distance, top - 1 - distance}) {
+            if (lacks(row)) {
+                return row;
+            }
+        }
+    }
+    return noRow;
+}
+
 void RowListWindow::DrawItem(const DRAWITEMSTRUCT& row) {
+    if (Lacks(row.itemData)) {
+        if (completions_ > 0) {
+            --completions_;
+            TryToComplete(row.itemData);
+        } else {
+            frameLacks_ = true;
+        }
+    }
     if (!marking_) {
         DrawRow(row);
         return;

@@ -42,6 +42,11 @@ class RowPainter {
     virtual int RowHeight(const Row& row) const = 0;
     // Draws a row into the rectangle of `place`.
     virtual void DrawRow(const DRAWITEMSTRUCT& place, const Row& row) const = 0;
+    // Whether a row lacks what is shown of it and takes long to get, as its icon.
+    virtual bool Lacks(const Row&) const { return false; }
+    // Gets that for a row, or finds that there is none. Called when the row is about to be drawn,
+    // or earlier while the program idles. Where std::bad_alloc is thrown the row lacks it for now.
+    virtual void Complete(Row&) const {}
 
  protected:
     ~RowPainter() = default;
@@ -69,6 +74,11 @@ class RowListWindow : public TouchList<RowListWindow> {
     std::vector<unsigned> MarkedRows() const;
     void ToggleMark(unsigned row);
 
+    // Completes one row (RowPainter::Complete) of those that may be seen next: around the selected
+    // one, then before and behind the window. For idle times; false when none of them lacks
+    // anything.
+    bool CompleteNearby();
+
     // As the list's own; the marks go with their rows.
     void Clear() { ReplaceItems(ItemRecords()); }
     void RemoveItem(unsigned index);
@@ -77,6 +87,8 @@ class RowListWindow : public TouchList<RowListWindow> {
     SIZE Measure(unsigned, int clientWidth, int, ULONG_PTR data) const {
         return SIZE{clientWidth, HeightOf(data)};
     }
+    void BeginFrame(bool dragged);
+    bool FrameLacksSomething() const { return frameLacks_; }
     void DrawItem(const DRAWITEMSTRUCT& row);
     void EraseBackground(HDC dc, const RECT& area) { FillWithSystemColor(dc, area, COLOR_WINDOW); }
     void OnTap(unsigned index, GestureResult gesture);
@@ -105,9 +117,19 @@ class RowListWindow : public TouchList<RowListWindow> {
  private:
     virtual int HeightOf(ULONG_PTR data) const = 0;
     virtual void DrawRow(const DRAWITEMSTRUCT& place) const = 0;
+    virtual bool Lacks(ULONG_PTR data) const = 0;
+    virtual void Complete(ULONG_PTR data) const = 0;
+    // False when memory is short.
+    bool TryToComplete(ULONG_PTR data) const;
+    // The row to complete next; noRow when none is near that lacks anything.
+    unsigned NextToComplete() const;
     virtual void FreeRow(ULONG_PTR data) const = 0;
 
     RowListOwner& owner_;
+    // How many rows may still be completed for the frame that is drawn, and whether that was too
+    // few.
+    unsigned completions_ = 0;
+    bool frameLacks_ = false;
     bool marking_ = false;
     // 1 for each marked row; shorter when the last rows have no mark.
     std::vector<uint8_t> marks_;
@@ -217,6 +239,8 @@ class RowList final : public RowListWindow {
     void DrawRow(const DRAWITEMSTRUCT& place) const override {
         painter_.DrawRow(place, RowOf(place.itemData));
     }
+    bool Lacks(ULONG_PTR data) const override { return painter_.Lacks(RowOf(data)); }
+    void Complete(ULONG_PTR data) const override { painter_.Complete(RowOf(data)); }
     void FreeRow(ULONG_PTR data) const override { Owner(&RowOf(data)); }
 
     const RowPainter<Row>& painter_;

@@ -90,6 +90,11 @@ class TouchList : public Window {
     // Whether a tap opens something. Then a second one that follows quickly does nothing: it was
     // not meant for what has come to its place.
     bool TapsOpen() const { return true; }
+    // All rows are about to be drawn, where they rest or for a frame of a drag, which has to be
+    // quick.
+    void BeginFrame(bool /*dragged*/) {}
+    // Whether rows of the last frame of a drag lack something that the next frames bring.
+    bool FrameLacksSomething() const { return false; }
     // Asked before the selection changes, from `old` to `index`; false keeps it. A list asks its
     // parent (LSN_SELCHANGING) unless its kind knows better.
     bool MaySelect(unsigned index, unsigned old) {
@@ -121,7 +126,7 @@ class TouchList : public Window {
     void MeasureItems(int clientWidth, int clientHeight);
     void UpdateMaxTop(int clientHeight);
     void FitTo(int clientHeight);
-    void PaintRows(HDC dc, const RECT& client, unsigned top, int firstY);
+    void PaintRows(HDC dc, const RECT& client, unsigned top, int firstY, bool dragged);
     void OnButtonDown(POINT point, bool repeated);
     bool OnQueryDragTracker(GestureInfo& info);
     void OnKeyDown(WPARAM key, LPARAM keyData);
@@ -143,6 +148,7 @@ template <typename Kind>
 class TouchList<Kind>::Tracker final : public DragTracker {
  public:
     explicit Tracker(TouchList& list) : list_(list), dc_(list.Handle()) {}
+    ~Tracker() override { KillTimer(list_.Handle(), nextFrame); }
 
     bool Start(int, int y) override {
         position_ = DragPosition{list_.topIndex_, 0};
@@ -157,6 +163,18 @@ class TouchList<Kind>::Tracker final : public DragTracker {
             return true;
         }
         Follow(distance);
+        DrawFrame(-position_.offset);
+        return true;
+    }
+
+    // The finger rests: what the last frame lacked follows.
+    bool PreTranslate(const MSG& message) override {
+        if (message.message != WM_TIMER || message.hwnd != list_.Handle() ||
+            message.wParam != nextFrame) {
+            return false;
+        }
+        KillTimer(list_.Handle(), nextFrame);
+        Follow(0);
         DrawFrame(-position_.offset);
         return true;
     }
@@ -176,13 +194,17 @@ class TouchList<Kind>::Tracker final : public DragTracker {
         }
         const unsigned rest = std::min(slide.newTop, list_.maxTop_);
         // The last frame's scroll indicator may stand for another row than the one at rest.
-        if (rest != list_.topIndex_ || rest != position_.top) {
+        if (rest != list_.topIndex_ || rest != position_.top ||
+            list_.Self().FrameLacksSomething()) {
             list_.topIndex_ = rest;
             InvalidateRect(list_.Handle(), nullptr, TRUE);
         }
     }
 
  private:
+    // The number of a timer.
+    static constexpr UINT_PTR nextFrame = 1;
+
     // The rows may have been replaced since the last move.
     void Follow(int distance) {
         position_.top = std::min(position_.top, list_.maxTop_);
@@ -191,8 +213,11 @@ class TouchList<Kind>::Tracker final : public DragTracker {
     void DrawFrame(int firstY) {
         const OffscreenBitmap frame(dc_, client_);
         if (frame) {
-            list_.PaintRows(frame.DC(), client_, position_.top, firstY);
+            list_.PaintRows(frame.DC(), client_, position_.top, firstY, true);
             frame.Show();
+        }
+        if (list_.Self().FrameLacksSomething()) {
+            SetTimer(list_.Handle(), nextFrame, USER_TIMER_MINIMUM, nullptr);
         }
     }
 
@@ -382,7 +407,9 @@ void TouchList<Kind>::InvalidateRow(unsigned index) {
 }
 
 template <typename Kind>
-void TouchList<Kind>::PaintRows(HDC dc, const RECT& client, unsigned top, int firstY) {
+void TouchList<Kind>::PaintRows(HDC dc, const RECT& client, unsigned top, int firstY,
+                                bool dragged) {
+    Self().BeginFrame(dragged);
     Self().EraseBackground(dc, client);
     DRAWITEMSTRUCT row = {};
     row.CtlType = ODT_LISTBOX;
@@ -414,7 +441,7 @@ LRESULT TouchList<Kind>::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
             return 0;
         case WM_PAINT:
             PaintWindow(Handle(), [this](HDC dc, const RECT& client) {
-                PaintRows(dc, client, topIndex_, 0);
+                PaintRows(dc, client, topIndex_, 0, false);
             });
             return 0;
         case WM_ERASEBKGND:

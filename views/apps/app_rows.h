@@ -12,7 +12,9 @@ namespace views {
 // One running application.
 struct AppItem {
     std::wstring title;
-    // Index into the system's image lists, -1 for none.
+    // The path of the executable.
+    std::wstring path;
+    // Index into the system's image lists, -1 for none, unknownIcon until it is asked for.
     int32_t icon;
     // The application's top-level window.
     HWND window;

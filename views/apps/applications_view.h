@@ -25,6 +25,8 @@ class ApplicationsView final : public ListView, private ui::RowPainter<AppItem> 
     static const CommandEntry<ApplicationsView> commands[];
 
     int RowHeight(const AppItem&) const override { return rows_.Height(); }
+    bool Lacks(const AppItem& item) const override { return item.icon == unknownIcon; }
+    void Complete(AppItem& item) const override { item.icon = IconOf(item.path); }
     void DrawRow(const DRAWITEMSTRUCT& place, const AppItem& item) const override {
         rows_.Draw(place, item);
     }

@@ -20,7 +20,7 @@ void Examine(HWND window, const AppCloser& closer, DWORD flags, const AppFound& 
     if (process == GetCurrentProcessId()) {
         return;
     }
-    const std::wstring path = platform::ProcessPath(process);
+    std::wstring path = platform::ProcessPath(process);
     if (path.empty()) {
         throw faults::W32Fault();
     }
@@ -30,7 +30,8 @@ void Examine(HWND window, const AppCloser& closer, DWORD flags, const AppFound& 
         (!(flags & flagShowHiddenApplications) && closer.IsHidden(window))) {
         return;
     }
-    found(std::make_unique<AppItem>(AppItem{std::move(title), IconOf(path), window}));
+    found(
+        std::make_unique<AppItem>(AppItem{std::move(title), std::move(path), unknownIcon, window}));
 }
 
 }  // namespace

@@ -3,7 +3,6 @@
 #include "ui/list/list_layout.h"
 #include "views/files/file_names.h"
 #include "views/files/folder_walk.h"
-#include "views/system_icons.h"
 
 namespace views {
 
@@ -21,8 +20,7 @@ bool EntryRows::Show(const std::wstring& path) {
     if (!item) {
         return false;
     }
-    const int icon = IconOf(path, item->attributes);
-    Show(std::move(item), icon);
+    list_.InsertRow(std::move(item));
     return true;
 }
 

@@ -4,6 +4,7 @@
 #include <new>
 
 #include "platform/files.h"
+#include "views/system_icons.h"
 
 namespace views {
 
@@ -14,7 +15,7 @@ FileItemOwner MakeFileItem(std::wstring_view name, DWORD attributes, FILETIME cr
     item->size = size;
     item->created = created;
     item->attributes = attributes;
-    item->iconIndex = -1;
+    item->iconIndex = unknownIcon;
     std::memcpy(item->name, name.data(), name.size() * sizeof(wchar_t));
     item->name[name.size()] = 0;
     return item;

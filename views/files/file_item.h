@@ -14,7 +14,8 @@ struct FileItem {
     uint64_t size;
     FILETIME created;
     DWORD attributes;
-    // Index into the system's small-icon image list, -1 for none.
+    // Index into the system's small-icon image list, -1 for none, unknownIcon until it is asked
+    // for.
     int32_t iconIndex;
     // NUL-terminated, longer than declared.
     wchar_t name[1];

@@ -64,6 +64,10 @@ void FolderBrowser::TellOfOldFolder() noexcept {
     }
 }
 
+void FolderBrowser::Complete(FileItem& item) const {
+    item.iconIndex = IconOf(folder_ + L'\\' + item.name, item.attributes);
+}
+
 bool FolderBrowser::Up() {
     if (folder_.find(L'\\') == std::wstring::npos) {
         return false;

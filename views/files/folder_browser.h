@@ -85,6 +85,8 @@ class FolderBrowser final : private ui::RowPainter<FileItem> {
     void DrawRow(const DRAWITEMSTRUCT& place, const FileItem& item) const override {
         look_.Draw(place, item, owner_.RowFlags());
     }
+    bool Lacks(const FileItem& item) const override { return item.iconIndex == unknownIcon; }
+    void Complete(FileItem& item) const override;
     // The row of an entry equal to the item in the order; noRow when there is none. Of several it
     // is the item's own.
     unsigned RowLike(const FileItem& item) const;

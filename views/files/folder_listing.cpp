@@ -3,7 +3,6 @@
 #include "faults/fault.h"
 #include "views/display_flags.h"
 #include "views/files/folder_walk.h"
-#include "views/system_icons.h"
 
 namespace views {
 
@@ -25,22 +24,15 @@ bool IsExistingFolder(const std::wstring& path) {
 
 FileItems ReadFolder(const std::wstring& folder, DWORD hideMask, const NamePatterns& patterns) {
     FileItems items;
-    // The folder with a backslash, and room for the names behind it.
-    std::wstring child = folder + L'\\';
-    const size_t folderLength = child.size();
     try {
-        FolderWalk walk(child + L'*');
+        FolderWalk walk(folder + L"\\*");
         while (const platform::FindData* const found = walk.Next()) {
             const bool isFolder = (found->dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
             if ((found->dwFileAttributes & hideMask) ||
                 (!isFolder && !patterns.Match(found->cFileName))) {
                 continue;
             }
-            FileItemOwner item = MakeFileItem(*found);
-            child.resize(folderLength);
-            child += item->name;
-            item->iconIndex = IconOf(child, item->attributes);
-            items.Add(std::move(item));
+            items.Add(MakeFileItem(*found));
         }
     } catch (const faults::W32Fault&) {
         // What could be read is the list.

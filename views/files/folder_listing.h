@@ -18,7 +18,7 @@ bool IsExistingFolder(const std::wstring& path);
 using FileItems = ui::RowBatch<FileItem, FileItemOwner>;
 
 // Reads a folder once (FindFirstFileW, FindNextFileW), in the file system's order: the entries that
-// `hideMask` does not hide, of its files those whose names match, with their icons (SHGetFileInfo).
+// `hideMask` does not hide, of its files those whose names match. Their icons are not known yet.
 // A folder that cannot be read, or no further, gives what could be read. Throws std::bad_alloc.
 FileItems ReadFolder(const std::wstring& folder, DWORD hideMask, const NamePatterns& patterns);
 

@@ -9,7 +9,7 @@
 namespace views {
 
 struct BinaryItem {
-    // Index into the system's image lists, -1 for none.
+    // Index into the system's image lists, -1 for none, unknownIcon until it is asked for.
     int32_t icon = -1;
     std::wstring name;
     // The full path of its file; may be empty.

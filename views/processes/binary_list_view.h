@@ -49,6 +49,8 @@ class BinaryListView : public ListView, private ui::RowPainter<BinaryItem> {
     BinaryLines Lines() const;
     int RowHeight(const BinaryItem&) const override { return rows_.Height(Lines()); }
     void DrawRow(const DRAWITEMSTRUCT& place, const BinaryItem& item) const override;
+    bool Lacks(const BinaryItem& item) const override { return item.icon == unknownIcon; }
+    void Complete(BinaryItem& item) const override { item.icon = IconOf(item.path); }
 
     const Kind& kind_;
     // Whether rows are being read, or the message about a failure there is on the screen.

@@ -19,7 +19,7 @@ std::unique_ptr<BinaryItem> MakeItem(DWORD processId, const platform::ModuleEntr
     auto item = std::make_unique<BinaryItem>();
     item->path = PathOf(processId, entry);
     // A path that the snapshot does not tell has no icon.
-    item->icon = entry.path[0] ? IconOf(entry.path) : -1;
+    item->icon = entry.path[0] ? unknownIcon : -1;
     item->name = entry.name;
     item->base = entry.base;
     item->id = entry.id;

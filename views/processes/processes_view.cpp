@@ -87,7 +87,7 @@ std::unique_ptr<BinaryItem> ProcessesView::MakeItem(const platform::ProcessEntry
     }
     auto item = std::make_unique<BinaryItem>();
     item->path = std::move(path);
-    item->icon = IconOf(item->path);
+    item->icon = unknownIcon;
     item->name += entry.name;
     item->base = entry.base;
     item->id = entry.processId;
