@@ -20,11 +20,16 @@ bool PastThreshold(const GestureInfo& info, const DragThreshold& threshold) {
            std::abs(info.y - info.startY) > threshold.vertical;
 }
 
-// Takes all waiting moves; true when one left the threshold.
+constexpr UINT lastButtonMessage = 0x20A;
+
+// Takes all waiting moves up to the next message of a button; true when one left the threshold.
+// What lies behind a lifted finger belongs to the next press.
 bool TakeMoves(HWND window, GestureInfo& info, const DragThreshold& threshold) {
     bool past = false;
     MSG message;
-    while (PeekInput(&message, window, WM_MOUSEMOVE, WM_MOUSEMOVE, PM_REMOVE)) {
+    while (PeekInput(&message, window, WM_MOUSEFIRST, lastButtonMessage, PM_NOREMOVE) &&
+           message.message == WM_MOUSEMOVE &&
+           PeekInput(&message, window, WM_MOUSEMOVE, WM_MOUSEMOVE, PM_REMOVE)) {
         const POINT point = PointOf(message.lParam);
         info.x = point.x;
         info.y = point.y;
@@ -70,8 +75,6 @@ class CaptureGuard {
 };
 
 GestureResult DecideGesture(HWND window, GestureInfo& info, DWORD timeout) {
-    constexpr DWORD mouseButtonMessagesFirst = WM_LBUTTONDOWN;
-    constexpr DWORD mouseButtonMessagesLast = 0x20A;
     const DWORD start = GetTickCount();
     const DragThreshold threshold = DragThreshold::ForWindow(window);
     bool lookedInVain = false;
@@ -86,8 +89,8 @@ GestureResult DecideGesture(HWND window, GestureInfo& info, DWORD timeout) {
         }
         MSG button;
         const auto buttonWaits = [&button] {
-            return PeekMessageW(&button, nullptr, mouseButtonMessagesFirst, mouseButtonMessagesLast,
-                                PM_NOREMOVE) != FALSE;
+            return PeekMessageW(&button, nullptr, WM_LBUTTONDOWN, lastButtonMessage, PM_NOREMOVE) !=
+                   FALSE;
         };
         const bool past = !buttonWaits() && TakeMoves(window, info, threshold);
         if (past) {
@@ -102,7 +105,7 @@ GestureResult DecideGesture(HWND window, GestureInfo& info, DWORD timeout) {
         // What has come since it was looked for does not wake the wait, since the queue counts
         // every look as one at all. So the last look is for moves and buttons at once.
         MSG mouse;
-        if (PeekInput(&mouse, window, WM_MOUSEFIRST, mouseButtonMessagesLast, PM_NOREMOVE)) {
+        if (PeekInput(&mouse, window, WM_MOUSEFIRST, lastButtonMessage, PM_NOREMOVE)) {
             continue;
         }
         // The same for all else. What is said to wait and cannot be had (a key that was posted)

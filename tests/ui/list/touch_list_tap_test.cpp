@@ -78,6 +78,16 @@ BOOL WINAPI MoveBehindTheLook(MSG* message, HWND window, UINT first, UINT last, 
     return found;
 }
 
+// Lifts the finger just after the first look for it, and presses it elsewhere.
+BOOL WINAPI LiftBehindTheLook(MSG* message, HWND window, UINT first, UINT last, UINT remove) {
+    const BOOL found = peekMessage(message, window, first, last, remove);
+    if (first == WM_LBUTTONDOWN && !found && ++looks == 1) {
+        PostMessageW(pressed, WM_LBUTTONUP, 0, MAKELPARAM(5, 5));
+        PostMessageW(pressed, WM_MOUSEMOVE, 0, MAKELPARAM(5, 200));
+    }
+    return found;
+}
+
 // A tracker that does not want the drag after all.
 class RefusingTracker final : public DragTracker {
  public:
@@ -452,6 +462,21 @@ TEST_F(GestureTracking, AMoveBetweenTheLookAndTheWaitIsSeen) {
     const PlatformHook peek("PeekMessageW", MoveBehindTheLook);
     peekMessage = peek.Original();
     EXPECT_EQ(TrackGesture(owner.Handle(), info, gestureTimeout), GestureDrag);
+}
+
+TEST_F(GestureTracking, TheMoveToTheNextPressIsNoneOfThisOne) {
+    OpenOwner();
+    pressed = owner.Handle();
+    looks = 0;
+    GestureInfo info = PressAtTheFinger();
+    {
+        const PlatformHook peek("PeekMessageW", LiftBehindTheLook);
+        peekMessage = peek.Original();
+        EXPECT_EQ(TrackGesture(owner.Handle(), info, gestureTimeout), GestureTap);
+    }
+    MSG message;
+    while (PeekMessageW(&message, owner.Handle(), WM_MOUSEFIRST, WM_MOUSELAST, PM_REMOVE)) {
+    }
 }
 
 TEST_F(GestureTracking, ATapLastsHalfASecondAtTheMost) {
