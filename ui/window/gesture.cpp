@@ -131,6 +131,11 @@ GestureResult DecideGesture(HWND window, GestureInfo& info, DWORD timeout) {
     }
 }
 
+bool IsInput(UINT message) {
+    return (message >= WM_KEYFIRST && message <= WM_KEYLAST) ||
+           (message >= WM_MOUSEFIRST && message <= WM_MOUSELAST);
+}
+
 // Hands one message of a drag to the tracker. True when the drag goes on.
 bool TrackMessage(DragTracker& tracker, HWND window, const MSG& message, bool& finished) {
     const POINT point = PointOf(message.lParam);
@@ -238,6 +243,15 @@ bool RunDragLoop(DragTracker& tracker, HWND window) {
         bool dragging = true;
         RunModalLoop([&] { return dragging && capture.Holds(); },
                      [&](const MSG& message) {
+                         if (!capture.Holds()) {
+                             // Lost while the message was waited for: it is the loop's around.
+                             if (!IsInput(message.message)) {
+                                 return LoopStep::Dispatch;
+                             }
+                             PostMessageW(message.hwnd, message.message, message.wParam,
+                                          message.lParam);
+                             return LoopStep::Skip;
+                         }
                          if (!tracker.PreTranslate(message)) {
                              dragging = TrackMessage(tracker, window, message, finished);
                          }

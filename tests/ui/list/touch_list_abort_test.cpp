@@ -21,6 +21,18 @@ class TouchListAbort : public ListTest {
     void Lift() { input.Play(Finger().Up()); }
 };
 
+// Takes the capture away while a message of this kind is waited for, once.
+std::atomic<UINT> capturedUntil = 0;
+decltype(GetMessageW)* getMessage = nullptr;
+BOOL WINAPI GetMessageAndLoseTheCapture(MSG* message, HWND window, UINT first, UINT last) {
+    const BOOL got = getMessage(message, window, first, last);
+    if (got > 0 && message->message == capturedUntil) {
+        capturedUntil = 0;
+        ReleaseCapture();
+    }
+    return got;
+}
+
 class TouchListQuit : public TouchListAbort {};
 class TouchListTimers : public TouchListAbort {};
 
@@ -127,6 +139,39 @@ TEST_F(TouchListAbort, LostCaptureSnaps) {
         Lift();
     });
     EXPECT_TRUE(list.taps.empty());
+}
+
+TEST_F(TouchListAbort, WhatComesAfterALostCaptureIsNoPartOfTheDrag) {
+    Open(EqualHeights(20, 40));
+    const PlatformHook messages("GetMessageW", GetMessageAndLoseTheCapture);
+    getMessage = messages.Original();
+    Run([&] {
+        PullAndHold();
+        capturedUntil = WM_KEYDOWN;
+        input.Play(Finger().Key("Escape"));
+        ExpectRest(2);
+        Lift();
+    });
+    const std::vector<Notice> notices = Notices();
+    EXPECT_TRUE(std::any_of(notices.begin(), notices.end(), [](const Notice& notice) {
+        return notice.code == -15 && notice.first == VK_ESCAPE;
+    }));
+}
+
+TEST_F(TouchListAbort, ATapAfterALostCaptureCounts) {
+    Open(EqualHeights(20, 40));
+    const PlatformHook messages("GetMessageW", GetMessageAndLoseTheCapture);
+    getMessage = messages.Original();
+    Run([&] {
+        PullAndHold();
+        // The finger was lifted where another program saw it.
+        capturedUntil = WM_LBUTTONDOWN;
+        PostMessageW(list.Handle(), WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(60, 160));
+        EXPECT_TRUE(WaitFor([&] { return Captured() && list.LastFrame() == Frame{2, 0}; }, 3000));
+        Lift();
+    });
+    ASSERT_EQ(list.taps.size(), 1u);
+    EXPECT_EQ(list.taps[0].first, 6u);
 }
 
 TEST_F(TouchListAbort, ADestroyedListEndsTheDrag) {
