@@ -109,7 +109,12 @@ MSG PopupMenu::Run() {
     if (closingTap_) {
         return *closingTap_;
     }
-    return closed_ || !finished ? MSG{} : last;
+    if (!finished) {
+        // For the loop around it is still there.
+        PeekMessageW(&last, nullptr, WM_QUIT, WM_QUIT, PM_NOREMOVE);
+        return last;
+    }
+    return closed_ ? MSG{} : last;
 }
 
 SIZE PopupMenu::Measure(unsigned, int, int, ULONG_PTR data) {
@@ -183,6 +188,8 @@ void PopupMenu::Choose(unsigned index) {
         Close();
         return;
     }
+    // It may have been dragged out of view.
+    BringIntoView(index);
     RECT row;
     if (RowRectangle(index, &row) && ChooseInSubmenu(item.submenu, row)) {
         Close();
@@ -261,6 +268,9 @@ LRESULT PopupMenu::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
             break;
         case WM_CLOSEPOPUP:
             closed_ = true;
+            // A message box's loop may have dispatched it: nothing is chosen beside the box.
+            ShowWindow(Handle(), SW_HIDE);
+            SendMessageW(GetWindow(Handle(), GW_OWNER), WM_CLOSEPOPUP, 0, 0);
             return 0;
         case WM_CANCELMODE:
         case WM_SETTINGCHANGE:

@@ -1,6 +1,8 @@
+#include "tests/support/box.h"
 #include "tests/support/program.h"
 #include "tests/support/world.h"
 #include "tests/ui/bar/sample_bar.h"
+#include "ui/dialog/message_box.h"
 #include "ui/popup/popup_menu.h"
 
 using namespace test;
@@ -140,6 +142,48 @@ TEST_F(PopupClosing, DeactivationByAnotherProgramClosesAWholeChain) {
                         EXPECT_TRUE(AllPopupsClosed());
                     }),
               noCommand);
+}
+
+TEST_F(PopupClosing, AMessageThatComesMeanwhileClosesItAtOnce) {
+    more = [this](UINT message, WPARAM, LPARAM, LRESULT*) {
+        if (message == WM_APP + 1) {
+            ui::ShowError(owner.Handle(), L"No such file.");
+        }
+        return false;
+    };
+    const int command = Track(nested, [&] {
+        WaitForPopups(1);
+        PostMessageW(owner.Handle(), WM_APP + 1, 0, 0);
+        const HWND box = WaitForBox();
+        EXPECT_TRUE(WaitFor([] { return Popups().empty(); }, 3000));
+        AnswerBox(box, Finger().Key("Return"));
+        if (!Popups().empty()) {
+            Finger().Key("Escape").Play();
+        }
+    });
+    EXPECT_EQ(command, noCommand);
+    EXPECT_TRUE(Popups().empty());
+}
+
+TEST_F(Submenus, AMessageThatComesMeanwhileClosesTheWholeChainAtOnce) {
+    more = [this](UINT message, WPARAM, LPARAM, LRESULT*) {
+        if (message == WM_APP + 1) {
+            ui::ShowError(owner.Handle(), L"No such file.");
+        }
+        return false;
+    };
+    const int command = Track(nested, [&] {
+        OpenSubmenu();
+        PostMessageW(owner.Handle(), WM_APP + 1, 0, 0);
+        const HWND box = WaitForBox();
+        EXPECT_TRUE(WaitFor([] { return Popups().empty(); }, 3000));
+        AnswerBox(box, Finger().Key("Return"));
+        if (!Popups().empty()) {
+            Escape();
+        }
+    });
+    EXPECT_EQ(command, noCommand);
+    EXPECT_TRUE(Popups().empty());
 }
 
 TEST_F(Submenus, OpenAtTheMiddleOfTheirRow) {

@@ -128,6 +128,8 @@ TEST_F(PopupMenuChoice, AQuitEndsItAndIsPostedAgain) {
         });
     EXPECT_EQ(result, noCommand);
     EXPECT_EQ(code, 5);
+    EXPECT_EQ(lastMessage.message, static_cast<UINT>(WM_QUIT));
+    EXPECT_EQ(lastMessage.wParam, 5u);
     EXPECT_TRUE(Popups().empty());
 }
 
@@ -200,6 +202,25 @@ TEST_F(PopupMenuKeys, EnterWithoutASelectionCloses) {
 
 TEST_F(PopupMenuKeys, EnterOnAGrayedRowDoesNothing) {
     EXPECT_EQ(After({"Down", "Down", "Return", "Up", "Return"}), 20);
+}
+
+TEST_F(PopupMenuKeys, EnterOpensTheSubmenuOfARowThatWasDraggedOutOfView) {
+    std::vector<Item> items = Numbered(60);
+    items[0] = {0, L"More", MF_STRING, {{30, L"Deep"}}};
+    EXPECT_EQ(Track(items,
+                    [&] {
+                        const HWND menu = WaitForPopups(1);
+                        input.Play(Finger().Key("Home"));
+                        const RECT place = ScreenRectangleOf(menu);
+                        const int x = place.left + 30;
+                        const POINT from = {x, place.bottom - 20};
+                        const POINT to = {x, (place.top + place.bottom) / 2};
+                        input.Play(Finger().Down(from).Wait(20).DragTo(from, to, 8).Up());
+                        input.Play(Finger().Key("Return"));
+                        WaitForPopups(2);
+                        Finger().Key("Down").Key("Return").Play();
+                    }),
+              30);
 }
 
 TEST_F(PopupMenuKeys, EnterActsWhenItIsReleased) {
