@@ -43,7 +43,9 @@ void CommandBar::SetMenu(HMENU menu) {
     positions_.clear();
     hasCommands_ = false;
     focused_ = 0;
-    menu_.Reset(menu);
+    if (menu != menu_.Get()) {
+        menu_.Reset(menu);
+    }
     const UINT count = MenuItemCount(menu);
     for (UINT position = 0; position < count; ++position) {
         MenuItem item;
@@ -117,8 +119,8 @@ void CommandBar::OpenPopup(unsigned button, HMENU submenu) {
     const bool tapOnBar = lastMessage.hwnd == Handle() && (lastMessage.message == WM_LBUTTONDOWN ||
                                                            lastMessage.message == WM_LBUTTONDBLCLK);
     if (tapOnBar && !PtInRect(&bounds, PointOf(lastMessage.lParam))) {
-        TranslateMessage(&lastMessage);
-        Dispatch(lastMessage);
+        // By the loop around: taps from one button to the other must not pile up on the stack.
+        PostMessageW(lastMessage.hwnd, lastMessage.message, lastMessage.wParam, lastMessage.lParam);
     }
 }
 

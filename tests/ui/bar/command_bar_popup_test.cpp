@@ -127,6 +127,33 @@ TEST_F(CommandBarPopup, ATapOnTheOtherSoftKeyClosesItAndOpensThatOne) {
     EXPECT_EQ(Commands(), (std::vector<Command>{CommandOf(20)}));
 }
 
+TEST_F(CommandBarPopup, TapsFromOneSoftKeyToTheOtherNeedNoMoreOfTheStack) {
+    Open(softKeys);
+    std::vector<uintptr_t> depths;
+    more = [&](UINT message, WPARAM, LPARAM, LRESULT*) {
+        if (message == WM_INITMENUPOPUP) {
+            depths.push_back(reinterpret_cast<uintptr_t>(__builtin_frame_address(0)));
+        }
+        return false;
+    };
+    Run([&] {
+        HWND menu = OpenMenu(0);
+        for (unsigned tap = 1; tap < 6; ++tap) {
+            Finger().Tap(ButtonPoint(tap % 2)).Play();
+            HWND next = nullptr;
+            EXPECT_TRUE(WaitFor([&] {
+                const std::vector<HWND> popups = Popups();
+                next = popups.size() == 1 ? popups[0] : nullptr;
+                return next && next != menu;
+            }));
+            menu = next;
+        }
+        Close();
+    });
+    ASSERT_EQ(depths.size(), 6u);
+    EXPECT_EQ(depths.front(), depths.back());
+}
+
 TEST_F(CommandBarPopup, ATapOnTheOtherSoftKeyRunsItsCommandAtOnce) {
     Open(commandAndMenu);
     Run([&] {

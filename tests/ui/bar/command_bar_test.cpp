@@ -171,6 +171,15 @@ TEST_F(CommandBarMenu, BelongsToTheBar) {
     EXPECT_FALSE(IsMenu(third));
 }
 
+TEST_F(CommandBarMenu, MayBeSetAgain) {
+    const HMENU menu = MakeMenu(twoCommands, false);
+    OpenWith(menu);
+    bar.SetMenu(bar.Menu());
+    EXPECT_TRUE(IsMenu(menu));
+    EXPECT_EQ(bar.Menu(), menu);
+    EXPECT_EQ(bar.ButtonCount(), 2u);
+}
+
 TEST_F(CommandBarMenu, SeparatorsAreNoButtons) {
     Open({{10, L"One"}, {0, nullptr, MF_SEPARATOR}, {11, L"Two"}});
     EXPECT_EQ(bar.ButtonCount(), 2u);
