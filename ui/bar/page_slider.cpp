@@ -132,8 +132,10 @@ void PageSlider::ChooseFromList() {
         }
     }
     const int chosen = TrackSpinnerMenu(Handle(), anchor, menu.Get());
-    if (Handle() && chosen != noCommand && static_cast<unsigned>(chosen) != current_ + 1) {
-        Take(static_cast<unsigned>(chosen) - 1);
+    // The entries may have been replaced meanwhile.
+    const unsigned entry = static_cast<unsigned>(chosen) - 1;
+    if (Handle() && chosen != noCommand && entry != current_ && entry < Count()) {
+        Take(entry);
     }
 }
 

@@ -114,6 +114,8 @@ class PageSliderList : public PageSliderFixture {
     static bool Gone(HWND window) {
         return WaitFor([window] { return !IsWindow(window); });
     }
+
+    std::vector<WORD> commands;
 };
 
 }  // namespace
@@ -407,6 +409,27 @@ TEST_F(PageSliderList, TheCurrentEntryIsNotToldAgain) {
     });
     EXPECT_EQ(slider.Current(), 0u);
     EXPECT_TRUE(Commands().empty());
+}
+
+TEST_F(PageSliderList, AnEntryThatHasGoneMeanwhileIsNotTaken) {
+    Open();
+    owner.answer = [this](UINT message, WPARAM wParam, LPARAM, LRESULT*) {
+        if (message == WM_APP + 1) {
+            slider.SetEntries({{L"one", 800}, {L"two", 801}});
+        } else if (message == WM_COMMAND) {
+            commands.push_back(LOWORD(wParam));
+        }
+        return false;
+    };
+    Run([&] {
+        const HWND list = OpenList();
+        ASSERT_TRUE(list);
+        SendMessageW(owner.Handle(), WM_APP + 1, 0, 0);
+        input.Play(Finger().Key("End").Key("Return"));
+        EXPECT_TRUE(Gone(list));
+    });
+    EXPECT_EQ(slider.Current(), 0u);
+    EXPECT_TRUE(commands.empty());
 }
 
 TEST_F(PageSliderList, AHoldOpensNone) {
