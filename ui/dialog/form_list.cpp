@@ -199,15 +199,16 @@ bool FormList::HandleNavigationKey(WPARAM key) {
     return true;
 }
 
+bool FormList::MayCloseEditor() const {
+    return !editor_ || GetSelection() >= GetCount() || RowAt(GetSelection()).MayLeave(editor_);
+}
+
 bool FormList::CloseEditor() {
-    if (!editor_) {
-        return true;
+    const bool may = MayCloseEditor();
+    if (may && editor_) {
+        ForgetEditor();
     }
-    if (GetSelection() < GetCount() && !RowAt(GetSelection()).MayLeave(editor_)) {
-        return false;
-    }
-    ForgetEditor();
-    return true;
+    return may;
 }
 
 void FormList::ForgetEditor() {
@@ -221,6 +222,8 @@ void FormList::ForgetEditor() {
 }
 
 void FormList::OpenEditor() {
+    // The parent, told of the selection, may have made another one.
+    ForgetEditor();
     RECT row;
     if (GetSelection() == noRow || !RowRectangle(GetSelection(), &row) ||
         row.bottom > ClientRectangle().bottom) {
@@ -259,7 +262,14 @@ LRESULT FormList::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
         }
         case WM_QUERYDRAGTRACKER:
             // The rows follow the finger; an editor would stay behind.
-            return TouchList::OnMessage(message, wParam, lParam) != 0 && CloseEditor();
+            if (TouchList::OnMessage(message, wParam, lParam) == 0) {
+                return 0;
+            }
+            if (!CloseEditor()) {
+                reinterpret_cast<GestureInfo*>(lParam)->tracker.reset();
+                return 0;
+            }
+            return 1;
         case WM_SETFOCUS:
             if (editor_) {
                 SetFocus(editor_);
@@ -267,7 +277,9 @@ LRESULT FormList::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
             }
             break;
         case WM_DESTROY:
-            if (std::exchange(editor_, nullptr)) {
+            // Before its font, and before its row.
+            if (const HWND editor = std::exchange(editor_, nullptr)) {
+                DestroyWindow(editor);
                 platform::ShowInputPanel(false);
             }
             editorFont_.Reset();

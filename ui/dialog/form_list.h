@@ -79,8 +79,9 @@ class FormList final : public TouchList<FormList> {
     bool HandleNavigationKey(WPARAM key);
     bool DragsWhenAllRowsFit() const { return true; }
     bool TapsOpen() const { return false; }
+    // What the row refuses the parent does not hear of.
     bool MaySelect(unsigned index, unsigned old) {
-        return TouchList::MaySelect(index, old) && CloseEditor();
+        return MayCloseEditor() && TouchList::MaySelect(index, old) && (ForgetEditor(), true);
     }
     void OnSelected(unsigned index, unsigned old) {
         TouchList::OnSelected(index, old);
@@ -101,6 +102,7 @@ class FormList final : public TouchList<FormList> {
     // The row at the top, or the one that it continues; none in an empty list.
     const FormRow* TopRow() const;
     void OpenEditor();
+    bool MayCloseEditor() const;
     void ForgetEditor();
     void PlaceEditor();
 

@@ -17,6 +17,17 @@ class FormEditor : public FormTest {
     std::vector<RowScript> rows;
 };
 
+// What the editor still had when its window went.
+DWORD fontAtItsEnd = 0;
+HFONT fontOfEditor = nullptr;
+LRESULT CALLBACK NoteEditorsEnd(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    const auto before = reinterpret_cast<WNDPROC>(GetWindowLongPtrW(window, GWLP_USERDATA));
+    if (message == WM_DESTROY) {
+        fontAtItsEnd = GetObjectType(fontOfEditor);
+    }
+    return CallWindowProcW(before, window, message, wParam, lParam);
+}
+
 class FormTextRow : public FormTest {};
 
 }  // namespace
@@ -192,6 +203,83 @@ TEST_F(FormEditor, GoesWithTheList) {
     EXPECT_FALSE(IsWindow(editor));
     EXPECT_FALSE(list.Editor());
     EXPECT_EQ(rows[1].deleted, 1);
+}
+
+TEST_F(FormEditor, KeepsItsFontUntilItHasGoneWithTheList) {
+    Open(rows);
+    list.SetSelection(1);
+    fontOfEditor = rows[1].font;
+    const LONG_PTR before = GetWindowLongPtrW(list.Editor(), GWLP_WNDPROC);
+    SetWindowLongPtrW(list.Editor(), GWLP_USERDATA, before);
+    SetWindowLongPtrW(list.Editor(), GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(NoteEditorsEnd));
+    list.Destroy();
+    EXPECT_EQ(fontAtItsEnd, static_cast<DWORD>(OBJ_FONT));
+    EXPECT_EQ(GetObjectType(rows[1].font), 0u);
+}
+
+TEST_F(FormEditor, IsOneAloneWhereTheParentSelectsAnotherRowMeanwhile) {
+    Open(rows);
+    owner.answer = [this](UINT message, WPARAM, LPARAM lParam, LRESULT*) {
+        if (message == WM_NOTIFY &&
+            static_cast<int>(reinterpret_cast<const NMHDR*>(lParam)->code) == ui::LSN_SELCHANGED &&
+            reinterpret_cast<const ui::ListSelectionChange*>(lParam)->newIndex == 1) {
+            list.SetSelection(3);
+        }
+        return false;
+    };
+    list.SetSelection(1);
+    EXPECT_EQ(list.GetSelection(), 3u);
+    int editors = 0;
+    for (HWND child = GetWindow(list.Handle(), GW_CHILD); child;
+         child = GetWindow(child, GW_HWNDNEXT)) {
+        ++editors;
+    }
+    EXPECT_EQ(editors, 1);
+    EXPECT_EQ(list.Editor(), rows[3].editor);
+    EXPECT_EQ(GetObjectType(rows[3].font), static_cast<DWORD>(OBJ_FONT));
+}
+
+TEST_F(FormEditor, IsAskedBeforeTheParentIs) {
+    Open(rows);
+    int told = 0;
+    owner.answer = [&told](UINT message, WPARAM, LPARAM lParam, LRESULT*) {
+        told +=
+            message == WM_NOTIFY &&
+            static_cast<int>(reinterpret_cast<const NMHDR*>(lParam)->code) == ui::LSN_SELCHANGING;
+        return false;
+    };
+    list.SetSelection(1);
+    EXPECT_EQ(told, 1);
+    rows[1].mayLeave = false;
+    EXPECT_EQ(list.SetSelection(3), 1u);
+    EXPECT_EQ(told, 1);
+}
+
+TEST_F(FormEditor, StaysOpenWhereTheParentKeepsTheSelection) {
+    Open(rows);
+    list.SetSelection(1);
+    const HWND editor = list.Editor();
+    owner.answer = [](UINT message, WPARAM, LPARAM lParam, LRESULT* result) {
+        *result =
+            message == WM_NOTIFY &&
+            static_cast<int>(reinterpret_cast<const NMHDR*>(lParam)->code) == ui::LSN_SELCHANGING;
+        return *result != 0;
+    };
+    EXPECT_EQ(list.SetSelection(3), 1u);
+    EXPECT_EQ(list.Editor(), editor);
+}
+
+TEST_F(FormEditor, ARefusedDragHasNoTracker) {
+    Open(rows);
+    list.SetSelection(1);
+    rows[1].mayLeave = false;
+    ui::GestureInfo info;
+    info.y = 100;
+    info.result = ui::GestureDrag;
+    EXPECT_EQ(
+        SendMessageW(list.Handle(), ui::WM_QUERYDRAGTRACKER, 0, reinterpret_cast<LPARAM>(&info)),
+        0);
+    EXPECT_FALSE(info.tracker);
 }
 
 TEST_F(FormTextRow, TakesWhatWasTyped) {
