@@ -82,7 +82,8 @@ INT_PTR RunDialog(HWND owner, Dialog& dialog) {
         text::ProgramModule(), static_cast<const DLGTEMPLATE*>(memory.Get()), owner,
         Dialog::Procedure, reinterpret_cast<LPARAM>(&dialog));
     RethrowHeldException();
-    return result;
+    // No dialog ends with 0: that is what the platform answers where the owner is no window.
+    return result == 0 ? -1 : result;
 }
 
 }  // namespace ui

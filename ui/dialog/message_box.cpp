@@ -253,6 +253,15 @@ bool MessageBoxDialog::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
         case WM_ERASEBKGND:
             SetWindowLongPtrW(Handle(), DWLP_MSGRESULT, 1);
             return true;
+        case WM_NOTIFY: {
+            // Enter on the lines is the default button's. Which one has the keyboard among the
+            // buttons nobody can tell from here.
+            const bool enter = reinterpret_cast<const NMHDR*>(lParam)->code == NM_RETURN;
+            if (enter && defaultButton_ < ids_.size()) {
+                End(ids_[defaultButton_]);
+            }
+            return true;
+        }
         case WM_COMMAND:
             End(LOWORD(wParam));
             return true;

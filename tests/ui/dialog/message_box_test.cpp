@@ -50,6 +50,11 @@ INT_PTR WINAPI NoDialog(HINSTANCE, const DLGTEMPLATE*, HWND, DLGPROC, LPARAM) {
     SetLastError(ERROR_INVALID_WINDOW_HANDLE);
     return -1;
 }
+// What it answers where the owner is no window.
+INT_PTR WINAPI DialogWithoutOwner(HINSTANCE, const DLGTEMPLATE*, HWND, DLGPROC, LPARAM) {
+    SetLastError(ERROR_INVALID_WINDOW_HANDLE);
+    return 0;
+}
 
 // What the platform was asked for.
 struct AskedDialog {
@@ -271,6 +276,12 @@ TEST_F(MessageBoxResult, TheDialogIsBuiltOfATemplateInThePlatformsForm) {
 
 TEST_F(MessageBoxFailure, ADialogThatCannotBeCreatedIsToldSo) {
     const PlatformHook dialog("DialogBoxIndirectParamW", NoDialog);
+    EXPECT_EQ(ui::ShowError(owner.Handle(), L"No such file."), -1);
+    EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_INVALID_WINDOW_HANDLE));
+}
+
+TEST_F(MessageBoxFailure, ADialogWhoseOwnerHasGoneIsNotCreated) {
+    const PlatformHook dialog("DialogBoxIndirectParamW", DialogWithoutOwner);
     EXPECT_EQ(ui::ShowError(owner.Handle(), L"No such file."), -1);
     EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_INVALID_WINDOW_HANDLE));
 }

@@ -68,6 +68,21 @@ TEST_F(MessageBoxTall, KeysReachEveryLine) {
               IDS_BUTTON_OK);
 }
 
+TEST_F(MessageBoxTall, EnterOnTheLinesIsTheDefaultButton) {
+    EXPECT_EQ(Show(FortyLines(), {IDS_BUTTON_YES, IDS_BUTTON_NO}, 1,
+                   [&] {
+                       const HWND box = WaitForBox();
+                       input.Play(Finger().Key("Tab"));
+                       EXPECT_TRUE(FocusIs(Lines(box)));
+                       input.Play(Finger().Key("Down"));
+                       Finger().Key("Return").Play();
+                       if (!WaitFor([&] { return !IsWindow(box); }, 3000)) {
+                           End();
+                       }
+                   }),
+              IDS_BUTTON_NO);
+}
+
 TEST_F(MessageBoxTall, AFingerReachesEveryLineAndTheButtonsWork) {
     DrawnTexts drawn;
     EXPECT_EQ(Show(FortyLines(), {IDS_BUTTON_YES, IDS_BUTTON_NO}, 0,
