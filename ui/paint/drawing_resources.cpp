@@ -7,7 +7,7 @@ namespace ui {
 void DrawingResources::Load() {
     Free();
     fonts.Load();
-    mainStripId_ = ChooseStrip(StripModule(mainStrips), mainStrips, GetScreenMetrics().iconSize);
+    mainStripId_ = ChooseStrip(mainStrips, GetScreenMetrics().iconSize);
     mainStrip = LoadStrip(*mainStripId_);
 }
 
@@ -31,9 +31,8 @@ int DrawingResources::StatusIconSize() const {
     if (statusStrip_) {
         return statusStrip_->IconSize();
     }
-    const HINSTANCE module = StripModule(statusStrips);
-    const UINT id = ChooseStrip(module, statusStrips, GetScreenMetrics().iconSize);
-    return static_cast<int>(StripHeight(module, id).value_or(0));
+    const UINT id = ChooseStrip(statusStrips, GetScreenMetrics().iconSize);
+    return static_cast<int>(StripHeight(StripModule(id), id).value_or(0));
 }
 
 const ImageStrip& DrawingResources::StatusStrip() {

@@ -94,9 +94,14 @@ std::optional<uint32_t> StripHeight(HINSTANCE module, UINT id) {
     return text::PictureHeight(text::ResourceBytes(module, id, L"GIF"));
 }
 
-UINT ChooseStrip(HINSTANCE module, StripFamily family, unsigned iconSize) {
+HINSTANCE StripModule(UINT id) {
+    const HINSTANCE pack = text::ResourceModule();
+    return StripHeight(pack, id) ? pack : text::ProgramModule();
+}
+
+UINT ChooseStrip(StripFamily family, unsigned iconSize) {
     for (UINT id = family.largest; id > family.smallest; --id) {
-        const std::optional<uint32_t> height = StripHeight(module, id);
+        const std::optional<uint32_t> height = StripHeight(StripModule(id), id);
         if (height && *height <= iconSize) {
             return id;
         }
@@ -131,14 +136,10 @@ ImageStrip ImageStrip::Recolored(HDC compatible, COLORREF color) const {
         transparent_);
 }
 
-HINSTANCE StripModule(StripFamily family) {
-    const HINSTANCE pack = text::ResourceModule();
-    return StripHeight(pack, family.smallest) ? pack : text::ProgramModule();
-}
-
 ImageStrip LoadStrip(UINT id) {
-    UniqueBitmap bitmap(platform::LoadImageResource(text::ResourceModule(), id));
-    if (!bitmap && text::ResourceModule() != text::ProgramModule()) {
+    const HINSTANCE module = StripModule(id);
+    UniqueBitmap bitmap(platform::LoadImageResource(module, id));
+    if (!bitmap && module != text::ProgramModule()) {
         bitmap = UniqueBitmap(platform::LoadImageResource(text::ProgramModule(), id));
     }
     if (!bitmap) {
@@ -150,8 +151,7 @@ ImageStrip LoadStrip(UINT id) {
 }
 
 ImageStrip LoadStatusStrip(unsigned iconSize) {
-    const ImageStrip decoded =
-        LoadStrip(ChooseStrip(StripModule(statusStrips), statusStrips, iconSize));
+    const ImageStrip decoded = LoadStrip(ChooseStrip(statusStrips, iconSize));
     const platform::WindowDC screen(nullptr);
     const COLORREF window = GetSysColor(COLOR_WINDOW);
     return ImageStrip(

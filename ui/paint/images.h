@@ -24,7 +24,7 @@ std::optional<uint32_t> StripHeight(HINSTANCE module, UINT id);
 
 // The resource to use for icons of `iconSize` pixels: the largest that is not larger, else the
 // smallest of the family.
-UINT ChooseStrip(HINSTANCE module, StripFamily family, unsigned iconSize);
+UINT ChooseStrip(StripFamily family, unsigned iconSize);
 
 // Icons of one size; empty until loaded.
 class ImageStrip {
@@ -56,8 +56,8 @@ class ImageStrip {
 // its first pixel is the transparent one.
 ImageStrip LoadStrip(UINT id);
 
-// The module that holds a family's pictures: the language pack, else the program.
-HINSTANCE StripModule(StripFamily family);
+// The module that holds a picture: the language pack, else the program.
+HINSTANCE StripModule(UINT id);
 
 // Replaces the status strip's key color by the system's window color, which becomes the
 // transparent one.

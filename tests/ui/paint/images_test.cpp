@@ -133,8 +133,8 @@ TEST(StripChoice, IsTheLargestThatIsNotLargerThanTheIcons) {
                    {1080, 1002, 1006}, {10000, 1002, 1006}};
     for (const auto& screen : screens) {
         const unsigned icon = MetricsForShortSide(screen.shortSide).iconSize;
-        EXPECT_EQ(ChooseStrip(Own(), mainStrips, icon), screen.mainStrip) << screen.shortSide;
-        EXPECT_EQ(ChooseStrip(Own(), statusStrips, icon), screen.statusStrip) << screen.shortSide;
+        EXPECT_EQ(ChooseStrip(mainStrips, icon), screen.mainStrip) << screen.shortSide;
+        EXPECT_EQ(ChooseStrip(statusStrips, icon), screen.statusStrip) << screen.shortSide;
     }
 }
 
@@ -142,12 +142,12 @@ TEST(StripChoice, PassesOverMissingPictures) {
     const test::PlatformHook find("FindResourceW", FindWithGaps);
     findResource = find.Original();
     missing = {1002};
-    EXPECT_EQ(ChooseStrip(Own(), mainStrips, 200), 1001u);
+    EXPECT_EQ(ChooseStrip(mainStrips, 200), 1001u);
     missing = {1001, 1002};
-    EXPECT_EQ(ChooseStrip(Own(), mainStrips, 200), 1000u);
+    EXPECT_EQ(ChooseStrip(mainStrips, 200), 1000u);
     missing = {1000, 1001, 1002, 1006};
-    EXPECT_EQ(ChooseStrip(Own(), mainStrips, 200), 1000u);
-    EXPECT_EQ(ChooseStrip(Own(), statusStrips, 200), 1005u);
+    EXPECT_EQ(ChooseStrip(mainStrips, 200), 1000u);
+    EXPECT_EQ(ChooseStrip(statusStrips, 200), 1005u);
 }
 
 TEST(StripPictures, HaveTheirSizesAndSquareIcons) {
@@ -187,6 +187,49 @@ TEST(StripPictures, AreThePacksWhereItHasThem) {
     EXPECT_EQ(own.IconSize(), 76);
     EXPECT_EQ(missingThere.IconSize(), 38);
     EXPECT_EQ(LoadStrip(1000).IconSize(), 38);
+}
+
+// A picture that is too large for the screen, in the place of one that fits it.
+TEST(DrawingResources, AreNotLargerThanTheIconsWhateverThePackHas) {
+    const unsigned icon = GetScreenMetrics().iconSize;
+    ASSERT_LT(icon, 152u);
+    const HRSRC resource = FindResourceW(Own(), MAKEINTRESOURCEW(1002), L"GIF");
+    const auto bytes = static_cast<const BYTE*>(LockResource(LoadResource(Own(), resource)));
+    const std::vector<BYTE> large(bytes, bytes + SizeofResource(Own(), resource));
+    const test::TemporaryFolder folder;
+    const std::wstring path = folder.Path() + L"\\pack.dll";
+    test::ResourceModule(0x0407).Picture(1001, large).Picture(1006, large).Write(path);
+    const platform::UniqueModule pack(
+        LoadLibraryExW(path.c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE));
+    ASSERT_TRUE(pack);
+    text::SetResourceModule(pack.Get(), 0x0407);
+    DrawingResources resources;
+    resources.Load();
+    const int reserved = resources.StatusIconSize();
+    EXPECT_LE(resources.mainStrip.IconSize(), static_cast<int>(icon));
+    EXPECT_LE(resources.StatusStrip().IconSize(), static_cast<int>(icon));
+    EXPECT_EQ(resources.StatusStrip().IconSize(), reserved);
+    text::SetProgramModule(Own());
+}
+
+// One that fits, although the pack has none for other screens.
+TEST(DrawingResources, AreThePacksWhereItHasThemForThisScreen) {
+    const HRSRC resource = FindResourceW(Own(), MAKEINTRESOURCEW(1005), L"GIF");
+    const auto bytes = static_cast<const BYTE*>(LockResource(LoadResource(Own(), resource)));
+    const std::vector<BYTE> small(bytes, bytes + SizeofResource(Own(), resource));
+    const test::TemporaryFolder folder;
+    const std::wstring path = folder.Path() + L"\\pack.dll";
+    test::ResourceModule(0x0407).Picture(1002, small).Write(path);
+    const platform::UniqueModule pack(
+        LoadLibraryExW(path.c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE));
+    ASSERT_TRUE(pack);
+    text::SetResourceModule(pack.Get(), 0x0407);
+    DrawingResources resources;
+    resources.Load();
+    // The program's strips of this height are wider.
+    EXPECT_EQ(resources.mainStrip.IconSize(), 38);
+    EXPECT_EQ(resources.mainStrip.Count(), 6);
+    text::SetProgramModule(Own());
 }
 
 TEST(DrawingResources, HoldTheStripForThisScreenAndTheNextLarger) {
