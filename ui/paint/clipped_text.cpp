@@ -34,6 +34,10 @@ std::wstring EndCut(HDC dc, std::wstring_view text, int width) {
         return std::wstring(dots);
     }
     std::wstring cut(text.substr(0, fitting - dots.size()));
+    // A character of two units goes as a whole.
+    if (IS_HIGH_SURROGATE(cut.back())) {
+        cut.pop_back();
+    }
     cut += dots;
     return cut;
 }

@@ -4,6 +4,7 @@
 
 #include <string>
 
+#include "tests/support/drawn_texts.h"
 #include "tests/ui/canvas.h"
 #include "ui/paint/drawing_resources.h"
 
@@ -180,4 +181,20 @@ TEST(PathText, IsNeverWiderThanItsAreaUnlessOnlyTheDotsAreLeft) {
             }
         }
     }
+}
+
+TEST(ClippedTextEnd, NeverCutsACharacterOfTwoUnitsInTwo) {
+    const std::wstring face = L"\xD83D\xDE00";
+    std::wstring text = L"ab";
+    for (int count = 0; count < 20; ++count) {
+        text += face;
+    }
+    bool cut = false;
+    for (int room = Measured(L"...ab"); room < Measured(text); ++room) {
+        const test::DrawnTexts drawn;
+        Drawn(text, AreaOf(room));
+        cut = cut || drawn.Contains(L"\xDE00...");
+        ASSERT_FALSE(drawn.Contains(L"\xD83D...")) << room;
+    }
+    EXPECT_TRUE(cut);
 }
