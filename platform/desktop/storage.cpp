@@ -26,13 +26,22 @@ std::wstring DriveName(unsigned drive) {
     return std::wstring{static_cast<wchar_t>(L'A' + drive), L':'};
 }
 
+// Keeps the system from asking the user for the medium of an empty drive.
+class SilentDrives {
+ public:
+    SilentDrives() : mode_(SetErrorMode(SEM_FAILCRITICALERRORS)) {}
+    ~SilentDrives() { SetErrorMode(mode_); }
+    SilentDrives(const SilentDrives&) = delete;
+    SilentDrives& operator=(const SilentDrives&) = delete;
+
+ private:
+    UINT mode_;
+};
+
 // Whether a drive holds a medium; an empty slot of a card reader does not.
 bool HasMedium(unsigned drive) {
-    const UINT mode = SetErrorMode(SEM_FAILCRITICALERRORS);
-    const bool present =
-        GetFileAttributesW((DriveName(drive) + L"\\").c_str()) != INVALID_FILE_ATTRIBUTES;
-    SetErrorMode(mode);
-    return present;
+    const SilentDrives silent;
+    return GetFileAttributesW((DriveName(drive) + L"\\").c_str()) != INVALID_FILE_ATTRIBUTES;
 }
 
 UINT TypeOfDrive(unsigned drive) {
@@ -161,6 +170,7 @@ void ClosePartitionSearch(HANDLE search) {
 }
 
 bool StorageSpace(const wchar_t* folder, uint64_t* total, uint64_t* totalFree) {
+    const SilentDrives silent;
     ULARGE_INTEGER freeToCaller = {};
     ULARGE_INTEGER all = {};
     ULARGE_INTEGER unused = {};
@@ -173,6 +183,7 @@ bool StorageSpace(const wchar_t* folder, uint64_t* total, uint64_t* totalFree) {
 }
 
 bool StorageExists(const wchar_t* folder) {
+    const SilentDrives silent;
     return GetFileAttributesW(PathOfStorage(folder).c_str()) != INVALID_FILE_ATTRIBUTES;
 }
 

@@ -52,8 +52,15 @@ UINT WINAPI FakeDevice::DriveType(const wchar_t* root) {
     return volume ? volume->type : static_cast<UINT>(DRIVE_NO_ROOT_DIR);
 }
 
+void FakeDevice::NoteErrorMode() {
+    const UINT mode = SetErrorMode(0);
+    SetErrorMode(mode);
+    device->systemMayAsk = device->systemMayAsk || !(mode & SEM_FAILCRITICALERRORS);
+}
+
 BOOL WINAPI FakeDevice::Space(const wchar_t* folder, ULARGE_INTEGER* freeToCaller,
                               ULARGE_INTEGER* total, ULARGE_INTEGER* totalFree) {
+    NoteErrorMode();
     const FakeVolume* volume = device->VolumeOf(folder);
     if (!volume || !volume->present || !volume->readable) {
         SetLastError(ERROR_NOT_READY);
@@ -70,6 +77,7 @@ DWORD WINAPI FakeDevice::Attributes(const wchar_t* path) {
     if (!IsRootOfDrive(path)) {
         return device->attributes_.Original()(path);
     }
+    NoteErrorMode();
     FakeVolume* volume = const_cast<FakeVolume*>(device->VolumeOf(path));
     if (!volume || !volume->present) {
         SetLastError(ERROR_PATH_NOT_FOUND);

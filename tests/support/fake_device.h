@@ -39,6 +39,8 @@ class FakeDevice {
     std::map<wchar_t, FakeVolume> volumes;
     // Whether a card disappears as soon as it has been found.
     bool cardsVanish = false;
+    // Whether a drive was asked in a way that lets the system ask for a medium.
+    bool systemMayAsk = false;
     // How often the battery has been read.
     int powerReadings = 0;
 
@@ -51,6 +53,7 @@ class FakeDevice {
                              ULARGE_INTEGER* total, ULARGE_INTEGER* totalFree);
     static DWORD WINAPI Attributes(const wchar_t* path);
     const FakeVolume* VolumeOf(const std::wstring& path) const;
+    static void NoteErrorMode();
 
     std::map<wchar_t, int> attributesAsked_;
     PlatformHook<BOOL(SYSTEM_POWER_STATUS*)> power_;

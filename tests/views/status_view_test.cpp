@@ -123,6 +123,16 @@ TEST_F(StatusUpdates, ARemovedCardLosesItsRow) {
     EXPECT_EQ(ShownLabels(), (Labels{L"Battery", L"Memory", L"Storage", L"N:"}));
 }
 
+TEST_F(StatusUpdates, NeverLetTheSystemAskForAMedium) {
+    AddCard(L'M');
+    Open();
+    device.systemMayAsk = false;
+    View().Refresh();
+    device.volumes[L'M'].present = false;
+    View().Refresh();
+    EXPECT_FALSE(device.systemMayAsk);
+}
+
 TEST_F(StatusUpdates, ANewCardWaitsForItsDeviceEvent) {
     Open();
     AddCard(L'M');
