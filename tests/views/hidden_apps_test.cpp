@@ -246,8 +246,6 @@ TEST_F(HiddenApplications, AFileThatCannotBeReplacedStaysWhole) {
     EXPECT_EQ(hiddenApps.Read(), before);
     EXPECT_TRUE(hiddenApps.Read(L".new").empty());
     EXPECT_TRUE(hidden.IsHidden(program.Window())) << "until the program ends";
-    EXPECT_EQ(CodeOfHiding(program.Window()), S_OK) << "it is hidden already";
-    EXPECT_EQ(hiddenApps.Read(), before);
     view->Refresh();
     EXPECT_FALSE(Lists(L"Sample 1"));
     Open();
@@ -287,6 +285,24 @@ TEST_F(HiddenApplications, LeaveNothingBehindWhenTheFirstSaveFails) {
     }
     EXPECT_EQ(GetFileAttributesW(hiddenApps.File(L".new").c_str()), INVALID_FILE_ATTRIBUTES);
     EXPECT_EQ(GetFileAttributesW(hiddenApps.File().c_str()), INVALID_FILE_ATTRIBUTES);
+}
+
+TEST_F(HiddenApplications, WhoseSaveHasFailedAreSavedWhenTheyAreHiddenAgain) {
+    const SampleProgram program(L"polite", L"Sample 1");
+    WriteEntries("<application name=\"other.exe\"/>");
+    Open();
+    {
+        const PlatformHook<BOOL WINAPI(const wchar_t*, const wchar_t*, DWORD)> full("MoveFileExW",
+                                                                                    NoMove);
+        EXPECT_NE(CodeOfHiding(program.Window()), S_OK);
+        EXPECT_NE(CodeOfHiding(program.Window()), S_OK);
+    }
+    EXPECT_TRUE(hidden.IsHidden(program.Window()));
+    EXPECT_EQ(CountOf(hiddenApps.Read(), "<application"), 1u);
+    EXPECT_EQ(CodeOfHiding(program.Window()), S_OK);
+    EXPECT_EQ(CountOf(hiddenApps.Read(), "<application"), 2u);
+    EXPECT_EQ(CodeOfHiding(program.Window()), S_OK);
+    EXPECT_EQ(CountOf(hiddenApps.Read(), "<application"), 2u) << "it stands there already";
 }
 
 TEST_F(HiddenApplications, NeedNoPlaceToBeEmpty) {

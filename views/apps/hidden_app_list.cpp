@@ -195,6 +195,13 @@ void TextSet::Insert(std::wstring text) {
     }
 }
 
+void TextSet::Remove(const std::wstring& text) {
+    const auto place = std::lower_bound(texts_.begin(), texts_.end(), text, IgnoresCase());
+    if (place != texts_.end() && !IgnoresCase()(text, *place)) {
+        texts_.erase(place);
+    }
+}
+
 HiddenAppsFile HiddenAppsFilePath(bool create) {
     std::wstring folder = platform::SpecialFolder(
         nullptr, CSIDL_APPDATA,
@@ -261,14 +268,16 @@ void HiddenAppList::HideApp(HWND window) {
     if (path.empty()) {
         throw faults::W32Fault();
     }
-    if (!empty_ && Matches(path)) {
+    if (!empty_ && Matches(path) && !unsaved_.Contains(path)) {
         return;
     }
     // Whether the list is empty stays as it was found at the start. The application is hidden until
     // the program ends also when that cannot be written down.
     // Kept on purpose: docs/compatibility.md#hide-in-empty-list
     paths_.Insert(path);
+    unsaved_.Insert(path);
     WriteEntry(path);
+    unsaved_.Remove(path);
 }
 
 }  // namespace views

@@ -20,6 +20,7 @@ class TextSet {
     bool Empty() const { return texts_.empty(); }
     bool Contains(const std::wstring& text) const;
     void Insert(std::wstring text);
+    void Remove(const std::wstring& text);
 
  private:
     std::vector<std::wstring> texts_;
@@ -35,7 +36,7 @@ class HiddenAppList final : public HiddenApps {
     bool IsHidden(HWND window) const override;
     // Adds the window's executable and writes the file; nothing for a window without a process.
     // Throws W32Fault or COMFault: the file is then as it was, and the application hidden only
-    // until the program ends.
+    // until the program ends, unless it is hidden again.
     void HideApp(HWND window) override;
 
  private:
@@ -44,6 +45,8 @@ class HiddenAppList final : public HiddenApps {
     bool empty_ = true;
     TextSet paths_;
     TextSet names_;
+    // Those of the paths that could not be written.
+    TextSet unsaved_;
 };
 
 struct HiddenAppsFile {
