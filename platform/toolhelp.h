@@ -22,6 +22,11 @@ struct ProcessEntry {
     wchar_t name[MAX_PATH] = {};
 };
 
+// The path of a listed process's executable as a handheld writes it (GetModuleFileNameW with its
+// identifier; QueryFullProcessImageNameW on a PC, where a process that does not tell, or has ended
+// since, has its name for a path). Empty on failure, with the thread's last error.
+std::wstring PathOfProcess(const ProcessEntry& entry);
+
 struct ModuleEntry {
     // Tells a process's modules apart; on a PC the module's handle.
     ULONG_PTR id = 0;

@@ -84,6 +84,10 @@ bool SnapshotHeaps::NextBlock(uint64_t* size) {
     return found != FALSE;
 }
 
+std::wstring PathOfProcess(const ProcessEntry& entry) {
+    return ProcessPath(entry.processId);
+}
+
 std::wstring PathOfModule(DWORD, const ModuleEntry& entry) {
     return ModulePath(reinterpret_cast<HMODULE>(entry.id));
 }

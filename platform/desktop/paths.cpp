@@ -53,6 +53,14 @@ std::wstring FromImagePath(const std::wstring& path) {
                                                  : FromDesktopPath(path);
 }
 
+std::wstring WithinLimit(std::wstring path) {
+    if (path.size() >= MAX_PATH) {
+        SetLastError(ERROR_INSUFFICIENT_BUFFER);
+        path.clear();
+    }
+    return path;
+}
+
 std::wstring ToDesktopPath(const std::wstring& path) {
     // An entry of the root may be written with two backslashes; another computer's path has more.
     const bool doubled = path.starts_with(L"\\\\");

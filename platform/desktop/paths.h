@@ -14,6 +14,13 @@ std::wstring FromDesktopPath(const std::wstring& path);
 // about short names only where there is one.
 std::wstring FromImagePath(const std::wstring& path);
 
+// The same for the executable of a process (QueryFullProcessImageNameW). Empty, with the thread's
+// last error, when the system does not tell it or it is longer than a path can be.
+std::wstring ImagePathOfProcess(unsigned long processId);
+
+// A path that is no longer than one can be; else empty, with the thread's last error.
+std::wstring WithinLimit(std::wstring path);
+
 // A handheld's path as the system and other programs expect it: with a drive's letter.
 std::wstring ToDesktopPath(const std::wstring& path);
 

@@ -9,15 +9,6 @@ namespace platform {
 
 namespace {
 
-// Empty, with the thread's last error, when it is longer than a path can be.
-std::wstring Limited(std::wstring path) {
-    if (path.size() >= MAX_PATH) {
-        SetLastError(ERROR_INSUFFICIENT_BUFFER);
-        path.clear();
-    }
-    return path;
-}
-
 // Empty when there is no such process.
 std::wstring NameOfProcess(DWORD processId) {
     const UniqueHandle snapshot(CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0));
@@ -69,23 +60,33 @@ bool SignalEvent(HANDLE event) {
 std::wstring ModulePath(HMODULE module) {
     wchar_t path[MAX_PATH];
     const std::wstring told =
-        Limited(std::wstring(path, GetModuleFileNameW(module, path, MAX_PATH)));
-    return told.empty() ? told : Limited(desktop::FromDesktopPath(told));
+        desktop::WithinLimit(std::wstring(path, GetModuleFileNameW(module, path, MAX_PATH)));
+    return told.empty() ? told : desktop::WithinLimit(desktop::FromDesktopPath(told));
 }
 
-std::wstring ProcessPath(DWORD processId) {
+std::wstring desktop::ImagePathOfProcess(unsigned long processId) {
     const UniqueHandle process(OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION, FALSE, processId));
     wchar_t path[MAX_PATH];
     DWORD length = MAX_PATH;
-    if (process && QueryFullProcessImageNameW(process.Get(), 0, path, &length)) {
-        return Limited(desktop::FromImagePath(std::wstring(path, length)));
+    if (!process || !QueryFullProcessImageNameW(process.Get(), 0, path, &length)) {
+        return std::wstring();
     }
-    const DWORD error = GetLastError();
-    std::wstring name = NameOfProcess(processId);
-    if (name.empty()) {
+    return WithinLimit(FromImagePath(std::wstring(path, length)));
+}
+
+std::wstring ProcessPath(DWORD processId) {
+    std::wstring path = desktop::ImagePathOfProcess(processId);
+    if (path.empty()) {
+        const DWORD error = GetLastError();
+        path = NameOfProcess(processId);
         SetLastError(error);
     }
-    return name;
+    return path;
+}
+
+std::wstring PathOfProcess(const ProcessEntry& entry) {
+    std::wstring path = desktop::ImagePathOfProcess(entry.processId);
+    return path.empty() ? entry.name : path;
 }
 
 }  // namespace platform

@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "platform/desktop/paths.h"
 #include "platform/desktop/shortcuts.h"
@@ -76,6 +77,12 @@ std::wstring SpecialFolder(HWND owner, int folder, MissingFolder missing) {
 DWORD_PTR FileInfo(const wchar_t* path, DWORD attributes, SHFILEINFOW* info, UINT flags) {
     if (!path) {
         return SHGetFileInfoW(L"", attributes, info, sizeof *info, flags | SHGFI_USEFILEATTRIBUTES);
+    }
+    // A process that does not tell its path has a name alone, which names no file.
+    const std::wstring_view file(path);
+    if (!(flags & SHGFI_USEFILEATTRIBUTES) && file.find_first_of(L"\\:") == file.npos) {
+        SetLastError(ERROR_FILE_NOT_FOUND);
+        return 0;
     }
     return SHGetFileInfoW(desktop::ToDesktopPath(path).c_str(), attributes, info, sizeof *info,
                           flags);

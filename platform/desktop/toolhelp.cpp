@@ -40,8 +40,19 @@ void CloseSnapshot(HANDLE snapshot) {
 
 // The list of heaps is never asked for: Wine has none. A snapshot of processes stands for it.
 HANDLE TakeSnapshot(Snapshot::Kind kind, DWORD processId) {
-    return CreateToolhelp32Snapshot(
-        kind == Snapshot::Kind::Modules ? TH32CS_SNAPMODULE : TH32CS_SNAPPROCESS, processId);
+    if (kind != Snapshot::Kind::Modules) {
+        return CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, processId);
+    }
+    // A process that loads a module meanwhile makes it fail, and may do so again.
+    constexpr int mostTries = 16;
+    HANDLE snapshot = INVALID_HANDLE_VALUE;
+    for (int tries = 0; tries < mostTries && snapshot == INVALID_HANDLE_VALUE; ++tries) {
+        snapshot = CreateToolhelp32Snapshot(TH32CS_SNAPMODULE | TH32CS_SNAPMODULE32, processId);
+        if (snapshot == INVALID_HANDLE_VALUE && GetLastError() != ERROR_BAD_LENGTH) {
+            break;
+        }
+    }
+    return snapshot;
 }
 
 void Describe(const PROCESSENTRY32& found, ProcessEntry* entry) {
@@ -56,8 +67,10 @@ void Describe(const MODULEENTRY32& found, ModuleEntry* entry) {
     entry->base = reinterpret_cast<ULONG_PTR>(found.modBaseAddr);
     entry->size = found.modBaseSize;
     CopyText(entry->name, found.szModule);
-    CopyText(entry->path,
-             found.szExePath[0] ? desktop::FromImagePath(found.szExePath) : std::wstring());
+    // The beginning of a path that is too long would name another file.
+    CopyText(entry->path, found.szExePath[0]
+                              ? desktop::WithinLimit(desktop::FromImagePath(found.szExePath))
+                              : std::wstring());
 }
 
 struct SnapshotHeaps::Walk {
@@ -126,7 +139,7 @@ std::wstring PathOfModule(DWORD processId, const ModuleEntry& entry) {
         !GetModuleFileNameExW(process.Get(), reinterpret_cast<HMODULE>(entry.id), path, MAX_PATH)) {
         return std::wstring();
     }
-    return desktop::FromDesktopPath(path);
+    return desktop::WithinLimit(desktop::FromDesktopPath(path));
 }
 
 ProcessMemory::ProcessMemory(const ProcessEntry& process)

@@ -24,7 +24,8 @@ FakeProcesses::~FakeProcesses() {
 HANDLE WINAPI FakeProcesses::CreateSnapshot(DWORD flags, DWORD process) {
     device->snapshotFlags.push_back(flags);
     device->snapshotProcess = process;
-    if (device->snapshotError) {
+    if (device->snapshotError && device->snapshotFailures > 0) {
+        --device->snapshotFailures;
         SetLastError(device->snapshotError);
         return INVALID_HANDLE_VALUE;
     }

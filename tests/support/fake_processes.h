@@ -50,6 +50,8 @@ class FakeProcesses {
     DWORD endError = ERROR_NO_MORE_FILES;
     // An error instead of a snapshot; 0 for none.
     DWORD snapshotError = 0;
+    // For so many snapshots, then they succeed.
+    unsigned snapshotFailures = ~0u;
     // An error instead of a process's handle; 0 for none.
     DWORD openError = 0;
     // What was asked for and done.

@@ -6,6 +6,7 @@
 #include "res/resource.h"
 #include "tests/support/box.h"
 #include "tests/support/drawn_texts.h"
+#include "tests/support/fake_processes.h"
 #include "tests/support/finger.h"
 #include "tests/support/sample_program.h"
 #include "tests/support/user.h"
@@ -87,6 +88,11 @@ DWORD longestAsked = 0;
 DWORD WINAPI WaitInVain(HANDLE, DWORD milliseconds) {
     longestAsked = std::max(longestAsked, milliseconds);
     return WAIT_TIMEOUT;
+}
+
+DWORD WINAPI ProcessUnknown(HWND, DWORD* process) {
+    *process = 0;
+    return 0xFFFFFFF0;
 }
 
 class ApplicationsCommands : public ApplicationsFixture {
@@ -290,6 +296,31 @@ TEST_F(ApplicationsCommands, GoingToAModuleThatIsNotToldBeeps) {
     view->Command(ID_GO_TO_PROCESS);
     view->Command(ID_PROPERTIES);
     EXPECT_EQ(beeps, 2);
+    EXPECT_FALSE(frame.switchedTo);
+}
+
+TEST_F(ApplicationsCommands, GoingToAModuleOfAnUnknownProcessBeeps) {
+    const SampleProgram program(L"polite", L"Sample 1");
+    Open();
+    Select(L"Sample 1");
+    // What a handheld answers for no process: the path of the program itself.
+    FakeProcesses device;
+    device.processes = {{0, L"vantor.exe", L"C:\\windows\\explorer.exe", 0}};
+    const PlatformHook<DWORD WINAPI(HWND, DWORD*)> process("GetWindowThreadProcessId",
+                                                           ProcessUnknown);
+    view->Command(ID_GO_TO_MODULE);
+    EXPECT_EQ(beeps, 1);
+    EXPECT_FALSE(frame.switchedTo);
+}
+
+TEST_F(ApplicationsCommands, GoingToAModuleWhoseNameAloneIsToldBeeps) {
+    const SampleProgram program(L"polite", L"Sample 1");
+    Open();
+    Select(L"Sample 1");
+    FakeProcesses device;
+    device.processes = {{program.ProcessId(), L"System", L"", 0}};
+    view->Command(ID_GO_TO_MODULE);
+    EXPECT_EQ(beeps, 1);
     EXPECT_FALSE(frame.switchedTo);
 }
 

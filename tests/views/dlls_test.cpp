@@ -20,8 +20,17 @@ constexpr DWORD pathFlag = 0x0040;
 constexpr DWORD baseFlag = 0x1000;
 constexpr DWORD sizeFlag = 0x2000;
 
-constexpr DWORD kindsOfSnapshot =
-    TH32CS_SNAPHEAPLIST | TH32CS_SNAPPROCESS | TH32CS_SNAPTHREAD | TH32CS_SNAPMODULE;
+constexpr DWORD kindsOfSnapshot = TH32CS_SNAPHEAPLIST | TH32CS_SNAPPROCESS | TH32CS_SNAPTHREAD |
+                                  TH32CS_SNAPMODULE | TH32CS_SNAPMODULE32;
+
+DWORD WINAPI LongPath(const wchar_t*, wchar_t* path, DWORD size) {
+    const std::wstring expanded = L"C:\\windows\\" + std::wstring(300, L'x') + L".dll";
+    if (size > expanded.size()) {
+        path[expanded.copy(path, expanded.size())] = 0;
+        return static_cast<DWORD>(expanded.size());
+    }
+    return static_cast<DWORD>(expanded.size() + 1);
+}
 
 class Dlls : public ImagesFixture<views::DllsView> {
  protected:
@@ -44,7 +53,9 @@ TEST_F(FakeDeviceDlls, AreSortedByTheirPlaceInMemory) {
     Open(views::ViewArgument{77, L""});
     EXPECT_EQ(device.snapshotProcess, 77u);
     ASSERT_EQ(device.snapshotFlags.size(), 1u);
-    EXPECT_EQ(device.snapshotFlags[0] & kindsOfSnapshot, DWORD{TH32CS_SNAPMODULE});
+    // Those of 32 bits as well, on a system of 64.
+    EXPECT_EQ(device.snapshotFlags[0] & kindsOfSnapshot,
+              DWORD{TH32CS_SNAPMODULE} | DWORD{TH32CS_SNAPMODULE32});
     EXPECT_EQ(Rows(), (Titles{L"a.dll", L"b.dll", L"explorer.exe"}));
     EXPECT_EQ(view.Title(), L"Dlls (3)");
     device.modules.push_back({L"c.dll", L"C:\\c.dll", 0x10000, 0});
@@ -99,6 +110,27 @@ TEST_F(FakeDeviceDlls, ThatCannotBeListedAreAMessage) {
     device.snapshotError = ERROR_INVALID_PARAMETER;
     Answered([&] { Open(); }, L"Can't enumerate dlls", {"Return"});
     EXPECT_EQ(List().GetCount(), 0u);
+}
+
+TEST_F(FakeDeviceDlls, ThatChangeWhileTheyAreListedAreListedAgain) {
+    // The list has grown since the room for it was taken.
+    device.snapshotError = ERROR_BAD_LENGTH;
+    device.snapshotFailures = 3;
+    Open();
+    EXPECT_EQ(List().GetCount(), 3u);
+    // Not for ever.
+    device.snapshotFailures = ~0u;
+    Answered([&] { view.Command(ID_REFRESH); }, L"Can't enumerate dlls", {"Return"});
+}
+
+TEST_F(FakeDeviceDlls, WhosePathIsTooLongHaveNone) {
+    const PlatformHook<DWORD WINAPI(const wchar_t*, wchar_t*, DWORD)> expanded("GetLongPathNameW",
+                                                                               LongPath);
+    device.modules = {{L"x.dll", L"C:\\windows\\XXXXXX~1.DLL", 0x10000, 0}};
+    Open();
+    // Its beginning would name another file.
+    EXPECT_EQ(Item(0).path, L"");
+    EXPECT_EQ(Item(0).icon, -1);
 }
 
 TEST_F(FakeDeviceDlls, WithoutAPathAskForIt) {

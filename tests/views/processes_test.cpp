@@ -15,6 +15,7 @@
 #include "tests/views/drawn_row.h"
 #include "tests/views/processes_fixture.h"
 #include "ui/paint/drawing_resources.h"
+#include "views/processes/process_info.h"
 
 using namespace test;
 
@@ -52,6 +53,20 @@ class FakeDeviceProcesses : public Processes {
     }
 
     FakeProcesses device;
+};
+
+class CurrentFolder {
+ public:
+    explicit CurrentFolder(const std::wstring& folder) {
+        GetCurrentDirectoryW(MAX_PATH, before_);
+        SetCurrentDirectoryW(folder.c_str());
+    }
+    ~CurrentFolder() { SetCurrentDirectoryW(before_); }
+    CurrentFolder(const CurrentFolder&) = delete;
+    CurrentFolder& operator=(const CurrentFolder&) = delete;
+
+ private:
+    wchar_t before_[MAX_PATH] = {};
 };
 
 }  // namespace
@@ -208,6 +223,34 @@ TEST_F(FakeDeviceProcesses, OnAPCWithoutAPathHaveTheirName) {
     Open();
     EXPECT_EQ(Rows(), (Titles{L"System"}));
     EXPECT_EQ(Item(0).path, L"System");
+}
+
+TEST_F(FakeDeviceProcesses, OnAPCAreNotLookedForAgainForTheirName) {
+    // One that has ended meanwhile is in no other snapshot.
+    for (const size_t number : {1u, 2u, 40u}) {
+        device.processes[number].path.clear();
+    }
+    Open();
+    EXPECT_EQ(List().GetCount(), 64u);
+    EXPECT_EQ(device.snapshotFlags.size(), 1u);
+    Select(device.processes[2].name);
+    device.snapshotFlags.clear();
+    EXPECT_EQ(views::GatherProcessInfo(device.processes[2].id).fileName, 0u);
+    EXPECT_EQ(device.snapshotFlags.size(), 2u) << "of processes and of heaps";
+}
+
+TEST_F(FakeDeviceProcesses, WithoutAPathHaveNoIconAndNoModule) {
+    // The file of this name in the current folder is another one.
+    const TemporaryFolder folder;
+    folder.MakeFile(L"System");
+    const CurrentFolder current(folder.Path());
+    device.processes = {{4, L"System", L"", 0}};
+    Open();
+    EXPECT_EQ(Item(0).icon, -1);
+    Select(L"System");
+    view.Command(ID_GO_TO_MODULE);
+    EXPECT_EQ(beeps, 1);
+    EXPECT_FALSE(frame.switchedTo);
 }
 
 TEST_F(FakeDeviceProcesses, HaveRowsAsHighAsTheirLines) {

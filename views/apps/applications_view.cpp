@@ -192,8 +192,9 @@ void ApplicationsView::GoToProcess() {
 
 void ApplicationsView::GoToModule() {
     const DWORD process = AppCloser::ProcessIdOfWindow(SelectedWindow());
-    std::wstring path = platform::ProcessPath(process);
-    if (!path.empty()) {
+    // No process would be this one to a handheld; a name alone, as a PC may tell, is no path.
+    std::wstring path = process ? platform::ProcessPath(process) : std::wstring();
+    if (path.find(L'\\') != std::wstring::npos) {
         GetFrame().SwitchTo(ViewIndex::Files, ViewArgument{0, std::move(path)});
     } else {
         MessageBeep(~0u);

@@ -75,7 +75,9 @@ void BinaryListView::DrawRow(const DRAWITEMSTRUCT& place, const BinaryItem& item
 
 void BinaryListView::GoToModule() {
     const std::wstring path = list_.Selected()->path;
-    if (path.empty() || GetFileAttributesW(path.c_str()) == INVALID_FILE_ATTRIBUTES) {
+    // A PC's process that does not tell its path has a name alone.
+    if (path.find(L'\\') == std::wstring::npos ||
+        GetFileAttributesW(path.c_str()) == INVALID_FILE_ATTRIBUTES) {
         MessageBeep(~0u);
         return;
     }

@@ -4,7 +4,6 @@
 
 #include "faults/fault.h"
 #include "platform/handles.h"
-#include "platform/processes.h"
 #include "platform/shell.h"
 #include "res/resource.h"
 #include "text/format.h"
@@ -124,7 +123,7 @@ class InfoPage final : public ui::Page {
 ProcessInfo GatherProcessInfo(DWORD processId) {
     ProcessInfo info;
     info.entry = FindProcess(processId);
-    const std::wstring path = platform::ProcessPath(info.entry.processId);
+    const std::wstring path = platform::PathOfProcess(info.entry);
     if (!path.empty()) {
         info.entry.name[path.copy(info.entry.name, MAX_PATH - 1)] = 0;
         info.fileName = path.rfind(L'\\') + 1;

@@ -2,7 +2,6 @@
 
 #include "faults/fault.h"
 #include "platform/handles.h"
-#include "platform/processes.h"
 #include "res/resource.h"
 #include "text/format.h"
 #include "text/resources.h"
@@ -80,7 +79,7 @@ void ProcessesView::Read(Binaries::Rows& rows) const {
 }
 
 std::unique_ptr<BinaryItem> ProcessesView::MakeItem(const platform::ProcessEntry& entry) const {
-    std::wstring path = platform::ProcessPath(entry.processId);
+    std::wstring path = platform::PathOfProcess(entry);
     // Kept on purpose: docs/compatibility.md#unreadable-path
     if (path.empty()) {
         throw faults::W32Fault();
