@@ -30,6 +30,20 @@ void RunProgram(HINSTANCE instance, int showCommand) {
     app::Run(module, showCommand);
 }
 
+// Call it in a handler only.
+void ShowCurrentException() noexcept {
+    try {
+        constexpr UINT ok = IDS_BUTTON_OK;
+        if (ui::ShowMessage(nullptr, ui::TextOfCurrentException(), IDS_EXECUTION_FAILED, 1, &ok,
+                            0) != -1) {
+            return;
+        }
+    } catch (...) {
+        // What it was about is more than there is memory for.
+    }
+    ui::TellWithoutMemory(nullptr);
+}
+
 }  // namespace
 
 int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, wchar_t*, int showCommand) {
@@ -37,7 +51,7 @@ int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, wchar_t*, int showCommand) {
     try {
         RunProgram(instance, showCommand);
     } catch (...) {
-        ui::ShowNotice(nullptr, ui::TextOfCurrentException(), IDS_EXECUTION_FAILED, IDS_BUTTON_OK);
+        ShowCurrentException();
     }
     // Kept on purpose: docs/compatibility.md#exit-code
     return 0;

@@ -8,10 +8,8 @@ namespace faults {
 
 namespace {
 
-const std::wstring& NoMessage() {
-    static const std::wstring text(noMessage);
-    return text;
-}
+// Made at the start: when it is asked for there may be no memory for it.
+const std::wstring fixedMessage(noMessage);
 
 std::wstring FromCodePage(const std::string& narrow) {
     const int size = static_cast<int>(narrow.size());
@@ -64,9 +62,9 @@ const std::wstring& Fault::Message() const noexcept {
         if (message_.empty()) {
             message_ = FindMessage();
         }
-        return message_.empty() ? NoMessage() : message_;
+        return message_.empty() ? fixedMessage : message_;
     } catch (...) {
-        return NoMessage();
+        return fixedMessage;
     }
 }
 
@@ -113,31 +111,50 @@ std::wstring COMFault::FindMessage() const {
     return W32Fault::FindMessage();
 }
 
-std::wstring FullText(const ErrorMessage::IFaultBase& fault) {
-    const ErrorMessage::IFaultBase& shown = fault.Fault();
-    const std::wstring& message = shown.Message();
-    if (message != noMessage) {
-        std::wstring line;
-        line.reserve(message.size());
-        for (const wchar_t character : message) {
-            if (character != L'\n') {
-                line += character;
-                continue;
-            }
-            if (!line.empty() && line.back() == L'\r') {
-                line.pop_back();
-            }
-            line += L' ';
+namespace {
+
+std::wstring OnOneLine(const std::wstring& message) {
+    std::wstring line;
+    line.reserve(message.size());
+    for (const wchar_t character : message) {
+        if (character != L'\n') {
+            line += character;
+            continue;
         }
-        return line;
+        if (!line.empty() && line.back() == L'\r') {
+            line.pop_back();
+        }
+        line += L' ';
     }
-    const DWORD code = static_cast<DWORD>(shown.Code());
+    return line;
+}
+
+std::wstring CodeText(DWORD code) {
     const DWORD number = (code & 0x1FFF0000) == 0x00070000 ? code & 0xFFFF : code;
     std::wstring text = L"0x";
     for (int shift = 28; shift >= 0; shift -= 4) {
         text += L"0123456789abcdef"[(number >> shift) & 0xF];
     }
     return text;
+}
+
+}  // namespace
+
+std::wstring FullText(const ErrorMessage::IFaultBase& fault) noexcept {
+    const ErrorMessage::IFaultBase& shown = fault.Fault();
+    const std::wstring& message = shown.Message();
+    try {
+        if (message != noMessage) {
+            return OnOneLine(message);
+        }
+    } catch (...) {
+        // There may be memory for the code still.
+    }
+    try {
+        return CodeText(static_cast<DWORD>(shown.Code()));
+    } catch (...) {
+        return std::wstring();
+    }
 }
 
 }  // namespace faults

@@ -105,7 +105,7 @@ class COMFault : public W32Fault {
 };
 
 // The full text that a user sees: the message on one line, or the code in hexadecimal when there
-// is none ("0x00000005").
-std::wstring FullText(const ErrorMessage::IFaultBase& fault);
+// is none ("0x00000005"). Empty when there is no memory for either.
+std::wstring FullText(const ErrorMessage::IFaultBase& fault) noexcept;
 
 }  // namespace faults

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "faults/fault.h"
+#include "tests/faults/no_memory.h"
 #include "tests/support/platform_hook.h"
 #include "tests/support/resource_module.h"
 #include "tests/support/world.h"
@@ -163,6 +164,29 @@ TEST(FaultMessage, IsFixedWhenTheLookUpRaises) {
     EXPECT_EQ(fault.Message(), unknown);
     EXPECT_STREQ(fault.what(), "No error message is available.");
     EXPECT_EQ(FullText(fault), L"0x00000005");
+}
+
+// In a suite of its own, so that nothing has been asked for before.
+TEST(FaultsWithoutMemory, StillHaveAMessageAndNeverRaise) {
+    const W32Fault unasked(ResultFromError(ERROR_ACCESS_DENIED));
+    const W32Fault asked(ResultFromError(ERROR_ACCESS_DENIED));
+    asked.Message();
+    bool fixed = false;
+    bool raised = false;
+    {
+        const NoMemory none;
+        fixed = unasked.Message() == unknown && Fault().Message() == unknown;
+        try {
+            FullText(unasked);
+            FullText(asked);
+        } catch (...) {
+            raised = true;
+        }
+    }
+    EXPECT_TRUE(fixed);
+    EXPECT_FALSE(raised);
+    // What could not be found then is found later.
+    EXPECT_EQ(unasked.Message(), SystemText(ERROR_ACCESS_DENIED));
 }
 
 TEST(FullFaultText, PutsABlankForEachLineBreak) {

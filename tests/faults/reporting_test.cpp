@@ -4,8 +4,10 @@
 
 #include "faults/fault.h"
 #include "res/resource.h"
+#include "tests/faults/no_memory.h"
 #include "tests/support/drawn_texts.h"
 #include "tests/support/finger.h"
+#include "tests/support/platform_hook.h"
 #include "tests/support/user.h"
 #include "tests/support/wait.h"
 #include "tests/support/windows_seen.h"
@@ -14,6 +16,18 @@
 using namespace test;
 
 namespace {
+
+int systemBoxes = 0;
+HWND ownerOfSystemBox = nullptr;
+int WINAPI NoteSystemBox(HWND owner, LPCWSTR text, LPCWSTR, UINT) {
+    ++systemBoxes;
+    ownerOfSystemBox = owner;
+    EXPECT_STREQ(text, faults::noMessage);
+    return IDOK;
+}
+INT_PTR WINAPI NoDialog(HINSTANCE, const DLGTEMPLATE*, HWND, DLGPROC, LPARAM) {
+    throw std::bad_alloc();
+}
 
 class Reporting : public testing::Test {
  protected:
@@ -93,6 +107,25 @@ TEST_F(Reporting, LeavesDoneWhatTheActionHadDone) {
         });
     });
     EXPECT_EQ(steps, 1);
+}
+
+TEST_F(Reporting, WithoutMemoryTellsThatSomethingHasFailedAndGoesOn) {
+    const PlatformHook<decltype(NoteSystemBox)> boxes("MessageBoxW", NoteSystemBox);
+    const PlatformHook<decltype(NoDialog)> dialogs("DialogBoxIndirectParamW", NoDialog);
+    systemBoxes = 0;
+    bool raised = false;
+    {
+        const NoMemory none;
+        try {
+            ui::RunAction(owner, IDS_ACTION_FAILED, [] { throw faults::W32Fault(E_ACCESSDENIED); });
+            ui::RunAction(owner, IDS_ACTION_FAILED, [] { throw std::bad_alloc(); });
+        } catch (...) {
+            raised = true;
+        }
+    }
+    EXPECT_FALSE(raised);
+    EXPECT_EQ(systemBoxes, 2);
+    EXPECT_EQ(ownerOfSystemBox, owner);
 }
 
 TEST_F(Reporting, ShowsNothingWhenTheActionSucceeds) {

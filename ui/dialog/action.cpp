@@ -14,6 +14,12 @@ std::wstring TextOfCurrentException() {
     }
 }
 
+void TellWithoutMemory(HWND owner) {
+    if (!MessageBoxW(owner, faults::noMessage, nullptr, MB_OK | MB_ICONERROR)) {
+        MessageBeep(~0u);
+    }
+}
+
 void LeaveIfGone(HWND owner) {
     if (owner && !IsWindow(owner)) {
         throw;

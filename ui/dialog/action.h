@@ -1,6 +1,7 @@
 // The edge of a user's action, where its faults are caught and shown.
 #pragma once
 
+#include <new>
 #include <string>
 
 #include "faults/fault.h"
@@ -11,8 +12,11 @@
 namespace ui {
 
 // The text that stands for the exception being handled: a fault's full text, or "Unexpected
-// error." for anything else. Call it in a handler only.
+// error." for anything else. Call it in a handler only. Throws std::bad_alloc.
 std::wstring TextOfCurrentException();
+
+// Says that something has failed where there is no memory for saying what (MessageBoxW).
+void TellWithoutMemory(HWND owner);
 
 // Throws the exception being handled on when the action's window has gone: with it went everything
 // that could show the fault or end the program, so the run ends with it. Call it in a handler only.
@@ -29,7 +33,12 @@ void RunAction(HWND owner, UINT context, Action action, const Inserts&... insert
         action();
     } catch (...) {
         LeaveIfGone(owner);
-        ShowError(owner, text::FormatText(context, inserts..., TextOfCurrentException()));
+        try {
+            ShowError(owner, text::FormatText(context, inserts..., TextOfCurrentException()));
+        } catch (const std::bad_alloc&) {
+            LeaveIfGone(owner);
+            TellWithoutMemory(owner);
+        }
     }
 }
 
