@@ -221,6 +221,21 @@ TEST_F(SettingsOfAUser, AreKeptUnderTheUsersKey) {
     EXPECT_EQ(ReadText(L"path"), L"\\Temp");
 }
 
+TEST_F(SettingsOfAUser, BeginWithTheMachines) {
+    const auto setForMachine = [](const wchar_t* name, DWORD value) {
+        RegSetKeyValueW(HKEY_LOCAL_MACHINE, L"Software\\Kelmor\\vantor", name, REG_DWORD, &value,
+                        sizeof value);
+    };
+    setForMachine(L"langid", 0x0407);
+    setForMachine(L"view", 1);
+    WriteNumber(L"view", 2);
+    EXPECT_EQ(ReadNumber(L"view"), 2u);
+    EXPECT_EQ(ReadNumber(L"langid"), 0x0407u);
+    // From there on they are the user's.
+    setForMachine(L"langid", 0x040C);
+    EXPECT_EQ(ReadNumber(L"langid"), 0x0407u);
+}
+
 TEST_F(SettingsOfAUser, StayThereWhenTheMachinesKeyCanBeWrittenAgain) {
     WriteNumber(L"view", 3);
     machineKeyError = ERROR_DISK_FULL;
