@@ -79,7 +79,10 @@ void LanguageMenu::Update(HMENU menu) {
 
 std::optional<LANGID> LanguageMenu::Choice(HMENU barMenu, WORD command) const {
     const HMENU menu = FindLanguageMenu(barMenu);
-    return menu && menu == filled_ ? LanguageOfCommand(menu, command) : std::nullopt;
+    const std::optional<LANGID> language =
+        menu && menu == filled_ ? LanguageOfCommand(menu, command) : std::nullopt;
+    // An item of a menu that has the filled one's handle, because that one has gone.
+    return language == LANGID{0} ? std::nullopt : language;
 }
 
 std::optional<LANGID> LanguageOfCommand(HMENU languageMenu, WORD command) {

@@ -153,6 +153,16 @@ TEST_F(LanguageMenu, HasNoCommandsBeforeItIsFilled) {
     EXPECT_TRUE(questions.empty());
 }
 
+TEST_F(LanguageMenu, OfAnItemWithoutALanguageStoresNone) {
+    MakePack(L"vantor.exe.0407.ui", german, L"Gut");
+    OpenMenu();
+    // A menu that was loaded since may have the old one's handle.
+    ui::SetMenuImage(app::FindLanguageMenu(Popup()), 0, 0);
+    Choose(0);
+    EXPECT_FALSE(CleanSettings::Number(L"langid"));
+    EXPECT_TRUE(questions.empty());
+}
+
 TEST_F(LanguageMenu, StoresTheLanguageInUseWithoutAQuestion) {
     MakePack(L"vantor.exe.0407.ui", german, L"Gut");
     OpenMenu();
