@@ -85,8 +85,11 @@ void MainFrame::OnCreate() {
     flags_ = ReadNumber(settingFlags).value_or(0);
     current_ = asked ? *asked : ViewOfSetting(ReadNumber(settingView).value_or(0));
     const platform::WindowDC dc(Handle());
-    const int textHeight = ui::TextHeight(dc, ui::Fonts().Base());
-    bandHeight_ = ui::BandHeight(textHeight);
+    const std::optional<int> textHeight = ui::MeasureTextHeight(dc, ui::Fonts().Base());
+    if (!textHeight) {
+        throw faults::W32Fault();
+    }
+    bandHeight_ = ui::BandHeight(*textHeight);
     if (!pane_.Open(Handle()) || !bar_.Open(Handle(), RECT{}) || !slideBar_.Open(Handle())) {
         throw faults::W32Fault();
     }
@@ -106,6 +109,8 @@ void MainFrame::OnCreate() {
     if (!Current().Activate(ViewArgument())) {
         throw faults::W32Fault();
     }
+    // What a window kept while it was placed.
+    ui::RethrowHeldException();
     open_ = true;
     UpdateSlideBar();
     TitleChanged();
@@ -227,6 +232,7 @@ void MainFrame::UpdateSlideBar() {
 void MainFrame::ChooseLanguage(WORD command) {
     const std::optional<LANGID> language = languages_.Choice(bar_.Menu(), command);
     if (!language) {
+        MessageBeep(~0u);
         return;
     }
     WriteNumber(settingLanguage, *language);
@@ -336,11 +342,13 @@ void MainFrame::OnActivate(bool active, HWND other) {
     if (own) {
         return;
     }
-    if (active) {
-        Current().Resume();
-    } else {
-        Current().Suspend();
-    }
+    ui::RunAction(Handle(), IDS_ACTION_FAILED, [&] {
+        if (active) {
+            Current().Resume();
+        } else {
+            Current().Suspend();
+        }
+    });
 }
 
 void MainFrame::OnDestroy() {
@@ -417,8 +425,10 @@ LRESULT MainFrame::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
             }
             break;
         case WM_INITMENUPOPUP:
-            UpdateMenu();
-            languages_.Update(reinterpret_cast<HMENU>(wParam));
+            ui::RunAction(Handle(), IDS_ACTION_FAILED, [&] {
+                UpdateMenu();
+                languages_.Update(reinterpret_cast<HMENU>(wParam));
+            });
             return 0;
         case WM_COMMAND:
             OnCommand(LOWORD(wParam));

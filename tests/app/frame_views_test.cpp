@@ -64,6 +64,32 @@ HWND WINAPI CreateFewWindows(DWORD extended, const wchar_t* windowClass, const w
                       module, data);
 }
 
+BOOL WINAPI NoMetrics(HDC, TEXTMETRICW*) {
+    return FALSE;
+}
+
+using Move = BOOL(HWND, int, int, int, int, BOOL);
+Move* moveWindow = nullptr;
+BOOL WINAPI BreakOnMove(HWND window, int x, int y, int width, int height, BOOL repaint) {
+    if (ClassOf(window) == L"kx::TouchList") {
+        throw std::bad_alloc();
+    }
+    return moveWindow(window, x, y, width, height, repaint);
+}
+
+using FindFile = HANDLE(const wchar_t*, WIN32_FIND_DATAW*);
+HANDLE WINAPI BreakOnFind(const wchar_t*, WIN32_FIND_DATAW*) {
+    throw std::bad_alloc();
+}
+
+BOOL WINAPI BreakOnPower(SYSTEM_POWER_STATUS*) {
+    if (breaks > 0) {
+        --breaks;
+        throw std::bad_alloc();
+    }
+    return FALSE;
+}
+
 BOOL CALLBACK AddWindow(HWND window, LPARAM windows) {
     reinterpret_cast<std::vector<HWND>*>(windows)->push_back(window);
     return TRUE;
@@ -241,6 +267,65 @@ TEST_F(FrameViews, WithoutAWindowOfTheirOwnAreNoFrame) {
     EXPECT_FALSE(CleanSettings::Number(L"view"));
     windowsAllowed = 1;
     EXPECT_TRUE(frame.Open());
+}
+
+TEST_F(FrameViews, WithoutTheHeightOfTheirTextAreNoFrame) {
+    {
+        const PlatformHook<BOOL(HDC, TEXTMETRICW*)> metrics("GetTextMetricsW", NoMetrics);
+        EXPECT_FALSE(frame.Open());
+        EXPECT_FALSE(frame.Handle());
+    }
+    EXPECT_FALSE(CleanSettings::Number(L"view"));
+    EXPECT_TRUE(frame.Open());
+}
+
+TEST_F(FrameViews, ThatCannotBePlacedAreNoFrame) {
+    {
+        const PlatformHook<Move> move("MoveWindow", BreakOnMove);
+        moveWindow = move.Original();
+        bool raised = false;
+        try {
+            EXPECT_FALSE(frame.Open());
+        } catch (...) {
+            raised = true;
+        }
+        EXPECT_FALSE(raised);
+    }
+    EXPECT_FALSE(CleanSettings::Number(L"view"));
+}
+
+TEST_F(FrameViews, ThatCannotBringTheirMenuUpToDateAreReportedAndTheProgramGoesOn) {
+    Open();
+    const DrawnTexts drawn;
+    const PlatformHook<FindFile> find("FindFirstFileW", BreakOnFind);
+    RunFrame([&] {
+        SetForegroundWindow(frame.Handle());
+        PostMessageW(frame.Handle(), WM_INITMENUPOPUP,
+                     reinterpret_cast<WPARAM>(GetSubMenu(frame.Bar().Menu(), 1)), 1);
+        const HWND box = WaitForWindow(L"#32770");
+        ASSERT_TRUE(box);
+        EXPECT_TRUE(drawn.Shows(L"The action can't be completed\r\nUnexpected error."));
+        Finger().Key("Return").Play();
+        EXPECT_TRUE(WaitFor([&] { return !IsWindow(box); }));
+    });
+    EXPECT_EQ(loopResult, 1);
+}
+
+TEST_F(FrameViews, ThatFailWhenTheProgramComesToTheFrontAreReported) {
+    CleanSettings::SetNumber(L"view", 3);
+    Open();
+    const DrawnTexts drawn;
+    const PlatformHook<BOOL(SYSTEM_POWER_STATUS*)> power("GetSystemPowerStatus", BreakOnPower);
+    breaks = 1;
+    RunFrame([&] {
+        PostMessageW(frame.Handle(), WM_ACTIVATE, WA_ACTIVE, 0);
+        const HWND box = WaitForWindow(L"#32770");
+        ASSERT_TRUE(box);
+        EXPECT_TRUE(drawn.Shows(L"The action can't be completed\r\nUnexpected error."));
+        Finger().Key("Return").Play();
+        EXPECT_TRUE(WaitFor([&] { return !IsWindow(box); }));
+    });
+    EXPECT_EQ(loopResult, 1);
 }
 
 TEST_F(FrameViews, StayWhenTheyFailBeforeGivingWay) {

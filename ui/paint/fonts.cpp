@@ -38,10 +38,14 @@ HFONT FontSet::Base() const {
     return platform::SystemFont();
 }
 
-int TextHeight(HDC dc, HFONT font, int fallback) {
+std::optional<int> MeasureTextHeight(HDC dc, HFONT font) {
     const platform::Selected selected(dc, font);
     TEXTMETRICW metrics;
-    return GetTextMetricsW(dc, &metrics) ? metrics.tmHeight : fallback;
+    return GetTextMetricsW(dc, &metrics) ? std::optional<int>(metrics.tmHeight) : std::nullopt;
+}
+
+int TextHeight(HDC dc, HFONT font, int fallback) {
+    return MeasureTextHeight(dc, font).value_or(fallback);
 }
 
 }  // namespace ui

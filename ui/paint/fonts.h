@@ -1,6 +1,8 @@
 // The four fonts of the program, derived from the platform's stock system font.
 #pragma once
 
+#include <optional>
+
 #include "platform/handles.h"
 
 namespace ui {
@@ -37,8 +39,11 @@ class FontSet {
     platform::UniqueFont small_;
 };
 
-// The height of a font's text line in pixels (tmHeight of GetTextMetricsW); `fallback` when it
-// cannot be read.
+// The height of a font's text line in pixels (tmHeight of GetTextMetricsW); none when it cannot be
+// read.
+std::optional<int> MeasureTextHeight(HDC dc, HFONT font);
+
+// The same, `fallback` when it cannot be read.
 int TextHeight(HDC dc, HFONT font, int fallback = 15);
 
 }  // namespace ui
