@@ -5,6 +5,14 @@
 
 namespace platform {
 
+// How a window that may hang is asked (SendMessageTimeoutW). A PC knows of some that they hang and
+// does not wait for them.
+#ifdef UNDER_CE
+inline constexpr UINT answerFlags = SMTO_NORMAL;
+#else
+inline constexpr UINT answerFlags = SMTO_ABORTIFHUNG;
+#endif
+
 // As ForEachWindow, for a function with what it works on.
 bool EnumerateWindows(bool (*visit)(void* context, HWND window), void* context);
 

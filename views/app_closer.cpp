@@ -1,6 +1,5 @@
 #include "views/app_closer.h"
 
-#include <algorithm>
 #include <optional>
 #include <string_view>
 #include <utility>
@@ -16,10 +15,6 @@ namespace views {
 
 namespace {
 
-// A window that hangs must not hang its observer. Milliseconds.
-constexpr UINT longestAnswer = 1000;
-// Characters; what claims to be longer is not believed.
-constexpr DWORD_PTR longestText = 0xFFFF;
 // Kept on purpose: docs/compatibility.md#close-waits
 constexpr DWORD exitTimeout = 3000;
 constexpr DWORD pollPeriod = 300;
@@ -30,24 +25,6 @@ bool SameText(const wchar_t* first, int firstLength, const wchar_t* second, int 
                           secondLength) == CSTR_EQUAL;
 }
 
-// A window's text; none when it does not answer. One that is gone has an empty one.
-std::optional<std::wstring> AskedTitle(HWND window) {
-    // Only the first question may go unanswered: the second lends its memory.
-    DWORD_PTR length = 0;
-    if (!SendMessageTimeoutW(window, WM_GETTEXTLENGTH, 0, 0, SMTO_NORMAL, longestAnswer, &length)) {
-        return IsWindow(window) ? std::nullopt : std::optional<std::wstring>(std::in_place);
-    }
-    if (length == 0 || length > longestText) {
-        return std::wstring();
-    }
-    std::wstring title(length + 1, L'\0');
-    const LRESULT copied =
-        SendMessageW(window, WM_GETTEXT, title.size(), reinterpret_cast<LPARAM>(title.data()));
-    title.resize(
-        std::min(static_cast<size_t>(length), static_cast<size_t>(std::max<LRESULT>(copied, 0))));
-    return title;
-}
-
 std::wstring Trimmed(std::wstring title) {
     title.erase(title.find_last_not_of(L' ') + 1);
     title.erase(0, title.find_first_not_of(L' '));
@@ -56,17 +33,19 @@ std::wstring Trimmed(std::wstring title) {
 
 }  // namespace
 
-std::wstring UntrimmedTitle(HWND window) {
-    return AskedTitle(window).value_or(std::wstring());
-}
-
-std::wstring AppName(HWND window) {
-    if (std::optional<std::wstring> title = AskedTitle(window)) {
-        return Trimmed(*std::move(title));
+AppName WholeNameOfApp(HWND window, WindowQuestions& questions) {
+    if (std::optional<std::wstring> title = questions.Title(window)) {
+        return AppName{*std::move(title), true};
     }
     std::wstring path = platform::ProcessPath(AppCloser::ProcessIdOfWindow(window));
     path.erase(0, path.rfind(L'\\') + 1);
-    return path;
+    return AppName{std::move(path), false};
+}
+
+AppName NameOfApp(HWND window, WindowQuestions& questions) {
+    AppName name = WholeNameOfApp(window, questions);
+    name.text = Trimmed(std::move(name.text));
+    return name;
 }
 
 AppCloser::AppCloser() : desktop_(platform::ShellDesktopWindow()) {
@@ -119,9 +98,9 @@ void AppCloser::WaitForAppExit(HWND window, DWORD processId) {
     }
 }
 
-void AppCloser::Visit(HWND window, Pass pass) const {
+void AppCloser::Visit(HWND window, Pass pass, WindowQuestions& questions) const {
     if (window == spared_ || GetParent(window) || !IsWindowVisible(window) ||
-        !IsClosableApp(window, AppName(window))) {
+        !IsClosableApp(window, NameOfApp(window, questions).text)) {
         return;
     }
     if (pass == Pass::Wait) {
@@ -131,9 +110,9 @@ void AppCloser::Visit(HWND window, Pass pass) const {
     }
 }
 
-void AppCloser::VisitAll(Pass pass) const {
-    const bool all = platform::ForEachWindow([this, pass](HWND window) {
-        Visit(window, pass);
+void AppCloser::VisitAll(Pass pass, WindowQuestions& questions) const {
+    const bool all = platform::ForEachWindow([&](HWND window) {
+        Visit(window, pass, questions);
         return true;
     });
     if (!all) {
@@ -142,8 +121,9 @@ void AppCloser::VisitAll(Pass pass) const {
 }
 
 void AppCloser::CloseAllApps() {
-    VisitAll(Pass::Ask);
-    VisitAll(Pass::Wait);
+    WindowQuestions questions;
+    VisitAll(Pass::Ask, questions);
+    VisitAll(Pass::Wait, questions);
     SetWindowPos(desktop_, spared_, 0, 0, 0, 0, SWP_NOSIZE | SWP_NOMOVE | SWP_NOACTIVATE);
 }
 

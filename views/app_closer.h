@@ -5,6 +5,7 @@
 #include <string>
 
 #include "platform/windows.h"
+#include "views/window_questions.h"
 
 namespace views {
 
@@ -19,13 +20,19 @@ class HiddenApps {
     ~HiddenApps() = default;
 };
 
-// A window's text (WM_GETTEXT); empty when it has none or does not answer within a second.
-std::wstring UntrimmedTitle(HWND window);
+// What an application is called.
+struct AppName {
+    std::wstring text;
+    // Whether its window answers. One that hangs has its executable's name for a text, so that it
+    // can be found and closed.
+    bool answers = true;
+};
 
-// What an application is called: its window's text without blanks at the ends; the name of its
-// executable where the window does not answer, so that it can be found and closed. Throws W32Fault
-// when the window's process cannot be found.
-std::wstring AppName(HWND window);
+// The window's text as it is. Throws W32Fault when the process of a window that does not answer
+// cannot be found.
+AppName WholeNameOfApp(HWND window, WindowQuestions& questions);
+// The same without blanks at the ends.
+AppName NameOfApp(HWND window, WindowQuestions& questions);
 
 class AppCloser {
  public:
@@ -57,8 +64,8 @@ class AppCloser {
 
  private:
     enum class Pass { Ask, Wait };
-    void Visit(HWND window, Pass pass) const;
-    void VisitAll(Pass pass) const;
+    void Visit(HWND window, Pass pass, WindowQuestions& questions) const;
+    void VisitAll(Pass pass, WindowQuestions& questions) const;
 
     HWND desktop_;
     DWORD shellProcess_ = 0;

@@ -26,6 +26,8 @@ class ProcessesProgram : public FilesProgram {
     const SampleProgram sample{L"stubborn", L"! first"};
 };
 
+class HangingProgram : public FilesProgram {};
+
 }  // namespace
 
 TEST_F(ProcessesProgram, AnApplicationsProcessIsKilled) {
@@ -107,4 +109,23 @@ TEST_F(ProcessesProgram, GoesToTheExecutableOfAProcess) {
         const std::wstring shown = TextOf(Window()) + L"\\sample_program.exe";
         return GetFileAttributesW(shown.c_str()) != INVALID_FILE_ATTRIBUTES;
     }));
+}
+
+// A program that hangs does not tell its title, and nothing but Kill ends it.
+TEST_F(HangingProgram, IsKilledByWayOfItsProcess) {
+    const SampleProgram hung(L"hung", L"! first");
+    folder.MakeFile(L"a");
+    Start();
+    Finger().Key("2").Play();
+    // It has two windows.
+    ASSERT_TRUE(ShowsCaption(L"Applications (2)"));
+    ASSERT_TRUE(Finger().Hold(RowPoint(0)).Play());
+    ASSERT_TRUE(ShowsSelected(0));
+    ChooseCommand(IDR_APPLICATIONS, ID_GO_TO_PROCESS);
+    ASSERT_TRUE(ShowsCaption(L"Processes"));
+    ChooseCommand(IDR_PROCESSES, ID_STOP);
+    Answer(Finger().Key("Left").Key("Return"));
+    EXPECT_TRUE(WaitFor([&] { return !hung.Runs(); }));
+    Finger().Key("2").Play();
+    EXPECT_TRUE(ShowsCaption(L"Applications (0)"));
 }

@@ -6,7 +6,7 @@
 //   slow       takes a second to close
 //   dialogs    has an owned window, which owns another, which owns a third
 //   cursor     has a second window as the shell's pointer has one
-//   hung       answers nothing once its window is open
+//   hung       answers nothing once its windows are open, of which it has two
 //   barred     has an owned window that is a handheld's menu bar
 //   faulty     crashes when it is asked to close
 //   shell      has a second window as a handheld's shell has one behind all others
@@ -94,6 +94,7 @@ int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, wchar_t*, int) {
                      SWP_NOSIZE | SWP_NOMOVE | SWP_NOACTIVATE | SWP_SHOWWINDOW);
     }
     if (manners == L"hung") {
+        Open(instance, L"Another that hangs", nullptr, 100);
         Sleep(60000);
     }
     MSG message;

@@ -64,6 +64,7 @@ constexpr ProgramText programTexts[] = {
     {802, L"System Status"},
     {803, L"Dlls (%1!i!)"},
     {810, L"[%1!x!] %2"},
+    {811, L"Not answering"},
     {820, L"New Folder"},
     {821, L"New Folder %1!i!"},
     {822, L"%1 - Copy"},

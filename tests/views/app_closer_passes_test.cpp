@@ -114,8 +114,10 @@ BOOL WINAPI NotePlacement(HWND window, HWND behind, int, int, int, int, UINT fla
 
 HWND hungWindow = nullptr;
 LRESULT(WINAPI* realSend)(HWND, UINT, WPARAM, LPARAM, UINT, UINT, DWORD_PTR*) = nullptr;
+int timesAsked = 0;
 LRESULT WINAPI NoAnswer(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT flags,
                         UINT timeout, DWORD_PTR* answer) {
+    timesAsked += window == hungWindow;
     return window == hungWindow ? 0
                                 : realSend(window, message, wParam, lParam, flags, timeout, answer);
 }
@@ -225,6 +227,20 @@ TEST_F(ClosingPasses, AsksAWindowThatDoesNotAnswerAsWell) {
     asked.clear();
     closer.CloseAllApps();
     EXPECT_EQ(asked, (std::set<HWND>{app})) << "it answers that it has no title";
+}
+
+// All windows here are this thread's.
+TEST_F(ClosingPasses, PutsNoQuestionTwiceToAWindowThatDoesNotAnswer) {
+    const AppWindow hung(L"");
+    const PlatformHook<decltype(NoAnswer)> send("SendMessageTimeoutW", NoAnswer);
+    realSend = send.Original();
+    hungWindow = hung;
+    timesAsked = 0;
+    AppCloser closer;
+    closer.CloseAllApps();
+    hungWindow = nullptr;
+    EXPECT_EQ(asked, (std::set<HWND>{hung}));
+    EXPECT_EQ(timesAsked, 1);
 }
 
 TEST_F(ClosingPasses, LeavesTheDesktopBehindItsOwnWindow) {

@@ -16,6 +16,11 @@ using namespace views;
 
 namespace {
 
+std::wstring TitleOf(HWND window) {
+    WindowQuestions questions;
+    return NameOfApp(window, questions).text;
+}
+
 class SampleWindow {
  public:
     explicit SampleWindow(const wchar_t* title, const wchar_t* windowClass = L"STATIC")
@@ -98,13 +103,13 @@ class Hiding final : public HiddenApps {
 }  // namespace
 
 TEST(WindowTitles, LoseTheBlanksAtTheirEnds) {
-    EXPECT_EQ(AppName(SampleWindow(L"  two words ").Handle()), L"two words");
-    EXPECT_EQ(AppName(SampleWindow(L"   ").Handle()), L"");
-    EXPECT_EQ(AppName(SampleWindow(L"").Handle()), L"");
-    EXPECT_EQ(AppName(SampleWindow(L"\ttab\t").Handle()), L"\ttab\t");
+    EXPECT_EQ(TitleOf(SampleWindow(L"  two words ").Handle()), L"two words");
+    EXPECT_EQ(TitleOf(SampleWindow(L"   ").Handle()), L"");
+    EXPECT_EQ(TitleOf(SampleWindow(L"").Handle()), L"");
+    EXPECT_EQ(TitleOf(SampleWindow(L"\ttab\t").Handle()), L"\ttab\t");
     const std::wstring endless(5000, L'w');
-    EXPECT_EQ(AppName(SampleWindow(endless.c_str()).Handle()), endless);
-    EXPECT_EQ(AppName(nullptr), L"");
+    EXPECT_EQ(TitleOf(SampleWindow(endless.c_str()).Handle()), endless);
+    EXPECT_EQ(TitleOf(nullptr), L"");
 }
 
 TEST(AppOwners, AreFoundByTheWindowOrByItsThread) {

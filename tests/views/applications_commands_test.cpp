@@ -37,6 +37,16 @@ DWORD WINAPI WaitOnlyForOthers(HANDLE handle, DWORD milliseconds) {
     return milliseconds == 3000 ? WAIT_TIMEOUT : realWait(handle, milliseconds);
 }
 
+// Which windows were asked to close; a program that hangs is not waited for.
+std::vector<HWND> askedToClose;
+BOOL(WINAPI* realPost)(HWND, UINT, WPARAM, LPARAM) = nullptr;
+BOOL WINAPI NoteClose(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message == WM_CLOSE) {
+        askedToClose.push_back(window);
+    }
+    return realPost(window, message, wParam, lParam);
+}
+
 BOOL WINAPI NotInFront(HWND) {
     return FALSE;
 }
@@ -268,6 +278,42 @@ TEST_F(ApplicationsCommands, StopAllKeepsTheSelectedApplicationThatIsStillThere)
     view->Command(ID_REFRESH);
     EXPECT_EQ(Samples(), (Titles{L"Sample 2", L"Sample 3"}));
     EXPECT_EQ(Selected(), L"Sample 2");
+}
+
+TEST_F(ApplicationsCommands, StopAllAsksAProgramThatHangsAsWell) {
+    const SampleProgram hung(L"hung", L"Sample hung");
+    Open();
+    askedToClose.clear();
+    {
+        const PlatformHook<DWORD WINAPI(HANDLE, DWORD)> wait("WaitForSingleObject",
+                                                             WaitOnlyForOthers);
+        realWait = wait.Original();
+        const PlatformHook<decltype(NoteClose)> post("PostMessageW", NoteClose);
+        realPost = post.Original();
+        Answered(ID_STOP_ALL, L"Are you sure you want to finish", {"Left", "Return"});
+    }
+    EXPECT_NE(std::find(askedToClose.begin(), askedToClose.end(), hung.Window()),
+              askedToClose.end());
+    EXPECT_TRUE(Lists(L"sample_program.exe")) << "nothing is ended";
+}
+
+TEST_F(ApplicationsCommands, LeadFromAProgramThatHangsToItsProcess) {
+    const SampleProgram hung(L"hung", L"Sample hung");
+    Open();
+    Select(L"sample_program.exe");
+    view->Command(ID_GO_TO_PROCESS);
+    EXPECT_EQ(frame.switchedTo, views::ViewIndex::Processes);
+    EXPECT_EQ(frame.switchedWith.processId, hung.ProcessId());
+}
+
+TEST_F(ApplicationsCommands, InformationOfAProgramThatHangsSaysSo) {
+    const SampleProgram hung(L"hung", L"Sample hung");
+    Open();
+    Select(L"sample_program.exe");
+    texts.Forget();
+    Answered(ID_PROPERTIES, L"Window handle:", {"Return"});
+    EXPECT_TRUE(texts.Shows(L"sample_program.exe")) << texts.All();
+    EXPECT_TRUE(texts.Shows(L"Not answering")) << texts.All();
 }
 
 TEST_F(ApplicationsCommands, GoToTheProcessAndToItsExecutable) {

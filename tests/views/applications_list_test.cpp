@@ -1,4 +1,7 @@
 // Which windows the Applications view lists, and in which order.
+#include <algorithm>
+#include <vector>
+
 #include "res/resource.h"
 #include "tests/support/drawn_texts.h"
 #include "tests/support/heaps.h"
@@ -52,6 +55,19 @@ LRESULT WINAPI SendAndActivate(HWND window, UINT message, WPARAM wParam, LPARAM 
                                UINT timeout, DWORD_PTR* answer) {
     if (resumed) {
         resumed->Resume();
+    }
+    return realSend(window, message, wParam, lParam, flags, timeout, answer);
+}
+
+// How long windows of certain processes are waited for.
+std::vector<DWORD> hungProcesses;
+std::vector<UINT> hungWaits;
+LRESULT WINAPI NoteWait(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT flags,
+                        UINT timeout, DWORD_PTR* answer) {
+    DWORD process = 0;
+    GetWindowThreadProcessId(window, &process);
+    if (std::find(hungProcesses.begin(), hungProcesses.end(), process) != hungProcesses.end()) {
+        hungWaits.push_back(timeout);
     }
     return realSend(window, message, wParam, lParam, flags, timeout, answer);
 }
@@ -268,18 +284,68 @@ TEST_F(ApplicationsList, LeavesOutTheShellsPointer) {
     EXPECT_FALSE(Lists(L"CURSORwindow"));
 }
 
-TEST_F(ApplicationsList, DoesNotWaitForAProgramThatHangs) {
+// By what is known of them; the others by their titles.
+TEST_F(ApplicationsList, NamesProgramsThatHangByTheirExecutables) {
+    const SampleProgram one(L"hung", L"Sample hung 1");
+    const SampleProgram before(L"polite", L"Sample 1");
+    const SampleProgram other(L"hung", L"Sample hung 2");
+    const SampleProgram behind(L"polite", L"Sample 2");
+    Open();
+    const std::wstring name = L"sample_program.exe";
+    EXPECT_EQ(Samples(), (Titles{L"Sample 1", L"Sample 2", name, name, name, name}))
+        << "each has two windows";
+    const unsigned first = RowOf(name);
+    std::vector<HWND> windows;
+    for (unsigned row = first; row < first + 4; ++row) {
+        EXPECT_FALSE(Item(row).answers);
+        windows.push_back(Item(row).window);
+    }
+    EXPECT_NE(std::find(windows.begin(), windows.end(), one.Window()), windows.end());
+    EXPECT_NE(std::find(windows.begin(), windows.end(), other.Window()), windows.end());
+    EXPECT_TRUE(Item(RowOf(L"Sample 1")).answers);
+    DWORD_PTR answer = 0;
+    EXPECT_FALSE(SendMessageTimeoutW(one.Window(), WM_NULL, 0, 0, SMTO_NORMAL, 100, &answer))
+        << "it hangs no more";
+}
+
+TEST_F(ApplicationsList, WaitsForAllThatHangOnlyOnceInARefresh) {
+    const SampleProgram one(L"hung", L"Sample hung 1");
+    const SampleProgram other(L"hung", L"Sample hung 2");
+    Open();
+    const PlatformHook<decltype(NoteWait)> send("SendMessageTimeoutW", NoteWait);
+    realSend = send.Original();
+    hungProcesses = {one.ProcessId(), other.ProcessId()};
+    hungWaits.clear();
+    view->Refresh();
+    ASSERT_EQ(hungWaits.size(), 2u) << "each has two windows";
+    EXPECT_LE(hungWaits[0] + hungWaits[1], 1000u);
+}
+
+TEST_F(ApplicationsList, SaysBelowTheNameThatAProgramDoesNotAnswer) {
     const SampleProgram hung(L"hung", L"Sample hung");
     const SampleProgram program(L"polite", L"Sample 1");
     Open();
-    EXPECT_TRUE(Lists(L"Sample 1"));
-    // It is listed by what is known of it.
-    EXPECT_FALSE(Lists(L"Sample hung"));
-    ASSERT_TRUE(Lists(L"sample_program.exe"));
-    EXPECT_EQ(Item(RowOf(L"sample_program.exe")).window, hung.Window());
-    DWORD_PTR answer = 0;
-    EXPECT_FALSE(SendMessageTimeoutW(hung.Window(), WM_NULL, 0, 0, SMTO_NORMAL, 100, &answer))
-        << "it hangs no more";
+    const platform::WindowDC dc(frame.Handle());
+    const int line = ui::TextHeight(dc, ui::Fonts().Base());
+    const int smallLine = ui::TextHeight(dc, ui::Fonts().Small());
+    const unsigned row = RowOf(L"sample_program.exe");
+    const SIZE size = {460, HeightOf(List(), row)};
+    ASSERT_GE(size.cy, line + smallLine);
+    const DrawnRow shown(List(), row, size);
+    ASSERT_EQ(shown.Texts().size(), 2u);
+    EXPECT_EQ(shown.Texts()[0].text, L"sample_program.exe");
+    EXPECT_EQ(shown.Texts()[1].text, L"Not answering");
+    EXPECT_EQ(shown.Texts()[1].area.top, shown.Texts()[0].area.bottom);
+    EXPECT_EQ(shown.Texts()[1].area.left, shown.Texts()[0].area.left);
+    EXPECT_GE(shown.Texts()[0].area.top, 0);
+    EXPECT_LE(shown.Texts()[1].area.bottom, size.cy);
+    // Its icon would not fit either.
+    List()[row].icon = -1;
+    const DrawnRow low(List(), row, SIZE{460, line + smallLine - 1});
+    ASSERT_EQ(low.Texts().size(), 1u) << "there is no room";
+    EXPECT_EQ(low.Texts()[0].text, L"sample_program.exe");
+    const DrawnRow answers(List(), RowOf(L"Sample 1"), size);
+    EXPECT_EQ(answers.Texts().size(), 1u);
 }
 
 TEST_F(ApplicationsList, KeepsTheSelectedWindowOverARefresh) {

@@ -4,6 +4,8 @@
 
 #include "platform/drawing.h"
 #include "platform/shell.h"
+#include "res/resource.h"
+#include "text/resources.h"
 #include "ui/paint/clipped_text.h"
 #include "ui/paint/drawing_resources.h"
 #include "ui/paint/spacing.h"
@@ -36,6 +38,7 @@ void DrawChevron(HDC dc, const RECT& row, RECT* text) {
 
 void AppRows::Layout(HDC dc) {
     textHeight_ = ui::TextHeight(dc, ui::Fonts().Base());
+    smallTextHeight_ = ui::TextHeight(dc, ui::Fonts().Small());
     icons_.Load(0);
     height_ = std::max(ui::ListRowHeight(textHeight_), icons_.RowHeight());
 }
@@ -60,8 +63,24 @@ void AppRows::Draw(const DRAWITEMSTRUCT& row, const AppItem& item) const {
         text.left += margin;
     }
     ui::SetRowTextColor(dc, selected);
+    DrawLines(dc, text, item);
+}
+
+void AppRows::DrawLines(HDC dc, const RECT& area, const AppItem& item) const {
     const platform::Selected font(dc, ui::Fonts().Base());
-    ui::DrawClippedLine(dc, text, item.title);
+    const int height = textHeight_ + smallTextHeight_;
+    if (item.answers || ui::Height(area) < height) {
+        ui::DrawClippedLine(dc, area, item.title);
+        return;
+    }
+    RECT line = area;
+    line.top += (ui::Height(area) - height) / 2;
+    line.bottom = line.top + textHeight_;
+    ui::DrawClippedLine(dc, line, item.title);
+    line.top = line.bottom;
+    line.bottom += smallTextHeight_;
+    const platform::Selected smallFont(dc, ui::Fonts().Small());
+    ui::DrawClippedLine(dc, line, text::LoadText(IDS_NOT_ANSWERING));
 }
 
 }  // namespace views

@@ -18,6 +18,8 @@ struct AppItem {
     int32_t icon;
     // The application's top-level window.
     HWND window;
+    // Whether the window answers.
+    bool answers = true;
 };
 
 // By their titles, in the locale's order without regard to case.
@@ -33,8 +35,12 @@ class AppRows {
     void Draw(const DRAWITEMSTRUCT& row, const AppItem& item) const;
 
  private:
+    // The row's one line, or two where the window does not answer and the row is high enough.
+    void DrawLines(HDC dc, const RECT& area, const AppItem& item) const;
+
     SystemIcons icons_;
     int textHeight_ = 0;
+    int smallTextHeight_ = 0;
     int height_ = 0;
 };
 

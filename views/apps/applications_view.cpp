@@ -120,8 +120,9 @@ void ApplicationsView::Hide() {
     const HWND window = SelectedWindow();
     AppCloser& closer = GetFrame().Closer();
     // Kept on purpose: docs/compatibility.md#critical-hide
-    const bool critical =
-        !AppName(window).empty() && AppCloser::ProcessIdOfWindow(window) == closer.ShellProcessId();
+    WindowQuestions questions;
+    const bool critical = AppCloser::ProcessIdOfWindow(window) == closer.ShellProcessId() &&
+                          !NameOfApp(window, questions).text.empty();
     if (!IsWindow(window) || critical) {
         return;
     }
@@ -146,7 +147,8 @@ void ApplicationsView::Stop() {
             Refresh();
             return;
         }
-        if (GetFrame().Closer().IsClosableApp(window, AppName(window)) ||
+        WindowQuestions questions;
+        if (GetFrame().Closer().IsClosableApp(window, NameOfApp(window, questions).text) ||
             ui::Confirm(GetFrame().MainWindow(), text::TextOf(IDS_ASK_STOP),
                         ui::DefaultButton::No)) {
             StopNow(window);

@@ -12,7 +12,8 @@ namespace {
 
 using AppFound = std::function<void(std::unique_ptr<AppItem>)>;
 
-void Examine(HWND window, const AppCloser& closer, DWORD flags, const AppFound& found) {
+void Examine(HWND window, const AppCloser& closer, DWORD flags, WindowQuestions& questions,
+             const AppFound& found) {
     if (GetParent(window) || !IsWindowVisible(window)) {
         return;
     }
@@ -24,21 +25,22 @@ void Examine(HWND window, const AppCloser& closer, DWORD flags, const AppFound& 
     if (path.empty()) {
         throw faults::W32Fault();
     }
-    std::wstring title = AppName(window);
-    if (title.empty() || AppCloser::IsCursorWindow(window, title) ||
+    AppName name = NameOfApp(window, questions);
+    if (name.text.empty() || AppCloser::IsCursorWindow(window, name.text) ||
         (!(flags & flagShowCriticalApplications) && process == closer.ShellProcessId()) ||
         (!(flags & flagShowHiddenApplications) && closer.IsHidden(window))) {
         return;
     }
-    found(
-        std::make_unique<AppItem>(AppItem{std::move(title), std::move(path), unknownIcon, window}));
+    found(std::make_unique<AppItem>(
+        AppItem{std::move(name.text), std::move(path), unknownIcon, window, name.answers}));
 }
 
 }  // namespace
 
 void FindRunningApps(const AppCloser& closer, DWORD flags, const AppFound& found) {
+    WindowQuestions questions;
     const bool complete = platform::ForEachWindow([&](HWND window) {
-        Examine(window, closer, flags, found);
+        Examine(window, closer, flags, questions, found);
         return true;
     });
     if (!complete) {

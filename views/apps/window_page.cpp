@@ -4,6 +4,7 @@
 
 #include "res/resource.h"
 #include "text/format.h"
+#include "text/resources.h"
 #include "ui/dialog/form_rows.h"
 #include "ui/dialog/page.h"
 #include "views/app_closer.h"
@@ -18,28 +19,26 @@ struct WindowIcon {
     SIZE size = {};
 };
 
-HICON AskIcon(HWND window, WPARAM kind) {
-    constexpr UINT longestAnswer = 1000;
+HICON AskIcon(HWND window, WPARAM kind, WindowQuestions& questions) {
     DWORD_PTR icon = 0;
-    return SendMessageTimeoutW(window, WM_GETICON, kind, 0, SMTO_NORMAL, longestAnswer, &icon)
-               ? reinterpret_cast<HICON>(icon)
-               : nullptr;
+    return questions.Ask(window, WM_GETICON, kind, 0, &icon) ? reinterpret_cast<HICON>(icon)
+                                                             : nullptr;
 }
 
 HICON ClassIcon(HWND window) {
     return reinterpret_cast<HICON>(GetClassLongPtrW(window, GCLP_HICON));
 }
 
-WindowIcon IconOfWindow(HWND window) {
+WindowIcon IconOfWindow(HWND window, WindowQuestions& questions) {
     const SIZE large = {GetSystemMetrics(SM_CXICON), GetSystemMetrics(SM_CYICON)};
     const SIZE small = {GetSystemMetrics(SM_CXSMICON), GetSystemMetrics(SM_CYSMICON)};
-    if (const HICON icon = AskIcon(window, ICON_BIG)) {
+    if (const HICON icon = AskIcon(window, ICON_BIG, questions)) {
         return WindowIcon{icon, large};
     }
     if (const HICON icon = ClassIcon(window)) {
         return WindowIcon{icon, large};
     }
-    if (const HICON icon = AskIcon(window, ICON_SMALL)) {
+    if (const HICON icon = AskIcon(window, ICON_SMALL, questions)) {
         return WindowIcon{icon, small};
     }
     // Kept on purpose: docs/compatibility.md#class-icon-twice
@@ -48,16 +47,19 @@ WindowIcon IconOfWindow(HWND window) {
 
 class WindowPage final : public ui::Page {
  public:
-    explicit WindowPage(HWND window)
+    WindowPage(HWND window, WindowQuestions& questions)
         : Page(IDS_WINDOW_INFORMATION, IDR_DONE),
-          title_(UntrimmedTitle(window)),
-          icon_(IconOfWindow(window)),
+          name_(WholeNameOfApp(window, questions)),
+          icon_(IconOfWindow(window, questions)),
           handle_(text::FormatText(IDS_WINDOW_HANDLE, Number(window))),
           process_(text::FormatText(IDS_OWNER_PROCESS, AppCloser::ProcessIdOfWindow(window))) {}
 
  protected:
     void Fill(ui::FormList& list) override {
-        list.AddRow(std::make_unique<ui::HeadingRow>(title_, icon_.icon, icon_.size));
+        list.AddRow(std::make_unique<ui::HeadingRow>(name_.text, icon_.icon, icon_.size));
+        if (!name_.answers) {
+            list.AddRow(std::make_unique<ui::TextLineRow>(text::TextOf(IDS_NOT_ANSWERING)));
+        }
         list.AddRow(std::make_unique<ui::SeparatorRow>());
         AddValues({Split(handle_), Split(process_)});
     }
@@ -73,7 +75,7 @@ class WindowPage final : public ui::Page {
         return static_cast<DWORD>(reinterpret_cast<ULONG_PTR>(window));
     }
 
-    std::wstring title_;
+    AppName name_;
     WindowIcon icon_;
     std::wstring handle_;
     std::wstring process_;
@@ -82,7 +84,8 @@ class WindowPage final : public ui::Page {
 }  // namespace
 
 void ShowWindowInformation(HWND owner, HWND window) {
-    WindowPage page(window);
+    WindowQuestions questions;
+    WindowPage page(window, questions);
     ui::RunDialog(owner, page);
 }
 
