@@ -1,4 +1,6 @@
-// The handheld shell's calls. A PC has no such shell: each call says what stands in for it.
+// The handheld shell's calls. A PC has no such shell: each call says what stands in for it. Not
+// every handheld has all of them either: then there is no menu bar, no picture and no button to
+// hide, and a dialog fills the visible area.
 #pragma once
 
 #include "platform/windows.h"

@@ -1,5 +1,6 @@
 #include "platform/aygshell.h"
 
+#include "platform/ce/late_function.h"
 #include "platform/windows.h"
 
 namespace {
@@ -30,25 +31,30 @@ constexpr UINT SHCMBM_OVERRIDEKEY = WM_USER + 403;
 constexpr WORD SHMBOF_NODEFAULT = 1;
 constexpr WORD SHMBOF_NOTIFY = 2;
 
+constexpr wchar_t shell[] = L"aygshell.dll";
+constinit platform::ce::LateFunction<BOOL(SHINITDLGINFO*)> initDialog(shell, L"SHInitDialog", 56);
+constinit platform::ce::LateFunction<HBITMAP(HINSTANCE, UINT)> loadImageResource(
+    shell, L"SHLoadImageResource", 64);
+constinit platform::ce::LateFunction<HWND(HWND, DWORD)> findMenuBar(shell, L"SHFindMenuBar", 188);
+constinit platform::ce::LateFunction<BOOL(HWND, DWORD)> fullScreen(shell, L"SHFullScreen");
+
 }  // namespace
 
 extern "C" {
-HBITMAP SHLoadImageResource(HINSTANCE module, UINT id);
-HWND SHFindMenuBar(HWND window, DWORD flags);
 BOOL SipGetInfo(SIPINFO* info);
 BOOL SipShowIM(DWORD flags);
-BOOL SHInitDialog(SHINITDLGINFO* info);
-BOOL SHFullScreen(HWND window, DWORD flags);
 }
 
 namespace platform {
 
 HWND FindMenuBar(HWND window) {
-    return SHFindMenuBar(window, 0);
+    const auto find = findMenuBar.Find();
+    return find ? find(window, 0) : nullptr;
 }
 
 HBITMAP LoadImageResource(HINSTANCE module, UINT id) {
-    return SHLoadImageResource(module, id);
+    const auto load = loadImageResource.Find();
+    return load ? load(module, id) : nullptr;
 }
 
 bool VisibleArea(HWND window, RECT* area) {
@@ -73,7 +79,9 @@ void ShowInputPanel(bool show) {
 
 void HideInputPanelButton(HWND window) {
     constexpr DWORD hideButton = 8;
-    SHFullScreen(window, hideButton);
+    if (const auto arrange = fullScreen.Find()) {
+        arrange(window, hideButton);
+    }
 }
 
 bool MakeFullScreen(HWND dialog) {
@@ -81,7 +89,14 @@ bool MakeFullScreen(HWND dialog) {
     info.dwMask = SHIDIM_FLAGS;
     info.hDlg = dialog;
     info.dwFlags = SHIDIF_SIPDOWN | SHIDIF_FULLSCREENNOMENUBAR;
-    return SHInitDialog(&info) != FALSE;
+    if (const auto init = initDialog.Find()) {
+        return init(&info) != FALSE;
+    }
+    ShowInputPanel(false);
+    RECT area;
+    return VisibleArea(dialog, &area) &&
+           SetWindowPos(dialog, HWND_TOP, area.left, area.top, area.right - area.left,
+                        area.bottom - area.top, SWP_NOACTIVATE);
 }
 
 bool ShellShowsCaption() {
@@ -89,7 +104,7 @@ bool ShellShowsCaption() {
 }
 
 void ClaimBackKey(HWND window) {
-    if (const HWND bar = SHFindMenuBar(window, 0)) {
+    if (const HWND bar = FindMenuBar(window)) {
         constexpr WORD bits = SHMBOF_NODEFAULT | SHMBOF_NOTIFY;
         SendMessageW(bar, SHCMBM_OVERRIDEKEY, VK_ESCAPE, MAKELPARAM(bits, bits));
     }

@@ -1,8 +1,8 @@
 #include "platform/storage.h"
 
+#include "platform/ce/late_function.h"
+
 extern "C" {
-HANDLE FindFirstFlashCard(platform::FindData* data);
-BOOL FindNextFlashCard(HANDLE search, platform::FindData* data);
 // A search in the storage manager's folder, or through a store's partitions, fills in the storage
 // manager's own descriptions in place of a file's.
 HANDLE CeFindFirstStored(const wchar_t* folder, void* description) asm("FindFirstFileW");
@@ -18,11 +18,27 @@ HANDLE Checked(HANDLE search) {
     return search ? search : INVALID_HANDLE_VALUE;
 }
 
+constexpr wchar_t cards[] = L"note_prj.dll";
+constinit ce::LateFunction<HANDLE(FindData*)> findFirstFlashCard(cards, L"FindFirstFlashCard", 7);
+constinit ce::LateFunction<BOOL(HANDLE, FindData*)> findNextFlashCard(cards, L"FindNextFlashCard",
+                                                                      8);
+
 // Before Windows CE 6 no library exports the search for partitions: it is the system call at this
-// address on ARM, number 14 of an open file's. Later systems have other addresses.
+// address on ARM, number 14 of an open file's. Later systems have other addresses and functions for
+// all this.
 constexpr uint32_t findFirstPartitionAddress = 0xF000E3C8;
 constexpr DWORD lastVersionWithAddresses = 5;
 using FindFirstPartitionFunction = HANDLE(HANDLE store, void* description);
+
+constexpr wchar_t kernel[] = L"coredll.dll";
+constinit ce::LateFunction<HANDLE(StoreInfo*)> findFirstStore(kernel, L"FindFirstStore");
+constinit ce::LateFunction<BOOL(HANDLE, StoreInfo*)> findNextStore(kernel, L"FindNextStore");
+constinit ce::LateFunction<BOOL(HANDLE)> findCloseStore(kernel, L"FindCloseStore");
+constinit ce::LateFunction<HANDLE(HANDLE, PartitionInfo*)> findFirstPartition(
+    kernel, L"FindFirstPartition");
+constinit ce::LateFunction<BOOL(HANDLE, PartitionInfo*)> findNextPartition(kernel,
+                                                                           L"FindNextPartition");
+constinit ce::LateFunction<BOOL(HANDLE)> findClosePartition(kernel, L"FindClosePartition");
 
 bool HasSystemCallAddresses() {
     OSVERSIONINFOW version = {};
@@ -55,11 +71,13 @@ bool FindNextDescription(HANDLE search, Description* description) {
 }  // namespace
 
 HANDLE FindFirstFlashCard(FindData* data) {
-    return Checked(::FindFirstFlashCard(data));
+    const auto find = findFirstFlashCard.Find();
+    return find ? Checked(find(data)) : UnknownToThisSystem();
 }
 
 bool FindNextFlashCard(HANDLE search, FindData* data) {
-    return ::FindNextFlashCard(search, data) != FALSE;
+    const auto find = findNextFlashCard.Find();
+    return find && find(search, data);
 }
 
 void CloseFlashCardSearch(HANDLE search) {
@@ -68,7 +86,10 @@ void CloseFlashCardSearch(HANDLE search) {
 
 HANDLE FindFirstStore(StoreInfo* store) {
     if (!HasSystemCallAddresses()) {
-        return UnknownToThisSystem();
+        *store = {};
+        store->cbSize = sizeof *store;
+        const auto find = findFirstStore.Find();
+        return find ? Checked(find(store)) : UnknownToThisSystem();
     }
     Described<StoreInfo> found;
     const HANDLE search = Checked(CeFindFirstStored(L"\\StoreMgr", &found));
@@ -77,16 +98,27 @@ HANDLE FindFirstStore(StoreInfo* store) {
 }
 
 bool FindNextStore(HANDLE search, StoreInfo* store) {
-    return FindNextDescription(search, store);
+    if (HasSystemCallAddresses()) {
+        return FindNextDescription(search, store);
+    }
+    const auto find = findNextStore.Find();
+    return find && find(search, store);
 }
 
 void CloseStoreSearch(HANDLE search) {
-    FindClose(search);
+    if (HasSystemCallAddresses()) {
+        FindClose(search);
+    } else if (const auto close = findCloseStore.Find()) {
+        close(search);
+    }
 }
 
 HANDLE FindFirstPartition(HANDLE store, PartitionInfo* partition) {
     if (!HasSystemCallAddresses()) {
-        return UnknownToThisSystem();
+        *partition = {};
+        partition->cbSize = sizeof *partition;
+        const auto find = findFirstPartition.Find();
+        return find ? Checked(find(store, partition)) : UnknownToThisSystem();
     }
     const auto findFirst = reinterpret_cast<FindFirstPartitionFunction*>(findFirstPartitionAddress);
     Described<PartitionInfo> found;
@@ -96,11 +128,19 @@ HANDLE FindFirstPartition(HANDLE store, PartitionInfo* partition) {
 }
 
 bool FindNextPartition(HANDLE search, PartitionInfo* partition) {
-    return FindNextDescription(search, partition);
+    if (HasSystemCallAddresses()) {
+        return FindNextDescription(search, partition);
+    }
+    const auto find = findNextPartition.Find();
+    return find && find(search, partition);
 }
 
 void ClosePartitionSearch(HANDLE search) {
-    FindClose(search);
+    if (HasSystemCallAddresses()) {
+        FindClose(search);
+    } else if (const auto close = findClosePartition.Find()) {
+        close(search);
+    }
 }
 
 HANDLE OpenStore(const wchar_t* path) {

@@ -60,6 +60,10 @@ Expect read-nothing 99 'a read of 4 bytes at 00000020: nothing is there' 'ReadNo
 Expect leave-section-twice 99 'LeaveCriticalSection: the critical section at .* was not entered'
 Expect call-an-address 99 'made the call at f000e3d0, which the device does not have'
 device=large Expect list-partitions 7 'DSK1: holds Storage Card'
+device=system_6 Expect list-partitions 7 'DSK1: holds Storage Card'
+device=large Expect look-up-what-no-list-names 99 'looks for aygshell!SHFindMenuBars, which is no function'
+device=large Expect look-up-stores 7 'it has no stores'
+device=system_6 Expect look-up-stores 7 'it has stores'
 device=large Expect leave-search-open 99 '1 searches and 0 snapshots were not closed'
 # The program runs in the midst of a call: the call has the arguments of before, and finds the memory of after.
 Expect take-messages 7 'got the next' 'looked at the next'
@@ -97,6 +101,7 @@ VANTOR_HANDHELD_CHECK=1 timeout 60 "$root/tools/device/in_device" --handheld "$r
 
 # A mistake in a description is found.
 for line in 'screen width=240 height=320 dots=96' 'screen width=a height=320 dots=96 caption=0' 'card' 'printer paper=A4' \
+    'system major=6' 'library names=no' 'library name=aygshell names=some' \
     'module name=a.dll base=1 size=1' 'stack kilobytes=64 colour=red' 'process name="a'; do
     echo "$line" >"$folder/device.txt"
     result=0

@@ -15,7 +15,7 @@ ROOT = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..")
 RESOURCES = os.path.join(ROOT, "res")
 sys.path.insert(0, os.path.join(ROOT, "tools", "handheld"))
 sys.path.insert(0, os.path.join(ROOT, "tools", "languages"))
-from import_list import read_import_list  # noqa: E402
+from import_list import read_late_list  # noqa: E402
 from pe_reader import PeFile  # noqa: E402
 from resource_numbers import read_numbers  # noqa: E402
 
@@ -196,14 +196,17 @@ def report(arguments):
         first, size = (int(word, 16) for word in file.read().split())
     with open(os.path.join(options.folder, "calls.txt"), encoding="utf-8") as file:
         desktop_imports = {line.split(".")[1].strip() for line in file}
-    exported = {entry.exported or f"#{entry.ordinal}": entry.function
-                for entry in read_import_list(os.path.join(ROOT, "platform", "ce", "imports.txt"))}
     handheld_imports = set()
     for entry in PeFile.read(options.handheld).imports:
         library = entry.library.lower().removesuffix(".dll")
         name = entry.name or f"#{entry.ordinal}"
         handheld_imports.add(name if library == "coredll" and entry.name else
                              library + ("!" + name if entry.name else name))
+    # Those that are looked up are called by the first key that the device knows.
+    for entry in read_late_list(os.path.join(ROOT, "platform", "ce", "imports.txt")):
+        name = entry.name or f"#{entry.ordinal}"
+        handheld_imports.add(name if entry.library == "coredll" else
+                             entry.library + ("!" + name if entry.name else name))
     for executable, imports in (("desktop", desktop_imports), ("handheld", handheld_imports)):
         folder = os.path.join(options.folder, executable)
         missing = set(options.suites) - suites_in(folder)

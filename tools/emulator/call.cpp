@@ -30,6 +30,17 @@ std::set<std::string>& Exports() {
     return exports;
 }
 
+// The functions that are looked up, and the libraries in which they are, whether this device has
+// them or not.
+std::set<std::string>& LateFunctions() {
+    static std::set<std::string> functions;
+    return functions;
+}
+std::set<std::string>& LateLibraries() {
+    static std::set<std::string> libraries;
+    return libraries;
+}
+
 // What stands behind a trap: a function that the program imports, or a procedure of this process.
 struct Trap {
     std::string name;
@@ -97,6 +108,28 @@ Services::Services(std::initializer_list<Service> services) {
     }
 }
 
+namespace {
+
+// The rest of a line of a library: a name, a number, and from which version on it is there.
+void ReadLateFunction(const std::string& library, std::istream& words) {
+    std::vector<std::string> keys;
+    bool exported = true;
+    LateLibraries().insert(library);
+    for (std::string word; words >> word && word != "#";) {
+        if (word.back() == '+') {
+            exported = TheMachine().device.versionMajor >= std::stoul(word);
+        } else {
+            keys.push_back(KeyOf(library, word));
+        }
+    }
+    LateFunctions().insert(keys.begin(), keys.end());
+    if (exported) {
+        Exports().insert(keys.begin(), keys.end());
+    }
+}
+
+}  // namespace
+
 void ReadExports(const std::string& path) {
     std::ifstream file(path);
     if (!file) {
@@ -109,6 +142,10 @@ void ReadExports(const std::string& path) {
         std::string function;
         std::string exported;
         if (!(words >> library >> function) || library[0] == '#') {
+            continue;
+        }
+        if (library == "late") {
+            ReadLateFunction(function, words);
             continue;
         }
         words >> exported;
@@ -160,6 +197,33 @@ Address TrapForMethod(const std::string& name) {
     return Engine::TrapAddress(static_cast<unsigned>(Traps().size() - 1));
 }
 
+bool HasLateExports(const std::string& library) {
+    return LateLibraries().count(library) != 0;
+}
+
+Address TrapForExport(const std::string& library, const std::string& name) {
+    const std::string key = KeyOf(library, name);
+    if (LateFunctions().count(key) == 0) {
+        Stop("the program looks for %s, which is no function that it may look up", key.c_str());
+    }
+    const Device::Library described = TheMachine().device.LibraryCalled(library);
+    if (Exports().count(key) == 0 || !(name[0] == '#' ? described.numbers : described.names)) {
+        return 0;
+    }
+    std::vector<Trap>& traps = Traps();
+    for (size_t i = 0; i < traps.size(); ++i) {
+        if (traps[i].name == key) {
+            return Engine::TrapAddress(static_cast<unsigned>(i));
+        }
+    }
+    Trap trap;
+    trap.name = key;
+    const auto found = Table().find(key);
+    trap.server = found == Table().end() ? nullptr : found->second;
+    traps.push_back(trap);
+    return Engine::TrapAddress(static_cast<unsigned>(traps.size() - 1));
+}
+
 Address TrapForProcedure(WNDPROC procedure) {
     std::vector<Trap>& traps = Traps();
     for (size_t i = 0; i < traps.size(); ++i) {
@@ -184,6 +248,12 @@ WNDPROC ProcedureOfTrap(Address address) {
 bool PrintMissingCalls() {
     FillTraps();
     bool complete = true;
+    for (const std::string& name : LateFunctions()) {
+        if (Table().count(name) == 0) {
+            std::printf("%s is not served\n", name.c_str());
+            complete = false;
+        }
+    }
     for (const Trap& trap : Traps()) {
         if (!trap.server || Exports().count(trap.name) == 0) {
             std::printf("%s is not %s\n", trap.name.c_str(), trap.server ? "exported" : "served");

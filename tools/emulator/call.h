@@ -84,8 +84,8 @@ class Call {
 using Server = std::uint64_t (*)(Call&);
 
 struct Service {
-    // "GetParent" for coredll, "aygshell#56" for the others and for numbers, "call at f000e3c8" for
-    // a call that is no library's.
+    // "GetParent" for coredll, "toolhelp!Process32First" for the others, "aygshell#56" for numbers,
+    // "call at f000e3c8" for a call that is no library's.
     const char* name;
     Server server;
 };
@@ -100,7 +100,12 @@ class Services {
 std::uint64_t ServeCall(Engine& engine, unsigned index);
 // The trap for a function of an object, "IUnknown#2".
 Address TrapForMethod(const std::string& name);
-// Reads which functions the device's libraries export.
+// The trap for a function that the program looks up in a library, by its name or "#12"; 0 where the
+// device lacks it. Stops the run for one that the list of the device's exports does not name.
+Address TrapForExport(const std::string& library, const std::string& name);
+// Whether functions may be looked up in a library at all.
+bool HasLateExports(const std::string& library);
+// Reads which functions the device's libraries export. The device must be described already.
 void ReadExports(const std::string& path);
 // Names the calls that the program imports and nobody serves; false when there are any.
 bool PrintMissingCalls();

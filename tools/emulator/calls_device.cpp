@@ -240,8 +240,6 @@ bool ShowStore(size_t* next, DeviceStore* shown) {
     return true;
 }
 
-// The system call with which a device before Windows CE 6 searches an open store: the program calls
-// its address.
 std::uint64_t FirstPartition(Call& call) {
     auto* shown = Sized<DevicePartition>(call, 1);
     const Device::Card* card = CardOfStore(call.Word(0));
@@ -257,6 +255,25 @@ std::uint64_t FirstPartition(Call& call) {
     shown->snNumSectors = card->size / sectorSize;
     shown->bPartType = 6;
     return StartWalk(Walk::partitions, 1);
+}
+
+// The system call with which a device before Windows CE 6 searches an open store: the program calls
+// its address.
+std::uint64_t FirstPartitionByAddress(Call& call) {
+    if (!StoresAreInFolder()) {
+        Stop("the program made the %s, which Windows CE 6 does not have", call.Name());
+    }
+    return FirstPartition(call);
+}
+
+std::uint64_t StartStores(DeviceStore* shown) {
+    size_t next = 0;
+    return ShowStore(&next, shown) ? StartWalk(Walk::stores, next)
+                                   : NoMore(Result(INVALID_HANDLE_VALUE));
+}
+
+std::uint64_t FirstStoreByName(Call& call) {
+    return StartStores(Sized<DeviceStore>(call, 0));
 }
 
 bool ShowCard(size_t index, DeviceFound* shown) {
@@ -286,12 +303,13 @@ std::uint64_t NextCard(Call& call) {
 }
 
 const Services services = {
-    {"GlobalMemoryStatus", MemoryState},
-    {"GetSystemPowerStatusEx", Power},
-    {"GetSystemPowerStatusEx2", MorePower},
-    {"call at f000e3c8", FirstPartition},
-    {"note_prj#7", FirstCard},
-    {"note_prj#8", NextCard},
+    {"GlobalMemoryStatus", MemoryState},        {"GetSystemPowerStatusEx", Power},
+    {"GetSystemPowerStatusEx2", MorePower},     {"call at f000e3c8", FirstPartitionByAddress},
+    {"note_prj!FindFirstFlashCard", FirstCard}, {"note_prj#7", FirstCard},
+    {"note_prj!FindNextFlashCard", NextCard},   {"note_prj#8", NextCard},
+    {"FindFirstStore", FirstStoreByName},       {"FindNextStore", NextOfStorage},
+    {"FindCloseStore", CloseStorageSearch},     {"FindFirstPartition", FirstPartition},
+    {"FindNextPartition", NextOfStorage},       {"FindClosePartition", CloseStorageSearch},
 };
 
 }  // namespace
@@ -304,10 +322,12 @@ size_t OpenStorageSearches() {
     return Walks().size();
 }
 
+bool StoresAreInFolder() {
+    return TheMachine().device.versionMajor < 6;
+}
+
 std::uint64_t FirstStore(Call& call) {
-    size_t next = 0;
-    return ShowStore(&next, Sized<DeviceStore>(call, 1)) ? StartWalk(Walk::stores, next)
-                                                         : NoMore(Result(INVALID_HANDLE_VALUE));
+    return StartStores(Sized<DeviceStore>(call, 1));
 }
 
 std::uint64_t NextOfStorage(Call& call) {

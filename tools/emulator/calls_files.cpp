@@ -84,7 +84,7 @@ bool NextEntry(HANDLE search, WIN32_FIND_DATAW* found) {
 std::uint64_t FindFirst(Call& call) {
     const WCHAR* pattern = call.String(0);
     auto* shown = call.Out<DeviceFound>(1);
-    if (lstrcmpiW(pattern, storeManager) == 0) {
+    if (StoresAreInFolder() && lstrcmpiW(pattern, storeManager) == 0) {
         return FirstStore(call);
     }
     WIN32_FIND_DATAW found = {};
@@ -110,7 +110,7 @@ const Search& SearchOf(const Call& call) {
 }
 
 std::uint64_t FindNext(Call& call) {
-    if (IsStorageSearch(call.Word(0))) {
+    if (StoresAreInFolder() && IsStorageSearch(call.Word(0))) {
         return NextOfStorage(call);
     }
     const Search& search = SearchOf(call);
@@ -124,7 +124,7 @@ std::uint64_t FindNext(Call& call) {
 }
 
 std::uint64_t CloseSearch(Call& call) {
-    if (IsStorageSearch(call.Word(0))) {
+    if (StoresAreInFolder() && IsStorageSearch(call.Word(0))) {
         return CloseStorageSearch(call);
     }
     const HANDLE handle = SearchOf(call).handle;

@@ -180,7 +180,8 @@ std::uint64_t Version(Call& call) {
     if (shown->dwOSVersionInfoSize != size) {
         Stop("GetVersionExW: the description's size is %u", shown->dwOSVersionInfoSize);
     }
-    *shown = {size, 4, 20, 0, windowsCe, {}};
+    const Device& device = TheMachine().device;
+    *shown = {size, device.versionMajor, device.versionMinor, 0, windowsCe, {}};
     return TRUE;
 }
 

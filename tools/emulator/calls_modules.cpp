@@ -1,7 +1,11 @@
 // Modules, and the resources in them.
+#include <algorithm>
 #include <cstring>
 #include <map>
 #include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
 
 #include "call.h"
 #include "machine.h"
@@ -59,6 +63,50 @@ std::uint64_t OpenLibrary(Call& call) {
     const Address base = library->image.Base();
     Libraries()[base] = std::move(library);
     return base;
+}
+
+// The system's own libraries have numbers in place of addresses.
+constexpr Address firstSystemLibrary = 0x0C000000;
+
+std::vector<std::string>& SystemLibraries() {
+    static std::vector<std::string> libraries;
+    return libraries;
+}
+
+// Never closed: the program keeps the functions.
+std::uint64_t LoadSystemLibrary(Call& call) {
+    constexpr std::string_view ending = ".dll";
+    std::string name = Narrow(call.String(0));
+    if (name.size() > ending.size() && name.substr(name.size() - ending.size()) == ending) {
+        name.resize(name.size() - ending.size());
+    }
+    if (!HasLateExports(name)) {
+        Stop("LoadLibraryW: %s is no library of the system that is served", name.c_str());
+    }
+    if (!TheMachine().device.LibraryCalled(name).present) {
+        SetLastError(ERROR_MOD_NOT_FOUND);
+        return 0;
+    }
+    std::vector<std::string>& known = SystemLibraries();
+    auto found = std::find(known.begin(), known.end(), name);
+    if (found == known.end()) {
+        found = known.insert(known.end(), name);
+    }
+    return firstSystemLibrary + static_cast<Address>(found - known.begin());
+}
+
+std::uint64_t FindFunction(Call& call) {
+    const Address index = call.Word(0) - firstSystemLibrary;
+    if (index >= SystemLibraries().size()) {
+        Stop("%s: %08x is no library that was loaded", call.Name(), call.Word(0));
+    }
+    const std::string name =
+        call.Word(1) < 0x10000 ? '#' + std::to_string(call.Word(1)) : Narrow(call.String(1));
+    const Address trap = TrapForExport(SystemLibraries()[index], name);
+    if (!trap) {
+        SetLastError(ERROR_PROC_NOT_FOUND);
+    }
+    return trap;
 }
 
 std::uint64_t CloseLibrary(Call& call) {
@@ -186,11 +234,12 @@ std::uint64_t ModuleFile(Call& call) {
 }
 
 const Services services = {
-    {"LoadLibraryExW", OpenLibrary},    {"FreeLibrary", CloseLibrary},
-    {"GetModuleHandleW", ModuleHandle}, {"GetModuleFileNameW", ModuleFile},
-    {"FindResourceW", FindPiece},       {"LoadResource", LoadPiece},
-    {"SizeofResource", SizeOfPiece},    {"LoadStringW", LoadText},
-    {"LoadMenuW", LoadMenuTemplate},    {"LoadCursorW", LoadPointer},
+    {"LoadLibraryW", LoadSystemLibrary}, {"GetProcAddressW", FindFunction},
+    {"LoadLibraryExW", OpenLibrary},     {"FreeLibrary", CloseLibrary},
+    {"GetModuleHandleW", ModuleHandle},  {"GetModuleFileNameW", ModuleFile},
+    {"FindResourceW", FindPiece},        {"LoadResource", LoadPiece},
+    {"SizeofResource", SizeOfPiece},     {"LoadStringW", LoadText},
+    {"LoadMenuW", LoadMenuTemplate},     {"LoadCursorW", LoadPointer},
     {"LoadImageW", LoadPicture},
 };
 

@@ -292,10 +292,13 @@ const Services services = {
     {"SHGetShortcutTarget", ShortcutTarget},
     {"SipGetInfo", PanelInformation},
     {"SipShowIM", ShowPanel},
+    {"aygshell!SHInitDialog", StartDialog},
     {"aygshell#56", StartDialog},
+    {"aygshell!SHLoadImageResource", LoadPicture},
     {"aygshell#64", LoadPicture},
-    {"aygshell#65", ArrangeScreen},
+    {"aygshell!SHFindMenuBar", MenuBarOf},
     {"aygshell#188", MenuBarOf},
+    {"aygshell!SHFullScreen", ArrangeScreen},
 };
 
 }  // namespace

@@ -108,6 +108,18 @@ void Device::ReadLine(const std::string& file, unsigned number, const std::strin
         height = line.TakeNumber<int>("height");
         dotsPerInch = line.TakeNumber<int>("dots");
         caption = line.TakeNumber<int>("caption");
+    } else if (kind == "like") {
+        Read(file.substr(0, file.rfind('/') + 1) + line.Take("description"));
+    } else if (kind == "system") {
+        versionMajor = line.TakeNumber<unsigned>("major");
+        versionMinor = line.TakeNumber<unsigned>("minor");
+    } else if (kind == "library") {
+        Library library;
+        library.name = line.Take("name");
+        library.present = line.TakeFlag("present", true);
+        library.names = line.TakeFlag("names", true);
+        library.numbers = line.TakeFlag("numbers", true);
+        libraries.push_back(library);
     } else if (kind == "stack") {
         stackSize = static_cast<Address>(line.TakeNumber<Address>("kilobytes") * kilobyte);
     } else if (kind == "memory") {
@@ -165,6 +177,17 @@ void Device::ReadLine(const std::string& file, unsigned number, const std::strin
         line.Refuse("is nothing that a device has");
     }
     line.Finish();
+}
+
+Device::Library Device::LibraryCalled(const std::string& name) const {
+    for (const Library& library : libraries) {
+        if (library.name == name) {
+            return library;
+        }
+    }
+    Library whole;
+    whole.name = name;
+    return whole;
 }
 
 void Device::Read(const std::string& path) {

@@ -45,6 +45,14 @@ struct Device {
         // Whether its file system tells one file from another: serial number, index and identifier.
         bool identity = true;
     };
+    // What the program finds when it looks functions up in a library of the system.
+    struct Library {
+        std::string name;
+        bool present = true;
+        // Whether its functions are found by their names, and by their numbers.
+        bool names = true;
+        bool numbers = true;
+    };
     struct Battery {
         bool present = true;
         bool online = false;
@@ -69,12 +77,19 @@ struct Device {
     Address store = 0;
     Address storeFree = 0;
     bool storeIdentity = true;
+    // The version of Windows CE.
+    unsigned versionMajor = 4;
+    unsigned versionMinor = 20;
+    std::vector<Library> libraries;
     std::vector<Process> processes;
     std::vector<Card> cards;
     Battery battery;
 
-    // Reads a description; stops the run when it is wrong, naming the line.
+    // Reads a description, and within it those that it is like; stops the run when one is wrong,
+    // naming the line.
     void Read(const std::string& path);
+    // What is described of a library; one that is not described has everything.
+    Library LibraryCalled(const std::string& name) const;
 
  private:
     void ReadLine(const std::string& file, unsigned number, const std::string& text);

@@ -38,11 +38,18 @@ std::string FromEnvironment(const char* name) {
     return value ? value : "";
 }
 
+// A program of the device may set it, so that this process's own environment need not have it.
+std::string DeviceDescription() {
+    WCHAR path[MAX_PATH];
+    const DWORD length = GetEnvironmentVariableW(u"VANTOR_HANDHELD_DEVICE", path, MAX_PATH);
+    return length < MAX_PATH ? Narrow(path, static_cast<int>(length)) : std::string();
+}
+
 // The settings come by the environment, because the command line is the program's own.
 Options ReadOptions() {
     Options read;
     read.executable = FromEnvironment("VANTOR_HANDHELD_PROGRAM");
-    read.device = FromEnvironment("VANTOR_HANDHELD_DEVICE");
+    read.device = DeviceDescription();
     read.exports = FromEnvironment("VANTOR_HANDHELD_EXPORTS");
     read.base = static_cast<Address>(
         std::strtoul(FromEnvironment("VANTOR_HANDHELD_BASE").c_str(), nullptr, 0));

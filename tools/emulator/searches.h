@@ -24,9 +24,11 @@ static_assert(sizeof(DeviceFound) == 560);
 Address StartCardSearch();
 size_t* CardSearch(Address handle);
 
-// The storage manager's folder, in which a search for files finds the stores, as a search through
-// an opened store finds its partitions: FindFirstFileW, FindNextFileW and FindClose serve both.
+// Before Windows CE 6 the storage manager has a folder, in which a search for files finds the
+// stores, as a search through an opened store finds its partitions: FindFirstFileW, FindNextFileW
+// and FindClose serve both. Later it has functions of its own.
 inline constexpr const WCHAR* storeManager = u"\\StoreMgr";
+bool StoresAreInFolder();
 bool IsStorageSearch(Address handle);
 std::uint64_t FirstStore(Call& call);
 std::uint64_t NextOfStorage(Call& call);

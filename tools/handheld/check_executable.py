@@ -14,7 +14,9 @@ from tool_error import ToolError, run
 MACHINE_ARM = 0x01C0
 SUBSYSTEM_WINDOWS_CE = 9
 SUBSYSTEM_VERSION = (4, 20)
-LIBRARIES = {"coredll", "aygshell", "note_prj", "toolhelp", "ole32", "oleaut32", "commctrl"}
+# Those that every device has. What stands in others is looked up, since the system loads no program of which a library
+# or one function is missing.
+LIBRARIES = {"coredll", "toolhelp", "ole32", "oleaut32", "commctrl"}
 FRAME_LIMIT = 2048
 FILE_BUDGET = 400 * 1024
 CODE_BUDGET = 300 * 1024

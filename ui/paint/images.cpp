@@ -29,7 +29,7 @@ struct PixelCopy {
 PixelCopy CopyPixels(HDC compatible, HBITMAP source) {
     PixelCopy copy;
     BITMAP description;
-    if (!GetObjectW(source, sizeof description, &description)) {
+    if (!source || !GetObjectW(source, sizeof description, &description)) {
         return copy;
     }
     copy.width = description.bmWidth;

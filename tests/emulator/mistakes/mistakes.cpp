@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "platform/ce/late_function.h"
 #include "platform/storage.h"
 
 namespace {
@@ -147,6 +148,17 @@ void ListPartitions() {
         platform::CloseStore(opened);
     }
     platform::CloseStoreSearch(stores);
+}
+
+void LookUpWhatNoListNames() {
+    platform::ce::LateFunction<int()> function(L"aygshell.dll", L"SHFindMenuBars", 188);
+    function.Find();
+}
+
+// What a later system has is none of an earlier one's.
+void LookUpStores() {
+    platform::ce::LateFunction<int()> function(L"coredll.dll", L"FindFirstStore");
+    OutputDebugStringW(function.Find() ? L"it has stores\n" : L"it has no stores\n");
 }
 
 void LeaveSearchOpen() {
@@ -329,6 +341,8 @@ constexpr Mistake mistakes[] = {
     {L"leave-section-twice", LeaveSectionTwice},
     {L"call-an-address", CallAnAddress},
     {L"list-partitions", ListPartitions},
+    {L"look-up-what-no-list-names", LookUpWhatNoListNames},
+    {L"look-up-stores", LookUpStores},
     {L"leave-search-open", LeaveSearchOpen},
     {L"identify-files", IdentifyFiles},
     {L"take-messages", TakeMessages},

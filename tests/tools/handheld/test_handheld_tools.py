@@ -17,14 +17,15 @@ import elf_to_pe  # noqa: E402
 import make_imports  # noqa: E402
 import resource_file  # noqa: E402
 from elf_reader import ElfFile  # noqa: E402
-from import_list import ImportEntry, parse_import_list  # noqa: E402
+from import_list import ImportEntry, LateEntry, parse_import_list, parse_late_list  # noqa: E402
 from pe_reader import PeFile  # noqa: E402
 from tool_error import ToolError  # noqa: E402
 
 IMPORTS = """
 coredll  First            # a remark
 coredll  Second  Other    # another name
-aygshell Third   #188
+toolhelp Third   #188
+late aygshell Fourth #12
 coredll  Unused
 """
 
@@ -119,7 +120,7 @@ class ImportListTest(ToolTest):
     def test_reads_names_other_names_and_ordinals(self):
         self.assertEqual(self.workshop.entries, [
             ImportEntry("coredll", "First", "First", None), ImportEntry("coredll", "Second", "Other", None),
-            ImportEntry("aygshell", "Third", None, 188), ImportEntry("coredll", "Unused", "Unused", None)])
+            ImportEntry("toolhelp", "Third", None, 188), ImportEntry("coredll", "Unused", "Unused", None)])
 
     def test_refuses_what_it_does_not_understand(self):
         for text, sentence in (("coredll", "line 1: expected a library"), ("coredll A B C", "at most one"),
@@ -129,11 +130,24 @@ class ImportListTest(ToolTest):
                                ("coredll A?", "not a name"), ("coredll A B?", "not a name")):
             self.assert_error(sentence, parse_import_list, text)
 
+    def test_reads_what_is_looked_up_apart_from_the_imports(self):
+        self.assertEqual(parse_late_list(IMPORTS), [LateEntry("aygshell", "Fourth", 12)])
+        self.assertEqual(parse_late_list("late a #7  # a remark\nlate b Name 6+"),
+                         [LateEntry("a", None, 7), LateEntry("b", "Name", None)])
+        for text, sentence in (("late", "expected a library"), ("late a", "expected a library"),
+                               ("late a 6+", "expected a library"), ("late a B C", "\"C\" is neither"),
+                               ("late a #0", "not an ordinal"), ("late a #1 #2", "\"#2\" is neither")):
+            self.assert_error(sentence, parse_late_list, text)
+
     def test_the_products_list_is_well_formed_and_names_only_known_libraries(self):
         with open(os.path.join(HERE, "../../../platform/ce/imports.txt"), encoding="utf-8") as file:
-            entries = parse_import_list(file.read())
+            text = file.read()
+        entries = parse_import_list(text)
         self.assertGreater(len(entries), 100)
         self.assertLessEqual({entry.library for entry in entries}, check_executable.LIBRARIES)
+        late = parse_late_list(text)
+        self.assertTrue({"aygshell", "note_prj"} <= {entry.library for entry in late})
+        self.assertFalse({entry.name for entry in late} & {entry.function for entry in entries})
 
     def test_a_template_without_marks_is_refused(self):
         self.assert_error("does not contain @IMAGE_BASE@", make_imports.linker_script, "", self.workshop.entries, 0)
@@ -214,7 +228,7 @@ class ConversionTest(ToolTest):
 
     def test_only_called_functions_are_imported_each_in_its_way(self):
         self.assertEqual([(item.library, item.name, item.ordinal) for item in self.image.imports],
-                         [("coredll.dll", "First", None), ("coredll.dll", "Other", None), ("aygshell.dll", None, 188)])
+                         [("coredll.dll", "First", None), ("coredll.dll", "Other", None), ("toolhelp.dll", None, 188)])
         slots = {item.name: item.slot + 0x10000 for item in self.image.imports}
         self.assertEqual(slots["First"], self.elf.symbol("__imp_First").value)
         self.assertEqual(slots["Other"], self.elf.symbol("__imp_Second").value)
@@ -350,13 +364,17 @@ class CheckTest(ToolTest):
         self.assertIn("coredll.dll Fxrst is imported by its name, which the list of imports does not say.",
                       self.complaints(renamed))
 
+    def test_a_library_that_not_every_device_has_is_told(self):
+        shell = self.image_data.replace(b"toolhelp.dll\0", b"aygshell.dll\0")
+        self.assertTrue(any("The library aygshell.dll is imported" in text for text in self.complaints(shell)))
+
     def test_an_ordinal_that_the_list_does_not_say_is_told(self):
         image = bytearray(self.image_data)
         at = image.index(struct.pack("<I", 0x80000000 | 188))
         while at >= 0:
             struct.pack_into("<I", image, at, 0x80000000 | 189)
             at = image.find(struct.pack("<I", 0x80000000 | 188))
-        self.assertIn("aygshell.dll #189 is imported by its number, which the list of imports does not say.",
+        self.assertIn("toolhelp.dll #189 is imported by its number, which the list of imports does not say.",
                       self.complaints(bytes(image)))
 
     def test_relocations_that_are_missing_or_astray_are_told(self):

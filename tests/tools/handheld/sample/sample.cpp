@@ -1,6 +1,7 @@
 // A program that uses what C++20 programs use, and prints a line for each thing that holds.
 #include "sample.h"
 
+#include "platform/ce/late_function.h"
 #include "platform/ce/runtime/exception_globals.h"
 #include "sample_resources.h"
 
@@ -20,9 +21,6 @@
 #include <unordered_map>
 #include <variant>
 #include <vector>
-
-extern "C" void* SHFindMenuBar(HWND window);
-extern "C" BOOL SHFullScreen(HWND window, DWORD flags);
 
 namespace {
 int failures = 0;
@@ -219,6 +217,17 @@ void checkThreads(DWORD creator) {
         L"threads with identifiers of their own");
 }
 
+void checkLateFunctions(HWND window) {
+    using platform::ce::LateFunction;
+    constexpr wchar_t shell[] = L"aygshell.dll";
+    LateFunction<BOOL(HWND, DWORD)> named(shell, L"SHFullScreen");
+    LateFunction<HWND(HWND, DWORD)> numbered(shell, nullptr, 188);
+    LateFunction<int()> later(L"coredll.dll", L"FindFirstStore");
+    check(named.Find() && named.Find()(window, 0) && !named.Find()(nullptr, 0) && numbered.Find() &&
+              !numbered.Find()(window, 0) && !later.Find(),
+          L"functions that are looked up");
+}
+
 void checkSystem(HINSTANCE module, const std::wstring& wanted) {
     WNDCLASSW description{};
     description.lpfnWndProc = windowProcedure;
@@ -231,8 +240,7 @@ void checkSystem(HINSTANCE module, const std::wstring& wanted) {
     const DWORD thread = GetWindowThreadProcessId(window, &process);
     check(window != nullptr && GetCurrentThreadId() == thread && GetCurrentProcessId() == process,
           L"identifiers from the kernel's page");
-    check(SHFindMenuBar(window) == nullptr && SHFullScreen(window, 0) && !SHFullScreen(nullptr, 0),
-          L"imports by ordinal");
+    checkLateFunctions(window);
     checkThreads(thread);
     if (wanted == L"destroy register") {
         SendMessageW(window, WM_USER + 1, 0, 0);
