@@ -125,6 +125,14 @@ TEST_F(OtherDevices, WithNumbersOnlyRunTheProgram) {
     ExpectSwitch(true);
 }
 
+TEST_F(OtherDevices, WhoseProgramsKeepTheirMemoryApartTellTitles) {
+    const OtherDevice device(L"separate_memory");
+    const SampleProgram sample(L"polite", L"! first");
+    Start();
+    ASSERT_TRUE(Finger().Key("2").Play());
+    EXPECT_TRUE(ShowsCaption(L"Applications (1)")) << "what has no title is not listed";
+}
+
 TEST_F(OtherDevices, WithALaterSystemAskItForTheirCards) {
     const OtherDevice device(L"system_6");
     ExpectAllViews();

@@ -78,8 +78,19 @@ std::uint64_t Post(Call& call) {
                                OutgoingParameter(call.Word(1), call.Word(3))));
 }
 
+bool IsOfAnotherProgram(HWND window) {
+    DWORD process = 0;
+    GetWindowThreadProcessId(window, &process);
+    return process != 0 && process != GetCurrentProcessId();
+}
+
 std::uint64_t SendWithLimit(Call& call) {
     DWORD_PTR answer = 0;
+    if (call.Word(1) == WM_GETTEXT && !TheMachine().device.sharesTexts &&
+        IsOfAnotherProgram(call.HandleAt<HWND>(0))) {
+        call.Give(6, Address{0});
+        return TRUE;
+    }
     const LRESULT result = SendMessageTimeoutW(call.HandleAt<HWND>(0), call.Word(1), call.Word(2),
                                                OutgoingParameter(call.Word(1), call.Word(3)),
                                                call.Word(4), call.Word(5), &answer);

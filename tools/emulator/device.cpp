@@ -113,6 +113,7 @@ void Device::ReadLine(const std::string& file, unsigned number, const std::strin
     } else if (kind == "system") {
         versionMajor = line.TakeNumber<unsigned>("major");
         versionMinor = line.TakeNumber<unsigned>("minor");
+        sharesTexts = line.TakeFlag("texts", true);
     } else if (kind == "library") {
         Library library;
         library.name = line.Take("name");

@@ -80,6 +80,8 @@ struct Device {
     // The version of Windows CE.
     unsigned versionMajor = 4;
     unsigned versionMinor = 20;
+    // Whether a window of another program can write its text to this one's memory.
+    bool sharesTexts = true;
     std::vector<Library> libraries;
     std::vector<Process> processes;
     std::vector<Card> cards;
