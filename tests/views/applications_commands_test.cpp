@@ -159,6 +159,17 @@ TEST_F(ApplicationsCommands, ATapSwitchesToTheInnermostOwnedWindow) {
     EXPECT_EQ(beeps, 0);
 }
 
+TEST_F(ApplicationsCommands, ATapOnAProgramThatHangsComesBack) {
+    const SampleProgram hung(L"hung", L"Sample hung");
+    Open();
+    const unsigned row = RowOf(L"sample_program.exe");
+    test::Tap(List(), row);
+    DWORD_PTR answer = 0;
+    EXPECT_FALSE(SendMessageTimeoutW(hung.Window(), WM_NULL, 0, 0, SMTO_NORMAL, 100, &answer))
+        << "it hangs no more";
+    EXPECT_EQ(List().GetSelection(), row);
+}
+
 TEST_F(ApplicationsCommands, ATapOnAWindowThatIsGoneBeeps) {
     auto program = std::make_unique<SampleProgram>(L"polite", L"Sample 1");
     Open();
