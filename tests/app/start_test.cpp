@@ -338,7 +338,9 @@ TEST_F(ProgramInGerman, TakesThePacksPicturesWhereItHasThem) {
     ResourceModule(0x0407)
         .Text(IDS_SYSTEM_STATUS_TITLE, L"Zustand")
         .Picture(1000, Strip(20))
+        .Picture(1001, Strip(20))
         .Picture(1005, Strip(24))
+        .Picture(1006, Strip(24))
         .Write(programPath + L".0407.ui");
     CleanSettings::SetNumber(L"langid", 0x0407);
     const ProgramThread program;
