@@ -15,6 +15,8 @@ namespace {
 
 class GalleryApps : public testing::Test {
  protected:
+    explicit GalleryApps(const wchar_t* playersManners = L"polite")
+        : player(playersManners, L"Player") {}
     void SetUp() override {
         ASSERT_TRUE(frame.Open(view));
         ASSERT_TRUE(PumpUntil([&] { return GetForegroundWindow() == frame.Handle(); }));
@@ -40,7 +42,7 @@ class GalleryApps : public testing::Test {
     const SampleProgram calendar{L"polite", L"Calendar"};
     const SampleProgram contacts{L"polite", L"Contacts of the whole family and of everybody else"};
     const SampleProgram notes{L"polite", L"Notes"};
-    const SampleProgram player{L"polite", L"Player"};
+    const SampleProgram player;
     InputTaken input;
     FakeFrame frame;
     views::ApplicationsView view{frame};
@@ -51,7 +53,18 @@ class GalleryApps : public testing::Test {
         {calendar.Window(), contacts.Window(), notes.Window(), player.Window()}};
 };
 
+class GalleryHungApp : public GalleryApps {
+ protected:
+    GalleryHungApp() : GalleryApps(L"hung") {}
+};
+
 }  // namespace
+
+TEST_F(GalleryHungApp, InTheList) {
+    camera.Take("applications_not_answering");
+    List().SetSelection(3);
+    camera.Take("applications_not_answering_selected");
+}
 
 TEST_F(GalleryApps, ListAndSelection) {
     camera.Take("applications_list");
