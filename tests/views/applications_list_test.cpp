@@ -205,14 +205,13 @@ TEST_F(ApplicationsList, ShowsAnApplicationWhoseExecutableHasNoIcon) {
     const SampleProgram program(L"polite", L"Sample 1");
     const OnlyApplications only({program.Window()});
     Open();
-    {
-        const PlatformHook<DWORD_PTR WINAPI(LPCWSTR, DWORD, SHFILEINFOW*, UINT, UINT)> info(
-            "SHGetFileInfoW", NoIcon);
-        view->Refresh();
-    }
+    const PlatformHook<DWORD_PTR WINAPI(LPCWSTR, DWORD, SHFILEINFOW*, UINT, UINT)> info(
+        "SHGetFileInfoW", NoIcon);
+    view->Refresh();
     ASSERT_EQ(Rows(), (Titles{L"Sample 1"}));
-    EXPECT_EQ(Item(0).icon, -1);
+    // It is asked for when the row is drawn.
     const DrawnRow row(List(), 0, SIZE{240, HeightOf(List(), 0)});
+    EXPECT_EQ(Item(0).icon, -1);
     EXPECT_TRUE(row.Icons().empty());
     const platform::WindowDC dc(frame.Handle());
     const int margin = (ui::TextHeight(dc, ui::Fonts().Base()) + 5) / 6;
