@@ -90,9 +90,10 @@ bool SnapshotHeaps::FirstHeap() {
     process.Reset(OpenProcess(PROCESS_QUERY_INFORMATION, FALSE, walk_->processId));
     DWORD exitCode = STILL_ACTIVE;
     const bool ended =
-        process ? GetExitCodeProcess(process.Get(), &exitCode) && exitCode != STILL_ACTIVE
-                : GetLastError() == ERROR_INVALID_PARAMETER;
-    if (ended) {
+        process && GetExitCodeProcess(process.Get(), &exitCode) && exitCode != STILL_ACTIVE;
+    // One that has gone, or that may not be looked into, has none to show.
+    const DWORD error = process ? ERROR_ACCESS_DENIED : GetLastError();
+    if (ended || error == ERROR_INVALID_PARAMETER || error == ERROR_ACCESS_DENIED) {
         SetLastError(ERROR_NO_MORE_FILES);
     }
     return process && !ended;

@@ -89,6 +89,16 @@ TEST_F(ProcessesTruth, AProcessThatHasEndedIsDescribedByTheLastOne) {
     EXPECT_EQ(info.heapBytes, 0u);
 }
 
+TEST_F(ProcessesTruth, AProcessThatMayNotBeLookedIntoIsDescribedWithoutItsMemory) {
+    FakeProcesses device;
+    device.processes = {{1, L"a.exe", L"", 0x10000}};
+    device.openError = ERROR_ACCESS_DENIED;
+    const views::ProcessInfo info = views::GatherProcessInfo(1);
+    EXPECT_EQ(info.entry.processId, 1u);
+    EXPECT_EQ(info.heapBytes, 0u);
+    EXPECT_EQ(info.regions.committedBytes, 0u);
+}
+
 TEST_F(ProcessesTruth, ThePageIsNotShownForAnyOtherErrorAtTheEndOfTheWalk) {
     FakeProcesses device;
     device.processes = {{1, L"a.exe", L"C:\\a.exe", 0x10000}};
