@@ -164,6 +164,18 @@ TEST_F(StatusUpdates, TheSelectedRowStaysSelected) {
     EXPECT_EQ(List().GetSelection(), ui::noRow);
 }
 
+TEST_F(StatusUpdates, TheSelectedOneOfSeveralDisksStaysSelected) {
+    device.volumes[L'M'] = FakeVolume{DRIVE_FIXED, 1 << 20, 1 << 19};
+    device.volumes[L'N'] = FakeVolume{DRIVE_FIXED, 1 << 20, 1 << 19};
+    Open();
+    ASSERT_EQ(ShownLabels(), (Labels{L"Battery", L"Memory", L"Storage", L"Storage", L"Storage"}));
+    for (const unsigned row : {3u, 4u, 2u}) {
+        List().SetSelection(row);
+        View().DeviceChanged(0x8000);
+        EXPECT_EQ(List().GetSelection(), row);
+    }
+}
+
 TEST_F(StatusUpdates, TheirDisplayOptionsReadTheValuesAnew) {
     Open();
     for (const DWORD mask : {0x0040, 0x0080, 0x0200, 0x0400}) {

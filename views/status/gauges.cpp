@@ -41,7 +41,7 @@ class StorageGauge : public Gauge {
     bool Update() override {
         uint64_t total = 0;
         uint64_t totalFree = 0;
-        Show(platform::StorageSpace(folder_.c_str(), &total, &totalFree)
+        Show(platform::StorageSpace(Folder().c_str(), &total, &totalFree)
                  ? ReadingOfStorage(icon_, total, totalFree)
                  : UnknownReading(icon_));
         return true;
@@ -49,11 +49,9 @@ class StorageGauge : public Gauge {
 
  protected:
     StorageGauge(std::wstring label, std::wstring folder, GaugeIcon icon)
-        : Gauge(std::move(label)), folder_(std::move(folder)), icon_(icon) {}
-    const std::wstring& Folder() const { return folder_; }
+        : Gauge(std::move(label), std::move(folder)), icon_(icon) {}
 
  private:
-    std::wstring folder_;
     GaugeIcon icon_;
 };
 

@@ -17,14 +17,18 @@ class Gauge {
     virtual COLORREF BarColor() const { return UsageBarColor(reading_.percent); }
 
     const std::wstring& Label() const { return label_; }
+    // What tells gauges of one label apart: a folder of storage. Empty for others.
+    const std::wstring& Folder() const { return folder_; }
     const GaugeReading& Reading() const { return reading_; }
 
  protected:
-    explicit Gauge(std::wstring label) : label_(std::move(label)) {}
+    explicit Gauge(std::wstring label, std::wstring folder = std::wstring())
+        : label_(std::move(label)), folder_(std::move(folder)) {}
     void Show(GaugeReading reading) { reading_ = std::move(reading); }
 
  private:
     std::wstring label_;
+    std::wstring folder_;
     GaugeReading reading_;
 };
 

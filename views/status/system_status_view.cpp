@@ -95,7 +95,8 @@ void SystemStatusView::Timer(UINT_PTR timer) {
 void SystemStatusView::Build() {
     const platform::WaitCursor wait;
     const Gauge* const before = list_.Selected();
-    const std::wstring selected = before ? before->Label() : std::wstring();
+    const std::wstring label = before ? before->Label() : std::wstring();
+    const std::wstring folder = before ? before->Folder() : std::wstring();
     Gauges gauges;
     for (const auto make : {MakeBatteryGauge, MakeMemoryGauge}) {
         GaugeOwner gauge = make();
@@ -105,9 +106,10 @@ void SystemStatusView::Build() {
     }
     AddStorage(gauges);
     list_.Show(std::move(gauges));
-    if (!selected.empty()) {
-        list_.SetSelection(
-            list_.Find([&selected](const Gauge& gauge) { return gauge.Label() == selected; }));
+    if (!label.empty()) {
+        list_.SetSelection(list_.Find([&](const Gauge& gauge) {
+            return gauge.Label() == label && gauge.Folder() == folder;
+        }));
     }
 }
 
