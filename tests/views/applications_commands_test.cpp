@@ -8,12 +8,14 @@
 #include "tests/support/drawn_texts.h"
 #include "tests/support/fake_processes.h"
 #include "tests/support/finger.h"
+#include "tests/support/resource_module.h"
 #include "tests/support/sample_program.h"
 #include "tests/support/user.h"
 #include "tests/support/wait.h"
 #include "tests/support/windows_seen.h"
 #include "tests/views/applications_fixture.h"
 #include "tests/views/rows.h"
+#include "text/resources.h"
 
 using namespace test;
 
@@ -432,6 +434,31 @@ TEST_F(ApplicationsCommands, InformationShowsTheWindowAsItIs) {
             AnswerBox(page, Finger().Key("Return"));
         },
         [&] { view->Command(ID_PROPERTIES); });
+}
+
+TEST_F(ApplicationsCommands, InformationIsAWholeTextWhereAPackPutsTheNumberElsewhere) {
+    const SampleProgram program(L"polite", L"Sample 1");
+    const TemporaryFolder folder;
+    const std::wstring path = folder.Path() + L"\\pack.dll";
+    ResourceModule(0x0407)
+        .Text(IDS_WINDOW_HANDLE, L"Handle %1!#x! of it")
+        .Text(IDS_OWNER_PROCESS, L"%1!#x! owns it")
+        .Write(path);
+    const platform::UniqueModule pack(
+        LoadLibraryExW(path.c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE));
+    ASSERT_TRUE(pack);
+    Open();
+    Select(L"Sample 1");
+    text::SetResourceModule(pack.Get(), 0x0407);
+    WhileUser(
+        [&] {
+            const HWND page = WaitForBox();
+            EXPECT_TRUE(WaitFor([&] { return Shows(L" of it") && Shows(L" owns it"); }, 3000))
+                << texts.All();
+            AnswerBox(page, Finger().Key("Return"));
+        },
+        [&] { view->Command(ID_PROPERTIES); });
+    text::SetProgramModule(text::ProgramModule());
 }
 
 TEST_F(ApplicationsCommands, InformationTakesTheFirstIconThatTheWindowTells) {

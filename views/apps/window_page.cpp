@@ -1,7 +1,5 @@
 #include "views/apps/window_page.h"
 
-#include <algorithm>
-
 #include "res/resource.h"
 #include "text/format.h"
 #include "text/resources.h"
@@ -65,10 +63,16 @@ class WindowPage final : public ui::Page {
     }
 
  private:
-    // A text that ends with its number, to look as the values of other pages do.
+    // A text that ends with its number looks as the values of other pages do; a language pack may
+    // put it elsewhere.
     static ui::LabelledValue Split(const std::wstring& text) {
-        const size_t blank = std::min(text.rfind(L' '), text.size());
-        return {text.substr(0, blank), text.substr(std::min(blank + 1, text.size()))};
+        const size_t blank = text.rfind(L' ');
+        const bool numberEnds =
+            blank + 1 < text.size() && text[blank + 1] >= L'0' && text[blank + 1] <= L'9';
+        if (blank == std::wstring::npos || !numberEnds) {
+            return {text, std::wstring()};
+        }
+        return {text.substr(0, blank), text.substr(blank + 1)};
     }
     // Handles of windows have 32 bits on every system.
     static DWORD Number(HWND window) {
