@@ -22,8 +22,8 @@ namespace ui {
 //   void EraseBackground(HDC dc, const RECT& area)
 //   void OnTap(unsigned index, GestureResult gesture)
 //   void DeleteItem(ULONG_PTR data)
-// may hide the hooks below by public functions of its own, and calls Clear in its destructor. All
-// sizes are pixels, all rectangles client coordinates.
+// may hide Clear and the hooks below by public functions of its own, and calls Clear in its
+// destructor. All sizes are pixels, all rectangles client coordinates.
 template <typename Kind>
 class TouchList : public Window {
  public:
@@ -437,7 +437,7 @@ LRESULT TouchList<Kind>::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
             Layout();
             return 0;
         case WM_DESTROY:
-            Clear();
+            Self().Clear();
             return 0;
         case WM_PAINT:
             PaintWindow(Handle(), [this](HDC dc, const RECT& client) {

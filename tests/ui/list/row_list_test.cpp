@@ -145,6 +145,17 @@ TEST_F(RowListTest, OwnsItsRows) {
     EXPECT_EQ(Word::alive, 0) << "a window without its list";
 }
 
+TEST_F(RowListTest, LosesItsMarksWithItsWindow) {
+    list.Show(Made({L"a", L"b"}));
+    list.SetMarking(true);
+    list.ToggleMark(1);
+    ASSERT_EQ(list.MarkedCount(), 1u);
+    list.Destroy();
+    EXPECT_EQ(list.GetCount(), 0u);
+    EXPECT_EQ(list.MarkedCount(), 0u);
+    EXPECT_TRUE(list.MarkedRows().empty());
+}
+
 TEST_F(RowListTest, StaysWhereItIsAndOnItsRowWhenItIsFilledAnew) {
     Words::Rows rows = Made({});
     for (wchar_t letter = L'a'; letter <= L'z'; ++letter) {
