@@ -67,7 +67,7 @@ class HostilePacks : public LanguageFixture {
         for (const UINT menu : {120u, 500u, 502u, 506u, 511u}) {
             DestroyMenu(text::LoadMenuResource(menu));
         }
-        ui::StripModule(ui::mainStrips.smallest);
+        ui::StripModule(ui::mainStrips, 80);
     }
 };
 
@@ -230,8 +230,8 @@ TEST_F(HostilePacks, WithPicturesOfNoSizeLeaveTheProgramsPictures) {
     const std::vector<BYTE> flat(64);
     ResourceModule(german).Picture(1000, flat).Picture(1005, flat).Write(PackPath());
     ASSERT_TRUE(LoadLanguage(german));
-    EXPECT_EQ(ui::StripModule(ui::mainStrips.smallest), text::ProgramModule());
-    EXPECT_EQ(ui::StripModule(ui::statusStrips.smallest), text::ProgramModule());
+    EXPECT_EQ(ui::StripModule(ui::mainStrips, 80), text::ProgramModule());
+    EXPECT_EQ(ui::StripModule(ui::statusStrips, 80), text::ProgramModule());
 }
 
 TEST_F(HostilePacks, WithPicturesHigherThanAnyScreenLeaveTheProgramsPictures) {
@@ -240,8 +240,8 @@ TEST_F(HostilePacks, WithPicturesHigherThanAnyScreenLeaveTheProgramsPictures) {
         high[20] = highest;
         ResourceModule(german).Picture(1000, high).Picture(1005, high).Write(PackPath());
         ASSERT_TRUE(LoadLanguage(german));
-        EXPECT_EQ(ui::StripModule(ui::mainStrips.smallest), text::ProgramModule());
-        EXPECT_EQ(ui::StripModule(ui::statusStrips.smallest), text::ProgramModule());
+        EXPECT_EQ(ui::StripModule(ui::mainStrips, 80), text::ProgramModule());
+        EXPECT_EQ(ui::StripModule(ui::statusStrips, 80), text::ProgramModule());
         const HMODULE pack = text::ResourceModule();
         text::SetProgramModule(text::ProgramModule());
         FreeLibrary(pack);

@@ -7,8 +7,10 @@ namespace ui {
 void DrawingResources::Load() {
     Free();
     fonts.Load();
-    mainStripId_ = ChooseStrip(mainStrips, GetScreenMetrics().iconSize);
-    mainStrip = LoadStrip(*mainStripId_);
+    const unsigned iconSize = GetScreenMetrics().iconSize;
+    const HINSTANCE module = StripModule(mainStrips, iconSize);
+    mainStripId_ = ChooseStrip(module, mainStrips, iconSize);
+    mainStrip = LoadStrip(module, *mainStripId_);
 }
 
 void DrawingResources::Free() {
@@ -22,7 +24,8 @@ void DrawingResources::Free() {
 const ImageStrip& DrawingResources::SecondStrip() {
     if (!secondStrip_) {
         const bool larger = mainStripId_ && *mainStripId_ < mainStrips.largest;
-        secondStrip_ = larger ? LoadStrip(*mainStripId_ + 1) : ImageStrip();
+        const HINSTANCE module = StripModule(mainStrips, GetScreenMetrics().iconSize);
+        secondStrip_ = larger ? LoadStrip(module, *mainStripId_ + 1) : ImageStrip();
     }
     return *secondStrip_;
 }
@@ -31,8 +34,10 @@ int DrawingResources::StatusIconSize() const {
     if (statusStrip_) {
         return statusStrip_->IconSize();
     }
-    const UINT id = ChooseStrip(statusStrips, GetScreenMetrics().iconSize);
-    return static_cast<int>(StripHeight(StripModule(id), id).value_or(0));
+    const unsigned iconSize = GetScreenMetrics().iconSize;
+    const HINSTANCE module = StripModule(statusStrips, iconSize);
+    return static_cast<int>(
+        StripHeight(module, ChooseStrip(module, statusStrips, iconSize)).value_or(0));
 }
 
 const ImageStrip& DrawingResources::StatusStrip() {

@@ -94,14 +94,9 @@ std::optional<uint32_t> StripHeight(HINSTANCE module, UINT id) {
     return text::PictureHeight(text::ResourceBytes(module, id, L"GIF"));
 }
 
-HINSTANCE StripModule(UINT id) {
-    const HINSTANCE pack = text::ResourceModule();
-    return StripHeight(pack, id) ? pack : text::ProgramModule();
-}
-
-UINT ChooseStrip(StripFamily family, unsigned iconSize) {
+UINT ChooseStrip(HINSTANCE module, StripFamily family, unsigned iconSize) {
     for (UINT id = family.largest; id > family.smallest; --id) {
-        const std::optional<uint32_t> height = StripHeight(StripModule(id), id);
+        const std::optional<uint32_t> height = StripHeight(module, id);
         if (height && *height <= iconSize) {
             return id;
         }
@@ -136,8 +131,12 @@ ImageStrip ImageStrip::Recolored(HDC compatible, COLORREF color) const {
         transparent_);
 }
 
-ImageStrip LoadStrip(UINT id) {
-    const HINSTANCE module = StripModule(id);
+HINSTANCE StripModule(StripFamily family, unsigned iconSize) {
+    const HINSTANCE pack = text::ResourceModule();
+    return StripHeight(pack, ChooseStrip(pack, family, iconSize)) ? pack : text::ProgramModule();
+}
+
+ImageStrip LoadStrip(HINSTANCE module, UINT id) {
     UniqueBitmap bitmap(platform::LoadImageResource(module, id));
     if (!bitmap && module != text::ProgramModule()) {
         bitmap = UniqueBitmap(platform::LoadImageResource(text::ProgramModule(), id));
@@ -151,7 +150,8 @@ ImageStrip LoadStrip(UINT id) {
 }
 
 ImageStrip LoadStatusStrip(unsigned iconSize) {
-    const ImageStrip decoded = LoadStrip(ChooseStrip(statusStrips, iconSize));
+    const HINSTANCE module = StripModule(statusStrips, iconSize);
+    const ImageStrip decoded = LoadStrip(module, ChooseStrip(module, statusStrips, iconSize));
     const platform::WindowDC screen(nullptr);
     const COLORREF window = GetSysColor(COLOR_WINDOW);
     return ImageStrip(

@@ -24,7 +24,7 @@ std::optional<uint32_t> StripHeight(HINSTANCE module, UINT id);
 
 // The resource to use for icons of `iconSize` pixels: the largest that is not larger, else the
 // smallest of the family.
-UINT ChooseStrip(StripFamily family, unsigned iconSize);
+UINT ChooseStrip(HINSTANCE module, StripFamily family, unsigned iconSize);
 
 // Icons of one size; empty until loaded.
 class ImageStrip {
@@ -52,12 +52,13 @@ class ImageStrip {
     COLORREF transparent_ = 0;
 };
 
-// Loads one strip of a family, from the language pack first (SHLoadImageResource). The color of
-// its first pixel is the transparent one.
-ImageStrip LoadStrip(UINT id);
+// Loads one strip of a family from a module, else from the program (SHLoadImageResource). The
+// color of its first pixel is the transparent one.
+ImageStrip LoadStrip(HINSTANCE module, UINT id);
 
-// The module that holds a picture: the language pack, else the program.
-HINSTANCE StripModule(UINT id);
+// The module whose picture of a family is to be used for icons of `iconSize` pixels: the language
+// pack if it has one to use, else the program.
+HINSTANCE StripModule(StripFamily family, unsigned iconSize);
 
 // Replaces the status strip's key color by the system's window color, which becomes the
 // transparent one.

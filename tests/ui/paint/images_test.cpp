@@ -133,8 +133,8 @@ TEST(StripChoice, IsTheLargestThatIsNotLargerThanTheIcons) {
                    {1080, 1002, 1006}, {10000, 1002, 1006}};
     for (const auto& screen : screens) {
         const unsigned icon = MetricsForShortSide(screen.shortSide).iconSize;
-        EXPECT_EQ(ChooseStrip(mainStrips, icon), screen.mainStrip) << screen.shortSide;
-        EXPECT_EQ(ChooseStrip(statusStrips, icon), screen.statusStrip) << screen.shortSide;
+        EXPECT_EQ(ChooseStrip(Own(), mainStrips, icon), screen.mainStrip) << screen.shortSide;
+        EXPECT_EQ(ChooseStrip(Own(), statusStrips, icon), screen.statusStrip) << screen.shortSide;
     }
 }
 
@@ -142,12 +142,12 @@ TEST(StripChoice, PassesOverMissingPictures) {
     const test::PlatformHook find("FindResourceW", FindWithGaps);
     findResource = find.Original();
     missing = {1002};
-    EXPECT_EQ(ChooseStrip(mainStrips, 200), 1001u);
+    EXPECT_EQ(ChooseStrip(Own(), mainStrips, 200), 1001u);
     missing = {1001, 1002};
-    EXPECT_EQ(ChooseStrip(mainStrips, 200), 1000u);
+    EXPECT_EQ(ChooseStrip(Own(), mainStrips, 200), 1000u);
     missing = {1000, 1001, 1002, 1006};
-    EXPECT_EQ(ChooseStrip(mainStrips, 200), 1000u);
-    EXPECT_EQ(ChooseStrip(statusStrips, 200), 1005u);
+    EXPECT_EQ(ChooseStrip(Own(), mainStrips, 200), 1000u);
+    EXPECT_EQ(ChooseStrip(Own(), statusStrips, 200), 1005u);
 }
 
 TEST(StripPictures, HaveTheirSizesAndSquareIcons) {
@@ -158,14 +158,14 @@ TEST(StripPictures, HaveTheirSizesAndSquareIcons) {
     } pictures[] = {
         {1000, 684, 38}, {1001, 1368, 76}, {1002, 4104, 152}, {1005, 228, 38}, {1006, 456, 76}};
     for (const auto& picture : pictures) {
-        const ImageStrip strip = LoadStrip(picture.id);
+        const ImageStrip strip = LoadStrip(text::ResourceModule(), picture.id);
         ASSERT_TRUE(strip) << picture.id;
         EXPECT_EQ(SizeOf(strip.Bitmap()).cx, picture.width);
         EXPECT_EQ(SizeOf(strip.Bitmap()).cy, picture.height);
         EXPECT_EQ(strip.IconSize(), picture.height);
         EXPECT_EQ(strip.Count(), picture.width / picture.height);
     }
-    EXPECT_FALSE(LoadStrip(1003));
+    EXPECT_FALSE(LoadStrip(text::ResourceModule(), 1003));
 }
 
 // The program's strip of 76 pixels as the pack's smallest.
@@ -181,12 +181,12 @@ TEST(StripPictures, AreThePacksWhereItHasThem) {
         LoadLibraryExW(path.c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE));
     ASSERT_TRUE(pack);
     text::SetResourceModule(pack.Get(), 0x0407);
-    const ImageStrip own = LoadStrip(1000);
-    const ImageStrip missingThere = LoadStrip(1005);
+    const ImageStrip own = LoadStrip(text::ResourceModule(), 1000);
+    const ImageStrip missingThere = LoadStrip(text::ResourceModule(), 1005);
     text::SetProgramModule(Own());
     EXPECT_EQ(own.IconSize(), 76);
     EXPECT_EQ(missingThere.IconSize(), 38);
-    EXPECT_EQ(LoadStrip(1000).IconSize(), 38);
+    EXPECT_EQ(LoadStrip(text::ResourceModule(), 1000).IconSize(), 38);
 }
 
 // A picture that is too large for the screen, in the place of one that fits it.
@@ -323,7 +323,7 @@ TEST(StatusStrip, FindsItsKeyOnAScreenOf16Bits) {
     const test::PlatformHook from16Bits("BitBlt", BlitFrom16Bits);
     blit = from16Bits.Original();
     const ImageStrip strip = LoadStatusStrip(40);
-    const ImageStrip decoded = LoadStrip(1005);
+    const ImageStrip decoded = LoadStrip(text::ResourceModule(), 1005);
     ASSERT_TRUE(strip && decoded);
     const platform::UniqueMemoryDC before(CreateCompatibleDC(nullptr));
     const platform::UniqueMemoryDC after(CreateCompatibleDC(nullptr));
@@ -342,7 +342,7 @@ TEST(StatusStrip, ShowsTheWindowsColorInPlaceOfItsKey) {
     systemColor = color.Original();
     for (const unsigned icon : {40u, 80u}) {
         const ImageStrip strip = LoadStatusStrip(icon);
-        const ImageStrip decoded = LoadStrip(icon == 80 ? 1006 : 1005);
+        const ImageStrip decoded = LoadStrip(text::ResourceModule(), icon == 80 ? 1006 : 1005);
         ASSERT_TRUE(strip && decoded);
         EXPECT_EQ(strip.Transparent(), themeWindow);
         EXPECT_EQ(strip.IconSize(), decoded.IconSize());
