@@ -433,6 +433,12 @@ LRESULT MainFrame::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
         case WM_COMMAND:
             OnCommand(LOWORD(wParam));
             return 0;
+        case WM_MOUSEWHEEL:
+            // Over a bar or a strip, which pass it on.
+            if (IsChild(pane_.Handle(), GetFocus())) {
+                ui::Send(GetFocus(), message, wParam, lParam);
+            }
+            return 0;
         case WM_HOTKEY:
             if (open_ && OnHotKey(lParam)) {
                 return 0;

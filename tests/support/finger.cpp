@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+
 #include "tests/support/keyboard.h"
 #include "tests/support/unix_command.h"
 #include "tests/support/wait.h"
@@ -103,9 +105,28 @@ Finger& Finger::Wait(DWORD milliseconds) {
     return *this;
 }
 
-Finger& Finger::RightClick(POINT point) {
+Finger& Finger::RightDown(POINT point) {
     MoveTo(point);
-    Add(Kind::Pointer, " sleep 0.02 mousedown 3 sleep 0.06 mouseup 3");
+    Add(Kind::Pointer, " sleep 0.02 mousedown 3");
+    return *this;
+}
+
+Finger& Finger::RightUp() {
+    Add(Kind::Pointer, " mouseup 3");
+    return *this;
+}
+
+Finger& Finger::BackButton(POINT point) {
+    MoveTo(point);
+    Add(Kind::Pointer, " sleep 0.02 click 8");
+    return *this;
+}
+
+Finger& Finger::Turn(POINT point, int notches) {
+    MoveTo(point);
+    for (int notch = 0; notch < std::abs(notches); ++notch) {
+        Add(Kind::Pointer, notches > 0 ? " click 4" : " click 5");
+    }
     return *this;
 }
 

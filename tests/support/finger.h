@@ -34,7 +34,13 @@ class Finger {
     // A press of more than half a second, as the program counts: from when it follows the finger.
     Finger& Hold(POINT point) { return Down(point).Followed().Wait(650).Up(); }
     // The other button of a PC's mouse.
-    Finger& RightClick(POINT point);
+    Finger& RightClick(POINT point) { return RightDown(point).Wait(60).RightUp(); }
+    Finger& RightDown(POINT point);
+    Finger& RightUp();
+    // The mouse's back button.
+    Finger& BackButton(POINT point);
+    // Turns the mouse's wheel over a point by so many notches, downwards when negative.
+    Finger& Turn(POINT point, int notches);
     // From one point to another in small steps; the finger stays down.
     Finger& DragTo(POINT from, POINT to, int steps = 10);
     // A key by the screen's name of it ("Down", "Return", "F1", "a", "shift+Tab").

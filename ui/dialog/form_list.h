@@ -79,6 +79,8 @@ class FormList final : public TouchList<FormList> {
     bool HandleNavigationKey(WPARAM key);
     bool DragsWhenAllRowsFit() const { return true; }
     bool TapsOpen() const { return false; }
+    // The rows move; an editor would stay behind.
+    bool MayScroll() { return CloseEditor(); }
     // What the row refuses the parent does not hear of.
     bool MaySelect(unsigned index, unsigned old) {
         return MayCloseEditor() && TouchList::MaySelect(index, old) && (ForgetEditor(), true);

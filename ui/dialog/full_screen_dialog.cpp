@@ -8,6 +8,7 @@
 #include "ui/paint/paint.h"
 #include "ui/paint/spacing.h"
 #include "ui/paint/theme.h"
+#include "ui/window/held_fault.h"
 
 namespace ui {
 
@@ -111,6 +112,12 @@ bool FullScreenDialog::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
                 return true;
             }
             return false;
+        case WM_MOUSEWHEEL:
+            // Over the bar, or passed on by it.
+            if (Contents()) {
+                Send(Contents(), message, wParam, lParam);
+            }
+            return true;
         case WM_NEXTDLGCTL:
             if (lParam == 0) {
                 // Kept on purpose: docs/compatibility.md#tab-direction

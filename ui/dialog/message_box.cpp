@@ -13,6 +13,7 @@
 #include "ui/paint/paint.h"
 #include "ui/paint/theme.h"
 #include "ui/paint/wrapped_text.h"
+#include "ui/window/held_fault.h"
 
 namespace ui {
 
@@ -243,6 +244,12 @@ bool MessageBoxDialog::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
             return true;
         case WM_SETFOCUS:
             SetFocus(bar_.Handle());
+            return true;
+        case WM_MOUSEWHEEL:
+            // The buttons have the keyboard, and pass it on.
+            if (lines_.Handle()) {
+                Send(lines_.Handle(), message, wParam, lParam);
+            }
             return true;
         case WM_NEXTDLGCTL:
             MoveFocus();

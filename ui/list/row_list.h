@@ -16,7 +16,7 @@ namespace ui {
 // What a list of rows asks and tells its owner. Rows are told by their index.
 class RowListOwner {
  public:
-    // False keeps the selection where it is.
+    // False keeps the selection where it is, and the rows.
     virtual bool MaySelect() { return true; }
     // The selection has changed.
     virtual void OnSelected() {}
@@ -96,6 +96,7 @@ class RowListWindow : public TouchList<RowListWindow> {
     bool TapsOpen() const { return !marking_ && owner_.OpensRows(); }
     bool OfferKeyFirst(WPARAM key, LPARAM) { return owner_.OnKey(key); }
     bool MaySelect(unsigned, unsigned) { return owner_.MaySelect(); }
+    bool MayScroll() { return owner_.MaySelect(); }
     void OnSelected(unsigned, unsigned) { owner_.OnSelected(); }
     void OnReturn();
 

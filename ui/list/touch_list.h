@@ -1,14 +1,16 @@
 // The list that follows the finger: rows of any height, drawn by their owner, selected by tap and
-// keys, scrolled by dragging and at rest always on a whole row.
+// keys, scrolled by dragging or by a wheel and at rest always on a whole row.
 #pragma once
 
 #include <algorithm>
 #include <cstdlib>
 #include <utility>
 
+#include "platform/mouse.h"
 #include "ui/list/list_layout.h"
 #include "ui/list/list_notifications.h"
 #include "ui/list/scroll_indicator.h"
+#include "ui/list/wheel_turns.h"
 #include "ui/paint/paint.h"
 #include "ui/window/gesture.h"
 #include "ui/window/held_fault.h"
@@ -95,6 +97,8 @@ class TouchList : public Window {
     void BeginFrame(bool /*dragged*/) {}
     // Whether rows of the last frame of a drag lack something that the next frames bring.
     bool FrameLacksSomething() const { return false; }
+    // Asked before a wheel scrolls; false keeps the rows where they are.
+    bool MayScroll() { return true; }
     // Asked before the selection changes, from `old` to `index`; false keeps it. A list asks its
     // parent (LSN_SELCHANGING) unless its kind knows better.
     bool MaySelect(unsigned index, unsigned old) {
@@ -130,6 +134,7 @@ class TouchList : public Window {
     void OnButtonDown(POINT point, bool repeated);
     bool OnQueryDragTracker(GestureInfo& info);
     void OnKeyDown(WPARAM key, LPARAM keyData);
+    void OnWheel(int turn);
     void OnGetDialogCode(const MSG* message);
     LRESULT Notify(HWND receiver, NMHDR& notification, UINT code);
 
@@ -141,6 +146,7 @@ class TouchList : public Window {
     int totalHeight_ = 0;
     // Whether the last press was a tap that opened something.
     bool opened_ = false;
+    WheelTurns wheel_;
 };
 
 // Scrolls the list during one drag; the list's own scroll state changes at the end only.
@@ -458,6 +464,9 @@ LRESULT TouchList<Kind>::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
         case WM_LBUTTONDBLCLK:
             OnButtonDown(PointOf(lParam), message == WM_LBUTTONDBLCLK);
             return 0;
+        case WM_MOUSEWHEEL:
+            OnWheel(static_cast<SHORT>(HIWORD(wParam)));
+            return 0;
         case WM_QUERYDRAGTRACKER:
             return OnQueryDragTracker(*reinterpret_cast<GestureInfo*>(lParam));
         case WM_GETDLGCODE:
@@ -494,6 +503,31 @@ void TouchList<Kind>::OnButtonDown(POINT point, bool repeated) {
         opened_ = gesture == GestureTap && Self().TapsOpen();
         Self().OnTap(index, gesture);
     }
+}
+
+template <typename Kind>
+void TouchList<Kind>::OnWheel(int turn) {
+    RECT client;
+    // While a finger holds the rows they follow nothing else.
+    if (items_.empty() || GetCapture() == Handle() || !GetClientRect(Handle(), &client) ||
+        !Self().MayScroll()) {
+        return;
+    }
+    const UINT rows = platform::RowsPerWheelNotch();
+    if (rows == platform::wholePage) {
+        const int pages = wheel_.Add(turn, 1);
+        unsigned top = topIndex_;
+        for (int page = 0; page < std::abs(pages); ++page) {
+            top = pages > 0 ? PageUp(items_, top, Height(client))
+                            : PageDown(items_, top, Height(client));
+        }
+        SetTopIndex(top);
+        return;
+    }
+    constexpr UINT mostRows = 100;
+    const int steps = wheel_.Add(turn, static_cast<int>(std::min(rows, mostRows)));
+    const unsigned distance = static_cast<unsigned>(std::abs(steps));
+    SetTopIndex(steps > 0 ? topIndex_ - std::min(topIndex_, distance) : topIndex_ + distance);
 }
 
 template <typename Kind>

@@ -8,7 +8,6 @@
 #include "ui/paint/theme.h"
 #include "ui/popup/menu_items.h"
 #include "ui/popup/popup_placement.h"
-#include "ui/window/modal_loop.h"
 
 namespace ui {
 
@@ -100,6 +99,10 @@ MSG PopupMenu::Run() {
         if (message.hwnd == Handle() ? message.message == WM_CLOSEPOPUP : IsTap(message)) {
             return LoopStep::End;
         }
+        if (message.hwnd != Handle() && message.message > WM_LBUTTONDBLCLK &&
+            message.message <= platform::sideWheelMessage) {
+            return OnMouseElsewhere(message);
+        }
         TranslateMessage(&message);
         return LoopStep::Dispatch;
     };
@@ -115,6 +118,14 @@ MSG PopupMenu::Run() {
         return last;
     }
     return closed_ ? MSG{} : last;
+}
+
+// What lies below the menu stands still.
+LoopStep PopupMenu::OnMouseElsewhere(const MSG& message) const {
+    if (message.message == WM_MOUSEWHEEL) {
+        Send(Handle(), message.message, message.wParam, message.lParam);
+    }
+    return message.message == WM_RBUTTONDOWN ? LoopStep::End : LoopStep::Skip;
 }
 
 SIZE PopupMenu::Measure(unsigned, int, int, ULONG_PTR data) {

@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "ui/list/touch_list.h"
+#include "ui/window/modal_loop.h"
 
 namespace ui {
 
@@ -48,6 +49,8 @@ class PopupMenu final : public TouchList<PopupMenu> {
     void Close();
     void OnDeactivated();
     bool OnKeyUp(WPARAM key);
+    // A button other than a finger's, or a wheel, over another window.
+    LoopStep OnMouseElsewhere(const MSG& message) const;
 
     const wchar_t* windowClass_;
     HMENU menu_;

@@ -127,6 +127,22 @@ TEST_F(FormEditor, ADragIsRefusedWhileItsRowMayNotBeLeft) {
     EXPECT_EQ(GetFocus(), editor);
 }
 
+TEST_F(FormEditor, TheWheelClosesItWhenItsRowMayBeLeft) {
+    rows = EqualRows(20);
+    rows[1].edits = true;
+    Open(rows);
+    list.SetSelection(1);
+    rows[1].mayLeave = false;
+    const HWND editor = list.Editor();
+    Run([&] { input.Play(Finger().Turn(At(60, 200), -1)); });
+    EXPECT_EQ(list.GetTopIndex(), 0u);
+    EXPECT_EQ(list.Editor(), editor);
+    rows[1].mayLeave = true;
+    Run([&] { input.Play(Finger().Turn(At(60, 200), -1)); });
+    EXPECT_EQ(list.GetTopIndex(), 3u);
+    EXPECT_FALSE(IsWindow(editor));
+}
+
 TEST_F(FormEditor, GoesWithTheRowsThatAreLaidOutAnewOrCleared) {
     Open(rows);
     list.SetSelection(1);

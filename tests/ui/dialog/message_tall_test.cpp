@@ -102,6 +102,24 @@ TEST_F(MessageBoxTall, AFingerReachesEveryLineAndTheButtonsWork) {
               IDS_BUTTON_NO);
 }
 
+TEST_F(MessageBoxTall, TheWheelReachesEveryLine) {
+    DrawnTexts drawn;
+    Show(FortyLines(), {IDS_BUTTON_YES, IDS_BUTTON_NO}, 0, [&] {
+        const HWND box = WaitForBox();
+        EXPECT_TRUE(WaitFor([&] { return drawn.Has(Line(0)); }));
+        EXPECT_FALSE(drawn.Has(Line(39)));
+        // The buttons have the keyboard.
+        for (int turn = 0; turn < 7; ++turn) {
+            input.Play(Finger().Turn(MiddleOf(Lines(box)), -1));
+            input.Play(Finger().Turn(MiddleOf(Bar(box)), -1));
+        }
+        for (int number = 0; number < 40; ++number) {
+            EXPECT_TRUE(drawn.Shows(Line(number))) << number;
+        }
+        End();
+    });
+}
+
 TEST_F(MessageBoxTall, StaysInTheWorkArea) {
     Show(FortyLines(), {IDS_BUTTON_OK}, 0, [&] {
         const HWND box = WaitForBox();

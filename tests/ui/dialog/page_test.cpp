@@ -137,6 +137,29 @@ TEST_F(PageResult, TheSoftKeysAreOneAndTwo) {
     }
 }
 
+TEST_F(PageFocus, TheWheelScrollsTheRowsFromTheBarAsWell) {
+    SamplePage page(IDR_DONE_CANCEL);
+    page.fill = [](ui::FormList& list) {
+        for (int row = 0; row < 60; ++row) {
+            list.AddRow(std::make_unique<ui::ValueRow>(L"Name", L"value"));
+        }
+    };
+    Show(page, [&] {
+        const HWND window = WaitForPage();
+        const HWND list = FindChild(window, L"DlgControlList");
+        input.Play(Finger().Turn(MiddleOf(list), -1));
+        EXPECT_EQ(page.Rows().GetTopIndex(), 3u);
+        input.Play(Finger().Turn(MiddleOf(page.Keys().Handle()), -1));
+        EXPECT_EQ(page.Rows().GetTopIndex(), 6u);
+        // Also when the bar has the keyboard.
+        input.Play(Finger().Key("Tab"));
+        EXPECT_TRUE(FocusIs(page.Keys().Handle()));
+        input.Play(Finger().Turn(MiddleOf(list), 1).Turn(MiddleOf(page.Keys().Handle()), -2));
+        EXPECT_EQ(page.Rows().GetTopIndex(), 9u);
+        Finger().Key("Escape").Play();
+    });
+}
+
 TEST_F(PageResult, TheHardwareSoftKeysAreTheBarsButtons) {
     EXPECT_EQ(After(IDR_DONE_CANCEL, "F1"), 1);
     EXPECT_EQ(After(IDR_DONE_CANCEL, "F2"), 2);

@@ -75,6 +75,34 @@ TEST_F(PopupClosing, ATapOnAnotherWindowOnlyCloses) {
     EXPECT_EQ(presses, 0);
 }
 
+TEST_F(PopupClosing, AMousesOtherButtonsBesideItOnlyClose) {
+    const POINT beside = {GetSystemMetrics(SM_CXSCREEN) - 10, 5};
+    int buttons = 0;
+    more = [&buttons](UINT message, WPARAM, LPARAM, LRESULT*) {
+        buttons += message == WM_RBUTTONDOWN || message == WM_XBUTTONDOWN;
+        return false;
+    };
+    for (Finger button : {Finger().RightClick(beside), Finger().BackButton(beside)}) {
+        EXPECT_EQ(Track(nested,
+                        [&] {
+                            WaitForPopups(1);
+                            button.Play();
+                        }),
+                  noCommand);
+        Run([&] { input.Play(Finger()); });
+    }
+    EXPECT_EQ(buttons, 0);
+}
+
+TEST_F(Submenus, TheRightButtonBesideThemClosesAll) {
+    EXPECT_EQ(Track(nested,
+                    [&] {
+                        OpenSubmenu();
+                        Finger().RightClick(POINT{GetSystemMetrics(SM_CXSCREEN) - 10, 5}).Play();
+                    }),
+              noCommand);
+}
+
 TEST_F(PopupClosing, ATapThatDeactivatesItDoesNothingElse) {
     OtherWindow other;
     std::atomic<int> taps = 0;

@@ -314,6 +314,24 @@ TEST_F(PopupMenuLook, AMenuTooTallForTheScreenScrolls) {
     EXPECT_EQ(command, 105);
 }
 
+TEST_F(PopupMenuLook, TheWheelScrollsItFromBesideItAsWell) {
+    int wheels = 0;
+    more = [&wheels](UINT message, WPARAM, LPARAM, LRESULT*) {
+        wheels += message == WM_MOUSEWHEEL;
+        return false;
+    };
+    const int command = Track(Numbered(60), [&] {
+        const HWND menu = WaitForPopups(1);
+        const RECT popup = ScreenRectangleOf(menu);
+        input.Play(Finger().Turn(POINT{popup.left + 30, popup.top + 200}, -1));
+        input.Play(Finger().Turn(POINT{popup.right + 30, popup.top + 200}, -1));
+        EXPECT_EQ(Popups().size(), 1u);
+        Finger().Tap(RowPoint(menu, 0)).Play();
+    });
+    EXPECT_EQ(command, 106);
+    EXPECT_EQ(wheels, 0);
+}
+
 TEST_F(PopupMenuLook, KeepsToTheWorkArea) {
     const RECT screen = ScreenRectangleOf(owner.Handle());
     const Monitor monitor(screen, RECT{0, 30, screen.right, screen.bottom - 50});
