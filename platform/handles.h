@@ -109,13 +109,29 @@ class Selected {
 // Shows one of the system's cursors for as long as it lives (LoadCursorW, SetCursor).
 class ShownCursor {
  public:
-    explicit ShownCursor(const wchar_t* name) : previous_(SetCursor(LoadCursorW(nullptr, name))) {}
-    ~ShownCursor() { SetCursor(previous_); }
+    explicit ShownCursor(const wchar_t* name)
+        : cursor_(LoadCursorW(nullptr, name)),
+          previous_(SetCursor(cursor_)),
+          around_(std::exchange(innermost_, this)) {}
+    ~ShownCursor() {
+        innermost_ = around_;
+        SetCursor(previous_);
+    }
     ShownCursor(const ShownCursor&) = delete;
     ShownCursor& operator=(const ShownCursor&) = delete;
 
+    // The cursor for the program's windows now: the one shown last that still lives, else the
+    // arrow.
+    static HCURSOR ForWindows() {
+        return innermost_ ? innermost_->cursor_ : LoadCursorW(nullptr, IDC_ARROW);
+    }
+
  private:
+    static inline ShownCursor* innermost_ = nullptr;
+
+    HCURSOR cursor_;
     HCURSOR previous_;
+    ShownCursor* around_;
 };
 
 // The wait cursor, while something lasts.

@@ -89,7 +89,15 @@ void CommandBar::ActivateButton(unsigned index) {
     }
 }
 
-void CommandBar::OpenPopup(unsigned button, HMENU submenu) {
+void CommandBar::OpenPopupAt(unsigned index, const RECT& anchor) {
+    MenuItem item;
+    if (GetParent(Handle()) && index < ButtonCount() &&
+        ReadMenuItem(menu_.Get(), positions_[index], &item) && !item.Disabled() && item.submenu) {
+        OpenPopup(index, item.submenu, &anchor);
+    }
+}
+
+void CommandBar::OpenPopup(unsigned button, HMENU submenu, const RECT* elsewhere) {
     const HWND parent = GetParent(Handle());
     Send(parent, WM_INITMENUPOPUP, reinterpret_cast<WPARAM>(submenu), button);
     InvalidateRect(parent, nullptr, FALSE);
@@ -99,15 +107,16 @@ void CommandBar::OpenPopup(unsigned button, HMENU submenu) {
     if (!GetClientRect(Handle(), &client) || !ClientToScreen(Handle(), &corner)) {
         return;
     }
-    const RECT bounds = BarButtonBounds(client, ButtonCount(), button);
+    // A tap on the button that has opened the popup only closes it.
+    const RECT bounds = elsewhere ? RECT{} : BarButtonBounds(client, ButtonCount(), button);
     RECT anchor = bounds;
     OffsetRectangle(&anchor, corner.x, corner.y);
     MSG lastMessage;
     int command = noCommand;
     {
         const platform::ScopeExit release([this] { SetPressed(noButton); });
-        SetPressed(button);
-        command = TrackPopup(parent, anchor, submenu, 0, &lastMessage);
+        SetPressed(elsewhere ? noButton : button);
+        command = TrackPopup(parent, elsewhere ? *elsewhere : anchor, submenu, 0, &lastMessage);
     }
     if (!Handle()) {
         return;

@@ -33,6 +33,9 @@ class CommandBar final : public Window {
 
     // Does what a press of the button does: opens its popup, or sends its command.
     void ActivateButton(unsigned index);
+    // Opens the popup of a button elsewhere, next to `anchor` (screen coordinates). Nothing happens
+    // for a button without one.
+    void OpenPopupAt(unsigned index, const RECT& anchor);
     // Whether a button gives a command itself instead of opening a popup.
     bool HasCommands() const { return hasCommands_; }
     unsigned ButtonCount() const { return static_cast<unsigned>(positions_.size()); }
@@ -50,7 +53,8 @@ class CommandBar final : public Window {
     void SetPressed(unsigned button);
     // The keys of a bar that has the keyboard, as a dialog's may; false for any other key.
     bool OnKey(WPARAM key);
-    void OpenPopup(unsigned button, HMENU submenu);
+    // At the button, or next to `elsewhere` on the screen.
+    void OpenPopup(unsigned button, HMENU submenu, const RECT* elsewhere = nullptr);
     void Paint(HDC dc, const RECT& client);
     void DrawButton(HDC dc, const RECT& bounds, unsigned button);
     bool DrawImage(HDC dc, const RECT& bounds, int image, bool disabled);

@@ -7,9 +7,17 @@
 
 namespace ui {
 
+namespace {
+
+// Parts of a push of the wheel to the side follow each other faster, in milliseconds.
+constexpr DWORD longestPushPause = 300;
+
+}  // namespace
+
 void RowListWindow::SetMarking(bool marking) {
     marking_ = marking;
     marks_.clear();
+    markedFrom_ = markedTo_ = noRow;
     InvalidateRect(Handle(), nullptr, FALSE);
 }
 
@@ -35,12 +43,54 @@ void RowListWindow::ToggleMark(unsigned row) {
         marks_.resize(row + 1);
     }
     marks_[row] ^= 1;
+    markedFrom_ = markedTo_ = noRow;
     InvalidateRow(row);
+    owner_.OnMarksChanged();
+}
+
+void RowListWindow::SetMarks(unsigned first, unsigned last, bool marked) {
+    if (marks_.size() <= last) {
+        marks_.resize(last + 1);
+    }
+    std::fill(marks_.begin() + static_cast<ptrdiff_t>(first),
+              marks_.begin() + static_cast<ptrdiff_t>(last) + 1, uint8_t{marked});
+}
+
+void RowListWindow::MarkAll() {
+    if (!marking_ || GetCount() == 0) {
+        return;
+    }
+    SetMarks(0, GetCount() - 1, true);
+    InvalidateRect(Handle(), nullptr, FALSE);
+    owner_.OnMarksChanged();
+}
+
+bool RowListWindow::MovesSelection(WPARAM key) {
+    return key == VK_UP || key == VK_DOWN || key == VK_HOME || key == VK_END || key == VK_PRIOR ||
+           key == VK_NEXT;
+}
+
+void RowListWindow::MarkAlong(WPARAM key) {
+    const unsigned before = GetSelection();
+    HandleNavigationKey(key);
+    const unsigned now = GetSelection();
+    if (!marking_ || now == noRow) {
+        return;
+    }
+    if (before == noRow || before != markedTo_ || markedFrom_ == noRow) {
+        markedFrom_ = before == noRow ? now : before;
+    } else {
+        SetMarks(std::min(markedFrom_, before), std::max(markedFrom_, before), false);
+    }
+    SetMarks(std::min(markedFrom_, now), std::max(markedFrom_, now), true);
+    markedTo_ = now;
+    InvalidateRect(Handle(), nullptr, FALSE);
     owner_.OnMarksChanged();
 }
 
 void RowListWindow::ReplaceItems(ItemRecords items) {
     marks_.clear();
+    markedFrom_ = markedTo_ = rightPressed_ = noRow;
     TouchList::ReplaceItems(std::move(items));
 }
 
@@ -48,6 +98,7 @@ void RowListWindow::InsertItem(unsigned index, ULONG_PTR data) {
     if (index < marks_.size()) {
         marks_.insert(marks_.begin() + static_cast<ptrdiff_t>(index), uint8_t{0});
     }
+    markedFrom_ = markedTo_ = rightPressed_ = noRow;
     TouchList::InsertItem(index, data);
 }
 
@@ -55,6 +106,7 @@ void RowListWindow::RemoveItem(unsigned index) {
     if (index < marks_.size()) {
         marks_.erase(marks_.begin() + static_cast<ptrdiff_t>(index));
     }
+    markedFrom_ = markedTo_ = rightPressed_ = noRow;
     TouchList::RemoveItem(index);
 }
 
@@ -165,6 +217,138 @@ unsigned RowListWindow::NextToComplete() const {
         }
     }
     return noRow;
+}
+
+bool RowListWindow::OfferKeyFirst(WPARAM key, LPARAM) {
+    keyTaken_ = owner_.OnKey(key);
+    if (keyTaken_ || MovesSelection(key)) {
+        typed_.Reset();
+    }
+    return keyTaken_;
+}
+
+void RowListWindow::OnRightButtonDown(POINT point) {
+    rightPressed_ = noRow;
+    const unsigned row = HitTest(point);
+    if (row == noRow || !owner_.MaySelect()) {
+        return;
+    }
+    SetFocus(Handle());
+    if (SetSelection(row) == row) {
+        rightPressed_ = row;
+        SetCapture(Handle());
+    }
+}
+
+void RowListWindow::OnRightButtonUp(POINT point) {
+    const unsigned pressed = std::exchange(rightPressed_, noRow);
+    if (pressed == noRow || GetCapture() != Handle()) {
+        return;
+    }
+    ReleaseCapture();
+    RECT row;
+    if (HitTest(point, &row) == pressed && GetSelection() == pressed) {
+        OpenMenu(row, point.x, point.x);
+    }
+}
+
+// The row itself stays in sight.
+void RowListWindow::OpenMenu(const RECT& row, int left, int right) {
+    POINT corner = {};
+    if (ClientToScreen(Handle(), &corner)) {
+        RECT anchor = {left, row.top, right, row.bottom};
+        OffsetRectangle(&anchor, corner.x, corner.y);
+        owner_.OnMenu(anchor);
+    }
+}
+
+void RowListWindow::OpenMenuOfSelection() {
+    RECT row;
+    BringIntoView(GetSelection());
+    if (owner_.MaySelect() && RowRectangle(GetSelection(), &row)) {
+        OpenMenu(row, row.left, row.right);
+    }
+}
+
+void RowListWindow::OnSideWheel(int turn) {
+    const DWORD now = GetTickCount();
+    if (now - std::exchange(pushedAt_, now) > longestPushPause) {
+        sideWheel_.Reset();
+        pushActed_ = false;
+    }
+    if (sideWheel_.Add(turn, 1) < 0 && !std::exchange(pushActed_, true)) {
+        owner_.OnMouseBack();
+    }
+}
+
+void RowListWindow::OnCharacter(wchar_t character) {
+    const unsigned count = GetCount();
+    if (keyTaken_ || character < L' ' || count == 0) {
+        return;
+    }
+    typed_.Add(character, GetTickCount());
+    const unsigned start = GetSelection() == noRow ? 0 : GetSelection() + typed_.GoesOn();
+    for (unsigned step = 0; step < count; ++step) {
+        const unsigned row = (start + step) % count;
+        if (typed_.Begins(owner_.RowName(row))) {
+            SetSelection(row);
+            return;
+        }
+    }
+}
+
+LRESULT RowListWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+    switch (message) {
+        case WM_RBUTTONDOWN:
+        case WM_RBUTTONDBLCLK:
+            OnRightButtonDown(PointOf(lParam));
+            return 0;
+        case WM_RBUTTONUP:
+            OnRightButtonUp(PointOf(lParam));
+            return 0;
+        case WM_XBUTTONDOWN:
+        case WM_XBUTTONDBLCLK:
+            backPressed_ = HIWORD(wParam) == XBUTTON1 && owner_.MaySelect();
+            return TRUE;
+        case WM_XBUTTONUP:
+            if (std::exchange(backPressed_, false) && HIWORD(wParam) == XBUTTON1) {
+                owner_.OnMouseBack();
+            }
+            return TRUE;
+        case platform::sideWheelMessage:
+            if (owner_.MaySelect()) {
+                OnSideWheel(static_cast<SHORT>(HIWORD(wParam)));
+            }
+            return 0;
+        case WM_KEYDOWN:
+            if (wParam == VK_APPS) {
+                OpenMenuOfSelection();
+                return 0;
+            }
+            break;
+        case WM_KEYUP:
+            // Its characters have come before.
+            keyTaken_ = false;
+            break;
+        case WM_SYSKEYDOWN:
+            // Of the keys beside Alt the program knows this one alone. The platform must see it
+            // too: Alt that is released without another key opens the window's own menu.
+            if (wParam == VK_RETURN) {
+                owner_.OnKey(wParam);
+            }
+            break;
+        case WM_SYSCHAR:
+            if (wParam == L'\r') {
+                return 0;
+            }
+            break;
+        case WM_CHAR:
+            OnCharacter(static_cast<wchar_t>(wParam));
+            return 0;
+        default:
+            break;
+    }
+    return TouchList::OnMessage(message, wParam, lParam);
 }
 
 void RowListWindow::DrawItem(const DRAWITEMSTRUCT& row) {

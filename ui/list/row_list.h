@@ -4,10 +4,12 @@
 
 #include <cstdint>
 #include <memory>
+#include <string_view>
 #include <utility>
 #include <vector>
 
 #include "ui/list/touch_list.h"
+#include "ui/list/type_ahead.h"
 #include "ui/paint/paint.h"
 #include "ui/paint/theme.h"
 
@@ -29,6 +31,12 @@ class RowListOwner {
     virtual bool OnKey(WPARAM) { return false; }
     // Rows have been marked or unmarked.
     virtual void OnMarksChanged() {}
+    // The menu of the selected row is asked for, beside `anchor` on the screen.
+    virtual void OnMenu(const RECT& /*anchor*/) {}
+    // The mouse's back button, or its wheel pushed to the left.
+    virtual void OnMouseBack() {}
+    // What a row is found by when the beginning of it is typed; nothing where rows have no names.
+    virtual std::wstring_view RowName(unsigned) const { return {}; }
 
  protected:
     ~RowListOwner() = default;
@@ -73,6 +81,12 @@ class RowListWindow : public TouchList<RowListWindow> {
     // The marked rows in ascending order.
     std::vector<unsigned> MarkedRows() const;
     void ToggleMark(unsigned row);
+    void MarkAll();
+    // Whether a key moves the selection.
+    static bool MovesSelection(WPARAM key);
+    // What such a key does, and marks every row from the one that was selected before to the one
+    // that is now. On the way back towards the row where that began the marks go again.
+    void MarkAlong(WPARAM key);
 
     // Completes one row (RowPainter::Complete) of those that may be seen next: around the selected
     // one, then before and behind the window. For idle times; false when none of them lacks
@@ -94,7 +108,7 @@ class RowListWindow : public TouchList<RowListWindow> {
     void OnTap(unsigned index, GestureResult gesture);
     void DeleteItem(ULONG_PTR data) { FreeRow(data); }
     bool TapsOpen() const { return !marking_ && owner_.OpensRows(); }
-    bool OfferKeyFirst(WPARAM key, LPARAM) { return owner_.OnKey(key); }
+    bool OfferKeyFirst(WPARAM key, LPARAM);
     bool MaySelect(unsigned, unsigned) { return owner_.MaySelect(); }
     bool MayScroll() { return owner_.MaySelect(); }
     void OnSelected(unsigned, unsigned) { owner_.OnSelected(); }
@@ -104,6 +118,8 @@ class RowListWindow : public TouchList<RowListWindow> {
     using TouchList::RowRectangle;
 
  protected:
+    LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+
     using Before = bool (*)(ULONG_PTR, ULONG_PTR);
 
     explicit RowListWindow(RowListOwner& owner) : owner_(owner) {}
@@ -126,6 +142,15 @@ class RowListWindow : public TouchList<RowListWindow> {
     unsigned NextToComplete() const;
     virtual void FreeRow(ULONG_PTR data) const = 0;
 
+    void SetMarks(unsigned first, unsigned last, bool marked);
+    void OnRightButtonDown(POINT point);
+    void OnRightButtonUp(POINT point);
+    // Offers the menu of a row that lies there, and from `left` to the right of it.
+    void OpenMenu(const RECT& row, int left, int right);
+    void OpenMenuOfSelection();
+    void OnSideWheel(int turn);
+    void OnCharacter(wchar_t character);
+
     RowListOwner& owner_;
     // How many rows may still be completed for the frame that is drawn, and whether that was too
     // few.
@@ -134,6 +159,20 @@ class RowListWindow : public TouchList<RowListWindow> {
     bool marking_ = false;
     // 1 for each marked row; shorter when the last rows have no mark.
     std::vector<uint8_t> marks_;
+    // Where marking along began, and where it has come to.
+    unsigned markedFrom_ = noRow;
+    unsigned markedTo_ = noRow;
+    // The row that the right button holds.
+    unsigned rightPressed_ = noRow;
+    // Whether the back button has been pressed here; one that has closed a popup has not.
+    bool backPressed_ = false;
+    // What a push of the wheel to the side has come to, and when its last part came.
+    WheelTurns sideWheel_;
+    DWORD pushedAt_ = 0;
+    bool pushActed_ = false;
+    TypeAhead typed_;
+    // Whether the last key has been taken, which leaves nothing for its character.
+    bool keyTaken_ = false;
 };
 
 // Rows on their way into a list, which they fill without being copied. `Owner` is what owns one

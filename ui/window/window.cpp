@@ -1,5 +1,6 @@
 #include "ui/window/window.h"
 
+#include "platform/handles.h"
 #include "text/resources.h"
 #include "ui/window/held_fault.h"
 
@@ -57,6 +58,12 @@ LRESULT CALLBACK Window::Procedure(HWND window, UINT message, WPARAM wParam, LPA
     }
     if (!self) {
         return DefWindowProcW(window, message, wParam, lParam);
+    }
+    // The class has no cursor, and that of another window's edge or text would stay.
+    if (message == WM_SETCURSOR && reinterpret_cast<HWND>(wParam) == window &&
+        LOWORD(lParam) == HTCLIENT) {
+        SetCursor(platform::ShownCursor::ForWindows());
+        return TRUE;
     }
     LRESULT result;
     try {
