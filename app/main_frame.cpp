@@ -300,11 +300,18 @@ void MainFrame::OnCommand(WORD command) {
     });
 }
 
+std::span<const views::KeyEntry> MainFrame::Keys() {
+    static constexpr views::KeyEntry keys[] = {
+        {'1', views::withAny, ID_SHOW_FILES},
+        {'2', views::withAny, ID_SHOW_APPLICATIONS},
+        {'3', views::withAny, ID_SHOW_PROCESSES},
+        {'4', views::withAny, ID_SHOW_SYSTEM_STATUS},
+    };
+    return keys;
+}
+
 bool MainFrame::FrameKey(WPARAM key) {
-    if (key < L'1' || key > L'4') {
-        return false;
-    }
-    return SwitchCommand(static_cast<WORD>(ID_SHOW_FILES + key - L'1'));
+    return SwitchCommand(views::CommandOfKey(Keys(), key, views::alone, false));
 }
 
 bool MainFrame::PreTranslate(const MSG& message) {

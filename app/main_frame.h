@@ -13,6 +13,7 @@
 #include "views/app_closer.h"
 #include "views/apps/hidden_app_list.h"
 #include "views/command_table.h"
+#include "views/key_table.h"
 #include "views/view.h"
 
 namespace app {
@@ -40,6 +41,9 @@ class MainFrame : public ui::Window, public views::Frame, private PaneOwner {
     std::optional<DWORD> StoredNumber(const wchar_t* name) const override;
     void StoreText(const wchar_t* name, const std::wstring& value) override;
     void StoreNumber(const wchar_t* name, DWORD value) override;
+
+    // The keys that the frame knows in every view.
+    static std::span<const views::KeyEntry> Keys();
 
     // Whether there is what one of the frame's own commands needs: nothing.
     bool Meets(views::Needs) const { return true; }

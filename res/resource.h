@@ -51,6 +51,9 @@
 #define ID_GO_TO_PROCESS 670
 #define ID_GO_TO_MODULE 671
 #define ID_SETTINGS 680
+// Commands that no menu has, but a key:
+#define ID_MARK 652
+#define ID_MARK_ALL 653
 // Display options; the two spare numbers among them do nothing.
 #define ID_SHOW_HIDDEN 687
 #define ID_SHOW_SYSTEM 688

@@ -12,6 +12,8 @@ enum class Needs {
     Selection,
     // Marked rows in multi-selection, else a selected one.
     ChosenRows,
+    // At least one row.
+    Rows,
     // Paths on the clipboard. Run without them, the command itself tells what it misses.
     Paths,
 };
@@ -38,6 +40,17 @@ void EnableCommands(HMENU menu, const Target& target, const CommandEntry<Target>
     for (const CommandEntry<Target>& entry : table) {
         EnableCommand(menu, entry.id, target.Meets(entry.needs));
     }
+}
+
+// Whether there is what a command needs; also for one that the table does not have.
+template <typename Target, size_t count>
+bool AllowsCommand(WORD id, const Target& target, const CommandEntry<Target> (&table)[count]) {
+    for (const CommandEntry<Target>& entry : table) {
+        if (entry.id == id) {
+            return target.Meets(entry.needs);
+        }
+    }
+    return true;
 }
 
 // Runs a command; false when the table does not have it, or passes it on.

@@ -42,12 +42,33 @@ void ListView::Arrange(const RECT& area) {
     MoveWindow(list_->Handle(), area.left, area.top, ui::Width(area), ui::Height(area), TRUE);
 }
 
+std::span<const KeyEntry> ListView::CommonKeys() {
+    static constexpr KeyEntry keys[] = {
+        {VK_F8, withAny, ID_REFRESH},
+        {VK_F5, alone, ID_REFRESH},
+    };
+    return keys;
+}
+
 bool ListView::Key(WPARAM key) {
-    if (key != VK_F8) {
+    const HeldKeys held = KeysHeld();
+    WORD command = CommandOfKey(Keys(), key, held, list_->Marking());
+    if (command == 0) {
+        command = CommandOfKey(CommonKeys(), key, held, list_->Marking());
+    }
+    if (command == 0) {
         return false;
     }
-    PostMessageW(frame_.MainWindow(), WM_COMMAND, ID_REFRESH, 0);
+    if (Allows(command)) {
+        Give(command);
+    }
     return true;
+}
+
+// The bar's first popup is the one with the commands for rows; a view without such commands, and
+// the mode in which rows are marked, have none.
+void ListView::OnMenu(const RECT& anchor) {
+    frame_.Bar().OpenPopupAt(0, anchor);
 }
 
 bool ListView::Command(WORD command) {
@@ -64,6 +85,8 @@ bool ListView::Meets(Needs needs) const {
             return HasSelection();
         case Needs::ChosenRows:
             return list_->Marking() ? list_->MarkedCount() > 0 : HasSelection();
+        case Needs::Rows:
+            return list_->GetCount() > 0;
         case Needs::Paths:
             return IsClipboardFormatAvailable(CF_HDROP) != FALSE;
         default:

@@ -414,6 +414,30 @@ TEST_F(ApplicationsCommands, HaveKeys) {
               });
 }
 
+TEST_F(ApplicationsCommands, HaveAKeyboardsKeysToo) {
+    const SampleProgram program(L"polite", L"Sample 1");
+    const SampleProgram other(L"polite", L"5th Sample");
+    Open();
+    PumpWhileUser([&] {
+        Finger().In(frame.Handle()).Key("s").Play();
+        EXPECT_TRUE(WaitFor([&] { return Selected() == L"Sample 1"; }));
+        Finger().In(frame.Handle()).Key("alt+Return").Play();
+        const HWND page = WaitForBox();
+        EXPECT_EQ(TextOf(page), L"Window Information");
+        AnswerBox(page, Finger().Key("Return"));
+    });
+    view->Focus();
+    PumpWhileUser([&] {
+        // A digit without another meaning.
+        Finger().In(frame.Handle()).Wait(1100).Key("5").Play();
+        EXPECT_TRUE(WaitFor([&] { return Selected() == L"5th Sample"; }));
+        EXPECT_TRUE(other.Runs());
+        Finger().In(frame.Handle()).Key("Delete").Play();
+        EXPECT_TRUE(WaitFor([&] { return !other.Runs(); }));
+    });
+    EXPECT_TRUE(program.Runs());
+}
+
 TEST_F(ApplicationsCommands, InformationShowsTheWindowAsItIs) {
     const SampleProgram program(L"polite", L"  Sample 1");
     Open();

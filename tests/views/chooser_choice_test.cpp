@@ -122,6 +122,54 @@ TEST_F(ChooserChoice, LeftGoesUpAndSelectsWhatWasLeft) {
     });
 }
 
+TEST_F(ChooserChoice, RightOpensAndBackspaceGoesUp) {
+    OpenWith([&] {
+        EXPECT_TRUE(WaitForFolder(folder.Path()));
+        // Nothing is selected yet.
+        Press("Right");
+        Press("alt+Return");
+        Press("Home");
+        EXPECT_TRUE(WaitFor([&] { return Chosen() == L"inner"; }));
+        Press("Right");
+        EXPECT_TRUE(WaitForRows({L"d.exe"}));
+        Press("BackSpace");
+        EXPECT_TRUE(WaitForFolder(folder.Path()));
+        EXPECT_TRUE(WaitFor([&] { return Chosen() == L"inner"; }));
+        // The mouse's back button and its wheel do so too.
+        Press("Right");
+        EXPECT_TRUE(WaitForRows({L"d.exe"}));
+        Finger().BackButton(MiddleOf(ListWindow())).Play();
+        EXPECT_TRUE(WaitForFolder(folder.Path()));
+        Press("Down");
+        Press("Right");
+    });
+    EXPECT_EQ(started.size(), 1u);
+}
+
+TEST_F(ChooserChoice, LettersAndDigitsGoToTheNextNameThatBeginsSo) {
+    folder.MakeFile(L"1st.exe");
+    Look([&] {
+        EXPECT_TRUE(WaitForFolder(folder.Path()));
+        Press("b");
+        EXPECT_TRUE(WaitFor([&] { return Chosen() == L"b c.exe"; }));
+        Finger().Wait(1100).Play();
+        Press("1");
+        EXPECT_TRUE(WaitFor([&] { return Chosen() == L"1st.exe"; }));
+    });
+}
+
+TEST_F(ChooserChoice, AltAndEnterShowProperties) {
+    Look([&] {
+        Press("b");
+        EXPECT_TRUE(WaitFor([&] { return Chosen() == L"b c.exe"; }));
+        Press("alt+Return");
+        const HWND page = WaitForAnother(L"#32770", Dialog());
+        EXPECT_EQ(TextOf(page), L"Properties");
+        Finger().In(page).Key("Return").Play();
+        EXPECT_TRUE(WaitFor([&] { return !IsWindow(page); }));
+    });
+}
+
 TEST_F(ChooserChoice, TheBackKeyGoesUpAndLeavesAtTheRoot) {
     CleanSettings::SetText(L"SelectAppPath", L"\\Temp");
     OpenWith([&] {

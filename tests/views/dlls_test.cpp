@@ -5,6 +5,7 @@
 
 #include "tests/support/fake_processes.h"
 #include "tests/support/heaps.h"
+#include "tests/support/input_taken.h"
 #include "tests/support/no_box.h"
 #include "tests/support/sample_program.h"
 #include "tests/support/watched_cursor.h"
@@ -198,4 +199,17 @@ TEST_F(Dlls, AreThoseOfARealProcess) {
     for (unsigned row = 0; row < List().GetCount(); ++row) {
         EXPECT_FALSE(Item(row).path.empty());
     }
+}
+
+TEST_F(FakeDeviceDlls, AreFoundByTheBeginningOfTheirNamesAndHaveProperties) {
+    Open(views::ViewArgument{77, L""});
+    const InputTaken input;
+    PumpWhileUser([&] {
+        input.Play(Finger().Key("e"));
+        EXPECT_EQ(Selected(), L"explorer.exe");
+        input.Play(Finger().Key("alt+Return"));
+        const HWND page = WaitForWindow(L"#32770");
+        EXPECT_EQ(TextOf(page), L"Properties");
+        AnswerBox(page, Finger().Key("Return"));
+    });
 }

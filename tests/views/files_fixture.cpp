@@ -44,6 +44,9 @@ LRESULT OneViewFrame::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
         case WM_COMMAND:
             commands.push_back(LOWORD(wParam));
+            if (view) {
+                view->Command(LOWORD(wParam));
+            }
             return 0;
         default:
             return Default(message, wParam, lParam);

@@ -445,3 +445,48 @@ TEST_F(Processes, GiveBackAllTheyTake) {
     EXPECT_EQ(CountHeld(), before);
     EXPECT_LE(BytesOnAllHeaps(), bytes);
 }
+
+TEST_F(FakeDeviceProcesses, AreFoundByTheBeginningOfTheirNames) {
+    device.processes = {{1, L"shell.exe", L"C:\\shell.exe", 0x10000},
+                        {2, L"clock.exe", L"C:\\clock.exe", 0x20000},
+                        {3, L"calc.exe", L"C:\\calc.exe", 0x30000}};
+    frame.flags = idFlag;
+    Open();
+    const InputTaken input;
+    PumpWhileUser([&] { input.Play(Finger().Key("c").Key("c")); });
+    EXPECT_EQ(Selected(), L"calc.exe");
+}
+
+TEST_F(FakeDeviceProcesses, AreKilledAndToldOfByKeys) {
+    Open();
+    const InputTaken input;
+    PumpWhileUser([&] { input.Play(Finger().Key("Delete").Key("alt+Return")); });
+    Select(L"process3.exe");
+    PumpWhileUser([&] {
+        input.Play(Finger().Key("Delete"));
+        Answer(L"Are you sure you want to end", {"Escape"});
+    });
+    view.Focus();
+    PumpWhileUser([&] {
+        input.Play(Finger().Key("alt+Return"));
+        const HWND page = WaitForWindow(L"#32770");
+        EXPECT_EQ(TextOf(page), L"Process Information");
+        AnswerBox(page, Finger().Key("Return"));
+    });
+    EXPECT_EQ(beeps, 0);
+}
+
+TEST_F(FakeDeviceProcesses, HaveAMenuUnderTheRightButton) {
+    Open();
+    const InputTaken input;
+    RECT row = {};
+    ASSERT_TRUE(List().RowRectangle(1, &row));
+    const POINT point = OnScreen(List().Handle(), 40, (row.top + row.bottom) / 2);
+    PumpWhileUser([&] {
+        input.Play(Finger().RightClick(point));
+        ASSERT_TRUE(WaitForWindow(L"kx::PopupMenu"));
+        Finger().Key("Home").Key("Return").Play();
+        Answer(L"Are you sure you want to end", {"Escape"});
+    });
+    EXPECT_EQ(Selected(), L"process1.exe");
+}

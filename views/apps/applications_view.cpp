@@ -15,14 +15,6 @@
 
 namespace views {
 
-namespace {
-
-// Kept on purpose: docs/compatibility.md#apps-keys
-constexpr WPARAM keyStopAll = L'0';
-constexpr WPARAM keyStop = L'8';
-
-}  // namespace
-
 const CommandEntry<ApplicationsView> ApplicationsView::commands[] = {
     {ID_STOP, Needs::Selection, &ApplicationsView::Stop},
     {ID_STOP_ALL, Needs::Nothing, &ApplicationsView::StopAll},
@@ -31,6 +23,17 @@ const CommandEntry<ApplicationsView> ApplicationsView::commands[] = {
     {ID_GO_TO_PROCESS, Needs::Selection, &ApplicationsView::GoToProcess},
     {ID_GO_TO_MODULE, Needs::Selection, &ApplicationsView::GoToModule},
 };
+
+// Kept on purpose: docs/compatibility.md#apps-keys
+std::span<const KeyEntry> ApplicationsView::Keys() const {
+    static constexpr KeyEntry keys[] = {
+        {'0', withAny, ID_STOP_ALL},
+        {'8', withAny, ID_STOP},
+        {VK_DELETE, alone, ID_STOP},
+        {VK_RETURN, withAlt, ID_PROPERTIES},
+    };
+    return keys;
+}
 
 ApplicationsView::ApplicationsView(Frame& frame) : ListView(frame, IDR_APPLICATIONS) {
     SetList(list_);
@@ -80,15 +83,8 @@ void ApplicationsView::UpdateMenu(HMENU menu) {
     EnableCommands(menu, *this, commands);
 }
 
-bool ApplicationsView::Key(WPARAM key) {
-    if (key != keyStopAll && key != keyStop) {
-        return ListView::Key(key);
-    }
-    if (key == keyStopAll || HasSelection()) {
-        PostMessageW(GetFrame().MainWindow(), WM_COMMAND, key == keyStopAll ? ID_STOP_ALL : ID_STOP,
-                     0);
-    }
-    return true;
+bool ApplicationsView::Allows(WORD command) const {
+    return AllowsCommand(command, *this, commands);
 }
 
 bool ApplicationsView::Command(WORD command) {

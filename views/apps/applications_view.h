@@ -17,12 +17,14 @@ class ApplicationsView final : public ListView, private ui::RowPainter<AppItem> 
     void FlagsChanged(DWORD mask, DWORD value) override;
     std::wstring Title() const override;
     void UpdateMenu(HMENU menu) override;
-    bool Key(WPARAM key) override;
     bool Command(WORD command) override;
+    std::span<const KeyEntry> Keys() const override;
     void Refresh() override;
 
  private:
     static const CommandEntry<ApplicationsView> commands[];
+
+    bool Allows(WORD command) const override;
 
     int RowHeight(const AppItem&) const override { return rows_.Height(); }
     bool Lacks(const AppItem& item) const override { return item.icon == unknownIcon; }
@@ -33,6 +35,7 @@ class ApplicationsView final : public ListView, private ui::RowPainter<AppItem> 
     // Switches to the application.
     void OnActivated(unsigned row) override;
     bool OpensRows() const override { return true; }
+    std::wstring_view RowName(unsigned row) const override { return list_[row].title; }
 
     // Fills the list anew, scrolled as before, and selects the row of a window; none for null. What
     // fails ends the search without a message.

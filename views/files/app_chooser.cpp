@@ -53,6 +53,8 @@ class AppChooser final : public ui::FullScreenDialog,
     void OnActivated(unsigned) override { OnCommand(IDOK); }
     bool OpensRows() const override { return true; }
     bool OnKey(WPARAM key) override;
+    void OnMouseBack() override { OnCommand(ID_UP); }
+    std::wstring_view RowName(unsigned row) const override { return browser_.Rows()[row].name; }
     void OnLeave() override { Back(); }
 
     std::wstring FirstFolder() const;
@@ -66,6 +68,7 @@ class AppChooser final : public ui::FullScreenDialog,
     // The commands. Enters the selected folder, or ends with the selected file:
     void Choose();
     void ShowProperties();
+    void LeaveFolder() { browser_.Up(); }
     void ListApplications() { SetFlag(chooserApplications | chooserSaved, true); }
     void ListAllFiles() { SetFlag(chooserApplications, false); }
     void FlipHidden() { SetFlag(flagShowHidden, !(flags_ & flagShowHidden)); }
@@ -80,6 +83,7 @@ class AppChooser final : public ui::FullScreenDialog,
 const CommandEntry<AppChooser> AppChooser::commands[] = {
     {IDOK, Needs::Selection, &AppChooser::Choose},
     {ID_PROPERTIES, Needs::Selection, &AppChooser::ShowProperties},
+    {ID_UP, Needs::Nothing, &AppChooser::LeaveFolder},
     {ID_FILTER_APPLICATIONS, Needs::Nothing, &AppChooser::ListApplications},
     {ID_FILTER_ALL_FILES, Needs::Nothing, &AppChooser::ListAllFiles},
     {ID_SHOW_HIDDEN, Needs::Nothing, &AppChooser::FlipHidden},
@@ -191,16 +195,11 @@ bool AppChooser::OnCommand(WORD command) {
 }
 
 bool AppChooser::OnKey(WPARAM key) {
-    switch (key) {
-        case VK_LEFT:
-            ui::RunAction(Handle(), IDS_ACTION_FAILED, [this] { browser_.Up(); });
-            return true;
-        case VK_ESCAPE:
-            End(IDCANCEL);
-            return true;
-        default:
-            return false;
+    const WORD command = CommandOfKey(ChooserKeys(), key, KeysHeld(), false);
+    if (command != 0 && AllowsCommand(command, *this, commands)) {
+        PostMessageW(Handle(), WM_COMMAND, command, 0);
     }
+    return command != 0;
 }
 
 bool AppChooser::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
@@ -223,6 +222,15 @@ bool AppChooser::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
 }
 
 }  // namespace
+
+std::span<const KeyEntry> ChooserKeys() {
+    static constexpr KeyEntry keys[] = {
+        {VK_LEFT, withAny, ID_UP},      {VK_BACK, alone, ID_UP},
+        {VK_RIGHT, alone, IDOK},        {VK_RETURN, withAlt, ID_PROPERTIES},
+        {VK_ESCAPE, withAny, IDCANCEL},
+    };
+    return keys;
+}
 
 std::wstring ChooseProgram(Frame& frame) {
     AppChooser chooser(frame);

@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include "views/key_table.h"
 #include "views/view.h"
 
 namespace views {
@@ -27,6 +28,9 @@ constexpr bool ListsApplications(DWORD flags) {
     constexpr DWORD both = chooserApplications | chooserSaved;
     return (flags & both) == both;
 }
+
+// The keys of the dialog.
+std::span<const KeyEntry> ChooserKeys();
 
 // Runs the dialog over the main window. The full path of the chosen file; empty when none was.
 std::wstring ChooseProgram(Frame& frame);

@@ -26,6 +26,8 @@ const CommandEntry<FilesView> FilesView::commands[] = {
     {ID_UP, Needs::Nothing, &FilesView::LeaveFolder},
     {ID_SELECT, Needs::Nothing, &FilesView::StartMarking},
     {IDCANCEL, Needs::Nothing, &FilesView::StopMarking},
+    {ID_MARK, Needs::Selection, &FilesView::Mark},
+    {ID_MARK_ALL, Needs::Rows, &FilesView::MarkAll},
     {ID_COPY, Needs::ChosenRows, &FilesView::Copy},
     {ID_CUT, Needs::ChosenRows, &FilesView::Cut},
     {ID_PASTE, Needs::Paths, &FilesView::Paste},
@@ -35,6 +37,24 @@ const CommandEntry<FilesView> FilesView::commands[] = {
     {ID_DELETE, Needs::ChosenRows, &FilesView::Delete},
     {ID_PROPERTIES, Needs::Selection, &FilesView::ShowProperties},
 };
+
+std::span<const KeyEntry> FilesView::Keys() const {
+    static constexpr KeyEntry keys[] = {
+        {VK_LEFT, withAny, ID_UP},
+        {VK_BACK, alone, ID_UP},
+        {VK_RIGHT, alone, ID_OPEN, KeyHolds::UnlessMarking},
+        {VK_DELETE, alone, ID_DELETE},
+        {'X', withControl, ID_CUT},
+        {'C', withControl, ID_COPY},
+        {'V', withControl, ID_PASTE, KeyHolds::UnlessMarking},
+        {'A', withControl, ID_MARK_ALL},
+        {VK_SPACE, alone, ID_MARK},
+        {VK_INSERT, alone, ID_MARK},
+        {VK_ESCAPE, withAny, IDCANCEL, KeyHolds::WhileMarking},
+        {VK_RETURN, withAlt, ID_PROPERTIES, KeyHolds::UnlessMarking},
+    };
+    return keys;
+}
 
 FilesView::FilesView(Frame& frame) : ListView(frame, IDR_FILES), clipboard_(*this) {
     SetList(browser_.Rows());
@@ -133,21 +153,27 @@ void FilesView::UpdateMenu(HMENU menu) {
 }
 
 bool FilesView::Key(WPARAM key) {
-    if (browser_.Rows().Marking()) {
-        if (key == VK_ESCAPE) {
-            SetMarking(false);
-            return true;
-        }
-        if (key == VK_SPACE) {
-            browser_.Rows().ToggleMark(SelectedRow());
-            return true;
-        }
+    return (KeysHeld() == withShift && MarkAlong(key)) || ListView::Key(key);
+}
+
+bool FilesView::MarkAlong(WPARAM key) {
+    FolderBrowser::List& rows = browser_.Rows();
+    if (!FolderBrowser::List::MovesSelection(key) || rows.GetCount() == 0) {
+        return false;
     }
-    if (key == VK_LEFT) {
-        GoUp();
-        return true;
-    }
-    return ListView::Key(key);
+    SetMarking(true);
+    rows.MarkAlong(key);
+    return true;
+}
+
+void FilesView::Mark() {
+    SetMarking(true);
+    browser_.Rows().ToggleMark(SelectedRow());
+}
+
+void FilesView::MarkAll() {
+    SetMarking(true);
+    browser_.Rows().MarkAll();
 }
 
 void FilesView::SetMarking(bool marking) {
@@ -188,6 +214,19 @@ bool FilesView::GoUp() {
     bool moved = true;
     ui::RunAction(GetFrame().MainWindow(), IDS_ACTION_FAILED, [&] { moved = Up(); });
     return moved;
+}
+
+bool FilesView::Allows(WORD command) const {
+    return AllowsCommand(command, *this, commands);
+}
+
+// Going up does not wait for the messages that are on their way.
+void FilesView::Give(WORD command) {
+    if (command == ID_UP) {
+        GoUp();
+    } else {
+        ListView::Give(command);
+    }
 }
 
 bool FilesView::Command(WORD command) {

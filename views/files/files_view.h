@@ -28,6 +28,7 @@ class FilesView final : public ListView, private FileList, private FolderBrowser
     bool Back() override;
     void Close() override;
     void Focus() override;
+    std::span<const KeyEntry> Keys() const override;
 
     // Shows a folder, or a file's folder with the file selected. A path that does not exist leaves
     // the folder as it is; it is listed again in every case. No path lists the current folder.
@@ -59,6 +60,10 @@ class FilesView final : public ListView, private FileList, private FolderBrowser
     void OnActivated(unsigned row) override;
     bool OpensRows() const override { return true; }
     bool OnKey(WPARAM key) override { return editor_ || ListView::OnKey(key); }
+    void OnMouseBack() override { GoUp(); }
+    std::wstring_view RowName(unsigned row) const override { return ItemAt(row).name; }
+    bool Allows(WORD command) const override;
+    void Give(WORD command) override;
     void OnMarksChanged() override;
     DWORD RowFlags() const override { return GetFrame().Flags(); }
     void OnFolderChanging() override { GetFrame().TitleChanged(); }
@@ -78,6 +83,8 @@ class FilesView final : public ListView, private FileList, private FolderBrowser
     void Paste() { clipboard_.Paste(); }
     void PasteShortcuts() { clipboard_.PasteShortcuts(); }
     void StartMarking() { SetMarking(true); }
+    void Mark();
+    void MarkAll();
     void StopMarking() { SetMarking(false); }
 
     unsigned SelectedRow() const { return browser_.Rows().GetSelection(); }
@@ -90,6 +97,8 @@ class FilesView final : public ListView, private FileList, private FolderBrowser
     // Up as a user's action: its faults are shown. False at the root.
     bool GoUp();
     void PlaceEditor();
+    // Moves the selection with a key and marks what it goes along; false for other keys.
+    bool MarkAlong(WPARAM key);
     // Starts or ends multi-selection, which has a bar of its own.
     void SetMarking(bool marking);
 

@@ -1,6 +1,7 @@
 #include "views/files/path_bar.h"
 
 #include <cstdlib>
+#include <utility>
 
 #include "ui/paint/clipped_text.h"
 #include "ui/paint/drawing_resources.h"
@@ -63,6 +64,15 @@ LRESULT PathBar::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
         case WM_LBUTTONDBLCLK:
             OnPress(ui::PointOf(lParam));
             return 0;
+        case WM_XBUTTONDOWN:
+        case WM_XBUTTONDBLCLK:
+            backPressed_ = HIWORD(wParam) == XBUTTON1;
+            return TRUE;
+        case WM_XBUTTONUP:
+            if (std::exchange(backPressed_, false) && HIWORD(wParam) == XBUTTON1) {
+                onUp_();
+            }
+            return TRUE;
         default:
             return Default(message, wParam, lParam);
     }

@@ -1,4 +1,5 @@
-// The strip above the Files list that shows the folder; a leftward drag on it goes up.
+// The strip above the Files list that shows the folder; a leftward drag on it and the mouse's back
+// button go up.
 #pragma once
 
 #include <functional>
@@ -14,7 +15,7 @@ class PathBar final : public ui::Window {
     PathBar() = default;
     ~PathBar() override { Destroy(); }
 
-    // `onUp` is called for a leftward drag. False when the platform fails.
+    // `onUp` is called to go up. False when the platform fails.
     bool Open(HWND parent, std::function<void()> onUp);
     // Takes a folder as TextOfFolder writes it. Nothing is thrown.
     void SetText(std::wstring text);
@@ -29,6 +30,7 @@ class PathBar final : public ui::Window {
     void Paint(HDC dc, const RECT& client);
 
     std::wstring path_;
+    bool backPressed_ = false;
     std::function<void()> onUp_;
 };
 

@@ -44,6 +44,7 @@ class BinaryListView : public ListView, private ui::RowPainter<BinaryItem> {
     // What a row says first.
     virtual std::wstring LabelOf(const BinaryItem& item) const { return item.name; }
 
+    std::wstring_view RowName(unsigned row) const override { return list_[row].name; }
     void Enumerate(ULONG_PTR selected);
     void Show(Binaries::Rows rows, ULONG_PTR selected);
     BinaryLines Lines() const;

@@ -34,6 +34,13 @@ const CommandEntry<DllsView> DllsView::commands[] = {
     {ID_GO_TO_MODULE, Needs::Selection, &DllsView::GoToModule},
 };
 
+std::span<const KeyEntry> DllsView::Keys() const {
+    static constexpr KeyEntry keys[] = {
+        {VK_RETURN, withAlt, ID_PROPERTIES},
+    };
+    return keys;
+}
+
 constexpr BinaryListView::Kind DllsView::kind = {
     IDR_DLLS, IDS_CANNOT_LIST_DLLS, flagShowImagePath | flagShowBaseAddress | flagShowSize,
     flagShowSize};
@@ -55,6 +62,10 @@ std::wstring DllsView::Title() const {
 
 void DllsView::UpdateMenu(HMENU menu) {
     EnableCommands(menu, *this, commands);
+}
+
+bool DllsView::Allows(WORD command) const {
+    return AllowsCommand(command, *this, commands);
 }
 
 bool DllsView::Command(WORD command) {

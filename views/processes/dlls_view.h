@@ -14,10 +14,13 @@ class DllsView final : public BinaryListView {
     std::wstring Title() const override;
     void UpdateMenu(HMENU menu) override;
     bool Command(WORD command) override;
+    std::span<const KeyEntry> Keys() const override;
 
  private:
     static const Kind kind;
     static const CommandEntry<DllsView> commands[];
+
+    bool Allows(WORD command) const override;
 
     // Throws W32Fault when there is no snapshot; however the walk over it ends, what it has found
     // is the list.

@@ -35,6 +35,14 @@ const CommandEntry<ProcessesView> ProcessesView::commands[] = {
     {ID_GO_TO_MODULE, Needs::Selection, &ProcessesView::GoToModule},
 };
 
+std::span<const KeyEntry> ProcessesView::Keys() const {
+    static constexpr KeyEntry keys[] = {
+        {VK_DELETE, alone, ID_STOP},
+        {VK_RETURN, withAlt, ID_PROPERTIES},
+    };
+    return keys;
+}
+
 constexpr BinaryListView::Kind ProcessesView::kind = {IDR_PROCESSES, IDS_CANNOT_LIST_PROCESSES,
                                                       watchedFlags, flagShowVirtualMemory};
 
@@ -60,6 +68,10 @@ std::wstring ProcessesView::LabelOf(const BinaryItem& item) const {
 
 void ProcessesView::UpdateMenu(HMENU menu) {
     EnableCommands(menu, *this, commands);
+}
+
+bool ProcessesView::Allows(WORD command) const {
+    return AllowsCommand(command, *this, commands);
 }
 
 bool ProcessesView::Command(WORD command) {

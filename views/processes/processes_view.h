@@ -15,10 +15,13 @@ class ProcessesView final : public BinaryListView {
     std::wstring Title() const override;
     void UpdateMenu(HMENU menu) override;
     bool Command(WORD command) override;
+    std::span<const KeyEntry> Keys() const override;
 
  private:
     static const Kind kind;
     static const CommandEntry<ProcessesView> commands[];
+
+    bool Allows(WORD command) const override;
 
     // Throws W32Fault; however the walk over a snapshot ends, what it has found is the list.
     void Read(Binaries::Rows& rows) const override;
