@@ -31,6 +31,16 @@ std::wstring WithPlainAmpersands(const std::wstring& text) {
     return plain;
 }
 
+// The rows of a list draw a tab as a sign.
+std::wstring WithBlanksForTabs(const std::wstring& text) {
+    std::wstring plain;
+    plain.reserve(text.size());
+    for (const wchar_t character : text) {
+        plain.append(character == L'\t' ? 4 : 1, character == L'\t' ? L' ' : character);
+    }
+    return plain;
+}
+
 std::wstring BreakLongWords(HDC dc, const std::wstring& text, int width) {
     std::wstring broken;
     for (const std::wstring& line : WrapText(dc, text, width)) {
@@ -182,7 +192,7 @@ bool MessageBoxDialog::OpenLines(HDC dc) {
     }
     // What the rows of a form leave to their text.
     const int room = Width(area) - 16 * GetSystemMetrics(SM_CXBORDER);
-    for (std::wstring& line : WrapText(dc, plainText_, room)) {
+    for (std::wstring& line : WrapText(dc, WithBlanksForTabs(plainText_), room)) {
         lines_.AddRow(std::make_unique<TextLineRow>(std::move(line)));
     }
     lines_.Layout();
