@@ -177,9 +177,12 @@ void PopupMenu::DrawItem(const DRAWITEMSTRUCT& row) {
         mark.left = mark.right - metrics.mark;
         DrawSubmenuArrow(dc, mark, GetSysColor(color));
     }
-    // The menu's frame lies on its outermost pixels, whatever row stands there.
+    // The menu's frame lies on its outermost pixels, whatever row stands there: over the last one
+    // that is drawn.
     const RECT client = ClientRectangle();
-    DrawFrame(dc, client, border, GetSysColor(COLOR_WINDOWFRAME));
+    if (row.rcItem.bottom >= client.bottom || row.itemID + 1 == GetCount()) {
+        DrawFrame(dc, client, border, GetSysColor(COLOR_WINDOWFRAME));
+    }
 }
 
 void PopupMenu::OnTap(unsigned index, GestureResult) {

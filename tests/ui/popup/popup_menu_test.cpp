@@ -21,6 +21,19 @@ HWND WINAPI NoWindow(DWORD, const wchar_t*, const wchar_t*, DWORD, int, int, int
     return nullptr;
 }
 
+std::atomic<int> paints = 0;
+HDC(WINAPI* beginPaint)(HWND, PAINTSTRUCT*) = nullptr;
+HDC WINAPI NotePaint(HWND window, PAINTSTRUCT* paint) {
+    paints += ClassOf(window) == L"kx::PopupMenu";
+    return beginPaint(window, paint);
+}
+std::atomic<int> frameBrushes = 0;
+HBRUSH(WINAPI* createBrush)(COLORREF) = nullptr;
+HBRUSH WINAPI NoteBrush(COLORREF color) {
+    frameBrushes += color == GetSysColor(COLOR_WINDOWFRAME);
+    return createBrush(color);
+}
+
 // Menus of their own, opened above the left soft key.
 class PopupTest : public BarTest {
  protected:
@@ -267,6 +280,27 @@ TEST_F(PopupMenuKeys, EachKeyIsOfferedToTheOwnerFirst) {
     // The owner takes End for itself.
     EXPECT_EQ(After({"Down", "End", "Return"}), 20);
     EXPECT_EQ(offered, 1);
+}
+
+TEST_F(PopupMenuLook, IsFramedOnceHoweverManyRowsItHas) {
+    const PlatformHook brushes("CreateSolidBrush", NoteBrush);
+    createBrush = brushes.Original();
+    const PlatformHook paint("BeginPaint", NotePaint);
+    beginPaint = paint.Original();
+    for (const unsigned rows : {1u, 6u, 60u}) {
+        Track(Numbered(rows), [&] {
+            const HWND menu = WaitForPopups(1);
+            input.Play(Finger());
+            frameBrushes = paints = 0;
+            InvalidateRect(menu, nullptr, FALSE);
+            UpdateWindow(menu);
+            // It may be painted again before it is painted for us.
+            input.Play(Finger());
+            EXPECT_GT(paints, 0);
+            EXPECT_EQ(frameBrushes, 4 * paints) << rows;
+            Escape();
+        });
+    }
 }
 
 TEST_F(PopupMenuLook, StandsWhereThereIsRoom) {
