@@ -109,7 +109,9 @@ TEST_F(TouchListWheel, ThatIsTurnedInADragDoesNothing) {
     Run([&] {
         Finger().Down(At(60, 250)).Wait(20).DragTo(At(60, 250), At(60, 150), 6).Play();
         EXPECT_TRUE(Shows({2, -20}));
-        input.Play(Finger().Turn(At(60, 150), -2).Up());
+        input.Play(Finger().Turn(At(60, 150), -2));
+        EXPECT_EQ(list.GetTopIndex(), 0u);
+        input.Play(Finger().Up());
     });
     EXPECT_EQ(list.GetTopIndex(), 2u);
 }
