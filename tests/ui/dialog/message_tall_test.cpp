@@ -124,7 +124,7 @@ TEST_F(MessageBoxTall, ShowsRoomForATab) {
     DrawnTexts drawn;
     Show(L"one\ttwo\n" + FortyLines(), {IDS_BUTTON_OK}, 0, [&] {
         WaitForBox();
-        EXPECT_TRUE(WaitFor([&] { return drawn.Has(L"one    two"); }, 3000)) << drawn.All();
+        EXPECT_TRUE(WaitFor([&] { return drawn.Has(L"one    two"); })) << drawn.All();
         EXPECT_FALSE(drawn.Contains(L"\t"));
         End();
     });
