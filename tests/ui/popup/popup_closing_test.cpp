@@ -94,15 +94,6 @@ TEST_F(PopupClosing, AMousesOtherButtonsBesideItOnlyClose) {
     EXPECT_EQ(buttons, 0);
 }
 
-TEST_F(Submenus, TheRightButtonBesideThemClosesAll) {
-    EXPECT_EQ(Track(nested,
-                    [&] {
-                        OpenSubmenu();
-                        Finger().RightClick(POINT{GetSystemMetrics(SM_CXSCREEN) - 10, 5}).Play();
-                    }),
-              noCommand);
-}
-
 TEST_F(PopupClosing, ATapThatDeactivatesItDoesNothingElse) {
     OtherWindow other;
     std::atomic<int> taps = 0;
