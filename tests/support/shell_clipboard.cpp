@@ -4,6 +4,7 @@
 
 #include <cstring>
 
+#include "tests/support/keyboard.h"
 #include "tests/support/wait.h"
 
 namespace test {
@@ -29,7 +30,13 @@ void Put(HGLOBAL files, DWORD effect) {
 }  // namespace
 
 bool OpenClipboardInTurn(HWND owner) {
-    return WaitFor([owner] { return OpenClipboard(owner) != FALSE; });
+    const bool opened = WaitFor([owner] { return OpenClipboard(owner) != FALSE; });
+    if (!opened) {
+        ADD_FAILURE() << "the clipboard is open for window " << GetOpenClipboardWindow()
+                      << ", its contents belong to " << GetClipboardOwner() << '\n'
+                      << DescribeScreen(owner);
+    }
+    return opened;
 }
 
 void ClearClipboard() {
