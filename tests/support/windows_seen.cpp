@@ -134,13 +134,13 @@ Picture Picture::OfWindowDrawnAnew(HWND window) {
     Picture picture;
     bool drawn = true;
     for (int round = 0; round < 2 && drawn; ++round) {
-        {
+        // The screen has done it when it answers; what the window has drawn meanwhile goes as well.
+        drawn = WaitFor([&] {
             const platform::WindowDC screen(nullptr);
             const platform::UniqueBrush brush(CreateSolidBrush(nobodysColor));
             FillRect(screen, &area, brush.Get());
-            // The screen has done it when it answers.
-            drawn = GetPixel(screen, area.left, area.top) == nobodysColor;
-        }
+            return GetPixel(screen, area.left, area.top) == nobodysColor;
+        });
         InvalidateRect(window, nullptr, TRUE);
         drawn = drawn && WaitFor([&] {
                     picture = OfScreen(area);
