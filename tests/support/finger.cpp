@@ -107,7 +107,7 @@ Finger& Finger::Wait(DWORD milliseconds) {
 
 Finger& Finger::RightDown(POINT point) {
     MoveTo(point);
-    Add(Kind::Pointer, " sleep 0.02 mousedown 3");
+    Add(Kind::Pointer, " mousedown 3");
     return *this;
 }
 
@@ -118,7 +118,7 @@ Finger& Finger::RightUp() {
 
 Finger& Finger::BackButton(POINT point) {
     MoveTo(point);
-    Add(Kind::Pointer, " sleep 0.02 click 8");
+    Add(Kind::Pointer, " click 8");
     return *this;
 }
 
