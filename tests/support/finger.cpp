@@ -21,10 +21,12 @@ bool Answers(HWND window) {
     return SendMessageTimeoutW(window, WM_NULL, 0, 0, SMTO_NORMAL, longestAnswer, &result) != 0;
 }
 
+// Of the thread in front where no window is meant.
 HWND CaptureOf(HWND window) {
     GUITHREADINFO information = {};
     information.cbSize = sizeof information;
-    GetGUIThreadInfo(GetWindowThreadProcessId(window, nullptr), &information);
+    const DWORD thread = window ? GetWindowThreadProcessId(window, nullptr) : 0;
+    GetGUIThreadInfo(thread, &information);
     return information.hwndCapture;
 }
 
@@ -32,6 +34,19 @@ HWND CaptureOf(HWND window) {
 bool FollowsFinger(POINT point) {
     const HWND window = WindowFromPoint(point);
     return window && CaptureOf(window) && Answers(window);
+}
+
+// A thread looks at the screen's input whenever it begins to wait, and answers from within its
+// wait. The first answer may come from a wait that began before the last of the input was there;
+// before the second one it has looked again.
+bool HasTakenInput(POINT pressed) {
+    HWND taker = CaptureOf(nullptr);
+    if (!taker) {
+        const HWND window = WindowFromPoint(pressed);
+        const HWND capture = window ? CaptureOf(window) : nullptr;
+        taker = capture ? capture : window;
+    }
+    return taker && Answers(taker) && Answers(taker);
 }
 
 // A window that has come to the front asks the screen for the keyboard with the time of the last
@@ -77,7 +92,7 @@ bool SendKeys(HWND window, const std::string& commands) {
 Finger& Finger::Down(POINT point) {
     MoveTo(point);
     pressed_ = point;
-    Add(Kind::Pointer, " sleep 0.02 mousedown 1");
+    Add(Kind::Pointer, " mousedown 1");
     return *this;
 }
 
@@ -88,12 +103,6 @@ Finger& Finger::MoveTo(POINT point) {
 
 Finger& Finger::Up() {
     Add(Kind::Pointer, " mouseup 1");
-    return *this;
-}
-
-Finger& Finger::QuickTap(POINT point) {
-    MoveTo(point);
-    Add(Kind::Pointer, " mousedown 1 mouseup 1");
     return *this;
 }
 
@@ -137,8 +146,7 @@ Finger& Finger::DragTo(POINT from, POINT to, int steps) {
         Wait(15);
     }
     // A finger that is lifted before its moves are looked at has tapped.
-    constexpr DWORD seen = 100;
-    return Wait(seen);
+    return Taken();
 }
 
 Finger& Finger::Key(const std::string& name) {
@@ -163,6 +171,11 @@ Finger& Finger::In(HWND window) {
 
 Finger& Finger::Followed() {
     Add(Kind::Followed, "");
+    return *this;
+}
+
+Finger& Finger::Taken() {
+    Add(Kind::Taken, "");
     return *this;
 }
 
@@ -192,6 +205,11 @@ bool Finger::PlayPart(const Part& part) const {
             const bool followed = WaitFor([&part] { return FollowsFinger(part.pressed); });
             EXPECT_TRUE(followed) << "nobody follows the finger\n" << DescribeScreen();
             return followed;
+        }
+        case Kind::Taken: {
+            const bool taken = WaitFor([&part] { return HasTakenInput(part.pressed); });
+            EXPECT_TRUE(taken) << "nobody takes the finger's moves\n" << DescribeScreen();
+            return taken;
         }
         default: {
             const bool moved = RunUnixCommand("xdotool" + part.commands).has_value();

@@ -26,11 +26,12 @@ class Finger {
     // A press shorter than any that means something else.
     Finger& Tap(POINT point) { return Down(point).Up(); }
     Finger& Tap(int x, int y) { return Tap(POINT{x, y}); }
-    // A press without any pause, for a finger that taps many times.
-    Finger& QuickTap(POINT point);
     // Waits until the program follows the press that was sent before: it has the capture, and its
     // thread looks for what comes next.
     Finger& Followed();
+    // Waits until what was sent before has been taken by the thread of the window that has the
+    // finger, or that lies under the last press.
+    Finger& Taken();
     // A press of more than half a second, as the program counts: from when it follows the finger.
     Finger& Hold(POINT point) { return Down(point).Followed().Wait(650).Up(); }
     // The other button of a PC's mouse.
@@ -41,7 +42,8 @@ class Finger {
     Finger& BackButton(POINT point);
     // Turns the mouse's wheel over a point by so many notches, downwards when negative.
     Finger& Turn(POINT point, int notches);
-    // From one point to another in small steps; the finger stays down.
+    // From one point to another in small steps at the pace of a hand, until all of them are taken.
+    // The finger stays down.
     Finger& DragTo(POINT from, POINT to, int steps = 10);
     // A key by the screen's name of it ("Down", "Return", "F1", "a", "shift+Tab").
     Finger& Key(const std::string& name);
@@ -56,7 +58,7 @@ class Finger {
 
  private:
     // Input of one kind in a row.
-    enum class Kind { Pointer, Keys, Followed };
+    enum class Kind { Pointer, Keys, Followed, Taken };
     struct Part {
         Kind kind;
         // Where the finger was pressed last.
