@@ -10,6 +10,7 @@
 #include "platform/handles.h"
 #include "platform/processes.h"
 #include "platform/registry.h"
+#include "text/comparison.h"
 #include "text/pack/pack_check.h"
 #include "text/resources.h"
 
@@ -32,12 +33,6 @@ platform::UniqueModule LoadPack(const wchar_t* path) {
 
 std::wstring NameOf(const std::wstring& path) {
     return path.substr(path.rfind(L'\\') + 1);
-}
-
-bool SameName(std::wstring_view first, std::wstring_view second) {
-    return CompareStringW(LOCALE_SYSTEM_DEFAULT, NORM_IGNORECASE, first.data(),
-                          static_cast<int>(first.size()), second.data(),
-                          static_cast<int>(second.size())) == CSTR_EQUAL;
 }
 
 int DigitValue(wchar_t digit) {
@@ -121,7 +116,8 @@ class LanguageSet {
     // The language in a pack's name; none when the name is no pack's.
     std::optional<LANGID> LanguageOf(std::wstring_view name) const {
         if (name.size() != program_.size() + packSuffix ||
-            !SameName(name.substr(0, program_.size()), program_)) {
+            !text::SameIgnoringCase(name.substr(0, program_.size()), program_,
+                                    LOCALE_SYSTEM_DEFAULT)) {
             return std::nullopt;
         }
         const std::wstring_view suffix = name.substr(program_.size());

@@ -1,6 +1,9 @@
 #include "app/view_choice.h"
 
 #include <cwchar>
+#include <string_view>
+
+#include "text/comparison.h"
 
 namespace app {
 
@@ -32,8 +35,9 @@ std::optional<ViewIndex> ViewOfCommandLine(const wchar_t* arguments) {
     int length = static_cast<int>(std::wcslen(arguments));
     for (const Word& word : words) {
         length -= consumed;
-        if (length >= 0 && CompareStringW(LOCALE_SYSTEM_DEFAULT, NORM_IGNORECASE, dash + 1, length,
-                                          word.text, -1) == CSTR_EQUAL) {
+        if (length >= 0 &&
+            text::SameIgnoringCase(std::wstring_view(dash + 1, static_cast<size_t>(length)),
+                                   word.text, LOCALE_SYSTEM_DEFAULT)) {
             return word.view;
         }
     }

@@ -102,9 +102,9 @@ class SnapshotHeaps final : public HeapWalk {
 
  private:
     // How far the walk has come.
-    struct Walk;
+    struct State;
 
-    std::unique_ptr<Walk> walk_;
+    std::unique_ptr<State> state_;
 };
 
 // The path of a module's file as a handheld writes it, asked of the module itself

@@ -10,6 +10,7 @@
 #include "platform/shell.h"
 #include "platform/toolhelp.h"
 #include "platform/top_windows.h"
+#include "text/comparison.h"
 
 namespace views {
 
@@ -19,11 +20,6 @@ namespace {
 constexpr DWORD exitTimeout = 3000;
 constexpr DWORD pollPeriod = 300;
 constexpr int mostPolls = 10;
-
-bool SameText(const wchar_t* first, int firstLength, const wchar_t* second, int secondLength) {
-    return CompareStringW(LOCALE_USER_DEFAULT, NORM_IGNORECASE, first, firstLength, second,
-                          secondLength) == CSTR_EQUAL;
-}
 
 std::wstring Trimmed(std::wstring title) {
     title.erase(title.find_last_not_of(L' ') + 1);
@@ -68,10 +64,8 @@ bool AppCloser::IsCursorWindow(HWND window, const std::wstring& title) {
     constexpr std::wstring_view cursorTitle = L"CursorWindow";
     constexpr std::wstring_view cursorClass = L"static";
     wchar_t className[7] = {};
-    return SameText(title.c_str(), static_cast<int>(title.size()), cursorTitle.data(),
-                    static_cast<int>(cursorTitle.size())) &&
-           GetClassNameW(window, className, 7) == 6 &&
-           SameText(className, 6, cursorClass.data(), 6);
+    return text::SameIgnoringCase(title, cursorTitle) && GetClassNameW(window, className, 7) == 6 &&
+           text::SameIgnoringCase(className, cursorClass);
 }
 
 bool AppCloser::IsClosableApp(HWND window, const std::wstring& title) const {

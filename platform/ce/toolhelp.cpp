@@ -51,36 +51,36 @@ void Describe(const MODULEENTRY32& found, ModuleEntry* entry) {
     CopyName(entry->path, found.szExePath);
 }
 
-struct SnapshotHeaps::Walk {
+struct SnapshotHeaps::State {
     HANDLE snapshot;
     HEAPLIST32 heap;
     HEAPENTRY32 block;
 };
 
 SnapshotHeaps::SnapshotHeaps(const Snapshot& snapshot, DWORD)
-    : walk_(std::make_unique<Walk>(Walk{snapshot.Handle(), {}, {}})) {}
+    : state_(std::make_unique<State>(State{snapshot.Handle(), {}, {}})) {}
 
 SnapshotHeaps::~SnapshotHeaps() {}
 
 bool SnapshotHeaps::FirstHeap() {
-    return Heap32ListFirst(walk_->snapshot, &Initialized(walk_->heap)) != FALSE;
+    return Heap32ListFirst(state_->snapshot, &Initialized(state_->heap)) != FALSE;
 }
 
 bool SnapshotHeaps::NextHeap() {
-    return Heap32ListNext(walk_->snapshot, &walk_->heap) != FALSE;
+    return Heap32ListNext(state_->snapshot, &state_->heap) != FALSE;
 }
 
 bool SnapshotHeaps::FirstBlock(uint64_t* size) {
-    const HEAPLIST32& heap = walk_->heap;
-    const BOOL found = Heap32First(walk_->snapshot, &Initialized(walk_->block), heap.th32ProcessID,
-                                   heap.th32HeapID);
-    *size = walk_->block.dwBlockSize;
+    const HEAPLIST32& heap = state_->heap;
+    const BOOL found = Heap32First(state_->snapshot, &Initialized(state_->block),
+                                   heap.th32ProcessID, heap.th32HeapID);
+    *size = state_->block.dwBlockSize;
     return found != FALSE;
 }
 
 bool SnapshotHeaps::NextBlock(uint64_t* size) {
-    const BOOL found = Heap32Next(walk_->snapshot, &walk_->block);
-    *size = walk_->block.dwBlockSize;
+    const BOOL found = Heap32Next(state_->snapshot, &state_->block);
+    *size = state_->block.dwBlockSize;
     return found != FALSE;
 }
 

@@ -13,7 +13,7 @@ namespace platform {
 
 namespace {
 
-bool Succeed(HRESULT result) {
+bool SucceedsOrSetsError(HRESULT result) {
     if (SUCCEEDED(result)) {
         return true;
     }
@@ -53,14 +53,14 @@ class Link {
  public:
     // False with the thread's last error.
     bool Make() {
-        return Succeed(CoCreateInstance(CLSID_ShellLink, nullptr, CLSCTX_INPROC_SERVER,
-                                        IID_IShellLinkW,
-                                        reinterpret_cast<void**>(link_.Receive()))) &&
-               Succeed(link_->QueryInterface(IID_IPersistFile,
-                                             reinterpret_cast<void**>(file_.Receive())));
+        return SucceedsOrSetsError(CoCreateInstance(CLSID_ShellLink, nullptr, CLSCTX_INPROC_SERVER,
+                                                    IID_IShellLinkW,
+                                                    reinterpret_cast<void**>(link_.Receive()))) &&
+               SucceedsOrSetsError(link_->QueryInterface(
+                   IID_IPersistFile, reinterpret_cast<void**>(file_.Receive())));
     }
     bool Load(const std::wstring& file) {
-        return Make() && Succeed(file_->Load(file.c_str(), STGM_READ));
+        return Make() && SucceedsOrSetsError(file_->Load(file.c_str(), STGM_READ));
     }
     IShellLinkW* operator->() const { return link_.Get(); }
     const ComPointer<IPersistFile>& File() const { return file_; }
@@ -114,10 +114,10 @@ bool CreateShortcut(const wchar_t* shortcut, const wchar_t* command) {
         return false;
     }
     Link link;
-    return link.Make() && Succeed(link->SetPath(parts.path.c_str())) &&
-           Succeed(link->SetArguments(parts.arguments.c_str())) &&
-           Succeed(link->SetDescription(text.c_str())) &&
-           Succeed(link.File()->Save(file.c_str(), TRUE));
+    return link.Make() && SucceedsOrSetsError(link->SetPath(parts.path.c_str())) &&
+           SucceedsOrSetsError(link->SetArguments(parts.arguments.c_str())) &&
+           SucceedsOrSetsError(link->SetDescription(text.c_str())) &&
+           SucceedsOrSetsError(link.File()->Save(file.c_str(), TRUE));
 }
 
 std::optional<std::wstring> ShortcutTarget(const wchar_t* shortcut, size_t capacity) {

@@ -73,7 +73,7 @@ void Describe(const MODULEENTRY32& found, ModuleEntry* entry) {
                               : std::wstring());
 }
 
-struct SnapshotHeaps::Walk {
+struct SnapshotHeaps::State {
     DWORD processId;
     UniqueHandle process;
     // Where the walk through the process's regions goes on.
@@ -81,13 +81,13 @@ struct SnapshotHeaps::Walk {
 };
 
 SnapshotHeaps::SnapshotHeaps(const Snapshot&, DWORD processId)
-    : walk_(new Walk{processId, UniqueHandle()}) {}
+    : state_(new State{processId, UniqueHandle()}) {}
 
 SnapshotHeaps::~SnapshotHeaps() {}
 
 bool SnapshotHeaps::FirstHeap() {
-    UniqueHandle& process = walk_->process;
-    process.Reset(OpenProcess(PROCESS_QUERY_INFORMATION, FALSE, walk_->processId));
+    UniqueHandle& process = state_->process;
+    process.Reset(OpenProcess(PROCESS_QUERY_INFORMATION, FALSE, state_->processId));
     DWORD exitCode = STILL_ACTIVE;
     const bool ended =
         process && GetExitCodeProcess(process.Get(), &exitCode) && exitCode != STILL_ACTIVE;
@@ -105,14 +105,14 @@ bool SnapshotHeaps::NextHeap() {
 }
 
 bool SnapshotHeaps::FirstBlock(uint64_t* size) {
-    walk_->address = 0;
+    state_->address = 0;
     return NextBlock(size);
 }
 
 bool SnapshotHeaps::NextBlock(uint64_t* size) {
     MEMORY_BASIC_INFORMATION region = {};
-    ULONG_PTR& address = walk_->address;
-    while (VirtualQueryEx(walk_->process.Get(), reinterpret_cast<const void*>(address), &region,
+    ULONG_PTR& address = state_->address;
+    while (VirtualQueryEx(state_->process.Get(), reinterpret_cast<const void*>(address), &region,
                           sizeof region) != 0) {
         const ULONG_PTR next = address + region.RegionSize;
         if (next <= address) {

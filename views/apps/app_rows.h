@@ -4,6 +4,7 @@
 #include <string>
 
 #include "platform/windows.h"
+#include "text/comparison.h"
 #include "views/apps/hidden_app_list.h"
 #include "views/system_icons.h"
 
@@ -24,7 +25,7 @@ struct AppItem {
 
 // By their titles, in the locale's order without regard to case.
 inline bool OrdersBefore(const AppItem& first, const AppItem& second) {
-    return IgnoresCase()(first.title, second.title);
+    return text::LessIgnoringCase(first.title, second.title);
 }
 
 class AppRows {

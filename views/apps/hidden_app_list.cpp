@@ -13,6 +13,7 @@
 #include "platform/shell.h"
 #include "platform/xml.h"
 #include "res/resource.h"
+#include "text/comparison.h"
 #include "text/resources.h"
 
 namespace views {
@@ -37,7 +38,7 @@ using Document = platform::ComPointer<IXMLDOMDocument>;
 using Element = platform::ComPointer<IXMLDOMElement>;
 using Node = platform::ComPointer<IXMLDOMNode>;
 
-HRESULT Succeed(HRESULT result) {
+HRESULT ThrowIfFailed(HRESULT result) {
     if (FAILED(result)) {
         throw faults::COMFault(result);
     }
@@ -77,9 +78,9 @@ Document CreateDocument() {
     if (result == CO_E_CLASSSTRING) {
         program = plainDocument;
     } else {
-        Succeed(result);
+        ThrowIfFailed(result);
     }
-    Succeed(CoCreateInstance(program, nullptr, CLSCTX_ALL, documentInterface,
+    ThrowIfFailed(CoCreateInstance(program, nullptr, CLSCTX_ALL, documentInterface,
                              reinterpret_cast<void**>(document.Receive())));
     if (!document) {
         throw faults::COMFault(E_UNEXPECTED);
@@ -99,11 +100,11 @@ OpenedFile OpenFile(const std::wstring& path) {
         MoveFileW((path + newSuffix).c_str(), path.c_str());
     }
     OpenedFile file = {CreateDocument(), false};
-    Succeed(file.document->put_async(VARIANT_FALSE));
+    ThrowIfFailed(file.document->put_async(VARIANT_FALSE));
     const HRESULT loaded = platform::LoadXmlFile(file.document.Get(), path.c_str());
     // For want of memory nobody knows what the file holds.
     if (loaded == E_OUTOFMEMORY) {
-        Succeed(loaded);
+        ThrowIfFailed(loaded);
     }
     file.readable = loaded == S_OK;
     return file;
@@ -111,7 +112,7 @@ OpenedFile OpenFile(const std::wstring& path) {
 
 std::wstring AttributeOf(const Element& element, const wchar_t* name) {
     ComVariant value;
-    Succeed(element->getAttribute(MakeBstr(name).Get(), value.Receive()));
+    ThrowIfFailed(element->getAttribute(MakeBstr(name).Get(), value.Receive()));
     return value.Text();
 }
 
@@ -119,7 +120,7 @@ std::wstring AttributeOf(const Element& element, const wchar_t* name) {
 Node RootOf(const Document& document) {
     const platform::UniqueBstr name = MakeBstr(L"hide");
     Node root;
-    if (Succeed(document->selectSingleNode(name.Get(), root.Receive())) == S_OK && root) {
+    if (ThrowIfFailed(document->selectSingleNode(name.Get(), root.Receive())) == S_OK && root) {
         return root;
     }
     Element other;
@@ -128,22 +129,22 @@ Node RootOf(const Document& document) {
         throw faults::W32Fault(faults::ResultFromError(ERROR_INVALID_DATA));
     }
     Element element;
-    Succeed(document->createElement(name.Get(), element.Receive()));
-    Succeed(document->appendChild(element.Get(), root.Receive()));
+    ThrowIfFailed(document->createElement(name.Get(), element.Receive()));
+    ThrowIfFailed(document->appendChild(element.Get(), root.Receive()));
     return root;
 }
 
 void AppendEntry(const Document& document, const std::wstring& path) {
     const Node root = RootOf(document);
     Element entry;
-    Succeed(document->createElement(MakeBstr(L"application").Get(), entry.Receive()));
+    ThrowIfFailed(document->createElement(MakeBstr(L"application").Get(), entry.Receive()));
     const platform::UniqueBstr text = MakeBstr(path.c_str());
     VARIANT value = {};
     value.vt = VT_BSTR;
     value.bstrVal = text.Get();
-    Succeed(entry->setAttribute(MakeBstr(L"path").Get(), value));
+    ThrowIfFailed(entry->setAttribute(MakeBstr(L"path").Get(), value));
     Node appended;
-    Succeed(root->appendChild(entry.Get(), appended.Receive()));
+    ThrowIfFailed(root->appendChild(entry.Get(), appended.Receive()));
 }
 
 // Replaces the file only when its new contents are on the volume as a whole.
@@ -157,7 +158,7 @@ void SaveOver(const Document& document, const std::wstring& path) {
         if (FAILED(saved) || GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES) {
             DeleteFileW(next.c_str());
         }
-        Succeed(saved);
+        ThrowIfFailed(saved);
         throw faults::W32Fault(faults::ResultFromError(error));
     }
 }
@@ -176,28 +177,28 @@ void WriteEntry(const std::wstring& path) {
     SaveOver(file.document, place.path);
 }
 
+struct IgnoringCase {
+    bool operator()(const std::wstring& first, const std::wstring& second) const {
+        return text::LessIgnoringCase(first, second);
+    }
+};
+
 }  // namespace
 
-bool IgnoresCase::operator()(const std::wstring& first, const std::wstring& second) const {
-    return CompareStringW(LOCALE_USER_DEFAULT, NORM_IGNORECASE, first.c_str(),
-                          static_cast<int>(first.size()), second.c_str(),
-                          static_cast<int>(second.size())) == CSTR_LESS_THAN;
-}
-
 bool TextSet::Contains(const std::wstring& text) const {
-    return std::binary_search(texts_.begin(), texts_.end(), text, IgnoresCase());
+    return std::binary_search(texts_.begin(), texts_.end(), text, IgnoringCase());
 }
 
 void TextSet::Insert(std::wstring text) {
-    const auto place = std::lower_bound(texts_.begin(), texts_.end(), text, IgnoresCase());
-    if (place == texts_.end() || IgnoresCase()(text, *place)) {
+    const auto place = std::lower_bound(texts_.begin(), texts_.end(), text, IgnoringCase());
+    if (place == texts_.end() || IgnoringCase()(text, *place)) {
         texts_.insert(place, std::move(text));
     }
 }
 
 void TextSet::Remove(const std::wstring& text) {
-    const auto place = std::lower_bound(texts_.begin(), texts_.end(), text, IgnoresCase());
-    if (place != texts_.end() && !IgnoresCase()(text, *place)) {
+    const auto place = std::lower_bound(texts_.begin(), texts_.end(), text, IgnoringCase());
+    if (place != texts_.end() && !IgnoringCase()(text, *place)) {
         texts_.erase(place);
     }
 }
@@ -230,11 +231,11 @@ void HiddenAppList::LoadHiddenApps() {
     }
     const OpenedFile file = OpenFile(place.path);
     platform::ComPointer<IXMLDOMNodeList> entries;
-    Succeed(file.document->selectNodes(MakeBstr(L"hide/application").Get(), entries.Receive()));
+    ThrowIfFailed(file.document->selectNodes(MakeBstr(L"hide/application").Get(), entries.Receive()));
     Node node;
-    while (entries && Succeed(entries->nextNode(node.Receive())) != S_FALSE && node) {
+    while (entries && ThrowIfFailed(entries->nextNode(node.Receive())) != S_FALSE && node) {
         Element entry;
-        Succeed(node->QueryInterface(elementInterface, reinterpret_cast<void**>(entry.Receive())));
+        ThrowIfFailed(node->QueryInterface(elementInterface, reinterpret_cast<void**>(entry.Receive())));
         if (std::wstring path = AttributeOf(entry, L"path"); !path.empty()) {
             paths_.Insert(std::move(path));
         } else if (std::wstring name = AttributeOf(entry, L"name"); !name.empty()) {

@@ -9,11 +9,6 @@
 
 namespace views {
 
-// The order of the locale without regard to case (CompareStringW).
-struct IgnoresCase {
-    bool operator()(const std::wstring& first, const std::wstring& second) const;
-};
-
 // An ordered set of texts that differ in more than the case of their letters.
 class TextSet {
  public:

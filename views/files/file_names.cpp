@@ -7,6 +7,7 @@
 #include "platform/files.h"
 #include "platform/handles.h"
 #include "res/resource.h"
+#include "text/comparison.h"
 #include "text/format.h"
 #include "text/resources.h"
 
@@ -44,16 +45,10 @@ std::wstring_view FolderOfPath(std::wstring_view path) {
     return backslash == std::wstring_view::npos ? std::wstring_view() : path.substr(0, backslash);
 }
 
-bool SameName(std::wstring_view first, std::wstring_view second) {
-    return CompareStringW(LOCALE_USER_DEFAULT, NORM_IGNORECASE, first.data(),
-                          static_cast<int>(first.size()), second.data(),
-                          static_cast<int>(second.size())) == CSTR_EQUAL;
-}
-
 // Kept on purpose: docs/compatibility.md#inside-by-prefix
 bool BeginsWithPath(std::wstring_view folder, std::wstring_view other) {
-    return other.empty() ||
-           (other.size() <= folder.size() && SameName(folder.substr(0, other.size()), other));
+    return other.empty() || (other.size() <= folder.size() &&
+                             text::SameIgnoringCase(folder.substr(0, other.size()), other));
 }
 
 bool IsSameFile(const std::wstring& first, const std::wstring& second) {

@@ -17,8 +17,6 @@ inline std::wstring TextOfFolder(const std::wstring& path) {
     return path.empty() ? L"\\" : path;
 }
 
-// Whether two names or paths differ in nothing but the case of letters (CompareStringW).
-bool SameName(std::wstring_view first, std::wstring_view second);
 
 // Whether a folder's path begins with the path of another, letter by letter: "\AB" counts as
 // lying within "\A".

@@ -4,6 +4,7 @@
 
 #include "platform/shell.h"
 #include "platform/shortcuts.h"
+#include "text/comparison.h"
 #include "views/files/file_names.h"
 
 namespace views {
@@ -49,7 +50,7 @@ bool FileProperties::HasSize() const {
 bool IsShortcutName(std::wstring_view path) {
     const size_t point = path.rfind(L'.');
     return point != std::wstring_view::npos && path.size() - point - 1 == 3 &&
-           SameName(path.substr(point + 1), L"lnk");
+           text::SameIgnoringCase(path.substr(point + 1), L"lnk");
 }
 
 std::wstring FullTarget(std::wstring_view target, std::wstring_view windowsFolder) {

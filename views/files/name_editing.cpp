@@ -3,6 +3,7 @@
 #include "faults/fault.h"
 #include "platform/scope_exit.h"
 #include "res/resource.h"
+#include "text/comparison.h"
 #include "text/format.h"
 #include "ui/dialog/action.h"
 #include "ui/window/held_fault.h"
@@ -45,7 +46,7 @@ void NameEditing::RenameRow(unsigned row) {
             continue;
         }
         // Kept on purpose: docs/compatibility.md#case-only-rename
-        if (SameName(name, oldName)) {
+        if (text::SameIgnoringCase(name, oldName)) {
             return;
         }
         const std::wstring newPath = folder + NameWithinFolder(name);

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "views/files/file_names.h"
+#include "text/comparison.h"
 
 namespace views {
 
@@ -10,7 +10,7 @@ namespace {
 
 // Names that the locale finds equal may still differ in length.
 bool Equal(std::wstring_view first, std::wstring_view second) {
-    return first.size() == second.size() && SameName(first, second);
+    return first.size() == second.size() && text::SameIgnoringCase(first, second);
 }
 
 bool Fits(std::wstring_view name, std::wstring_view pattern) {
