@@ -32,7 +32,7 @@ class FilesTaps : public FilesProgram {
         const POINT above = RowPoint(upper);
         Finger finger;
         for (int time = 0; time < times; ++time) {
-            finger.Tap(POINT{above.x, above.y + half + (time % 2 ? distance : -distance)});
+            finger.QuickTap(POINT{above.x, above.y + half + (time % 2 ? distance : -distance)});
         }
         // What the key does is seen after all taps: the upper row was tapped once more.
         ASSERT_TRUE(finger.Key("End").Play());
@@ -51,7 +51,7 @@ class FilesTaps : public FilesProgram {
         const RECT editor = ScreenRectangleOf(Editor());
         const POINT middle = MiddleOf(Editor());
         AnswerAndTakeForeignMessage();
-        ASSERT_TRUE(Finger().Tap(middle).Tap(POINT{editor.left + 8, middle.y}).Play());
+        ASSERT_TRUE(Finger().QuickTap(middle).QuickTap(POINT{editor.left + 8, middle.y}).Play());
         AnswerAndTakeForeignMessage();
         ChooseCommand(IDR_DONE_CANCEL, IDCANCEL);
         ASSERT_TRUE(WaitFor([this] { return !Editor(); }));

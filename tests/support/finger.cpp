@@ -92,7 +92,9 @@ bool SendKeys(HWND window, const std::string& commands) {
 Finger& Finger::Down(POINT point) {
     MoveTo(point);
     pressed_ = point;
-    Add(Kind::Pointer, " mousedown 1");
+    // The pace of a hand: two presses of one moment may get times in the wrong order, and are no pair
+    // to the system then.
+    Add(Kind::Pointer, " sleep 0.02 mousedown 1");
     return *this;
 }
 
@@ -103,6 +105,12 @@ Finger& Finger::MoveTo(POINT point) {
 
 Finger& Finger::Up() {
     Add(Kind::Pointer, " mouseup 1");
+    return *this;
+}
+
+Finger& Finger::QuickTap(POINT point) {
+    MoveTo(point);
+    Add(Kind::Pointer, " mousedown 1 mouseup 1");
     return *this;
 }
 

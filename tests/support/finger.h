@@ -26,6 +26,8 @@ class Finger {
     // A press shorter than any that means something else.
     Finger& Tap(POINT point) { return Down(point).Up(); }
     Finger& Tap(int x, int y) { return Tap(POINT{x, y}); }
+    // A press without any pause, for a finger that taps many times.
+    Finger& QuickTap(POINT point);
     // Waits until the program follows the press that was sent before: it has the capture, and its
     // thread looks for what comes next.
     Finger& Followed();
