@@ -153,8 +153,10 @@ Finger& Finger::DragTo(POINT from, POINT to, int steps) {
                      from.y + (to.y - from.y) * step / steps});
         Wait(15);
     }
-    // A finger that is lifted before its moves are looked at has tapped.
-    return Taken();
+    // A finger that is lifted before its moves are looked at has tapped: it rests, and until they
+    // are.
+    constexpr DWORD rest = 100;
+    return Wait(rest).Taken();
 }
 
 Finger& Finger::Key(const std::string& name) {
