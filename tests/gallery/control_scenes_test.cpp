@@ -26,7 +26,7 @@ class GalleryControls : public BarTest {
         const POINT from = MiddleOf(slider.Handle());
         const POINT to = {from.x + distance, from.y};
         const POINT before = {to.x + (distance > 0 ? -1 : 1), to.y};
-        input.Play(Finger().Down(from).Wait(20).DragTo(from, before, 8));
+        input.Play(Finger().Down(from).DragTo(from, before, 8));
         camera.Forget();
         input.Play(Finger().MoveTo(to));
         camera.TakeAsItIs(scene, slider.Handle());

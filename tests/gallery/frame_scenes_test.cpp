@@ -143,7 +143,7 @@ TEST_F(GalleryFrame, FilesUnderAFinger) {
         const POINT from = {area.left + 60, (area.top + area.bottom) / 2};
         const POINT to = {from.x, from.y - (area.bottom - area.top) / 4};
         Finger finger;
-        finger.Down(from).Wait(20).DragTo(from, POINT{to.x, to.y - 1}, 8);
+        finger.Down(from).DragTo(from, POINT{to.x, to.y - 1}, 8);
         Play(finger);
         camera.Forget();
         finger = Finger().MoveTo(to);

@@ -92,8 +92,8 @@ bool SendKeys(HWND window, const std::string& commands) {
 Finger& Finger::Down(POINT point) {
     MoveTo(point);
     pressed_ = point;
-    // The pace of a hand: two presses of one moment may get times in the wrong order, and are no pair
-    // to the system then.
+    // The pace of a hand: two presses of one moment may get times in the wrong order, and are no
+    // pair to the system then.
     Add(Kind::Pointer, " sleep 0.02 mousedown 1");
     return *this;
 }
@@ -149,9 +149,13 @@ Finger& Finger::Turn(POINT point, int notches) {
 
 Finger& Finger::DragTo(POINT from, POINT to, int steps) {
     for (int step = 1; step <= steps; ++step) {
+        // On a busy machine each pause may last far longer, and a finger that stays is a hold: the
+        // first moves come with the press.
+        if (step > 2) {
+            Wait(15);
+        }
         MoveTo(POINT{from.x + (to.x - from.x) * step / steps,
                      from.y + (to.y - from.y) * step / steps});
-        Wait(15);
     }
     // A finger that is lifted before its moves are looked at has tapped: it rests, and until they
     // are.

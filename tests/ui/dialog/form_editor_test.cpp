@@ -98,9 +98,7 @@ TEST_F(FormEditor, ADragClosesItAndATapOnItsRowOpensItAgain) {
     list.SetSelection(1);
     const HWND editor = list.Editor();
     ASSERT_TRUE(editor);
-    Run([&] {
-        input.Play(Finger().Down(At(60, 200)).Wait(20).DragTo(At(60, 200), At(60, 120), 6).Up());
-    });
+    Run([&] { input.Play(Finger().Down(At(60, 200)).DragTo(At(60, 200), At(60, 120), 6).Up()); });
     EXPECT_FALSE(IsWindow(editor));
     EXPECT_FALSE(list.Editor());
     EXPECT_EQ(list.GetSelection(), 1u);
@@ -119,7 +117,7 @@ TEST_F(FormEditor, ADragIsRefusedWhileItsRowMayNotBeLeft) {
     const int resting = rows[0].drawn.top;
     Run([&] {
         // When the program has taken all of it, it has refused the drag or drawn its rows.
-        input.Play(Finger().Down(At(60, 200)).Wait(20).DragTo(At(60, 200), At(60, 280), 6));
+        input.Play(Finger().Down(At(60, 200)).DragTo(At(60, 200), At(60, 280), 6));
         EXPECT_EQ(rows[0].drawn.top, resting);
         input.Play(Finger().Up());
     });

@@ -223,7 +223,7 @@ TEST_F(FormListTap, ADragIsTakenEvenWhenAllRowsFit) {
     ASSERT_EQ(list.GetMaxTop(), 0u);
     const int resting = rows[0].drawn.top;
     Run([&] {
-        input.Play(Finger().Down(At(60, 20)).Wait(20).DragTo(At(60, 20), At(60, 110), 6));
+        input.Play(Finger().Down(At(60, 20)).DragTo(At(60, 20), At(60, 110), 6));
         EXPECT_TRUE(WaitFor([&] { return rows[0].drawn.top > resting + 40; }));
         input.Play(Finger().Up());
         EXPECT_TRUE(WaitFor([&] { return rows[0].drawn.top == resting; }));

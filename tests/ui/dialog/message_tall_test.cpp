@@ -92,7 +92,7 @@ TEST_F(MessageBoxTall, AFingerReachesEveryLineAndTheButtonsWork) {
                        const POINT low = {(lines.left + lines.right) / 2, lines.bottom - 10};
                        const POINT high = {low.x, lines.top + 10};
                        for (int pull = 0; pull < 20 && !drawn.Has(Line(39)); ++pull) {
-                           input.Play(Finger().Down(low).Wait(20).DragTo(low, high, 10).Up());
+                           input.Play(Finger().Down(low).DragTo(low, high, 10).Up());
                        }
                        for (int number = 0; number < 40; ++number) {
                            EXPECT_TRUE(drawn.Shows(Line(number))) << number;

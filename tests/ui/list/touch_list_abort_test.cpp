@@ -11,7 +11,7 @@ class TouchListAbort : public ListTest {
  protected:
     // Drags row 2 a quarter out at the top and holds it there.
     void PullAndHold() {
-        EXPECT_TRUE(Finger().Down(At(60, 250)).Wait(20).DragTo(At(60, 250), At(60, 160), 6).Play());
+        EXPECT_TRUE(Finger().Down(At(60, 250)).DragTo(At(60, 250), At(60, 160), 6).Play());
         Shows({2, -10});
     }
     void ExpectRest(unsigned top) {
@@ -91,7 +91,7 @@ TEST_F(TouchListAbort, RowsThatBecomeFewerUnderTheFingerComeToRest) {
     list.SetTopIndex(list.GetMaxTop());
     for (const size_t rows : {15u, 9u, 3u, 1u, 0u}) {
         Run([&] {
-            input.Play(Finger().Down(At(60, 250)).Wait(20).DragTo(At(60, 250), At(60, 200), 6));
+            input.Play(Finger().Down(At(60, 250)).DragTo(At(60, 250), At(60, 200), 6));
             SendMessageW(owner.Handle(), WM_APP, rows, 0);
             Lift();
         });

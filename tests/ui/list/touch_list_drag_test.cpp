@@ -12,7 +12,7 @@ class TouchListDrag : public ListTest {
     // Presses at y and moves up by a distance in steps, the last of which the list must show.
     Finger Pull(int fromY, int toY) {
         Finger finger;
-        finger.Down(At(60, fromY)).Wait(20).DragTo(At(60, fromY), At(60, toY), 6);
+        finger.Down(At(60, fromY)).DragTo(At(60, fromY), At(60, toY), 6);
         return finger;
     }
     // A pull that is held, and shown so.

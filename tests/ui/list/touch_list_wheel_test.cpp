@@ -107,7 +107,7 @@ TEST_F(TouchListWheel, ATurnBackBeginsAnew) {
 TEST_F(TouchListWheel, ThatIsTurnedInADragDoesNothing) {
     Open(EqualHeights(40, 40));
     Run([&] {
-        Finger().Down(At(60, 250)).Wait(20).DragTo(At(60, 250), At(60, 150), 6).Play();
+        Finger().Down(At(60, 250)).DragTo(At(60, 250), At(60, 150), 6).Play();
         EXPECT_TRUE(Shows({2, -20}));
         input.Play(Finger().Turn(At(60, 150), -2));
         EXPECT_EQ(list.GetTopIndex(), 0u);

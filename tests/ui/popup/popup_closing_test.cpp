@@ -129,7 +129,7 @@ TEST_F(PopupClosing, AModeCancelledDuringADragOfTheMenuCloses) {
                         const HWND menu = WaitForPopups(1);
                         const POINT low = OnScreen(menu, 30, 300);
                         const POINT high = {low.x, low.y - 120};
-                        input.Play(Finger().Down(low).Wait(20).DragTo(low, high, 6));
+                        input.Play(Finger().Down(low).DragTo(low, high, 6));
                         SendMessageW(menu, WM_CANCELMODE, 0, 0);
                         Finger().Up().Play();
                     }),

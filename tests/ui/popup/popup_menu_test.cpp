@@ -228,7 +228,7 @@ TEST_F(PopupMenuKeys, EnterOpensTheSubmenuOfARowThatWasDraggedOutOfView) {
                         const int x = place.left + 30;
                         const POINT from = {x, place.bottom - 20};
                         const POINT to = {x, (place.top + place.bottom) / 2};
-                        input.Play(Finger().Down(from).Wait(20).DragTo(from, to, 8).Up());
+                        input.Play(Finger().Down(from).DragTo(from, to, 8).Up());
                         input.Play(Finger().Key("Return"));
                         WaitForPopups(2);
                         Finger().Key("Down").Key("Return").Play();
@@ -341,7 +341,7 @@ TEST_F(PopupMenuLook, AMenuTooTallForTheScreenScrolls) {
             ui::Height(ScreenRectangleOf(menu)) > 0 ? RowPoint(menu, 1).y - RowPoint(menu, 0).y : 0;
         const POINT from = {popup.left + 30, popup.bottom - 10};
         const POINT to = {from.x, from.y - 5 * row};
-        input.Play(Finger().Down(from).Wait(20).DragTo(from, to, 6).Wait(40).Up());
+        input.Play(Finger().Down(from).DragTo(from, to, 6).Wait(40).Up());
         EXPECT_EQ(Popups().size(), 1u);
         Finger().Tap(RowPoint(menu, 0)).Play();
     });

@@ -167,7 +167,7 @@ TEST_F(WindowFault, EndsADragAndGivesTheCaptureBack) {
     ASSERT_TRUE(list.Open(owner.Handle(), RECT{0, 0, 150, 250}));
     list.Fill(EqualHeights(20, 40));
     ExpectThrown([&] {
-        Finger().Down(60, 200).Wait(30).DragTo({60, 200}, {60, 100}, 5).Play();
+        Finger().Down(60, 200).DragTo({60, 200}, {60, 100}, 5).Play();
         EXPECT_TRUE(WaitFor([&] { return list.LastFrame() == Frame{2, -20}; }));
         PostMessageW(owner.Handle(), WM_THROW, 0, 0);
     });
