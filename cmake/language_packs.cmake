@@ -5,8 +5,10 @@
 # further arguments are definitions for the resource scripts.
 function(add_language_packs target)
   find_program(PACK_WINDRES x86_64-w64-mingw32-windres REQUIRED)
-  find_package(Python3 3.10 REQUIRED COMPONENTS Interpreter)
-  set(python "${CMAKE_COMMAND}" -E env PYTHONDONTWRITEBYTECODE=1 "${Python3_EXECUTABLE}")
+  if(HANDHELD)
+    find_package(Python3 3.10 REQUIRED COMPONENTS Interpreter)
+    set(python "${CMAKE_COMMAND}" -E env PYTHONDONTWRITEBYTECODE=1 "${Python3_EXECUTABLE}")
+  endif()
   set(tools "${PROJECT_SOURCE_DIR}/tools/handheld")
   set(folder "${PROJECT_SOURCE_DIR}/res/languages")
   set(objects "${CMAKE_CURRENT_BINARY_DIR}/languages")

@@ -174,27 +174,56 @@ class PrepareTest(CommandTest):
         super().setUp()
         self.record = self.folder / "record"
         self.record.touch()
-        (self.repository / "tools/prepare/packages.txt").write_text("# all\nalpha  first\nbeta   second\n")
-        self.fake("dpkg-query", "echo installed alpha\necho not-installed beta\nexit 1\n")
+        (self.repository / "tools/prepare/packages.txt").write_text(
+            "# all\nalpha  run  first\nbeta   run,test  second\ngamma  package  third\n"
+        )
+        self.fake("dpkg-query", "echo installed alpha\necho not-installed beta\necho installed gamma\nexit 1\n")
         self.fake("id", "echo 0\n")
         self.fake("df", "echo Avail; echo 90000\n")
         self.fake("apt-cache", "echo '  Candidate: 1.0'\n")
-        self.fake("apt-get", f'echo "$DEBIAN_FRONTEND $*" >>"{self.record}"\n')
+        self.fake(
+            "apt-get",
+            f'echo "$DEBIAN_FRONTEND $*" >>"{self.record}"\n'
+            "[[ $* != *--assume-no* ]] || printf '%s\\n' '0 upgraded, 7 newly installed, 0 to remove' "
+            "'Need to get 266 MB of archives.' 'After this operation, 1502 MB of additional disk space will be used.'\n",
+        )
         self.fake("sudo", f'echo sudo >>"{self.record}"; exec "$@"\n')
 
-    def prepare(self, **changes):
-        return self.run_command(self.repository / "tools/prepare/prepare", **changes)
+    def prepare(self, *commands, **changes):
+        return self.run_command(self.repository / "tools/prepare/prepare", *commands, **changes)
 
     def test_installs_only_what_is_missing(self):
         self.assertEqual(self.prepare().returncode, 0)
         lines = self.record.read_text().splitlines()
-        self.assertEqual(len(lines), 2)
+        self.assertEqual(len(lines), 3)
         self.assertTrue(lines[0].endswith(" update"))
-        self.assertTrue(lines[1].startswith("noninteractive "))
-        self.assertTrue(lines[1].endswith("install --yes --no-install-recommends beta"))
+        self.assertTrue(lines[1].endswith(" --assume-no --no-install-recommends install beta"))
+        self.assertTrue(lines[2].startswith("noninteractive "))
+        self.assertTrue(lines[2].endswith(" --yes --no-install-recommends install beta"))
+
+    def test_installs_only_what_the_command_needs(self):
+        self.fake("dpkg-query", "exit 1\n")
+        for commands, packages in (
+            (["run"], "alpha beta"),
+            (["test"], "beta"),
+            (["run", "package"], "alpha beta gamma"),
+            ([], "alpha beta gamma"),
+        ):
+            self.record.write_text("")
+            self.assertEqual(self.prepare(*commands).returncode, 0)
+            self.assertTrue(self.record.read_text().endswith(f" install {packages}\n"), commands)
+
+    def test_says_what_it_installs_and_how_large_that_is(self):
+        self.assertEqual(
+            self.prepare().stdout,
+            "Installing beta\nWith what they need these are 7 packages: 266 MB to download, 1502 MB on the disk\n",
+        )
+
+    def test_knows_the_commands_by_their_names(self):
+        self.assert_one_sentence(self.prepare("walk"), "no package is listed for: walk")
 
     def test_leaves_a_complete_machine_alone(self):
-        self.fake("dpkg-query", "echo installed alpha\necho installed beta\n")
+        self.fake("dpkg-query", "echo installed alpha\necho installed beta\necho installed gamma\n")
         result = self.prepare()
         self.assertEqual((result.returncode, result.stdout, result.stderr), (0, "", ""))
         self.assertEqual(self.record.read_text(), "")
@@ -227,8 +256,8 @@ class PrepareTest(CommandTest):
 
     def test_needs_disk_space(self):
         self.fake("df", "echo Avail; echo 300\n")
-        self.assert_one_sentence(self.prepare(), "4000 MB of disk space in /usr, but only 300 MB")
-        self.assertEqual(self.record.read_text(), "")
+        self.assert_one_sentence(self.prepare(), "1977 MB of disk space in /usr, but only 300 MB")
+        self.assertNotIn("--yes", self.record.read_text())
 
     def test_names_a_package_that_cannot_be_found(self):
         self.fake("apt-cache", "echo '  Candidate: (none)'\n")
@@ -236,14 +265,16 @@ class PrepareTest(CommandTest):
         self.assertNotIn("install", self.record.read_text())
 
     def test_tells_when_the_installation_fails(self):
-        self.fake("apt-get", '[[ $* != *install* ]]\n')
+        self.fake("apt-get", '[[ $* != *--yes* ]]\n')
         self.assert_one_sentence(self.prepare(), "could not be installed: beta")
 
     def test_every_package_is_listed_with_its_reason(self):
         lines = (REPOSITORY / "tools/prepare/packages.txt").read_text().splitlines()
-        packages = [line.split(None, 1) for line in lines if line.strip() and not line.startswith("#")]
+        packages = [line.split(None, 2) for line in lines if line.strip() and not line.startswith("#")]
         self.assertIn("wine64", [words[0] for words in packages])
-        self.assertEqual([words for words in packages if len(words) < 2], [])
+        self.assertEqual([words for words in packages if len(words) < 3], [])
+        named = {command for words in packages for command in words[1].split(",")}
+        self.assertEqual(named, {"run", "tour", "handheld", "package", "test"})
 
 
 def make_stand_in(test_class):
@@ -461,7 +492,7 @@ class WholeCommandTest(DeviceTest):
     def setUp(self):
         super().setUp()
         self.environment["VANTOR_TEST_DEVICES"] = "2"
-        write_command(self.repository / "tools/prepare/prepare", "echo prepared\n")
+        write_command(self.repository / "tools/prepare/prepare", 'echo "prepared $*"\n')
         self.fake(
             "cmake",
             '[[ $1 != --build ]] || { echo "built $3"; [[ ! -e broken || $3 != "$(cat broken)" ]] || exit 1; }\n'
@@ -477,6 +508,7 @@ class WholeCommandTest(DeviceTest):
             self.repository / "tools/device/tour",
             'screen=$1 into=$2; shift 2; echo "$screen $*" >"$into/visited_$screen.txt"\n',
         )
+        write_command(self.repository / "tools/device/film", 'echo filmed >"$2/filmed_$1.txt"\n')
 
     def test_test_builds_both_and_keeps_the_result(self):
         result = self.run_command(self.repository / "test", "-R", "some name")
@@ -547,19 +579,26 @@ class WholeCommandTest(DeviceTest):
         for screen in ("240x320", "480x640", "800x480"):
             text = (self.folder / f"here we go/visited_{screen}.txt").read_text()
             self.assertEqual(text, f"{screen} 0409 a word\n")
+            self.assertEqual((self.folder / f"here we go/filmed_{screen}.txt").exists(), screen == "480x640")
+        self.assertIn("prepared run tour\n", result.stdout)
         self.assert_nothing_runs()
 
     def test_run_takes_the_tour_when_the_display_cannot_be_opened(self):
         result = self.run_command(self.repository / "run", "--screen", "320x240", DISPLAY=":54321")
         self.assertEqual(result.returncode, 0, result.stderr)
         self.assertIn("The display :54321 cannot be opened", result.stdout)
+        self.assertIn("prepared run\n", result.stdout)
+        self.assertIn("prepared tour\n", result.stdout)
         self.assertEqual(os.listdir(self.build / "tour"), ["visited_320x240.txt"])
 
     def test_run_opens_a_window_and_leaves_nothing_running(self):
         script = '"$0/run" --screen 240x320 -- window; echo "code $?"; ' + LIST_PROGRAMS.replace("DEVICE", "$0/build/device")
         result = self.with_device("--screen", "1024x768", "bash", "-c", script, self.repository)
         self.assertIn("window 1, screen 240x320, 96 dots per inch", result.stdout)
+        self.assertIn("prepared run\n", result.stdout)
         self.assertEqual(result.stdout.splitlines()[-1], "code 0")
+        # A new device begins where there is something to see.
+        self.assertIn(r'"path"="\\My Documents"', (self.build / "device/system.reg").read_text())
         self.assert_nothing_runs()
 
 
