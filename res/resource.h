@@ -134,6 +134,12 @@
 #define IDS_NEW_FOLDER_NUMBERED 821
 #define IDS_COPY_OF 822
 #define IDS_COPY_OF_NUMBERED 823
+// what a long operation shows of itself:
+#define IDS_COPYING 824
+#define IDS_MOVING 825
+#define IDS_DELETING 826
+#define IDS_ENTRIES_DONE 827
+#define IDS_STOPPED_AT 828
 #define IDS_OPEN_FILE 945
 // the page of a process:
 #define IDS_PROCESS_INFORMATION 950

@@ -181,7 +181,7 @@ class NoPrompts final : public views::TransferPrompts {
                                           views::FailedEntry) override {
         return views::answerStop;
     }
-    void OnProgress() override {}
+    bool OnProgress(const std::wstring&) override { return true; }
 };
 
 void CopyBare(const std::wstring& source, const std::wstring& destination) {

@@ -18,7 +18,7 @@ class Answers final : public views::TransferPrompts {
     views::TransferAnswer AskAfterFailure(const std::wstring& source,
                                           const std::wstring& destination, bool moving,
                                           views::FailedEntry entry) override;
-    void OnProgress() override {}
+    bool OnProgress(const std::wstring&) override { return true; }
 
  private:
     Step& step_;

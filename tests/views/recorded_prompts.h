@@ -17,7 +17,10 @@ class RecordedPrompts final : public views::TransferPrompts {
     views::TransferAnswer AskAfterFailure(const std::wstring& source,
                                           const std::wstring& destination, bool moving,
                                           views::FailedEntry entry) override;
-    void OnProgress() override { ++entries; }
+    bool OnProgress(const std::wstring&) override {
+        ++entries;
+        return true;
+    }
 
     // The answers to conflicts in turn; `answer` when there are no more.
     std::vector<views::TransferAnswer> answers;

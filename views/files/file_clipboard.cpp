@@ -14,6 +14,7 @@
 #include "views/files/drop_files.h"
 #include "views/files/file_names.h"
 #include "views/files/paste_target.h"
+#include "views/files/transfer_dialogs.h"
 #include "views/system_icons.h"
 
 namespace views {
@@ -112,7 +113,9 @@ void FileClipboard::PastePaths() {
         paths = PathsOnClipboard();
     });
     // Kept on purpose: docs/compatibility.md#cut-stays
-    FileTransfer transfer(dialogs_);
+    WorkProgress progress(Owner(), effect == Effect::Move ? IDS_MOVING : IDS_COPYING);
+    TransferDialogs dialogs(Owner(), progress);
+    FileTransfer transfer(dialogs);
     TransferAnswer answer = answerGoAhead;
     for (size_t index = 0; index < paths.size() && answer != answerStop; ++index) {
         const std::wstring& source = paths[index];
@@ -120,6 +123,7 @@ void FileClipboard::PastePaths() {
             Owner(), IDS_CANNOT_PASTE, [&] { answer = PasteOne(transfer, source, effect); },
             TextOfFolder(source));
     }
+    progress.Finish();
 }
 
 TransferAnswer FileClipboard::PasteOne(FileTransfer& transfer, const std::wstring& source,

@@ -4,14 +4,13 @@
 
 #include "views/files/entry_rows.h"
 #include "views/files/file_transfer.h"
-#include "views/files/transfer_dialogs.h"
 
 namespace views {
 
 class FileClipboard {
  public:
     // The list is borrowed.
-    explicit FileClipboard(FileList& list) : list_(list), rows_(list), dialogs_(list.GetFrame()) {}
+    explicit FileClipboard(FileList& list) : list_(list), rows_(list) {}
 
     // Put paths on the clipboard, to be copied or moved by whoever pastes them.
     void CopyRows(const std::vector<unsigned>& rows);
@@ -31,7 +30,6 @@ class FileClipboard {
 
     FileList& list_;
     EntryRows rows_;
-    TransferDialogs dialogs_;
 };
 
 }  // namespace views

@@ -34,11 +34,11 @@ HRESULT LastResult() {
 
 }  // namespace
 
-HRESULT FileDeletion::Remove(const std::wstring& path, DWORD attributes) {
+HRESULT FileDeletion::Remove(const std::wstring& path, DWORD attributes, WorkProgress& progress) {
     const platform::WaitCursor cursor;
     try {
         if (attributes & FILE_ATTRIBUTE_DIRECTORY) {
-            RecursiveDelete(path, &progress_);
+            RecursiveDelete(path, &progress);
         } else if (!DeleteFileW(path.c_str())) {
             return LastResult();
         }
@@ -48,13 +48,14 @@ HRESULT FileDeletion::Remove(const std::wstring& path, DWORD attributes) {
     return S_OK;
 }
 
-HRESULT FileDeletion::RemoveOnceFree(const std::wstring& path, DWORD attributes) {
+HRESULT FileDeletion::RemoveOnceFree(const std::wstring& path, DWORD attributes,
+                                     WorkProgress& progress) {
     constexpr DWORD period = 100;
     constexpr int mostPeriods = 10;
-    HRESULT result = Remove(path, attributes);
+    HRESULT result = Remove(path, attributes, progress);
     for (int waited = 0; IsInUse(result) && waited < mostPeriods; ++waited) {
         Sleep(period);
-        result = Remove(path, attributes);
+        result = Remove(path, attributes, progress);
     }
     return result;
 }
@@ -69,25 +70,31 @@ void FileDeletion::DeleteRow(unsigned row) {
     const std::wstring path = list_.PathOf(row);
     const FileItemOwner probe = CopyOf(list_.ItemAt(row));
     const DWORD attributes = GetFileAttributesW(path.c_str());
-    HRESULT result = S_OK;
-    if (attributes == INVALID_FILE_ATTRIBUTES) {
-        result = LastResult();
-    } else {
+    const bool exists = attributes != INVALID_FILE_ATTRIBUTES;
+    HRESULT result = exists ? S_OK : LastResult();
+    if (exists) {
         const bool folder = (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
         const UINT question = folder ? IDS_ASK_DELETE_FOLDER : IDS_ASK_DELETE_FILE;
         // Kept on purpose: docs/compatibility.md#delete-defaults-to-yes
         if (!ui::Confirm(Owner(), text::FormatText(question, path), ui::DefaultButton::Yes)) {
             return;
         }
-        result = Remove(path, attributes);
     }
-    if (Finish(path, attributes, result, Extent::One) == Removal::Removed) {
+    WorkProgress progress(Owner(), IDS_DELETING);
+    if (exists) {
+        result = Remove(path, attributes, progress);
+    }
+    if (Finish(path, attributes, result, Extent::One, progress) == Removal::Removed) {
         rows_.Follow([&] { rows_.Remove(*probe); });
     }
+    progress.Finish();
 }
 
 FileDeletion::Removal FileDeletion::Finish(const std::wstring& path, DWORD attributes,
-                                           HRESULT result, Extent extent) {
+                                           HRESULT result, Extent extent, WorkProgress& progress) {
+    if (progress.Stopped()) {
+        return Removal::Kept;
+    }
     if (IsInUse(result)) {
         const bool several = extent == Extent::Several;
         const int answer = ui::ShowMessage(
@@ -103,8 +110,11 @@ FileDeletion::Removal FileDeletion::Finish(const std::wstring& path, DWORD attri
         if (attributes == INVALID_FILE_ATTRIBUTES) {
             attributes = GetFileAttributesW(path.c_str());
         }
-        result =
-            attributes == INVALID_FILE_ATTRIBUTES ? LastResult() : RemoveOnceFree(path, attributes);
+        result = attributes == INVALID_FILE_ATTRIBUTES ? LastResult()
+                                                       : RemoveOnceFree(path, attributes, progress);
+        if (progress.Stopped()) {
+            return Removal::Kept;
+        }
     }
     if (result == S_OK) {
         return Removal::Removed;
@@ -144,11 +154,15 @@ void FileDeletion::DeleteMarked() {
 
 // A failure that is told ends the deletion, a wish to stop leaves the marks as well.
 void FileDeletion::DeletePaths(const std::vector<std::wstring>& paths) {
+    WorkProgress progress(Owner(), IDS_DELETING);
     {
         const platform::WaitCursor cursor;
         bool goOn = true;
         for (size_t index = 0; goOn && index < paths.size(); ++index) {
             const std::wstring& path = paths[index];
+            if (!progress.OnProgress(path)) {
+                break;
+            }
             Removal removal = Removal::Removed;
             goOn = false;
             ui::RunAction(
@@ -157,20 +171,20 @@ void FileDeletion::DeletePaths(const std::vector<std::wstring>& paths) {
                     RequireOwnName(path);
                     const DWORD attributes = GetFileAttributesW(path.c_str());
                     if (attributes != INVALID_FILE_ATTRIBUTES) {
-                        removal =
-                            Finish(path, attributes, Remove(path, attributes), Extent::Several);
+                        removal = Finish(path, attributes, Remove(path, attributes, progress),
+                                         Extent::Several, progress);
                     }
-                    goOn = true;
+                    goOn = !progress.Stopped();
                 },
                 path);
             if (removal == Removal::Stopped) {
                 return;
             }
-            progress_.OnProgress();
         }
     }
     list_.Relist();
     list_.EndMarking();
+    progress.Finish();
 }
 
 }  // namespace views

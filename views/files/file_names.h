@@ -17,7 +17,6 @@ inline std::wstring TextOfFolder(const std::wstring& path) {
     return path.empty() ? L"\\" : path;
 }
 
-
 // Whether a folder's path begins with the path of another, letter by letter: "\AB" counts as
 // lying within "\A".
 bool BeginsWithPath(std::wstring_view folder, std::wstring_view other);

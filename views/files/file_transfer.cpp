@@ -83,7 +83,9 @@ TransferAnswer FileTransfer::Run(const std::wstring& source, const std::wstring&
 }
 
 std::optional<TransferAnswer> FileTransfer::Begin(DWORD attributes, bool topLevel) {
-    prompts_.OnProgress();
+    if (!prompts_.OnProgress(source_)) {
+        return answerStop;
+    }
     RequireOwnName(source_);
     return moving_ ? BeginMove(attributes, topLevel) : BeginCopy(attributes, topLevel);
 }

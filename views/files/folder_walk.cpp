@@ -82,11 +82,11 @@ void RecursiveDelete(const std::wstring& folderPath, WalkProgress* progress) {
             ThrowUnless(RemoveDirectoryW(path.c_str()));
             continue;
         }
-        if (progress) {
-            progress->OnProgress();
-        }
         path += L'\\';
         path += entry->cFileName;
+        if (progress && !progress->OnProgress(path)) {
+            throw faults::W32Fault(faults::ResultFromError(ERROR_CANCELLED));
+        }
         RequireOwnName(path);
         const DWORD attributes = entry->dwFileAttributes;
         if (!(attributes & FILE_ATTRIBUTE_DIRECTORY)) {

@@ -11,8 +11,9 @@ namespace views {
 // Told of each entry that a long walk comes to.
 class WalkProgress {
  public:
-    // A moment to let the screen be drawn.
-    virtual void OnProgress() = 0;
+    // Before the entry is touched; a moment to let the screen be drawn. False when the user wants
+    // the walk to end here.
+    virtual bool OnProgress(const std::wstring& path) = 0;
 
  protected:
     ~WalkProgress() = default;
@@ -51,7 +52,8 @@ void RequireOwnLink(const std::wstring& path, DWORD attributes);
 
 // Deletes a folder and all that is in it, whatever its depth, without recursion; of a link the link
 // alone. What was deleted before a failure stays deleted. The progress is borrowed and may be null.
-// Throws W32Fault at the first failure (DeleteFileW, RemoveDirectoryW, FindFirstFileW, ...).
+// Throws W32Fault (ERROR_CANCELLED) where the user stops it, and at the first failure (DeleteFileW,
+// RemoveDirectoryW, FindFirstFileW, ...).
 void RecursiveDelete(const std::wstring& folderPath, WalkProgress* progress = nullptr);
 
 }  // namespace views

@@ -16,7 +16,7 @@ constexpr UINT yesNoCancel[] = {IDS_BUTTON_YES, IDS_BUTTON_NO, IDS_BUTTON_CANCEL
 
 TransferAnswer TransferDialogs::AskConflict(const std::wstring& name, bool folder, bool topLevel) {
     const std::wstring text = text::FormatText(folder ? IDS_ASK_MERGE : IDS_ASK_OVERWRITE, name);
-    switch (ui::ShowMessage(Owner(), text, IDS_WARNING, topLevel ? 2 : 3, yesNoCancel, 1)) {
+    switch (ui::ShowMessage(owner_, text, IDS_WARNING, topLevel ? 2 : 3, yesNoCancel, 1)) {
         case IDS_BUTTON_YES:
             return answerOverwrite;
         case IDS_BUTTON_NO:
@@ -28,7 +28,7 @@ TransferAnswer TransferDialogs::AskConflict(const std::wstring& name, bool folde
 
 void TransferDialogs::TellOtherKind(const std::wstring& name, bool sourceIsFolder) {
     ui::ShowNotice(
-        Owner(),
+        owner_,
         text::FormatText(sourceIsFolder ? IDS_FILE_IN_THE_WAY : IDS_FOLDER_IN_THE_WAY, name),
         IDS_WARNING, IDS_BUTTON_CANCEL);
 }
@@ -42,13 +42,13 @@ TransferAnswer TransferDialogs::AskAfterFailure(const std::wstring& source,
     const std::wstring text =
         text::Format(pattern, source, destination, ui::TextOfCurrentException());
     if (entry == FailedEntry::Link) {
-        return ui::Confirm(Owner(), text, ui::DefaultButton::Yes) ? answerSkip : answerStop;
+        return ui::Confirm(owner_, text, ui::DefaultButton::Yes) ? answerSkip : answerStop;
     }
     const std::wstring caption = text::TextOf(IDS_WARNING);
     const platform::ArrowCursor arrow;
     // Kept on purpose: docs/compatibility.md#skip-box
     // The box has no Yes: whatever is answered stops the transfer.
-    return MessageBoxW(Owner(), text.c_str(), caption.c_str(), MB_OKCANCEL | MB_ICONQUESTION) ==
+    return MessageBoxW(owner_, text.c_str(), caption.c_str(), MB_OKCANCEL | MB_ICONQUESTION) ==
                    IDYES
                ? answerSkip
                : answerStop;

@@ -2,27 +2,24 @@
 #pragma once
 
 #include "views/files/file_transfer.h"
-#include "views/files/paint_progress.h"
-#include "views/view.h"
+#include "views/files/work_progress.h"
 
 namespace views {
 
 class TransferDialogs final : public TransferPrompts {
  public:
-    // The frame is borrowed.
-    explicit TransferDialogs(Frame& frame) : frame_(frame) {}
+    // Both are borrowed; the window owns the boxes.
+    TransferDialogs(HWND owner, WorkProgress& progress) : owner_(owner), progress_(progress) {}
 
     TransferAnswer AskConflict(const std::wstring& name, bool folder, bool topLevel) override;
     void TellOtherKind(const std::wstring& name, bool sourceIsFolder) override;
     TransferAnswer AskAfterFailure(const std::wstring& source, const std::wstring& destination,
                                    bool moving, FailedEntry entry) override;
-    void OnProgress() override { progress_.OnProgress(); }
+    bool OnProgress(const std::wstring& path) override { return progress_.OnProgress(path); }
 
  private:
-    HWND Owner() const { return frame_.MainWindow(); }
-
-    Frame& frame_;
-    PaintProgress progress_;
+    HWND owner_;
+    WorkProgress& progress_;
 };
 
 }  // namespace views
