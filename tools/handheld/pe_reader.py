@@ -51,8 +51,8 @@ class Resource:
 
 
 class PeFile:
-    """One executable in memory. `warnings` are pefile's sentences about what is odd in it. Throws ToolError if it is not a
-    PE file or ends before its sections do."""
+    """One executable in memory. `warnings` are pefile's sentences about what is odd in it. Throws ToolError if it is
+    not a PE file or ends before its sections do."""
 
     def __init__(self, data, path="The executable"):
         self.data = data
