@@ -19,6 +19,8 @@ sys.path.insert(0, os.path.join(ROOT, "tools", "handheld"))
 import device_rules  # noqa: E402
 import other_readers  # noqa: E402
 from elf_reader import ElfFile  # noqa: E402
+from import_documents import DocumentList, complaints  # noqa: E402
+from import_list import read_late_list  # noqa: E402
 from pe_reader import PeFile  # noqa: E402
 from tool_error import read_bytes  # noqa: E402
 
@@ -248,6 +250,45 @@ class ExecutableTest(unittest.TestCase):
 
     def test_z_every_rule_was_seen_to_be_broken(self):
         self.assertEqual({rule.__name__ for rule in device_rules.RULES}, {rule.__name__ for rule in self.tried})
+
+
+class ImportDocumentsTest(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        folder = os.path.join(ROOT, "platform", "ce")
+        with open(os.path.join(folder, "documents.txt"), encoding="utf-8") as file:
+            cls.text = file.read()
+        image = PeFile.read(os.path.join(build_folder, "vantor.exe"))
+        cls.imports = {(item.library.removesuffix(".dll"), item.name) for item in image.imports}
+        cls.late = {(item.library, item.name) for item in read_late_list(os.path.join(folder, "imports.txt"))}
+
+    def told(self, old, new):
+        self.assertIn(old, self.text)
+        return list(complaints(DocumentList(self.text.replace(old, new, 1)), self.imports, self.late))
+
+    def test_say_for_every_function_where_it_is_known_from(self):
+        self.assertGreater(len(self.imports), 150)
+        self.assertEqual(list(complaints(DocumentList(self.text), self.imports, self.late)), [])
+
+    def test_are_missed_where_they_are_missing_and_told_where_nobody_needs_them(self):
+        line = next(line for line in self.text.splitlines() if line.startswith("coredll   BitBlt "))
+        self.assertEqual(self.told(line + "\n", ""), ["coredll BitBlt has no document."])
+        self.assertEqual(self.told(line, line.replace("BitBlt", "BitBlu")),
+                         ["coredll BitBlt has no document.", "coredll BitBlu has a document but is not used."])
+        self.assertEqual(self.told("late aygshell  SHFullScreen ", "late aygshell  SHHalfScreen "),
+                         ["aygshell SHFullScreen has no document.",
+                          "aygshell SHHalfScreen has a document but is not used."])
+
+    def test_are_pages_that_are_listed_once_and_used(self):
+        self.assertEqual(self.told("Beep                 beep", "Beep                 boop"),
+                         ["coredll MessageBeep names the page boop, which is not listed.",
+                          "The page beep is that of no function."])
+        self.assertEqual(self.told("exports  # no public page found; TlsAlloc", "exports  # TlsAlloc"),
+                         ["coredll TlsCall has no page and does not say so."])
+        for line in ("page beep https://example.org/ Another", "page new file:///new New", "coredll MessageBeep beep",
+                     "coredll New", "page"):
+            wrong = self.told("page  automation ", f"{line}\npage  automation ")
+            self.assertRegex(wrong[0], r"Line \d+ is neither a page nor a function, or stands there twice\.")
 
 
 if __name__ == "__main__":
