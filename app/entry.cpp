@@ -18,9 +18,7 @@ void Require(HRESULT result) {
     }
 }
 
-void RunProgram(HINSTANCE instance, int showCommand) {
-    Require(CoInitializeEx(nullptr, COINIT_MULTITHREADED));
-    const platform::ScopeExit leaveCom([] { CoUninitialize(); });
+void RunInApartment(HINSTANCE instance, int showCommand) {
     app::Module& module = app::TheModule();
     Require(module.Initialize(instance));
     const platform::ScopeExit shutdown([&module] { module.Shutdown(); });
@@ -28,6 +26,17 @@ void RunProgram(HINSTANCE instance, int showCommand) {
     app::LoadLanguage(app::ChooseLanguage());
     ui::Resources().Load();
     app::Run(module, showCommand);
+}
+
+void RunProgram(HINSTANCE instance, int showCommand) {
+    Require(CoInitializeEx(nullptr, COINIT_MULTITHREADED));
+    const platform::ScopeExit leaveCom([] { CoUninitialize(); });
+    try {
+        RunInApartment(instance, showCommand);
+    } catch (const faults::COMFault& fault) {
+        // The error object's code may go with the apartment: what it says is kept, it is not.
+        throw faults::Fault(faults::FullText(fault));
+    }
 }
 
 // Call it in a handler only.

@@ -106,9 +106,7 @@ void MainFrame::OnCreate() {
     }
     FollowVisibleArea();
     Arrange();
-    if (!Current().Activate(ViewArgument())) {
-        throw faults::W32Fault();
-    }
+    ActivateCurrent(ViewArgument());
     // What a window kept while it was placed.
     ui::RethrowHeldException();
     open_ = true;
@@ -116,6 +114,13 @@ void MainFrame::OnCreate() {
     TitleChanged();
     MenuStateChanged();
     platform::ClaimBackKey(Handle());
+}
+
+void MainFrame::ActivateCurrent(const ViewArgument& argument) {
+    if (!Current().Activate(argument)) {
+        // The last error may be that of any call before.
+        throw faults::W32Fault(E_FAIL);
+    }
 }
 
 void MainFrame::FollowVisibleArea() {
@@ -180,9 +185,7 @@ void MainFrame::ShowView(ViewIndex view, const ViewArgument& argument) {
     current_ = view;
     try {
         Current().Layout(dc);
-        if (!Current().Activate(argument)) {
-            throw faults::W32Fault();
-        }
+        ActivateCurrent(argument);
     } catch (...) {
         UpdateSlideBar();
         TitleChanged();

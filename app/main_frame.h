@@ -66,6 +66,8 @@ class MainFrame : public ui::Window, public views::Frame, private PaneOwner {
     void TimerOfView(UINT_PTR timer) override;
     views::View& Current() const { return *views_[static_cast<size_t>(current_)]; }
     void ShowView(views::ViewIndex view, const views::ViewArgument& argument);
+    // Throws when the view does not come up.
+    void ActivateCurrent(const views::ViewArgument& argument);
     void Arrange();
     // Places the slide bar at the edge of `area` that it takes, if any, and takes it from it.
     void ArrangeSlideBar(RECT* area);

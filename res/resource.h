@@ -80,7 +80,9 @@
 #define ID_ABOUT 57664
 #define ID_EXIT 57665
 
-// Texts. The program's name:
+// Texts, of which some are only kept.
+// Kept on purpose: docs/compatibility.md#spare-texts
+// The program's name:
 #define IDS_PROGRAM 100
 // labels of a box's buttons:
 #define IDS_BUTTON_EXIT 130

@@ -13,6 +13,8 @@ namespace views {
 class HiddenApps {
  public:
     virtual bool IsHidden(HWND window) const = 0;
+    // The same where the path of the window's executable is known.
+    virtual bool Hides(const std::wstring& path) const = 0;
     // Hides a window's application from now on. Throws a fault when it cannot be recorded.
     virtual void HideApp(HWND window) = 0;
 
@@ -44,6 +46,7 @@ class AppCloser {
     // Borrowed; without one nothing is hidden.
     void SetHiddenApps(HiddenApps* hidden) { hidden_ = hidden; }
     bool IsHidden(HWND window) const { return hidden_ && hidden_->IsHidden(window); }
+    bool Hides(const std::wstring& path) const { return hidden_ && hidden_->Hides(path); }
     void HideApp(HWND window);
 
     // The process that a window belongs to, 0 when it cannot be found (GetWindowThreadProcessId,

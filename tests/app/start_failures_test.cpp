@@ -14,6 +14,7 @@
 #include "views/commands.h"
 
 #include <objbase.h>
+#include <oleauto.h>
 
 using namespace test;
 
@@ -134,6 +135,58 @@ HRESULT WINAPI NoPrograms(const wchar_t*, CLSID*) {
 
 void FailAtExit() {
     throw faults::W32Fault(faults::ResultFromError(ERROR_FILE_NOT_FOUND));
+}
+
+void(WINAPI* endCom)() = nullptr;
+
+void WINAPI EndCom() {
+    ++comEnds;
+    endCom();
+}
+
+// An error object that notes whether it is used after its apartment has ended.
+class ErrorObject final : public IErrorInfo {
+ public:
+    HRESULT WINAPI QueryInterface(const IID&, void** object) override {
+        *object = this;
+        Use();
+        ++references;
+        return S_OK;
+    }
+    ULONG WINAPI AddRef() override {
+        Use();
+        return ++references;
+    }
+    ULONG WINAPI Release() override {
+        Use();
+        return --references;
+    }
+    HRESULT WINAPI GetGUID(GUID*) override { return E_NOTIMPL; }
+    HRESULT WINAPI GetSource(BSTR*) override { return E_NOTIMPL; }
+    HRESULT WINAPI GetDescription(BSTR* text) override {
+        Use();
+        *text = SysAllocString(L"said by the error object");
+        return S_OK;
+    }
+    HRESULT WINAPI GetHelpFile(BSTR*) override { return E_NOTIMPL; }
+    HRESULT WINAPI GetHelpContext(DWORD*) override { return E_NOTIMPL; }
+
+    ULONG references = 0;
+    bool usedTooLate = false;
+
+ private:
+    void Use() { usedTooLate |= comEnds > 0; }
+};
+
+ErrorObject* errorObject = nullptr;
+
+HANDLE WINAPI FailInCom(SECURITY_ATTRIBUTES* security, BOOL manual, BOOL signalled,
+                        const wchar_t* name) {
+    if (!name) {
+        return createEvent(security, manual, signalled, name);
+    }
+    SetErrorInfo(0, errorObject);
+    throw faults::COMFault(E_ACCESSDENIED);
 }
 
 class StartFailure : public RunningProgram {
@@ -260,6 +313,20 @@ TEST_F(StartFailure, OfAnUnexpectedKindIsShown) {
     createEvent = hook.Original();
     RunToMessage();
     ExpectShown(L"Unexpected error.");
+}
+
+TEST_F(StartFailure, OfAComObjectIsReadBeforeItsApartmentEnds) {
+    ErrorObject object;
+    errorObject = &object;
+    const PlatformHook<CreateEventHook> hook("CreateEventW", FailInCom);
+    createEvent = hook.Original();
+    const PlatformHook<void()> endHook("CoUninitialize", EndCom);
+    endCom = endHook.Original();
+    RunToMessage();
+    ExpectShown(L"said by the error object");
+    EXPECT_EQ(comEnds, 1);
+    EXPECT_EQ(object.references, 0u);
+    EXPECT_FALSE(object.usedTooLate);
 }
 
 TEST_F(StartFailure, OfAnEarlierCallDoesNotCount) {

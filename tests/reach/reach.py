@@ -1,4 +1,4 @@
-#!/usr/bin/env python3
+#!/usr/bin/python3
 """Tells what the end-to-end tests of both executables have reached: every command of every menu, every dialog,
 every message, every system call. Prints what was covered and what was not, and ends with 1 if a command, a dialog
 or a message was not reached on either executable. A run of only some of the suites is told of, not judged. The

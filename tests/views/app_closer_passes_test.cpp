@@ -135,6 +135,7 @@ class HidesOne final : public HiddenApps {
  public:
     explicit HidesOne(HWND window) : window_(window) {}
     bool IsHidden(HWND window) const override { return window == window_; }
+    bool Hides(const std::wstring&) const override { return false; }
     void HideApp(HWND) override {}
 
  private:

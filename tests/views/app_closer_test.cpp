@@ -94,6 +94,7 @@ class Hiding final : public HiddenApps {
  public:
     explicit Hiding(HWND window) : window_(window) {}
     bool IsHidden(HWND window) const override { return window == window_; }
+    bool Hides(const std::wstring&) const override { return false; }
     void HideApp(HWND) override {}
 
  private:

@@ -48,6 +48,12 @@ HANDLE WINAPI OpenAllButOne(DWORD access, BOOL inherit, DWORD process) {
     return realOpen(access, inherit, process);
 }
 
+int openings = 0;
+HANDLE WINAPI CountOpenings(DWORD access, BOOL inherit, DWORD process) {
+    ++openings;
+    return realOpen(access, inherit, process);
+}
+
 // A window that, asked for its title, activates the one that asks.
 views::ApplicationsView* resumed = nullptr;
 LRESULT(WINAPI* realSend)(HWND, UINT, WPARAM, LPARAM, UINT, UINT, DWORD_PTR*) = nullptr;
@@ -183,6 +189,19 @@ TEST_F(ApplicationsList, IsReadUnderTheWaitCursor) {
     const WatchedCursor cursor;
     view->Refresh();
     EXPECT_TRUE(cursor.IsBack());
+}
+
+TEST_F(ApplicationsList, OpensEachApplicationOnceAlsoWhereSomeAreHidden) {
+    const SampleProgram program(L"polite", L"Sample 1");
+    const OnlyApplications only({program.Window()});
+    hiddenApps.Write("<hide><application path=\"\\nowhere.exe\"/></hide>");
+    Open();
+    const PlatformHook<HANDLE WINAPI(DWORD, BOOL, DWORD)> hook("OpenProcess", CountOpenings);
+    realOpen = hook.Original();
+    openings = 0;
+    view->Refresh();
+    EXPECT_EQ(Rows(), (Titles{L"Sample 1"}));
+    EXPECT_EQ(openings, 1);
 }
 
 TEST_F(ApplicationsList, GivesBackAllItTakes) {

@@ -10,6 +10,18 @@ using namespace views;
 
 using Labels = std::vector<std::wstring>;
 
+namespace {
+
+// How often the first of the cards has been asked about.
+int timesAsked = 0;
+UINT(WINAPI* driveType)(const wchar_t*) = nullptr;
+UINT WINAPI CountFirstCard(const wchar_t* root) {
+    timesAsked += root[0] == L'M';
+    return driveType(root);
+}
+
+}  // namespace
+
 class StatusRows : public StatusFixture {};
 
 TEST_F(StatusRows, AreTheBatteryTheMemoryTheStorageAndTheCards) {
@@ -131,6 +143,23 @@ TEST_F(StatusUpdates, NeverLetTheSystemAskForAMedium) {
     device.volumes[L'M'].present = false;
     View().Refresh();
     EXPECT_FALSE(device.systemMayAsk);
+}
+
+TEST_F(StatusUpdates, ACardIsAskedNoMoreOftenBesideOthers) {
+    AddCard(L'M');
+    Open();
+    const PlatformHook<UINT WINAPI(const wchar_t*)> hook("GetDriveTypeW", CountFirstCard);
+    driveType = hook.Original();
+    timesAsked = 0;
+    View().DeviceChanged(0x8000);
+    const int alone = timesAsked;
+    EXPECT_GT(alone, 0);
+    AddCard(L'N');
+    AddCard(L'O');
+    timesAsked = 0;
+    View().DeviceChanged(0x8000);
+    ASSERT_EQ(List().GetCount(), 6u);
+    EXPECT_EQ(timesAsked, alone);
 }
 
 TEST_F(StatusUpdates, ANewCardWaitsForItsDeviceEvent) {

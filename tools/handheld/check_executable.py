@@ -1,4 +1,4 @@
-#!/usr/bin/env python3
+#!/usr/bin/python3
 """Reads a finished handheld executable back and says what would keep it from running on the device.
 
 Ends with status 1 and one sentence for each thing that is wrong."""
@@ -17,6 +17,7 @@ SUBSYSTEM_VERSION = (4, 20)
 # Those that every device has. What stands in others is looked up, since the system loads no program of which a library
 # or one function is missing.
 LIBRARIES = {"coredll", "toolhelp", "ole32", "oleaut32", "commctrl"}
+DIRECTORY_RELOCATIONS = 5
 FRAME_LIMIT = 2048
 FILE_BUDGET = 400 * 1024
 CODE_BUDGET = 300 * 1024
@@ -31,6 +32,8 @@ STRINGS_PER_BLOCK = 16
 
 def check_headers(image):
     """Sentences about what the system reads first."""
+    for warning in image.warnings:
+        yield f"pefile says: {warning}"
     if image.machine != MACHINE_ARM:
         yield f"The machine is {image.machine:#06x}, not ARM ({MACHINE_ARM:#06x})."
     if image.subsystem != SUBSYSTEM_WINDOWS_CE:
@@ -75,7 +78,9 @@ def check_relocations(image):
     """Sentences about relocations that are missing or point astray."""
     if not image.relocations:
         yield "There are no relocations, so the image could only stand at its own base."
-    seen = set()
+    _, table = image.directories[DIRECTORY_RELOCATIONS]
+    if sum(image.relocation_blocks) != table or any(size % 4 for size in image.relocation_blocks):
+        yield f"The relocation blocks take {sum(image.relocation_blocks)} of the {table} bytes of their table."
     for rva in image.relocations:
         section = image.section_at(rva, 4)
         if section is None:
@@ -86,9 +91,6 @@ def check_relocations(image):
             value = int.from_bytes(image.bytes_at(rva, 4), "little")
             if not image.image_base <= value <= image.image_base + image.image_size:
                 yield f"The relocated word at {rva:#x} is {value:#x}, which is no address in the image."
-        if rva in seen:
-            yield f"The word at {rva:#x} is relocated twice."
-        seen.add(rva)
 
 
 def parse_expected_resource(text):

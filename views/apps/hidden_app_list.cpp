@@ -257,7 +257,7 @@ bool HiddenAppList::IsHidden(HWND window) const {
     }
     const DWORD process = AppCloser::ProcessIdOfWindow(window);
     const std::wstring path = process ? platform::ProcessPath(process) : std::wstring();
-    return !path.empty() && Matches(path);
+    return !path.empty() && Hides(path);
 }
 
 void HiddenAppList::HideApp(HWND window) {

@@ -29,6 +29,7 @@ class HiddenAppList final : public HiddenApps {
     // Whether the window's executable is listed, with its full path or its name alone. Once a list
     // was empty at its start, nothing is hidden until the program starts again.
     bool IsHidden(HWND window) const override;
+    bool Hides(const std::wstring& path) const override { return !empty_ && Matches(path); }
     // Adds the window's executable and writes the file; nothing for a window without a process.
     // Throws W32Fault or COMFault: the file is then as it was, and the application hidden only
     // until the program ends, unless it is hidden again.

@@ -28,7 +28,7 @@ void Examine(HWND window, const AppCloser& closer, DWORD flags, WindowQuestions&
     AppName name = NameOfApp(window, questions);
     if (name.text.empty() || AppCloser::IsCursorWindow(window, name.text) ||
         (!(flags & flagShowCriticalApplications) && process == closer.ShellProcessId()) ||
-        (!(flags & flagShowHiddenApplications) && closer.IsHidden(window))) {
+        (!(flags & flagShowHiddenApplications) && closer.Hides(path))) {
         return;
     }
     found(std::make_unique<AppItem>(

@@ -1,6 +1,6 @@
 #include "views/status/storage_card.h"
 
-#include <string>
+#include <algorithm>
 
 #include "platform/storage.h"
 #include "views/status/gauge_rules.h"
@@ -16,39 +16,41 @@ std::wstring_view NameIn(const wchar_t (&field)[size]) {
     return whole.substr(0, whole.find(L'\0'));
 }
 
-bool HasVolume(const platform::StoreInfo& info, std::wstring_view folder) {
+void AddVolumes(const platform::StoreInfo& info, std::vector<std::wstring>& volumes) {
     std::wstring path;
     if (!StorePath(NameIn(info.szDeviceName), &path)) {
-        return false;
+        return;
     }
     const platform::UniqueStore store(platform::OpenStore(path.c_str()));
     if (!store) {
-        return false;
+        return;
     }
     platform::PartitionInfo partition;
     const platform::UniquePartitionSearch search(
         platform::FindFirstPartition(store.Get(), &partition));
     for (bool found = static_cast<bool>(search); found;
          found = platform::FindNextPartition(search.Get(), &partition)) {
-        if (IsVolumeOfFolder(NameIn(partition.szVolumeName), folder)) {
-            return true;
-        }
+        volumes.emplace_back(NameIn(partition.szVolumeName));
     }
-    return false;
 }
 
 }  // namespace
 
-bool IsStorageCard(std::wstring_view folder) {
+StorageCards::StorageCards() {
     platform::StoreInfo store;
     const platform::UniqueStoreSearch search(platform::FindFirstStore(&store));
     for (bool found = static_cast<bool>(search); found;
          found = platform::FindNextStore(search.Get(), &store)) {
-        if (store.dwPartitionCount > 0 && HasVolume(store, folder)) {
-            return true;
+        if (store.dwPartitionCount > 0) {
+            AddVolumes(store, volumes_);
         }
     }
-    return false;
+}
+
+bool StorageCards::Have(std::wstring_view folder) const {
+    return std::any_of(volumes_.begin(), volumes_.end(), [folder](const std::wstring& volume) {
+        return IsVolumeOfFolder(volume, folder);
+    });
 }
 
 }  // namespace views

@@ -120,9 +120,10 @@ void SystemStatusView::AddStorage(Gauges& gauges) {
     if (!search) {
         return;
     }
+    const StorageCards cards;
     do {
         const std::wstring name(found.cFileName);
-        if (IsStorageCard(name)) {
+        if (cards.Have(name)) {
             GaugeOwner card = MakeStorageCardGauge(L"\\" + name);
             // One that has gone since it was listed keeps its row until the next update.
             card->Update();

@@ -8,6 +8,8 @@ import unittest
 
 ROOT = os.path.realpath(os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", ".."))
 REASONS = os.path.join("docs", "compatibility.md")
+# Where the program's own code is.
+ROOMS = ("app", "faults", "platform", "text", "ui", "views")
 POINTER = re.compile(r"// Kept on purpose: docs/compatibility\.md#([\w-]+)$", re.MULTILINE)
 
 
@@ -23,13 +25,17 @@ def content(path):
         return file.read()
 
 
+def texts_of_entries():
+    """What each entry says."""
+    found = re.findall(r"^### ([\w-]+)\n(.*?)(?=^##|\Z)", content(REASONS), re.MULTILINE | re.DOTALL)
+    assert len(dict(found)) == len(found)
+    return dict(found)
+
+
 def entries():
     """The files that each entry names."""
-    found = {}
-    for name, text in re.findall(r"^### ([\w-]+)\n(.*?)(?=^##|\Z)", content(REASONS), re.MULTILINE | re.DOTALL):
-        assert name not in found, name
-        found[name] = {os.path.normpath(os.path.join("docs", path)) for path in re.findall(r"\]\(([^)]+)\)", text)}
-    return found
+    return {name: {os.path.normpath(os.path.join("docs", path)) for path in re.findall(r"\]\(([^)]+)\)", text)}
+            for name, text in texts_of_entries().items()}
 
 
 def pointers():
@@ -46,6 +52,20 @@ class DocumentsTest(unittest.TestCase):
         self.maxDiff = None
         self.assertGreater(len(entries()), 10)
         self.assertEqual(entries(), pointers())
+
+    def test_the_texts_and_menus_that_nothing_shows_are_those_of_the_pages(self):
+        numbers = dict(re.findall(r"^#define (ID[SR]_\w+) (\d+)$", content(os.path.join("res", "resource.h")),
+                                  re.MULTILINE))
+        code = "\n".join(content(path) for path in sources(".cpp", ".h") if path.split(os.sep)[0] in ROOMS)
+        unused = {int(number) for name, number in numbers.items() if not re.search(rf"\b{name}\b", code)}
+        # The units of sizes are counted on from the first.
+        unused -= set(range(int(numbers["IDS_KILOBYTES"]), int(numbers["IDS_TERABYTES"])))
+        for entry, prefix in (("spare-texts", "IDS_"), ("spare-menus", "IDR_")):
+            of_kind = {int(number) for name, number in numbers.items() if name.startswith(prefix)}
+            named = {int(number) for number in re.findall(r"\b[1-9]\d\d\b", texts_of_entries()[entry])}
+            self.assertEqual(named & of_kind - {int(numbers["IDS_CANNOT_CREATE_MAIN_WINDOW"])}, unused & of_kind, entry)
+        menus = {int(number) for name, number in numbers.items() if name.startswith("IDR_")}
+        self.assertEqual(set(range(500, 512)) - menus, {507, 508, 509, 510})
 
     def test_the_links_of_the_pages_lead_somewhere(self):
         pages = list(sources(".md"))

@@ -49,10 +49,10 @@ for changed in platform/ce/imports.txt tools/handheld/elf_to_pe.py tools/handhel
     buildSample
 done
 
-python3 "$root/tools/handheld/check_executable.py" "$build/sample.exe" --stack-usage "$build" \
+/usr/bin/python3 "$root/tools/handheld/check_executable.py" "$build/sample.exe" --stack-usage "$build" \
     --expect-resources "$here/expected_resources.txt" || fail "check_executable.py"
 
-python3 -m unittest discover --start-directory "$here" --pattern 'test_*.py' || fail "the tests of the tools"
+/usr/bin/python3 -m unittest discover --start-directory "$here" --pattern 'test_*.py' || fail "the tests of the tools"
 
 if [ "$failures" -ne 0 ]; then
     echo "$failures failed" >&2

@@ -1,4 +1,4 @@
-#!/usr/bin/env python3
+#!/usr/bin/python3
 """The handheld's language packs are modules that its loader takes, with the texts of their sources.
 
 usage: test_handheld_packs.py FOLDER_OF_THE_PACKS"""

@@ -152,8 +152,13 @@ class PackageTest(unittest.TestCase):
         self.assertEqual((control.name, control.provider), ("Vantor", "Kelmor"))
         self.assertEqual(control.processor, 2577)
         self.assertEqual(control.minimum, (4, 20))
-        self.assertEqual(control.registry, [0, 0])
         self.assertEqual(control.unsupported, 0)
+
+    def test_the_installer_has_nothing_that_the_program_writes_so_that_an_update_loses_nothing(self):
+        control = self.control_file(self.unpack_cabinet())
+        self.assertEqual(control.registry, [0, 0])
+        self.assertEqual({place for place, _ in control.files.values()}, {"%CE1%\\Vantor"})
+        self.assertFalse([name for _, name in control.files.values() if name.endswith(".xml")])
 
     def test_the_installer_knows_that_the_program_fits_every_screen(self):
         self.assertEqual(self.control_file(self.unpack_cabinet()).screens, 0xE0000000)
@@ -170,6 +175,15 @@ class PackageTest(unittest.TestCase):
         # 11 is the folder of the start menu's programs, 1 a link to a file.
         self.assertEqual(control.links, [(11, 1, 1, "Vantor.lnk")])
         self.assertEqual(control.files[1][1], "vantor.exe")
+
+    def test_the_cabinet_has_no_faults_and_one_that_is_cut_off_has(self):
+        cabinet = os.path.join(self.into, "vantor.cab")
+        short = os.path.join(self.folder.name, "short.cab")
+        with open(short, "wb") as file:
+            file.write(content(cabinet)[:-100_000])
+        for path, good in ((cabinet, True), (short, False)):
+            tested = subprocess.run(["cabextract", "--test", path], capture_output=True, text=True)
+            self.assertEqual(tested.returncode == 0 and "All done, no errors." in tested.stdout, good, tested.stdout)
 
     def test_the_cabinet_is_not_compressed(self):
         size = os.path.getsize(os.path.join(self.into, "vantor.cab"))
