@@ -5,6 +5,7 @@
 #include "tests/support/wait.h"
 #include "tests/ui/bar/sample_bar.h"
 #include "ui/bar/page_slider.h"
+#include "ui/bar/progress_band.h"
 #include "ui/bar/slide_bar.h"
 #include "ui/list/row_editor.h"
 #include "ui/paint/clipped_text.h"
@@ -143,6 +144,14 @@ TEST_F(GalleryControls, ThreeButtons) {
         camera.Take("bar_three_buttons_pressed");
         input.Play(Finger().MoveTo(button.x, button.y - 100).Up());
     });
+}
+
+TEST_F(GalleryControls, ProgressBand) {
+    Open({{1, L"Actions"}, {2, L"Menu"}});
+    ui::ProgressBand band;
+    ASSERT_TRUE(band.Show(owner.Handle(), L"Copying Meter readings of the last twelve years.csv",
+                          L"12,345 done"));
+    Run([&] { camera.Take("progress_band"); });
 }
 
 TEST_F(GalleryControls, Menu) {
