@@ -290,6 +290,35 @@ TEST_F(FilesWork, PastingAsksBeforeItOverwritesAndMerges) {
     EXPECT_TRUE(WaitFor([&] { return Content(In(L"tree\\leaf")) == "leaf"; }));
 }
 
+TEST_F(FilesWork, ALongCopyShowsHowFarItIsAndCanBeStopped) {
+    constexpr int files = 3000;
+    const TemporaryFolder other;
+    const std::wstring tree = other.MakeFolder(L"tree");
+    for (int file = 0; file < files; ++file) {
+        other.MakeFile(L"tree\\" + std::to_wstring(file));
+    }
+    folder.MakeFolder(L"tree");
+    Start();
+    Put(tree, 1);
+    const DWORD start = GetTickCount();
+    ChooseCommand(IDR_FILES, ID_PASTE);
+    ASSERT_TRUE(Dialog());
+    // The second in which nothing shows passes with the question.
+    EXPECT_TRUE(WaitFor([&] { return GetTickCount() - start > 1500; }));
+    EXPECT_EQ(CaptionAnswered(Yes()), L"Warning");
+    ASSERT_TRUE(WaitFor([&] { return FindChild(Window(), L"kx::ProgressBand") != nullptr; }));
+    ASSERT_TRUE(Finger().Key("Escape").Play());
+    EXPECT_EQ(CaptionAnswered(Return()), L"Warning");
+    EXPECT_FALSE(FindChild(Window(), L"kx::ProgressBand"));
+    int copied = 0;
+    for (int file = 0; file < files; ++file) {
+        const std::wstring name = L"tree\\" + std::to_wstring(file);
+        copied += GetFileAttributesW(In(name).c_str()) != INVALID_FILE_ATTRIBUTES;
+    }
+    EXPECT_GT(copied, 0);
+    EXPECT_LT(copied, files);
+}
+
 TEST_F(FilesWork, PastingRefusesAnotherKindAFolderIntoItselfAndWhatIsGone) {
     const TemporaryFolder other;
     const std::wstring file = other.MakeFile(L"a", "file");
