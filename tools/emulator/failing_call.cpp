@@ -93,7 +93,10 @@ std::optional<Failure> SweptFailureOf(const Call& call, sweep::Channel* channel)
         progress = Progress();
         return std::nullopt;
     }
-    const NaturalFailure* const natural = NaturalFailureOf(call.Name());
+    // A process can always end itself.
+    const bool endsItself = std::strcmp(call.Name(), "TerminateProcess") == 0 &&
+                            call.KernelHandle(0) == GetCurrentProcess();
+    const NaturalFailure* const natural = endsItself ? nullptr : NaturalFailureOf(call.Name());
     if (channel->arming == sweep::Arming::Paused || !natural ||
         (natural->kind & channel->plan.kinds) == 0) {
         return std::nullopt;
