@@ -263,7 +263,9 @@ void MainFrame::RequestRestart() {
 }
 
 void MainFrame::Exit() {
-    PostMessageW(Handle(), WM_CLOSE, 0, 0);
+    if (!PostMessageW(Handle(), WM_CLOSE, 0, 0)) {
+        throw faults::W32Fault();
+    }
 }
 
 void MainFrame::ShowAboutBox() {

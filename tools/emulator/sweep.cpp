@@ -71,7 +71,7 @@ void TellDrawn(sweep::Channel* channel, Address text, Address length) {
     TheMachine().memory.Require(text, 2 * length, Access::Read, "a text that is drawn");
     std::memcpy(channel->drawn + end, PointerTo(text), 2 * length);
     end += length;
-    channel->drawn[end++] = u'\n';
+    channel->drawn[end++] = u'\0';
     channel->drawnLength = end;
 }
 
@@ -98,6 +98,8 @@ void TellCall(const Call& call) {
         TellDrawn(channel, call.Word(1), call.Word(2));
     } else if (name == "ExtTextOutW") {
         TellDrawn(channel, call.Word(5), call.Word(6));
+    } else if (name == "MessageBeep") {
+        channel->beeps = channel->beeps + 1;
     }
 }
 

@@ -52,6 +52,7 @@ struct Channel {
     // all calls, and whether the program waits,
     volatile std::uint32_t calls;
     volatile Place place;
+    volatile std::uint32_t beeps;
     // what it holds.
     volatile std::uint32_t heapBlocks;
     volatile std::uint32_t heapBytes;
@@ -59,7 +60,7 @@ struct Channel {
     // The first call that failed, and from where it was made.
     char failedName[longestName];
     char failedAt[1536];
-    // What has been drawn since the length was last set to 0, each text with a line feed behind it.
+    // What has been drawn since the length was last set to 0, each text with its end.
     volatile std::uint32_t drawnLength;
     char16_t drawn[32768];
     volatile std::uint32_t toldLength;

@@ -291,12 +291,19 @@ bool MessageBoxDialog::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
 
 int ShowMessage(HWND owner, const std::wstring& text, UINT title, unsigned buttonCount,
                 const UINT* buttonIds, unsigned defaultButton) {
-    MessageBoxDialog box(text, title);
-    for (unsigned index = 0; index < buttonCount; ++index) {
-        box.AddButton(buttonIds[index]);
+    int result = messageNotCreated;
+    if (!text.empty()) {
+        MessageBoxDialog box(text, title);
+        for (unsigned index = 0; index < buttonCount; ++index) {
+            box.AddButton(buttonIds[index]);
+        }
+        box.SetDefaultButton(defaultButton);
+        result = static_cast<int>(RunDialog(owner, box));
     }
-    box.SetDefaultButton(defaultButton);
-    return static_cast<int>(RunDialog(owner, box));
+    if (result == messageNotCreated) {
+        MessageBeep(~0u);
+    }
+    return result;
 }
 
 bool Confirm(HWND owner, const std::wstring& question, DefaultButton defaultButton, UINT title) {

@@ -305,7 +305,7 @@ std::vector<std::string> Subject::DrawnBy(HWND window) {
     std::wstring text;
     for (unsigned index = 0; index < channel_->drawnLength; ++index) {
         const auto letter = static_cast<wchar_t>(channel_->drawn[index]);
-        if (letter != L'\n') {
+        if (letter != L'\0') {
             text += letter;
         } else {
             texts.push_back(Narrow(text));

@@ -48,6 +48,7 @@ class Subject {
     void Resume() { channel_->arming = Arming::On; }
     unsigned Counted() const { return channel_->counted; }
     unsigned Failures() const { return channel_->failures; }
+    unsigned Beeps() const { return channel_->beeps; }
     std::string FailedCall() const { return channel_->failedName; }
     std::string FailedAt() const { return channel_->failedAt; }
 

@@ -47,6 +47,7 @@ struct Observation {
     std::vector<std::string> wrongs;
     std::vector<Box> boxes;
     std::vector<Box> questions;
+    unsigned beeps = 0;
     std::vector<std::string> notes;
     Disk before;
     Disk disk;
@@ -78,6 +79,7 @@ class Trials {
 
  private:
     bool Fresh();
+    void ShowEverything();
     bool Reset();
     Observation Perform(const Plan& plan);
     Observation PerformAction(const Plan& plan);

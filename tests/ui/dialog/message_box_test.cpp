@@ -274,6 +274,11 @@ TEST_F(MessageBoxResult, TheDialogIsBuiltOfATemplateInThePlatformsForm) {
     EXPECT_NE(dialogs[0].parameter, 0);
 }
 
+TEST_F(MessageBoxFailure, WhatHasNoTextIsNotAsked) {
+    EXPECT_EQ(Show(L"", yesNo, 0, [] {}), ui::messageNotCreated);
+    EXPECT_FALSE(ui::Confirm(owner.Handle(), L"", ui::DefaultButton::Yes));
+}
+
 TEST_F(MessageBoxFailure, ADialogThatCannotBeCreatedIsToldSo) {
     const PlatformHook dialog("DialogBoxIndirectParamW", NoDialog);
     EXPECT_EQ(ui::ShowError(owner.Handle(), L"No such file."), -1);
