@@ -225,6 +225,18 @@ TEST_F(FilesDelete, MarkedRowsGoAfterOneQuestion) {
     EXPECT_FALSE(List().Marking());
 }
 
+TEST_F(FilesDelete, MarkedRowsGoThoughReadingTheOthersFailsOnce) {
+    Fill({L"a.txt", L"b.txt", L"c.txt"});
+    Mark({L"a.txt", L"c.txt"});
+    Give(ID_DELETE, [&] {
+        frame.titleFails = true;
+        Answer(L"Are you sure you want to permanently delete these 2 items?\r\n", "Return");
+    });
+    EXPECT_FALSE(frame.titleFails);
+    EXPECT_EQ(Rows(), (Names{L"b.txt"}));
+    EXPECT_FALSE(List().Marking());
+}
+
 TEST_F(FilesDelete, MarkedRowsStayAndStayMarkedAfterNo) {
     Fill({L"a.txt", L"b.txt"});
     Mark({L"a.txt", L"b.txt"});

@@ -125,7 +125,7 @@ void FileDeletion::DeleteMarked() {
     const std::vector<unsigned> rows = list_.MarkedRows();
     if (rows.size() == 1) {
         Delete(rows.front());
-        list_.Relist();
+        rows_.ReadAnew();
         list_.EndMarking();
         return;
     }
@@ -169,7 +169,7 @@ void FileDeletion::DeletePaths(const std::vector<std::wstring>& paths) {
             progress_.OnProgress();
         }
     }
-    list_.Relist();
+    rows_.ReadAnew();
     list_.EndMarking();
 }
 

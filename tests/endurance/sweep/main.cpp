@@ -4,7 +4,7 @@
 //
 //   sweep actions                                   names the actions
 //   sweep run ACTION MODE KINDS FROM TO SECONDS     one action, from one call to another
-//   sweep sample SEED SECONDS                       actions and calls by chance
+//   sweep sample SEED ACTIONS                       so many actions, four calls of each, by chance
 //
 // A line "# action mode kinds calls last" tells how many calls an action has and how far it came.
 // Ends with 1 when something was wrong.
@@ -50,12 +50,11 @@ Plan PlanFor(const Mode& mode, unsigned kinds, unsigned call) {
     return plan;
 }
 
-// Calls of a person's own making, like timers, shift the numbers: what is found is tried again.
 bool IsGood(Verdict verdict) {
     return verdict == Verdict::Same || verdict == Verdict::Told || verdict == Verdict::Less;
 }
 
-// Whether a failure came about at all; `good` loses its truth when what came of it is wrong.
+// Whether a failure came about at all; `good` becomes false when what came of it is wrong.
 bool TryAndTell(Trials* trials, const std::string& action, const Mode& mode, unsigned kinds,
                 unsigned call, bool* good) {
     const Result result = trials->Try(PlanFor(mode, kinds, call));
@@ -114,26 +113,25 @@ int Run(const std::string& action, const Mode& mode, unsigned kinds, unsigned fr
     return EndAndTell(&trials, action) && good ? 0 : 1;
 }
 
-int Sample(unsigned seed, unsigned seconds) {
-    const Clock clock(seconds);
+int Sample(unsigned seed, unsigned actions) {
     conservation::chance.Seed(seed);
     Trials trials;
     bool good = true;
-    unsigned pairs = 0;
-    while (!clock.RunsOut()) {
+    unsigned failures = 0;
+    for (unsigned round = 0; round < actions; ++round) {
         const std::string action = Actions()[conservation::chance.Dice(Actions().size())].name;
         unsigned calls = 0;
         if (!PrepareAndTell(&trials, action, allKinds, &calls)) {
             return 1;
         }
-        for (int round = 0; round < 4 && calls != 0 && !clock.RunsOut(); ++round) {
+        for (int pair = 0; pair < 4 && calls != 0; ++pair) {
             const Mode& mode = modes[conservation::chance.OneIn(4) ? 3 : 0];
             const unsigned call = 1 + conservation::chance.Dice(calls);
-            pairs += TryAndTell(&trials, action, mode, allKinds, call, &good);
+            failures += TryAndTell(&trials, action, mode, allKinds, call, &good);
         }
     }
-    std::printf("%u failures\n", pairs);
-    return EndAndTell(&trials, "sample") && good && pairs != 0 ? 0 : 1;
+    std::printf("%u failures\n", failures);
+    return EndAndTell(&trials, "the sample") && good && failures != 0 ? 0 : 1;
 }
 
 unsigned Number(const char* word) {

@@ -180,14 +180,16 @@ void Trials::LookAtFiles(Observation* seen) {
     const Disk entries = EntriesOf(folder);
     const std::string wrong = RowsAgainst(subject_.DrawnBy(subject_.List()), entries);
     if (!wrong.empty()) {
-        // A folder that cannot be listed to its end is listed as far as it can.
-        const bool listedShort =
-            subject_.FailedCall().rfind("Find", 0) == 0 && wrong.find(" +") == std::string::npos;
+        // A folder that cannot be listed to its end is listed as far as it can, and a new entry
+        // that cannot be read has no row.
+        const std::string call = subject_.FailedCall();
+        const bool listedShort = (call.rfind("Find", 0) == 0 || call == "GetFileAttributesExW") &&
+                                 wrong.find(" +") == std::string::npos;
         if (listedShort) {
             stage_.Note("rows are missing");
             seen->notes = stage_.Notes();
         } else {
-            seen->wrongs.push_back("rows differ from the disk:" + wrong);
+            seen->oldRows = wrong;
         }
         subject_.Command(ID_REFRESH);
         const std::string still = RowsAgainst(subject_.DrawnBy(subject_.List()), entries);
@@ -318,12 +320,15 @@ Observation Trials::PerformExit(const Plan& plan) {
     Arm(plan);
     subject_.Command(ID_EXIT);
     subject_.Disarm();
-    if (subject_.Runs() && subject_.Window() && IsWindowEnabled(subject_.Window())) {
-        seen.wrongs.push_back("it does not end");
-        subject_.Kill();
-    } else {
-        LookAtEnd(&seen);
+    if (subject_.Runs() && subject_.Window()) {
+        // One that has told that it cannot ends the next time.
+        seen.boxes = stage_.CloseEverything();
+        if (seen.boxes.empty()) {
+            seen.wrongs.push_back("it does not end");
+        }
+        subject_.Command(ID_EXIT);
     }
+    LookAtEnd(&seen);
     seen.ended = false;
     seen.disk = seen.before;
     seen.settings = LookAtSettings();
@@ -351,6 +356,9 @@ std::optional<unsigned> Trials::Prepare(const std::string& action, unsigned kind
     for (int round = 0; round < (startsAnew ? 1 : warmUps); ++round) {
         clean_ = Perform(plan);
     }
+    if (!clean_.oldRows.empty()) {
+        trouble_ = "rows:" + clean_.oldRows + "; ";
+    }
     for (const std::string& wrong : clean_.wrongs) {
         trouble_ += wrong + "; ";
     }
@@ -373,7 +381,7 @@ Result Trials::Try(const Plan& plan) {
             seen.held.blocks = seen.heldBefore.blocks;
         }
     }
-    Result result = Judge(seen);
+    Result result = Judge(seen, plan);
     result.call = subject_.FailedCall();
     result.at = subject_.FailedAt();
     result.counted = subject_.Counted();
@@ -390,7 +398,7 @@ bool IsToBeSilent(const std::string& action, const std::string& call) {
 
 }  // namespace
 
-Result Trials::Judge(const Observation& seen) const {
+Result Trials::Judge(const Observation& seen, const Plan& plan) const {
     Result result;
     std::vector<std::string> wrongs = seen.wrongs;
     if (!seen.complaint.empty()) {
@@ -424,6 +432,9 @@ Result Trials::Judge(const Observation& seen) const {
     const bool toldAtEnd = seen.lastBox != clean_.lastBox && !seen.lastBox.empty();
     const std::string change = Difference(seen.before, seen.disk);
     const bool asWanted = seen.disk == clean_.disk;
+    if (!seen.oldRows.empty() && (!told || plan.times == 1)) {
+        wrongs.push_back("rows differ from the disk:" + seen.oldRows);
+    }
     const bool silent = IsToBeSilent(name_, subject_.FailedCall());
     if (!told && !silent && !asWanted && !change.empty() && name_ != "start") {
         wrongs.push_back("partly done without a word:" + change);

@@ -45,6 +45,9 @@ struct Observation {
     std::string complaint;
     // What is wrong by itself, without any comparison.
     std::vector<std::string> wrongs;
+    // The rows as long as nothing is read anew, if they differ from the disk. Where failures go on
+    // after one has been told, there is nothing to be had that the rows could be read into.
+    std::string oldRows;
     std::vector<Box> boxes;
     std::vector<Box> questions;
     unsigned beeps = 0;
@@ -90,7 +93,7 @@ class Trials {
     void LookAround(Observation* seen);
     void LookAtFiles(Observation* seen);
     void LookAtBase(Observation* seen);
-    Result Judge(const Observation& seen) const;
+    Result Judge(const Observation& seen, const Plan& plan) const;
 
     Subject subject_;
     Stage stage_;
