@@ -92,6 +92,7 @@ void Holdings::BeforeCall(const Call& call) {
         {"CloseHandle", {Kind::Kernel}},
         {"DeleteDC", {Kind::MemoryDC}},
         {"DeleteObject", {Kind::Drawing}},
+        {"DestroyIcon", {Kind::Drawing}},
         {"DestroyMenu", {Kind::Menu}},
         {"EndPaint", {Kind::Paint}},
         {"FindClose", {Kind::Search}},

@@ -34,9 +34,9 @@ struct Plan {
 };
 
 enum class Arming : std::uint32_t { Off, On, Paused };
-// Runs is for the program itself and the calls that it makes, but for those in which it waits for
-// something to happen.
-enum class Place : std::uint32_t { Runs, Waits };
+// Waits: there was nothing in its queue when it began to wait. Lends: a call of the system's runs a
+// loop of its own, for a dialog, and nobody sees whether that waits. Runs: anything else.
+enum class Place : std::uint32_t { Runs, Waits, Lends };
 // Mark: from here on what is made is new. Tell: names what is new and still held, in `told`.
 enum class Request : std::uint32_t { None, Mark, Tell };
 

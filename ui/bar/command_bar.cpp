@@ -47,22 +47,30 @@ void CommandBar::SetMenu(HMENU menu) {
     covered_ = Buttons();
 }
 
-bool CommandBar::LoadBar(UINT resourceId) {
+bool CommandBar::Load(UINT resourceId, Buttons* buttons) {
     platform::UniqueMenu menu(text::LoadMenuResource(resourceId));
     if (!ClearMenuImages(menu.Get())) {
         return false;
     }
-    Show(ButtonsOf(std::move(menu)));
+    *buttons = ButtonsOf(std::move(menu));
+    return !buttons->positions.empty();
+}
+
+bool CommandBar::LoadBar(UINT resourceId) {
+    Buttons loaded;
+    if (!Load(resourceId, &loaded)) {
+        return false;
+    }
+    Show(std::move(loaded));
     covered_ = Buttons();
     return true;
 }
 
 bool CommandBar::Cover(UINT resourceId) {
-    platform::UniqueMenu menu(text::LoadMenuResource(resourceId));
-    if (!ClearMenuImages(menu.Get())) {
+    Buttons above;
+    if (!Load(resourceId, &above)) {
         return false;
     }
-    Buttons above = ButtonsOf(std::move(menu));
     if (!covered_.menu) {
         covered_ = std::move(buttons_);
     }

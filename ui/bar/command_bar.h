@@ -55,6 +55,7 @@ class CommandBar final : public Window {
         bool haveCommands = false;
     };
 
+    static bool Load(UINT resourceId, Buttons* buttons);
     static Buttons ButtonsOf(platform::UniqueMenu menu);
     void Show(Buttons buttons);
     unsigned ButtonAt(POINT point) const;

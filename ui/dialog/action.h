@@ -34,8 +34,8 @@ void RunAction(HWND owner, UINT context, Action action, const Inserts&... insert
     } catch (...) {
         LeaveIfGone(owner);
         try {
-            if (ShowError(owner, text::FormatText(context, inserts..., TextOfCurrentException())) ==
-                messageNotCreated) {
+            if (!Tell(owner, text::FormatText(context, inserts..., TextOfCurrentException()),
+                      IDS_ERROR)) {
                 TellWithoutMemory(owner);
             }
         } catch (const std::bad_alloc&) {

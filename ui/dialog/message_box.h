@@ -33,6 +33,9 @@ bool Confirm(HWND owner, const std::wstring& question, DefaultButton defaultButt
 // Shows a text with one button.
 void ShowNotice(HWND owner, const std::wstring& text, UINT title, UINT button);
 
+// Tells something with the single button "Ok"; false when there was nothing to be seen.
+bool Tell(HWND owner, const std::wstring& text, UINT title);
+
 // An error with the single button "Ok".
 int ShowError(HWND owner, const std::wstring& text);
 

@@ -207,9 +207,8 @@ void LookAtPageAndSample(Stage& stage) {
     stage.EndSample();
 }
 
-// One language further, and no new start.
+// The last one, and no new start.
 void ChooseLanguage(Stage& stage) {
-    OpenLanguages(stage);
     stage.KeyOnPopup(VK_END);
     stage.KeyOnPopup(VK_RETURN);
     stage.Answer(IDNO);
@@ -282,7 +281,7 @@ const std::vector<Action> actions = {
     {"menu", Nothing, OpenMenu<1>, NotePopups},
     {"languages", Nothing, OpenLanguages, NotePopups},
     {"menu closed", SelectFile, OpenAndCloseMenu, NotePopups},
-    {"language", Nothing, ChooseLanguage, Nothing},
+    {"language", OpenLanguages, ChooseLanguage, Nothing},
     {"settings", Nothing, Give<ID_SETTINGS>, NotePage},
     {"about", Nothing, Give<ID_ABOUT>, NotePage},
     {"applications", Nothing, ShowView<ID_SHOW_APPLICATIONS>, NoteTitle},

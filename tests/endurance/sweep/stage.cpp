@@ -83,12 +83,9 @@ bool Stage::Answer(WORD button) {
         return false;
     }
     const Box box = Read(dialog);
-    if (box.caption != "Warning" && box.caption != "Error" && box.caption != "Language changed") {
-        return false;
-    }
-    // An error that asks has more than its one button.
+    // One that only tells has no such button.
     const bool asks = box.systems || Joined(box.texts).find("Yes") != std::string::npos;
-    if (!asks) {
+    if (!box.message || !asks) {
         return false;
     }
     questions_.push_back(box);

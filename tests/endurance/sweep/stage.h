@@ -50,6 +50,8 @@ class Stage {
     void NotePage();
     void NoteClipboard();
 
+    // What a dialog or box says.
+    Box Read(HWND dialog);
     // Closes popups, editors, boxes and pages; what was told is returned.
     std::vector<Box> CloseEverything();
 
@@ -58,8 +60,6 @@ class Stage {
     void Begin();
 
  private:
-    Box Read(HWND dialog);
-
     Subject& subject_;
     std::unique_ptr<test::SampleProgram> sample_;
     std::vector<std::string> notes_;

@@ -10,6 +10,7 @@ namespace {
 constexpr wchar_t mainWindowClass[] = L"Vantor Main Window";
 // Longer than anything takes on a busy machine: only what is stuck lasts as long.
 constexpr DWORD longest = 20000;
+constexpr int never = 1 << 30;
 // A message that was posted leads to a call, but for one that nobody takes.
 constexpr DWORD longestUntaken = 500;
 
@@ -194,17 +195,24 @@ void Subject::Arm(const Plan& plan) {
     channel_->arming = Arming::On;
 }
 
-bool Subject::Waits() const {
-    return channel_->place == Place::Waits;
+// What the program posts to itself is in its queue before it waits, and it is said to wait only
+// with nothing there. In the system's own loops for dialogs nobody sees that: there it is to make
+// no calls for longer.
+int Subject::RestNeeded() const {
+    switch (channel_->place) {
+        case Place::Waits:
+            return 4;
+        case Place::Lends:
+            return 40;
+        default:
+            return never;
+    }
 }
 
-// What the program posts to itself is in its queue before it waits, and it is said to wait only
-// with nothing there. The system's own loops for dialogs say it always: there it is to make no
-// calls for some milliseconds.
 bool Subject::ComesToRest() {
     const DWORD start = GetTickCount();
     unsigned calls = channel_->calls;
-    for (int quiet = 0; quiet < 4;) {
+    for (int quiet = 0; quiet < RestNeeded();) {
         if (!Runs()) {
             return true;
         }
@@ -213,7 +221,7 @@ bool Subject::ComesToRest() {
             return false;
         }
         Sleep(1);
-        quiet = Waits() && channel_->calls == calls ? quiet + 1 : 0;
+        quiet = channel_->calls == calls ? quiet + 1 : 0;
         calls = channel_->calls;
     }
     return true;

@@ -82,7 +82,8 @@ class Subject {
 
  private:
     void Ask(Request request);
-    bool Waits() const;
+    // How many milliseconds without any call tell that it rests.
+    int RestNeeded() const;
 
     platform::UniqueHandle mapping_;
     Channel* channel_ = nullptr;

@@ -156,8 +156,8 @@ void Trials::LookAtEnd(Observation* seen) {
     if (subject_.Runs()) {
         const HWND dialog = subject_.Dialog();
         if (dialog) {
-            seen->lastBox = Narrow(Subject::CaptionOf(dialog));
-            seen->lastBox += ": " + Joined(subject_.DrawnBy(dialog));
+            const Box box = stage_.Read(dialog);
+            seen->lastBox = box.caption + ": " + Joined(box.texts);
             subject_.Post(dialog, WM_COMMAND, IDOK);
         }
         if (!test::WaitFor([&] { return !subject_.Runs(); }, 5000)) {
@@ -192,7 +192,10 @@ void Trials::LookAtFiles(Observation* seen) {
             seen->oldRows = wrong;
         }
         subject_.Command(ID_REFRESH);
-        const std::string still = RowsAgainst(subject_.DrawnBy(subject_.List()), entries);
+        // The title may have been another view's.
+        const std::string still = subject_.Title() == title
+                                      ? RowsAgainst(subject_.DrawnBy(subject_.List()), entries)
+                                      : std::string();
         if (!still.empty()) {
             seen->wrongs.push_back("rows differ also after a refresh:" + still);
         }
@@ -361,6 +364,9 @@ std::optional<unsigned> Trials::Prepare(const std::string& action, unsigned kind
     }
     for (const std::string& wrong : clean_.wrongs) {
         trouble_ += wrong + "; ";
+    }
+    if (clean_.held.things > clean_.heldBefore.things) {
+        trouble_ += "it holds more: " + clean_.kept;
     }
     if (clean_.ended || clean_.exitCode != 0) {
         trouble_ += "it ended: " + clean_.lastBox + clean_.complaint;

@@ -294,6 +294,7 @@ TEST_F(MessageBoxFailure, ADialogWhoseOwnerHasGoneIsNotCreated) {
 TEST_F(MessageBoxFailure, WithoutItsButtonsItEndsWithTwo) {
     const PlatformHook window("CreateWindowExW", NoWindow);
     EXPECT_EQ(ui::ShowError(owner.Handle(), L"No such file."), 2);
+    EXPECT_FALSE(ui::Tell(owner.Handle(), L"No such file.", IDS_ERROR));
 }
 
 TEST_F(MessageBoxFailure, AWorkAreaWithoutRoomEndsItWithTwo) {
