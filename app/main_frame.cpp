@@ -1,6 +1,7 @@
 #include "app/main_frame.h"
 
 #include <algorithm>
+#include <new>
 
 #include "app/about_box.h"
 #include "app/language_menu.h"
@@ -196,7 +197,19 @@ void MainFrame::ShowView(ViewIndex view, const ViewArgument& argument) {
 }
 
 void MainFrame::TitleChanged() {
-    if (open_ && !SetWindowTextW(Handle(), Current().Title().c_str())) {
+    if (!open_) {
+        return;
+    }
+    const auto show = [this] { return SetWindowTextW(Handle(), Current().Title().c_str()); };
+    try {
+        if (show()) {
+            return;
+        }
+    } catch (const std::bad_alloc&) {
+        // As any other failure.
+    }
+    // Another view's title would lie about what is shown, so it is tried once more.
+    if (!show()) {
         throw faults::W32Fault();
     }
 }

@@ -65,7 +65,11 @@ class Sweep:
 
     def trials(self):
         """Action, mode, kinds, call, verdict, function, what, callers."""
-        return [fields for fields in self.lines() if len(fields) == 8 and not fields[0].startswith(("#", "!"))]
+        found = {}
+        for fields in self.lines():
+            if len(fields) == 8 and not fields[0].startswith(("#", "!")):
+                found[tuple(fields[:4])] = fields
+        return list(found.values())
 
     def jobs(self, actions):
         """What is left, with the number of the first call of each."""

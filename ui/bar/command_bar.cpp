@@ -1,6 +1,7 @@
 #include "ui/bar/command_bar.h"
 
 #include <algorithm>
+#include <new>
 #include <utility>
 
 #include "platform/scope_exit.h"
@@ -52,7 +53,11 @@ bool CommandBar::Load(UINT resourceId, Buttons* buttons) {
     if (!ClearMenuImages(menu.Get())) {
         return false;
     }
-    *buttons = ButtonsOf(std::move(menu));
+    try {
+        *buttons = ButtonsOf(std::move(menu));
+    } catch (const std::bad_alloc&) {
+        return false;
+    }
     return !buttons->positions.empty();
 }
 
