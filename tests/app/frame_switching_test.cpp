@@ -42,6 +42,16 @@ BOOL WINAPI FailOnce(HWND window, LPCWSTR text) {
     return !std::exchange(textFails, false) && setText(window, text);
 }
 
+int boxes = 0;
+INT_PTR WINAPI NoteBox(HINSTANCE, const DLGTEMPLATE*, HWND, DLGPROC, LPARAM) {
+    ++boxes;
+    return IDOK;
+}
+int WINAPI NoteSystemBox(HWND, LPCWSTR, LPCWSTR, UINT) {
+    ++boxes;
+    return IDOK;
+}
+
 class NotingView final : public views::View {
  public:
     NotingView(views::Frame& frame, ViewIndex index) : frame_(frame), index_(index) {}
@@ -179,9 +189,13 @@ TEST_F(FrameSwitching, ShowsTheNewTitleThoughACallForItFails) {
     Open();
     const PlatformHook<BOOL WINAPI(HWND, LPCWSTR)> hook("SetWindowTextW", FailOnce);
     setText = hook.Original();
+    const PlatformHook box("DialogBoxIndirectParamW", NoteBox);
+    const PlatformHook systemBox("MessageBoxW", NoteSystemBox);
+    boxes = 0;
     textFails = true;
     AskedBy(ID_SHOW_APPLICATIONS);
     EXPECT_FALSE(textFails);
+    EXPECT_EQ(boxes, 0);
     EXPECT_EQ(TextOf(frame.Handle()), L"View 1");
 }
 

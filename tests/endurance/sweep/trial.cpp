@@ -42,17 +42,22 @@ std::string TextOf(const std::vector<Box>& boxes, bool messages) {
     return text;
 }
 
+// So many rows fill the list.
+constexpr size_t fullList = 9;
+
 // The rows that are drawn against the names on the disk; a shortcut's row has no extension.
 std::string RowsAgainst(const std::vector<std::string>& rows, const Disk& entries) {
     std::string wrong;
     const auto stem = [](const std::string& name) {
         return name.ends_with(".lnk") ? name.substr(0, name.size() - 4) : name;
     };
+    // Of more entries than there is room for, some are out of sight.
+    const bool all = entries.size() < fullList || rows.size() < fullList;
     std::multiset<std::string> left(rows.begin(), rows.end());
     for (const auto& [name, kind] : entries) {
         const auto row = left.count(name) != 0 ? left.find(name) : left.find(stem(name));
         if (row == left.end()) {
-            wrong += " -" + name;
+            wrong += all ? " -" + name : "";
         } else {
             left.erase(row);
         }

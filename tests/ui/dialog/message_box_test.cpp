@@ -50,6 +50,9 @@ INT_PTR WINAPI NoDialog(HINSTANCE, const DLGTEMPLATE*, HWND, DLGPROC, LPARAM) {
     SetLastError(ERROR_INVALID_WINDOW_HANDLE);
     return -1;
 }
+INT_PTR WINAPI AnswerYes(HINSTANCE, const DLGTEMPLATE*, HWND, DLGPROC, LPARAM) {
+    return IDS_BUTTON_YES;
+}
 // What it answers where the owner is no window.
 INT_PTR WINAPI DialogWithoutOwner(HINSTANCE, const DLGTEMPLATE*, HWND, DLGPROC, LPARAM) {
     SetLastError(ERROR_INVALID_WINDOW_HANDLE);
@@ -275,7 +278,10 @@ TEST_F(MessageBoxResult, TheDialogIsBuiltOfATemplateInThePlatformsForm) {
 }
 
 TEST_F(MessageBoxFailure, WhatHasNoTextIsNotAsked) {
-    EXPECT_EQ(Show(L"", yesNo, 0, [] {}), ui::messageNotCreated);
+    const PlatformHook dialog("DialogBoxIndirectParamW", AnswerYes);
+    EXPECT_TRUE(ui::Confirm(owner.Handle(), L"Really?", ui::DefaultButton::Yes));
+    EXPECT_EQ(ui::ShowMessage(owner.Handle(), L"", IDS_WARNING, 2, yesNo.data(), 0),
+              ui::messageNotCreated);
     EXPECT_FALSE(ui::Confirm(owner.Handle(), L"", ui::DefaultButton::Yes));
 }
 
