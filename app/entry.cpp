@@ -42,9 +42,7 @@ void RunProgram(HINSTANCE instance, int showCommand) {
 // Call it in a handler only.
 void ShowCurrentException() noexcept {
     try {
-        constexpr UINT ok = IDS_BUTTON_OK;
-        if (ui::ShowMessage(nullptr, ui::TextOfCurrentException(), IDS_EXECUTION_FAILED, 1, &ok,
-                            0) != -1) {
+        if (ui::Tell(nullptr, ui::TextOfCurrentException(), IDS_EXECUTION_FAILED)) {
             return;
         }
     } catch (...) {

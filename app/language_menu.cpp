@@ -22,8 +22,8 @@ bool IsLanguageCommand(UINT command) {
 HMENU FindLanguageMenu(HMENU menu) {
     const UINT count = ui::MenuItemCount(menu);
     for (UINT position = 0; position < count; ++position) {
-        ui::MenuItem item;
-        if (!ui::ReadMenuItem(menu, position, &item)) {
+        ui::MenuEntry item;
+        if (!ui::ReadMenuEntry(menu, position, &item)) {
             continue;
         }
         if (!item.submenu && IsLanguageCommand(item.id)) {
@@ -68,8 +68,8 @@ void LanguageMenu::Update(HMENU menu) {
         return;
     }
     filled_ = languages;
-    ui::MenuItem item;
-    for (UINT position = 0; ui::ReadMenuItem(menu, position, &item); ++position) {
+    ui::MenuEntry item;
+    for (UINT position = 0; ui::ReadMenuEntry(menu, position, &item); ++position) {
         if (item.submenu == languages) {
             EnableMenuItem(menu, position,
                            static_cast<UINT>(MF_BYPOSITION | (count > 1 ? MF_ENABLED : MF_GRAYED)));
@@ -88,8 +88,8 @@ std::optional<LANGID> LanguageMenu::Choice(HMENU barMenu, WORD command) const {
 std::optional<LANGID> LanguageOfCommand(HMENU languageMenu, WORD command) {
     const UINT count = ui::MenuItemCount(languageMenu);
     for (UINT position = 0; position < count; ++position) {
-        ui::MenuItem item;
-        if (ui::ReadMenuItem(languageMenu, position, &item) && item.id == command) {
+        ui::MenuEntry item;
+        if (ui::ReadMenuEntry(languageMenu, position, &item) && item.id == command) {
             return static_cast<LANGID>(LOWORD(item.image));
         }
     }

@@ -1,6 +1,7 @@
 #include "app/main_frame.h"
 
 #include <algorithm>
+#include <new>
 
 #include "app/about_box.h"
 #include "app/language_menu.h"
@@ -199,7 +200,19 @@ void MainFrame::ShowView(ViewIndex view, const ViewArgument& argument) {
 }
 
 void MainFrame::TitleChanged() {
-    if (open_ && !SetWindowTextW(Handle(), Current().Title().c_str())) {
+    if (!open_) {
+        return;
+    }
+    const auto show = [this] { return SetWindowTextW(Handle(), Current().Title().c_str()); };
+    try {
+        if (show()) {
+            return;
+        }
+    } catch (const std::bad_alloc&) {
+        // As any other failure.
+    }
+    // Another view's title would lie about what is shown, so it is tried once more.
+    if (!show()) {
         throw faults::W32Fault();
     }
 }
@@ -266,7 +279,9 @@ void MainFrame::RequestRestart() {
 }
 
 void MainFrame::Exit() {
-    PostMessageW(Handle(), WM_CLOSE, 0, 0);
+    if (!PostMessageW(Handle(), WM_CLOSE, 0, 0)) {
+        throw faults::W32Fault();
+    }
 }
 
 void MainFrame::ShowAboutBox() {

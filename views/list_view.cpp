@@ -27,8 +27,14 @@ void ListView::Layout(HDC dc) {
 }
 
 bool ListView::Activate(const ViewArgument&) {
-    frame_.Bar().LoadBar(menu_);
     ShowWindow(list_->Handle(), SW_SHOW);
+    // A bar that cannot have this view's menu keeps another's, which leads out of here as well.
+    if (!frame_.Bar().LoadBar(menu_)) {
+        if (frame_.Bar().ButtonCount() == 0) {
+            throw faults::W32Fault();
+        }
+        MessageBeep(~0u);
+    }
     return true;
 }
 

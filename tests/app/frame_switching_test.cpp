@@ -11,6 +11,7 @@
 #include "res/resource.h"
 #include "tests/support/box.h"
 #include "tests/support/drawn_texts.h"
+#include "tests/support/platform_hook.h"
 #include "tests/support/sample_program.h"
 #include "tests/support/user.h"
 #include "tests/support/wait.h"
@@ -34,6 +35,22 @@ struct FlagChange {
     bool operator==(const FlagChange&) const = default;
 };
 std::vector<FlagChange> flagChanges;
+
+bool textFails = false;
+BOOL(WINAPI* setText)(HWND, LPCWSTR) = nullptr;
+BOOL WINAPI FailOnce(HWND window, LPCWSTR text) {
+    return !std::exchange(textFails, false) && setText(window, text);
+}
+
+int boxes = 0;
+INT_PTR WINAPI NoteBox(HINSTANCE, const DLGTEMPLATE*, HWND, DLGPROC, LPARAM) {
+    ++boxes;
+    return IDOK;
+}
+int WINAPI NoteSystemBox(HWND, LPCWSTR, LPCWSTR, UINT) {
+    ++boxes;
+    return IDOK;
+}
 
 class NotingView final : public views::View {
  public:
@@ -166,6 +183,20 @@ TEST_F(FrameSwitching, LaysTheNewViewOutBetweenTheOldOnesEndAndItsOwnBeginning) 
     // Also to the view that is shown already.
     EXPECT_EQ(AskedBy(ID_SHOW_SYSTEM_STATUS), (Asked{"deactivate 3", "layout 3", "activate 3"}));
     EXPECT_EQ(TextOf(frame.Handle()), L"View 3");
+}
+
+TEST_F(FrameSwitching, ShowsTheNewTitleThoughACallForItFails) {
+    Open();
+    const PlatformHook<BOOL WINAPI(HWND, LPCWSTR)> hook("SetWindowTextW", FailOnce);
+    setText = hook.Original();
+    const PlatformHook box("DialogBoxIndirectParamW", NoteBox);
+    const PlatformHook systemBox("MessageBoxW", NoteSystemBox);
+    boxes = 0;
+    textFails = true;
+    AskedBy(ID_SHOW_APPLICATIONS);
+    EXPECT_FALSE(textFails);
+    EXPECT_EQ(boxes, 0);
+    EXPECT_EQ(TextOf(frame.Handle()), L"View 1");
 }
 
 TEST_F(FrameSwitching, LeavesAViewThatRefusesWhereItIs) {

@@ -91,7 +91,7 @@ void CollectLabels(HMENU menu, std::vector<std::wstring>* labels) {
     ui::MenuItem item;
     for (UINT position = 0; ui::ReadMenuItem(menu, position, &item); ++position) {
         if (!item.Separator()) {
-            labels->push_back(item.text);
+            labels->emplace_back(item.Text());
         }
         if (item.submenu) {
             CollectLabels(item.submenu, labels);
@@ -220,7 +220,7 @@ TEST_F(ShippedPacks, FitTheKeysOfASmallScreen) {
             // The menu of icons shows no words.
             for (UINT position = 0;
                  id != IDR_SLIDE_BAR && ui::ReadMenuItem(menu.Get(), position, &item); ++position) {
-                EXPECT_LE(ui::TextWidth(dc, item.text), width / std::max(2, count))
+                EXPECT_LE(ui::TextWidth(dc, item.Text()), width / std::max(2, count))
                     << id << " " << position;
             }
             for (const std::wstring& label : LabelsOf(pack, id)) {

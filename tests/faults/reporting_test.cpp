@@ -28,6 +28,13 @@ int WINAPI NoteSystemBox(HWND owner, LPCWSTR text, LPCWSTR, UINT) {
 INT_PTR WINAPI NoDialog(HINSTANCE, const DLGTEMPLATE*, HWND, DLGPROC, LPARAM) {
     throw std::bad_alloc();
 }
+HWND WINAPI NoWindow(DWORD, LPCWSTR, LPCWSTR, DWORD, int, int, int, int, HWND, HMENU, HINSTANCE,
+                     void*) {
+    return nullptr;
+}
+INT_PTR WINAPI NoBox(HINSTANCE, const DLGTEMPLATE*, HWND, DLGPROC, LPARAM) {
+    return -1;
+}
 
 class Reporting : public testing::Test {
  protected:
@@ -125,6 +132,24 @@ TEST_F(Reporting, WithoutMemoryTellsThatSomethingHasFailedAndGoesOn) {
     }
     EXPECT_FALSE(raised);
     EXPECT_EQ(systemBoxes, 2);
+    EXPECT_EQ(ownerOfSystemBox, owner);
+}
+
+TEST_F(Reporting, ABoxThatCannotBeMadeLeavesItToTheSystem) {
+    const PlatformHook<decltype(NoteSystemBox)> boxes("MessageBoxW", NoteSystemBox);
+    const PlatformHook<decltype(NoBox)> dialogs("DialogBoxIndirectParamW", NoBox);
+    systemBoxes = 0;
+    ui::RunAction(owner, IDS_ACTION_FAILED, [] { throw faults::W32Fault(E_ACCESSDENIED); });
+    EXPECT_EQ(systemBoxes, 1);
+    EXPECT_EQ(ownerOfSystemBox, owner);
+}
+
+TEST_F(Reporting, ABoxThatCannotHaveItsButtonLeavesItToTheSystem) {
+    const PlatformHook<decltype(NoteSystemBox)> boxes("MessageBoxW", NoteSystemBox);
+    const PlatformHook<decltype(NoWindow)> windows("CreateWindowExW", NoWindow);
+    systemBoxes = 0;
+    ui::RunAction(owner, IDS_ACTION_FAILED, [] { throw faults::W32Fault(E_ACCESSDENIED); });
+    EXPECT_EQ(systemBoxes, 1);
     EXPECT_EQ(ownerOfSystemBox, owner);
 }
 

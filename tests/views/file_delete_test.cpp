@@ -43,6 +43,12 @@ BOOL WINAPI NothingThere(const wchar_t*) {
     return FALSE;
 }
 
+int boxes = 0;
+INT_PTR WINAPI AnswerYes(HINSTANCE, const DLGTEMPLATE*, HWND, DLGPROC, LPARAM) {
+    ++boxes;
+    return IDS_BUTTON_YES;
+}
+
 class FilesDelete : public OperationsFixture {
  protected:
     ~FilesDelete() override { heldFile.Reset(); }
@@ -222,6 +228,19 @@ TEST_F(FilesDelete, MarkedRowsGoAfterOneQuestion) {
     });
     EXPECT_EQ(Rows(), (Names{L"b.txt"}));
     EXPECT_FALSE(Exists(L"full"));
+    EXPECT_FALSE(List().Marking());
+}
+
+TEST_F(FilesDelete, MarkedRowsGoThoughReadingTheOthersFailsOnce) {
+    Fill({L"a.txt", L"b.txt", L"c.txt"});
+    Mark({L"a.txt", L"c.txt"});
+    const PlatformHook hook("DialogBoxIndirectParamW", AnswerYes);
+    boxes = 0;
+    frame.titleFails = true;
+    Give(ID_DELETE);
+    EXPECT_FALSE(frame.titleFails);
+    EXPECT_EQ(boxes, 1);
+    EXPECT_EQ(Rows(), (Names{L"b.txt"}));
     EXPECT_FALSE(List().Marking());
 }
 

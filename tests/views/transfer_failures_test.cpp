@@ -262,6 +262,22 @@ TEST_F(FailingTransfer, AFileIsAskedAboutAlsoWhenItsAttributesCannotBeRead) {
     }
 }
 
+TEST_F(FailingTransfer, AFolderIsAskedAboutAlsoWhenItWasNotFound) {
+    MakeTree(from, {{L"D\\", ""}, {L"D\\new", "1"}});
+    MakeTree(to, {{L"D\\", ""}, {L"D\\old", "2"}});
+    prompts.answer = answerSkip;
+    calls.Fail("GetFileAttributesW", 1, ERROR_NOT_READY);
+    EXPECT_EQ(Transfer(false), S_OK);
+    EXPECT_EQ(answer, answerSkip);
+    EXPECT_EQ(prompts.asked, (std::vector<std::wstring>{L"folder D"}));
+    EXPECT_EQ(ReadTree(to), (Tree{{L"D\\", ""}, {L"D\\old", "2"}}));
+    prompts.answer = answerOverwrite;
+    calls.Fail("GetFileAttributesW", 1, ERROR_NOT_READY);
+    EXPECT_EQ(Transfer(false), S_OK);
+    EXPECT_EQ(prompts.asked, (std::vector<std::wstring>{L"folder D"}));
+    EXPECT_EQ(ReadTree(to), (Tree{{L"D\\", ""}, {L"D\\new", "1"}, {L"D\\old", "2"}}));
+}
+
 // What was asked about is a file; what nobody can tell about may be a folder.
 TEST_F(FailingTransfer, OnlyAFileIsSetAside) {
     MakeTree(from, {{L"D", "new"}});

@@ -13,8 +13,10 @@
 #include "failing_call.h"
 #include "machine.h"
 #include "messages.h"
+#include "natural_failures.h"
 #include "reach.h"
 #include "stop.h"
+#include "sweep.h"
 
 namespace emulator {
 
@@ -170,13 +172,14 @@ std::uint64_t ServeCall(Engine& engine, unsigned index) {
         Reached("call", name);
     }
     Call call(engine, name.c_str());
-    if (const FailingCall* failing = FailingCallOf(call)) {
-        lastError = failing->error;
-        SetLastError(lastError);
-        return failing->result;
-    }
     if (procedure) {
         return WithLastError([&] { return RunProcedure(call, procedure); });
+    }
+    TellCall(call);
+    if (const std::optional<Failure> failure = FailureOf(call)) {
+        lastError = failure->error;
+        SetLastError(lastError);
+        return failure->result;
     }
     if (!method && Exports().count(name) == 0) {
         Stop("the program called %s, which the device does not export", name.c_str());
@@ -184,7 +187,9 @@ std::uint64_t ServeCall(Engine& engine, unsigned index) {
     if (!server) {
         Stop("the program called %s, which this emulator does not serve", name.c_str());
     }
-    return WithLastError([&] { return server(call); });
+    const std::uint64_t result = WithLastError([&] { return server(call); });
+    TellResult(call, result);
+    return result;
 }
 
 Address TrapForMethod(const std::string& name) {
@@ -257,6 +262,10 @@ bool PrintMissingCalls() {
     for (const Trap& trap : Traps()) {
         if (!trap.server || Exports().count(trap.name) == 0) {
             std::printf("%s is not %s\n", trap.name.c_str(), trap.server ? "exported" : "served");
+            complete = false;
+        }
+        if (!KnowsHowItFails(trap.name)) {
+            std::printf("nobody says how %s fails\n", trap.name.c_str());
             complete = false;
         }
     }

@@ -8,6 +8,7 @@
 #include "reach.h"
 #include "shell_strip.h"
 #include "stop.h"
+#include "sweep.h"
 #include "window_procedures.h"
 
 namespace emulator {
@@ -46,6 +47,7 @@ INT_PTR WINAPI RunDialogProcedure(HWND window, UINT message, WPARAM wParam, LPAR
 std::uint64_t RunDialog(Call& call) {
     call.Bytes(1, sizeof(DLGTEMPLATE), Access::Read);
     Pending().push_back(call.Word(3));
+    const InPlace place(sweep::Place::Lends);
     const INT_PTR result = DialogBoxIndirectParamW(
         GetModuleHandleW(nullptr), PointerTo<DLGTEMPLATE>(call.Word(1)), call.HandleAt<HWND>(2),
         RunDialogProcedure, static_cast<LPARAM>(call.Word(4)));
@@ -58,6 +60,7 @@ std::uint64_t AskInBox(Call& call) {
     const Text text = call.String(1);
     const Text caption = call.Word(2) ? call.String(2) : Text();
     Reached("drawn", Narrow(text.c_str()));
+    const InPlace place(sweep::Place::Lends);
     return Result(MessageBoxW(call.HandleAt<HWND>(0), text.c_str(),
                               call.Word(2) ? caption.c_str() : nullptr, call.Word(3)));
 }

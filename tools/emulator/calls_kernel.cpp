@@ -8,6 +8,7 @@
 #include "processes.h"
 #include "searches.h"
 #include "stop.h"
+#include "sweep.h"
 
 namespace emulator {
 
@@ -42,6 +43,7 @@ std::uint64_t WaitForOne(Call& call) {
         const bool ended = ExitCodeOfDescribed(call.Word(0)) != STILL_ACTIVE;
         return ended ? WAIT_OBJECT_0 : static_cast<Address>(WAIT_TIMEOUT);
     }
+    const InPlace place(sweep::Place::Waits);
     return Result(WaitForSingleObject(call.KernelHandle(0), call.Word(1)));
 }
 

@@ -4,6 +4,7 @@
 #include "messages.h"
 #include "reach.h"
 #include "stop.h"
+#include "sweep.h"
 
 namespace emulator {
 
@@ -25,9 +26,11 @@ std::uint64_t NextMessage(Call& call) {
     Counts& counts = TheMachine().counts;
     BOOL result;
     do {
-        if (GetQueueStatus(QS_ALLINPUT) >> 16 == 0) {
+        const bool nothing = GetQueueStatus(QS_ALLINPUT) >> 16 == 0;
+        if (nothing) {
             counts.Idle();
         }
+        const InPlace place(nothing ? sweep::Place::Waits : sweep::Place::Runs);
         result = GetMessageW(&message, call.HandleAt<HWND>(1), call.Word(2), call.Word(3));
     } while (result > 0 && GoesToSystem(message));
     counts.Took(message.message);
@@ -109,6 +112,7 @@ std::uint64_t WaitForInput(Call& call) {
         handles[i] = reinterpret_cast<HANDLE>(static_cast<std::intptr_t>(shown[i]));
     }
     TheMachine().counts.Idle();
+    const InPlace place(sweep::Place::Waits);
     return Result(
         MsgWaitForMultipleObjectsEx(count, handles, call.Word(2), call.Word(3), call.Word(4)));
 }

@@ -6,6 +6,7 @@
 #include "call.h"
 #include "machine.h"
 #include "stop.h"
+#include "sweep.h"
 
 namespace emulator {
 
@@ -140,7 +141,10 @@ Address Engine::Call(Address function, std::initializer_list<Address> arguments,
     SetRegister(UC_ARM_REG_LR, returnTrap | (fromThumb ? 1u : 0u));
     SetRegister(UC_ARM_REG_CPSR, savedState & ~thumbState);
     ++depth_;
-    Run(function);
+    {
+        const InPlace place(sweep::Place::Runs);
+        Run(function);
+    }
     --depth_;
     if (((Register(UC_ARM_REG_CPSR) & thumbState) != 0) != fromThumb) {
         Stop("%s returned to %s in the wrong state", TheMachine().symbols.Name(function).c_str(),

@@ -1,6 +1,7 @@
 #include "ui/bar/command_bar.h"
 
 #include <algorithm>
+#include <new>
 #include <utility>
 
 #include "platform/scope_exit.h"
@@ -40,28 +41,72 @@ bool CommandBar::Open(HWND parent, const RECT& bounds) {
 }
 
 void CommandBar::SetMenu(HMENU menu) {
-    positions_.clear();
-    hasCommands_ = false;
-    focused_ = 0;
-    if (menu != menu_.Get()) {
-        menu_.Reset(menu);
+    if (menu == Menu()) {
+        buttons_.menu.Detach();
     }
-    const UINT count = MenuItemCount(menu);
-    for (UINT position = 0; position < count; ++position) {
-        MenuItem item;
-        if (ReadMenuItem(menu, position, &item) && !item.Separator()) {
-            positions_.push_back(position);
-            hasCommands_ = hasCommands_ || !item.submenu;
-        }
+    Show(ButtonsOf(platform::UniqueMenu(menu)));
+    covered_ = Buttons();
+}
+
+bool CommandBar::Load(UINT resourceId, Buttons* buttons) {
+    platform::UniqueMenu menu(text::LoadMenuResource(resourceId));
+    if (!ClearMenuImages(menu.Get())) {
+        return false;
     }
-    InvalidateRect(Handle(), nullptr, TRUE);
+    try {
+        *buttons = ButtonsOf(std::move(menu));
+    } catch (const std::bad_alloc&) {
+        return false;
+    }
+    return !buttons->positions.empty();
 }
 
 bool CommandBar::LoadBar(UINT resourceId) {
-    const HMENU menu = text::LoadMenuResource(resourceId);
-    ClearMenuImages(menu);
-    SetMenu(menu);
-    return menu != nullptr;
+    Buttons loaded;
+    if (!Load(resourceId, &loaded)) {
+        return false;
+    }
+    Show(std::move(loaded));
+    covered_ = Buttons();
+    return true;
+}
+
+bool CommandBar::Cover(UINT resourceId) {
+    Buttons above;
+    if (!Load(resourceId, &above)) {
+        return false;
+    }
+    if (!covered_.menu) {
+        covered_ = std::move(buttons_);
+    }
+    Show(std::move(above));
+    return true;
+}
+
+void CommandBar::Uncover() {
+    if (covered_.menu) {
+        Show(std::exchange(covered_, Buttons()));
+    }
+}
+
+CommandBar::Buttons CommandBar::ButtonsOf(platform::UniqueMenu menu) {
+    Buttons buttons;
+    buttons.menu = std::move(menu);
+    const UINT count = MenuItemCount(buttons.menu.Get());
+    for (UINT position = 0; position < count; ++position) {
+        MenuEntry item;
+        if (ReadMenuEntry(buttons.menu.Get(), position, &item) && !item.Separator()) {
+            buttons.positions.push_back(position);
+            buttons.haveCommands = buttons.haveCommands || !item.submenu;
+        }
+    }
+    return buttons;
+}
+
+void CommandBar::Show(Buttons buttons) {
+    buttons_ = std::move(buttons);
+    focused_ = 0;
+    InvalidateRect(Handle(), nullptr, TRUE);
 }
 
 unsigned CommandBar::ButtonAt(POINT point) const {
@@ -76,10 +121,10 @@ unsigned CommandBar::ButtonAt(POINT point) const {
 }
 
 void CommandBar::ActivateButton(unsigned index) {
-    MenuItem item;
+    MenuEntry item;
     const HWND parent = GetParent(Handle());
-    if (!parent || index >= ButtonCount() || !ReadMenuItem(menu_.Get(), positions_[index], &item) ||
-        item.Disabled()) {
+    if (!parent || index >= ButtonCount() ||
+        !ReadMenuEntry(Menu(), buttons_.positions[index], &item) || item.Disabled()) {
         return;
     }
     if (item.submenu) {
@@ -90,9 +135,10 @@ void CommandBar::ActivateButton(unsigned index) {
 }
 
 void CommandBar::OpenPopupAt(unsigned index, const RECT& anchor) {
-    MenuItem item;
+    MenuEntry item;
     if (GetParent(Handle()) && index < ButtonCount() &&
-        ReadMenuItem(menu_.Get(), positions_[index], &item) && !item.Disabled() && item.submenu) {
+        ReadMenuEntry(Menu(), buttons_.positions[index], &item) && !item.Disabled() &&
+        item.submenu) {
         OpenPopup(index, item.submenu, &anchor);
     }
 }
@@ -229,7 +275,7 @@ void CommandBar::Paint(HDC dc, const RECT& client) {
 
 void CommandBar::DrawButton(HDC dc, const RECT& bounds, unsigned button) {
     MenuItem item;
-    if (!ReadMenuItem(menu_.Get(), positions_[button], &item)) {
+    if (!ReadMenuItem(Menu(), buttons_.positions[button], &item)) {
         return;
     }
     const bool pressed = button == pressed_ && !item.Disabled();
@@ -252,14 +298,14 @@ void CommandBar::DrawButton(HDC dc, const RECT& bounds, unsigned button) {
     }
     SetTextColor(dc, item.Disabled() ? GetSysColor(COLOR_GRAYTEXT) : barTextColor);
     RECT area = bounds;
-    if (TextWidth(dc, item.text) > Width(area)) {
+    if (TextWidth(dc, item.Text()) > Width(area)) {
         const int margin = Height(area) / 8;
         area.left += margin;
         area.right -= margin;
-        DrawClippedLine(dc, area, item.text);
+        DrawClippedLine(dc, area, item.Text());
         return;
     }
-    DrawTextW(dc, item.text.c_str(), static_cast<int>(item.text.size()), &area,
+    DrawTextW(dc, item.characters, static_cast<int>(item.Text().size()), &area,
               DT_CENTER | DT_VCENTER | DT_SINGLELINE);
 }
 

@@ -25,11 +25,15 @@ class CommandBar final : public Window {
 
     // Shows the top-level items of a menu, which the bar then owns.
     void SetMenu(HMENU menu);
-    // Loads a menu resource, from the language pack first; false, and an empty bar, when neither
-    // module has it.
+    // Loads a menu resource, from the language pack first; false, and the bar as it was, when
+    // neither module has it or it cannot be read.
     bool LoadBar(UINT resourceId);
+    // The same for a while: the buttons that were there are kept, and come back without anything
+    // that could fail. Another menu for the bar drops them.
+    bool Cover(UINT resourceId);
+    void Uncover();
     // The menu whose items are the buttons; owned by the bar.
-    HMENU Menu() const { return menu_.Get(); }
+    HMENU Menu() const { return buttons_.menu.Get(); }
 
     // Does what a press of the button does: opens its popup, or sends its command.
     void ActivateButton(unsigned index);
@@ -37,13 +41,23 @@ class CommandBar final : public Window {
     // for a button without one.
     void OpenPopupAt(unsigned index, const RECT& anchor);
     // Whether a button gives a command itself instead of opening a popup.
-    bool HasCommands() const { return hasCommands_; }
-    unsigned ButtonCount() const { return static_cast<unsigned>(positions_.size()); }
+    bool HasCommands() const { return buttons_.haveCommands; }
+    unsigned ButtonCount() const { return static_cast<unsigned>(buttons_.positions.size()); }
 
  protected:
     LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
 
  private:
+    // A menu with the position of each button's item.
+    struct Buttons {
+        platform::UniqueMenu menu;
+        std::vector<UINT> positions;
+        bool haveCommands = false;
+    };
+
+    static bool Load(UINT resourceId, Buttons* buttons);
+    static Buttons ButtonsOf(platform::UniqueMenu menu);
+    void Show(Buttons buttons);
     unsigned ButtonAt(POINT point) const;
     void OnPress(POINT point);
     // Waits for a short tap's end; true when the finger was lifted in that time.
@@ -59,10 +73,8 @@ class CommandBar final : public Window {
     void DrawButton(HDC dc, const RECT& bounds, unsigned button);
     bool DrawImage(HDC dc, const RECT& bounds, int image, bool disabled);
 
-    platform::UniqueMenu menu_;
-    // The position in the menu of each button's item.
-    std::vector<UINT> positions_;
-    bool hasCommands_ = false;
+    Buttons buttons_;
+    Buttons covered_;
     unsigned pressed_ = ~0u;
     // The button that the keyboard acts on while the bar has the focus.
     unsigned focused_ = 0;

@@ -102,9 +102,9 @@ void SlideBar::OnPress(POINT point) {
 }
 
 void SlideBar::Activate(UINT index) {
-    MenuItem item;
+    MenuEntry item;
     const HWND parent = GetParent(Handle());
-    if (!parent || !ReadMenuItem(menu_.Get(), index, &item) || item.Disabled()) {
+    if (!parent || !ReadMenuEntry(menu_.Get(), index, &item) || item.Disabled()) {
         return;
     }
     int command = static_cast<int>(item.id);
@@ -153,7 +153,7 @@ void SlideBar::Paint(HDC dc, const RECT& client) {
         const int size = images.IconSize();
         if (!images.Draw(dc, bounds.left + (Width(bounds) - size) / 2,
                          bounds.top + (Height(bounds) - size) / 2, static_cast<int>(item.image))) {
-            DrawClippedLine(dc, bounds, item.text, TextAlignment::Centered);
+            DrawClippedLine(dc, bounds, item.Text(), TextAlignment::Centered);
         }
     }
 }

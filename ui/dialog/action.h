@@ -34,7 +34,10 @@ void RunAction(HWND owner, UINT context, Action action, const Inserts&... insert
     } catch (...) {
         LeaveIfGone(owner);
         try {
-            ShowError(owner, text::FormatText(context, inserts..., TextOfCurrentException()));
+            if (!Tell(owner, text::FormatText(context, inserts..., TextOfCurrentException()),
+                      IDS_ERROR)) {
+                TellWithoutMemory(owner);
+            }
         } catch (const std::bad_alloc&) {
             LeaveIfGone(owner);
             TellWithoutMemory(owner);

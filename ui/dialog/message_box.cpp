@@ -55,6 +55,8 @@ class MessageBoxDialog final : public Dialog {
     MessageBoxDialog(const std::wstring& text, UINT title) : plainText_(text), title_(title) {}
 
     void AddButton(UINT id) { ids_.push_back(id); }
+    // Whether it could be laid out.
+    bool Seen() const { return seen_; }
     void SetDefaultButton(unsigned index) { defaultButton_ = index; }
 
  protected:
@@ -83,6 +85,7 @@ class MessageBoxDialog final : public Dialog {
     FormList lines_;
     int margin_ = 0;
     int captionHeight_ = 0;
+    bool seen_ = false;
 };
 
 RECT MessageBoxDialog::WorkArea() const {
@@ -236,7 +239,8 @@ void MessageBoxDialog::Paint(HDC dc, const RECT& client) {
 bool MessageBoxDialog::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
         case WM_INITDIALOG:
-            if (!SetUp()) {
+            seen_ = SetUp();
+            if (!seen_) {
                 End(messageNotShown);
             }
             // The focus is set; the platform answers FALSE to leave it there.
@@ -287,6 +291,10 @@ bool MessageBoxDialog::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     }
 }
 
+int Run(HWND owner, const std::wstring& text, MessageBoxDialog* box) {
+    return text.empty() ? messageNotCreated : static_cast<int>(RunDialog(owner, *box));
+}
+
 }  // namespace
 
 int ShowMessage(HWND owner, const std::wstring& text, UINT title, unsigned buttonCount,
@@ -296,7 +304,18 @@ int ShowMessage(HWND owner, const std::wstring& text, UINT title, unsigned butto
         box.AddButton(buttonIds[index]);
     }
     box.SetDefaultButton(defaultButton);
-    return static_cast<int>(RunDialog(owner, box));
+    const int result = Run(owner, text, &box);
+    if (!box.Seen()) {
+        MessageBeep(~0u);
+    }
+    return result;
+}
+
+bool Tell(HWND owner, const std::wstring& text, UINT title) {
+    MessageBoxDialog box(text, title);
+    box.AddButton(IDS_BUTTON_OK);
+    Run(owner, text, &box);
+    return box.Seen();
 }
 
 bool Confirm(HWND owner, const std::wstring& question, DefaultButton defaultButton, UINT title) {

@@ -17,7 +17,9 @@ inline constexpr unsigned noDefaultButton = ~0u;
 
 // Shows `text` under the caption string `title` with `buttonCount` buttons labelled by the strings
 // `buttonIds` and returns the identifier of the one pressed; `defaultButton` counts from 0.
-// Closed without a button, or without room for it, the box ends with messageNotShown.
+// Closed without a button, or without room for it, the box ends with messageNotShown. A box that
+// cannot be made, or has nothing to say because its text could not be, is a beep and
+// messageNotCreated: nobody answers what was not asked.
 int ShowMessage(HWND owner, const std::wstring& text, UINT title, unsigned buttonCount,
                 const UINT* buttonIds, unsigned defaultButton);
 
@@ -30,6 +32,9 @@ bool Confirm(HWND owner, const std::wstring& question, DefaultButton defaultButt
 
 // Shows a text with one button.
 void ShowNotice(HWND owner, const std::wstring& text, UINT title, UINT button);
+
+// Tells something with the single button "Ok"; false when there was nothing to be seen.
+bool Tell(HWND owner, const std::wstring& text, UINT title);
 
 // An error with the single button "Ok".
 int ShowError(HWND owner, const std::wstring& text);

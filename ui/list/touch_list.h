@@ -217,11 +217,9 @@ class TouchList<Kind>::Tracker final : public DragTracker {
         position_ = FollowFinger(list_.items_, list_.maxTop_, Height(client_), position_, distance);
     }
     void DrawFrame(int firstY) {
-        const OffscreenBitmap frame(dc_, client_);
-        if (frame) {
-            list_.PaintRows(frame.DC(), client_, position_.top, firstY, true);
-            frame.Show();
-        }
+        ShowFrame(dc_, client_, [&](HDC dc, const RECT& client) {
+            list_.PaintRows(dc, client, position_.top, firstY, true);
+        });
         if (list_.Self().FrameLacksSomething()) {
             SetTimer(list_.Handle(), nextFrame, USER_TIMER_MINIMUM, nullptr);
         }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <new>
 
 #include "platform/handles.h"
 #include "platform/scope_exit.h"
@@ -32,6 +33,22 @@ class OffscreenBitmap {
     HGDIOBJ previous_ = nullptr;
 };
 
+// Lets `paint(dc, area)` draw off-screen and shows it with one copy. A frame for which there is no
+// memory is skipped: what stands there stays, and the next one is right.
+template <typename Paint>
+void ShowFrame(HDC target, const RECT& area, Paint paint) {
+    const OffscreenBitmap frame(target, area);
+    if (!frame) {
+        return;
+    }
+    try {
+        paint(frame.DC(), area);
+    } catch (const std::bad_alloc&) {
+        return;
+    }
+    frame.Show();
+}
+
 // Answers WM_PAINT: `paint(dc, client)` draws the whole client area off-screen, one copy shows it.
 template <typename Paint>
 void PaintWindow(HWND window, Paint paint) {
@@ -44,11 +61,7 @@ void PaintWindow(HWND window, Paint paint) {
     RECT client;
     if (GetClientRect(window, &client) && client.right > client.left &&
         client.bottom > client.top) {
-        const OffscreenBitmap frame(dc, client);
-        if (frame) {
-            paint(frame.DC(), client);
-            frame.Show();
-        }
+        ShowFrame(dc, client, paint);
     }
 }
 

@@ -1,5 +1,7 @@
 #include "ui/popup/popup_menu.h"
 
+#include <new>
+
 #include "platform/scope_exit.h"
 #include "ui/paint/clipped_text.h"
 #include "ui/paint/drawing_resources.h"
@@ -38,7 +40,14 @@ RowMetrics MetricsOf(HDC dc) {
 int TrackPopup(HWND owner, const RECT& anchor, HMENU menu, UINT, MSG* lastMessage) {
     *lastMessage = MSG{};
     PopupMenu popup(L"kx::PopupMenu", menu, anchor);
-    if (!popup.Open(owner)) {
+    bool open = false;
+    try {
+        open = popup.Open(owner);
+    } catch (const std::bad_alloc&) {
+        // A menu that does not open is a command that nobody gives.
+    }
+    if (!open) {
+        MessageBeep(~0u);
         return noCommand;
     }
     *lastMessage = popup.Run();
@@ -84,8 +93,8 @@ bool PopupMenu::Open(HWND owner) {
 void PopupMenu::Fill() {
     const UINT count = MenuItemCount(menu_);
     for (UINT position = 0; position < count; ++position) {
-        MenuItem item;
-        if (ReadMenuItem(menu_, position, &item) && !item.Separator()) {
+        MenuEntry item;
+        if (ReadMenuEntry(menu_, position, &item) && !item.Separator()) {
             InsertItem(GetCount(), position);
         }
     }
@@ -134,7 +143,7 @@ SIZE PopupMenu::Measure(unsigned, int, int, ULONG_PTR data) {
     const RowMetrics metrics = MetricsOf(dc);
     MenuItem item;
     ReadMenuItem(menu_, static_cast<UINT>(data), &item);
-    return SIZE{TextWidth(dc, item.text) + 2 * (metrics.mark + metrics.margin), metrics.height};
+    return SIZE{TextWidth(dc, item.Text()) + 2 * (metrics.mark + metrics.margin), metrics.height};
 }
 
 void PopupMenu::EraseBackground(HDC dc, const RECT& area) {
@@ -165,7 +174,7 @@ void PopupMenu::DrawItem(const DRAWITEMSTRUCT& row) {
     RECT area = row.rcItem;
     area.left += metrics.mark + metrics.margin / 2;
     area.right -= metrics.mark + metrics.margin / 2;
-    DrawClippedLine(dc, area, item.text);
+    DrawClippedLine(dc, area, item.Text());
     const int markTop = row.rcItem.top + (Height(row.rcItem) - metrics.mark) / 2;
     RECT mark = {row.rcItem.left + metrics.margin / 4, markTop, 0, markTop + metrics.mark};
     mark.right = mark.left + metrics.mark;
@@ -193,8 +202,8 @@ void PopupMenu::Choose(unsigned index) {
     if (SetSelection(index) != index) {
         return;
     }
-    MenuItem item;
-    if (!ReadMenuItem(menu_, static_cast<UINT>(GetItemData(index)), &item) || item.Disabled()) {
+    MenuEntry item;
+    if (!ReadMenuEntry(menu_, static_cast<UINT>(GetItemData(index)), &item) || item.Disabled()) {
         return;
     }
     if (!item.submenu) {

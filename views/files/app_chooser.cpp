@@ -103,9 +103,9 @@ std::wstring AppChooser::FirstFolder() const {
 
 // The menu has no way out for a finger.
 void AppChooser::AddCancel() {
-    ui::MenuItem item;
+    ui::MenuEntry item;
     const UINT last = ui::MenuItemCount(Bar().Menu()) - 1;
-    if (ui::ReadMenuItem(Bar().Menu(), last, &item) && item.submenu) {
+    if (ui::ReadMenuEntry(Bar().Menu(), last, &item) && item.submenu) {
         AppendMenuW(item.submenu, MF_STRING, IDCANCEL, text::TextOf(IDS_BUTTON_CANCEL).c_str());
     }
 }

@@ -15,6 +15,14 @@ FileItemOwner EntryRows::Read(const std::wstring& path) {
                         static_cast<uint64_t>(data.nFileSizeHigh) << 32 | data.nFileSizeLow);
 }
 
+void EntryRows::ReadAnew() {
+    try {
+        list_.Relist();
+    } catch (...) {
+        list_.Relist();
+    }
+}
+
 bool EntryRows::Show(const std::wstring& path) {
     FileItemOwner item = Read(path);
     if (!item) {

@@ -20,9 +20,11 @@ class EntryRows {
         try {
             update();
         } catch (const std::bad_alloc&) {
-            list_.Relist();
+            ReadAnew();
         }
     }
+    // Reads all rows anew. What fails is done once more: rows of what has gone must not stay.
+    void ReadAnew();
 
     // Gives an entry of the list's folder its row; false when it cannot be read, with the thread's
     // last error (GetFileAttributesExW).

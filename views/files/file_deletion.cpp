@@ -135,7 +135,7 @@ void FileDeletion::DeleteMarked() {
     const std::vector<unsigned> rows = list_.MarkedRows();
     if (rows.size() == 1) {
         Delete(rows.front());
-        list_.Relist();
+        rows_.ReadAnew();
         list_.EndMarking();
         return;
     }
@@ -182,7 +182,7 @@ void FileDeletion::DeletePaths(const std::vector<std::wstring>& paths) {
             }
         }
     }
-    list_.Relist();
+    rows_.ReadAnew();
     list_.EndMarking();
     progress.Finish();
 }

@@ -97,13 +97,15 @@ std::optional<TransferAnswer> FileTransfer::BeginCopy(DWORD attributes, bool top
     if (IsFolderLink(attributes)) {
         return CopyOneLink(attributes, topLevel);
     }
-    TransferAnswer own = answerGoAhead;
+    TransferAnswer conflict = answerGoAhead;
+    const auto mayMerge = [&](const Destination& there) {
+        conflict = CheckConflict(there.attributes, attributes, topLevel);
+        return conflict == answerOverwrite;
+    };
     if (const Destination there = LookAt(destination_); there.Exists()) {
-        const TransferAnswer conflict = CheckConflict(there.attributes, attributes, topLevel);
-        if (conflict != answerOverwrite) {
+        if (!mayMerge(there)) {
             return conflict;
         }
-        own = answerSkip;
         RefuseItself();
     }
     const bool isNew = CreateDirectoryW(destination_.c_str(), nullptr) != FALSE;
@@ -111,8 +113,15 @@ std::optional<TransferAnswer> FileTransfer::BeginCopy(DWORD attributes, bool top
         SetFileAttributesW(destination_.c_str(), attributes);
     } else {
         ThrowUnless(GetLastError() == ERROR_ALREADY_EXISTS);
+        // It was not found, and yet it is there: nobody has been asked.
+        if (conflict == answerGoAhead) {
+            if (!mayMerge(LookAt(destination_))) {
+                return conflict;
+            }
+            RefuseItself();
+        }
     }
-    Enter(own, isNew);
+    Enter(conflict == answerGoAhead ? answerGoAhead : answerSkip, isNew);
     return std::nullopt;
 }
 

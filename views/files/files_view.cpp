@@ -89,6 +89,7 @@ bool FilesView::Activate(const ViewArgument& argument) {
 bool FilesView::Deactivate(HDC dc) {
     left_ = browser_.Selected();
     browser_.Rows().SetMarking(false);
+    GetFrame().Bar().Uncover();
     browser_.ShowStrip(false);
     return ListView::Deactivate(dc);
 }
@@ -180,8 +181,14 @@ void FilesView::SetMarking(bool marking) {
     if (marking == browser_.Rows().Marking()) {
         return;
     }
+    // Rows are marked only where the bar leads out of it.
+    if (marking && !GetFrame().Bar().Cover(IDR_FILES_MARKING)) {
+        throw faults::W32Fault();
+    }
     browser_.Rows().SetMarking(marking);
-    GetFrame().Bar().LoadBar(marking ? IDR_FILES_MARKING : IDR_FILES);
+    if (!marking) {
+        GetFrame().Bar().Uncover();
+    }
     OnMarksChanged();
 }
 
@@ -295,14 +302,17 @@ int FilesView::EditName(unsigned row, std::wstring* name) {
         editor_ = nullptr;
         try {
             if (browser_.Rows().Handle()) {
-                GetFrame().Bar().LoadBar(IDR_FILES);
+                GetFrame().Bar().Uncover();
                 GetFrame().MenuStateChanged();
             }
         } catch (...) {
             ui::HoldException();
         }
     });
-    GetFrame().Bar().LoadBar(IDR_DONE_CANCEL);
+    if (!GetFrame().Bar().Cover(IDR_DONE_CANCEL)) {
+        MessageBeep(~0u);
+        return IDCANCEL;
+    }
     ui::RowEditor editor(rows.Handle(), GetFrame().Bar().Handle(), browser_.Look().NameArea(area),
                          ui::Fonts().Base(), *name,
                          ui::BaseNameLength(*name, ItemAt(row).IsFolder()));

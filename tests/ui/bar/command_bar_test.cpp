@@ -20,6 +20,20 @@ BOOL WINAPI NotOnScreen(HWND, POINT*) {
     return FALSE;
 }
 
+// Fails so many times after so many reads.
+int reads = 0;
+int failures = 0;
+BOOL(WINAPI* readItem)(HMENU, UINT, BOOL, MENUITEMINFOW*) = nullptr;
+BOOL WINAPI NoItem(HMENU menu, UINT position, BOOL byPosition, MENUITEMINFOW* info) {
+    if (reads-- <= 0 && failures-- > 0) {
+        return FALSE;
+    }
+    return readItem(menu, position, byPosition, info);
+}
+BOOL WINAPI NoChange(HMENU, UINT, BOOL, const MENUITEMINFOW*) {
+    return FALSE;
+}
+
 // What was waited for; the first wait is woken by the lifted finger, if one is.
 struct Waited {
     DWORD handles;
@@ -144,14 +158,69 @@ TEST_F(CommandBarMenu, IsLoadedFromTheResources) {
     EXPECT_EQ(bar.ButtonCount(), 1u);
 }
 
-TEST_F(CommandBarMenu, AMissingOneLeavesTheBarEmptyAndIsReported) {
+TEST_F(CommandBarMenu, AMissingOneLeavesTheBarAsItWasAndIsReported) {
     OpenWith(nullptr);
-    ASSERT_TRUE(bar.LoadBar(IDR_DONE_CANCEL));
     EXPECT_FALSE(bar.LoadBar(9999));
     EXPECT_EQ(bar.ButtonCount(), 0u);
-    EXPECT_FALSE(bar.Menu());
     Run([&] { input.Play(Finger().Tap(ButtonPoint(0))); });
     EXPECT_TRUE(Commands().empty());
+    ASSERT_TRUE(bar.LoadBar(IDR_DONE_CANCEL));
+    EXPECT_FALSE(bar.LoadBar(9999));
+    EXPECT_EQ(bar.ButtonCount(), 2u);
+    Run([&] { input.Play(Finger().Tap(ButtonPoint(1))); });
+    EXPECT_EQ(Commands(), (std::vector<Command>{CommandOf(2)}));
+}
+
+TEST_F(CommandBarMenu, OneThatCannotBeReadLeavesTheBarAsItWas) {
+    Open(twoCommands);
+    const HMENU before = bar.Menu();
+    {
+        const PlatformHook<BOOL WINAPI(HMENU, UINT, BOOL, MENUITEMINFOW*)> hook("GetMenuItemInfoW",
+                                                                                NoItem);
+        failures = 1000;
+        EXPECT_FALSE(bar.LoadBar(IDR_DONE));
+        EXPECT_FALSE(bar.Cover(IDR_DONE));
+    }
+    {
+        const PlatformHook<BOOL WINAPI(HMENU, UINT, BOOL, const MENUITEMINFOW*)> hook(
+            "SetMenuItemInfoW", NoChange);
+        EXPECT_FALSE(bar.LoadBar(IDR_DONE));
+        EXPECT_FALSE(bar.Cover(IDR_DONE));
+    }
+    EXPECT_EQ(bar.Menu(), before);
+    EXPECT_EQ(bar.ButtonCount(), 2u);
+}
+
+// The end of a menu is told by a failure as well.
+TEST_F(CommandBarMenu, ALoadedOneHasAllItsButtonsThoughACallFails) {
+    OpenWith(nullptr);
+    const PlatformHook<BOOL WINAPI(HMENU, UINT, BOOL, MENUITEMINFOW*)> hook("GetMenuItemInfoW",
+                                                                            NoItem);
+    readItem = hook.Original();
+    for (int call = 0; call < 9; ++call) {
+        reads = call;
+        failures = 1;
+        ASSERT_TRUE(bar.LoadBar(IDR_DONE_CANCEL)) << call;
+        EXPECT_EQ(bar.ButtonCount(), 2u) << call;
+    }
+}
+
+TEST_F(CommandBarMenu, ACoveredOneComesBackThoughNothingCanBeRead) {
+    Open(twoCommands);
+    ASSERT_TRUE(bar.Cover(IDR_DONE));
+    EXPECT_EQ(bar.ButtonCount(), 1u);
+    ASSERT_TRUE(bar.Cover(IDR_DONE_CANCEL));
+    {
+        const PlatformHook<BOOL WINAPI(HMENU, UINT, BOOL, MENUITEMINFOW*)> hook("GetMenuItemInfoW",
+                                                                                NoItem);
+        reads = 0;
+        failures = 1000;
+        bar.Uncover();
+    }
+    Run([&] { input.Play(Finger().Tap(ButtonPoint(1))); });
+    EXPECT_EQ(Commands(), (std::vector<Command>{CommandOf(11)}));
+    bar.Uncover();
+    EXPECT_EQ(bar.ButtonCount(), 2u);
 }
 
 TEST_F(CommandBarMenu, BelongsToTheBar) {

@@ -50,6 +50,9 @@ INT_PTR WINAPI NoDialog(HINSTANCE, const DLGTEMPLATE*, HWND, DLGPROC, LPARAM) {
     SetLastError(ERROR_INVALID_WINDOW_HANDLE);
     return -1;
 }
+INT_PTR WINAPI AnswerYes(HINSTANCE, const DLGTEMPLATE*, HWND, DLGPROC, LPARAM) {
+    return IDS_BUTTON_YES;
+}
 // What it answers where the owner is no window.
 INT_PTR WINAPI DialogWithoutOwner(HINSTANCE, const DLGTEMPLATE*, HWND, DLGPROC, LPARAM) {
     SetLastError(ERROR_INVALID_WINDOW_HANDLE);
@@ -274,6 +277,14 @@ TEST_F(MessageBoxResult, TheDialogIsBuiltOfATemplateInThePlatformsForm) {
     EXPECT_NE(dialogs[0].parameter, 0);
 }
 
+TEST_F(MessageBoxFailure, WhatHasNoTextIsNotAsked) {
+    const PlatformHook dialog("DialogBoxIndirectParamW", AnswerYes);
+    EXPECT_TRUE(ui::Confirm(owner.Handle(), L"Really?", ui::DefaultButton::Yes));
+    EXPECT_EQ(ui::ShowMessage(owner.Handle(), L"", IDS_WARNING, 2, yesNo.data(), 0),
+              ui::messageNotCreated);
+    EXPECT_FALSE(ui::Confirm(owner.Handle(), L"", ui::DefaultButton::Yes));
+}
+
 TEST_F(MessageBoxFailure, ADialogThatCannotBeCreatedIsToldSo) {
     const PlatformHook dialog("DialogBoxIndirectParamW", NoDialog);
     EXPECT_EQ(ui::ShowError(owner.Handle(), L"No such file."), -1);
@@ -289,6 +300,7 @@ TEST_F(MessageBoxFailure, ADialogWhoseOwnerHasGoneIsNotCreated) {
 TEST_F(MessageBoxFailure, WithoutItsButtonsItEndsWithTwo) {
     const PlatformHook window("CreateWindowExW", NoWindow);
     EXPECT_EQ(ui::ShowError(owner.Handle(), L"No such file."), 2);
+    EXPECT_FALSE(ui::Tell(owner.Handle(), L"No such file.", IDS_ERROR));
 }
 
 TEST_F(MessageBoxFailure, AWorkAreaWithoutRoomEndsItWithTwo) {

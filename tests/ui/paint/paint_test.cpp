@@ -199,6 +199,24 @@ TEST(OffscreenBitmap, IsEmptyWithoutDeviceContextOrBitmap) {
     EXPECT_FALSE(OffscreenBitmap(target.DC(), RECT{0, 0, 4, 4}));
 }
 
+TEST(Frame, ForWhichThereIsNoMemoryIsSkippedAndTheNextOneIsShown) {
+    const test::Canvas canvas(20, 20);
+    const RECT area = {0, 0, 20, 20};
+    FillWithColor(canvas.DC(), area, magenta);
+    bool hasMemory = false;
+    const auto paint = [&](HDC dc, const RECT& frame) {
+        FillWithColor(dc, frame, RGB(1, 2, 3));
+        if (!hasMemory) {
+            throw std::bad_alloc();
+        }
+    };
+    EXPECT_NO_THROW(ShowFrame(canvas.DC(), area, paint));
+    EXPECT_EQ(GetPixel(canvas.DC(), 10, 10), magenta);
+    hasMemory = true;
+    ShowFrame(canvas.DC(), area, paint);
+    EXPECT_EQ(GetPixel(canvas.DC(), 10, 10), RGB(1, 2, 3));
+}
+
 TEST(PaintingHelpers, GiveBackEveryObject) {
     const test::Canvas target(40, 30);
     const auto round = [&] {

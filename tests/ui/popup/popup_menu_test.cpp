@@ -34,6 +34,17 @@ HBRUSH WINAPI NoteBrush(COLORREF color) {
     return createBrush(color);
 }
 
+// The thread whose next block cannot be had; the one behind it is the exception's.
+DWORD threadWithoutMemory = 0;
+void*(CDECL* allocate)(size_t) = nullptr;
+void* CDECL NoMemory(size_t size) {
+    if (GetCurrentThreadId() == threadWithoutMemory) {
+        threadWithoutMemory = 0;
+        return nullptr;
+    }
+    return allocate(size);
+}
+
 // Menus of their own, opened above the left soft key.
 class PopupTest : public BarTest {
  protected:
@@ -120,6 +131,23 @@ TEST_F(PopupMenuChoice, AMenuThatCannotBeCreatedReturnsNoCommand) {
     const PlatformHook create("CreateWindowExW", NoWindow);
     EXPECT_EQ(ui::TrackPopup(owner.Handle(), ButtonArea(0), menu.Get(), 0, &lastMessage), -1);
     EXPECT_EQ(noCommand, -1);
+}
+
+TEST_F(PopupMenuChoice, AMenuForWhichThereIsNoMemoryReturnsNoCommand) {
+    const platform::UniqueMenu menu(MakeMenu(fruits));
+    const PlatformHook<void*(size_t)> hook("malloc", NoMemory);
+    allocate = hook.Original();
+    MSG last;
+    threadWithoutMemory = GetCurrentThreadId();
+    int command = 0;
+    try {
+        command = ui::TrackPopup(owner.Handle(), RECT{}, menu.Get(), 0, &last);
+    } catch (const std::bad_alloc&) {
+        command = 1;
+    }
+    EXPECT_EQ(threadWithoutMemory, 0u);
+    EXPECT_EQ(command, noCommand);
+    EXPECT_TRUE(Popups().empty());
 }
 
 TEST_F(PopupMenuChoice, AQuitEndsItAndIsPostedAgain) {
