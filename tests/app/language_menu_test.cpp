@@ -103,7 +103,10 @@ TEST_F(LanguageMenu, IsFilledWhenTheMenuOpens) {
     OpenMenu();
     const std::vector<ui::MenuItem> items = Languages();
     ASSERT_EQ(items.size(), 3u);
-    EXPECT_EQ(items[0].text, L"German (Germany)");
+    ui::MenuItem first;
+    ui::MenuText label;
+    ASSERT_TRUE(ui::ReadMenuItem(app::FindLanguageMenu(Popup()), 0, &first, &label));
+    EXPECT_EQ(label.View(), L"German (Germany)");
     EXPECT_EQ(items[0].id, firstLanguage);
     EXPECT_EQ(items[0].image, german);
     EXPECT_FALSE(items[0].Checked());

@@ -89,9 +89,10 @@ std::wstring StructureOf(HMENU menu) {
 
 void CollectLabels(HMENU menu, std::vector<std::wstring>* labels) {
     ui::MenuItem item;
-    for (UINT position = 0; ui::ReadMenuItem(menu, position, &item); ++position) {
+    ui::MenuText label;
+    for (UINT position = 0; ui::ReadMenuItem(menu, position, &item, &label); ++position) {
         if (!item.Separator()) {
-            labels->push_back(item.text);
+            labels->emplace_back(label.View());
         }
         if (item.submenu) {
             CollectLabels(item.submenu, labels);
@@ -217,10 +218,12 @@ TEST_F(ShippedPacks, FitTheKeysOfASmallScreen) {
             const platform::UniqueMenu menu(LoadMenuW(pack, MAKEINTRESOURCEW(id)));
             const int count = static_cast<int>(ui::MenuItemCount(menu.Get()));
             ui::MenuItem item;
+            ui::MenuText label;
             // The menu of icons shows no words.
             for (UINT position = 0;
-                 id != IDR_SLIDE_BAR && ui::ReadMenuItem(menu.Get(), position, &item); ++position) {
-                EXPECT_LE(ui::TextWidth(dc, item.text), width / std::max(2, count))
+                 id != IDR_SLIDE_BAR && ui::ReadMenuItem(menu.Get(), position, &item, &label);
+                 ++position) {
+                EXPECT_LE(ui::TextWidth(dc, label.View()), width / std::max(2, count))
                     << id << " " << position;
             }
             for (const std::wstring& label : LabelsOf(pack, id)) {

@@ -229,7 +229,8 @@ void CommandBar::Paint(HDC dc, const RECT& client) {
 
 void CommandBar::DrawButton(HDC dc, const RECT& bounds, unsigned button) {
     MenuItem item;
-    if (!ReadMenuItem(menu_.Get(), positions_[button], &item)) {
+    MenuText text;
+    if (!ReadMenuItem(menu_.Get(), positions_[button], &item, &text)) {
         return;
     }
     const bool pressed = button == pressed_ && !item.Disabled();
@@ -252,14 +253,14 @@ void CommandBar::DrawButton(HDC dc, const RECT& bounds, unsigned button) {
     }
     SetTextColor(dc, item.Disabled() ? GetSysColor(COLOR_GRAYTEXT) : barTextColor);
     RECT area = bounds;
-    if (TextWidth(dc, item.text) > Width(area)) {
+    if (TextWidth(dc, text.View()) > Width(area)) {
         const int margin = Height(area) / 8;
         area.left += margin;
         area.right -= margin;
-        DrawClippedLine(dc, area, item.text);
+        DrawClippedLine(dc, area, text.View());
         return;
     }
-    DrawTextW(dc, item.text.c_str(), static_cast<int>(item.text.size()), &area,
+    DrawTextW(dc, text.Letters(), static_cast<int>(text.View().size()), &area,
               DT_CENTER | DT_VCENTER | DT_SINGLELINE);
 }
 

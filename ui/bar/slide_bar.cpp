@@ -132,7 +132,8 @@ void SlideBar::Paint(HDC dc, const RECT& client) {
     const ImageStrip& images = Resources().mainStrip;
     for (UINT index = 0; index < count_; ++index) {
         MenuItem item;
-        if (!ReadMenuItem(menu_.Get(), index, &item)) {
+        MenuText text;
+        if (!ReadMenuItem(menu_.Get(), index, &item, &text)) {
             continue;
         }
         const RECT bounds = EntryBounds(client, index);
@@ -153,7 +154,7 @@ void SlideBar::Paint(HDC dc, const RECT& client) {
         const int size = images.IconSize();
         if (!images.Draw(dc, bounds.left + (Width(bounds) - size) / 2,
                          bounds.top + (Height(bounds) - size) / 2, static_cast<int>(item.image))) {
-            DrawClippedLine(dc, bounds, item.text, TextAlignment::Centered);
+            DrawClippedLine(dc, bounds, text.View(), TextAlignment::Centered);
         }
     }
 }

@@ -18,6 +18,7 @@ void DrawingResources::Free() {
     mainStripId_.reset();
     secondStrip_.reset();
     statusStrip_.reset();
+    brushes.Free();
     fonts.Free();
 }
 

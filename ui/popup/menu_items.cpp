@@ -6,8 +6,6 @@ namespace ui {
 
 namespace {
 
-constexpr UINT longestText = 256;
-
 MENUITEMINFOW ItemRequest(UINT mask) {
     MENUITEMINFOW info = {};
     info.cbSize = platform::menuItemInfoSize;
@@ -28,11 +26,13 @@ UINT MenuItemCount(HMENU menu) {
     return count;
 }
 
-bool ReadMenuItem(HMENU menu, UINT position, MenuItem* item) {
-    wchar_t text[longestText + 1] = {};
+bool ReadMenuItem(HMENU menu, UINT position, MenuItem* item, MenuText* text) {
     MENUITEMINFOW info = ItemRequest(MIIM_TYPE | MIIM_STATE | MIIM_ID | MIIM_SUBMENU | MIIM_DATA);
-    info.dwTypeData = text;
-    info.cch = longestText + 1;
+    if (text) {
+        text->Letters()[0] = 0;
+        info.dwTypeData = text->Letters();
+        info.cch = MenuText::longest + 1;
+    }
     if (!GetMenuItemInfoW(menu, position, TRUE, &info)) {
         return false;
     }
@@ -41,7 +41,9 @@ bool ReadMenuItem(HMENU menu, UINT position, MenuItem* item) {
     item->id = info.wID;
     item->submenu = info.hSubMenu;
     item->image = info.dwItemData;
-    item->text = info.fType & MFT_SEPARATOR ? L"" : text;
+    if (text && item->Separator()) {
+        text->Letters()[0] = 0;
+    }
     return true;
 }
 

@@ -1,7 +1,7 @@
 // Reading a menu's items by position (GetMenuItemInfoW).
 #pragma once
 
-#include <string>
+#include <string_view>
 
 #include "platform/windows.h"
 
@@ -17,18 +17,32 @@ struct MenuItem {
     HMENU submenu = nullptr;
     // An index into an image strip, or noImage.
     ULONG_PTR image = noImage;
-    std::wstring text;
 
     bool Disabled() const { return (state & MFS_GRAYED) != 0; }
     bool Checked() const { return (state & MFS_CHECKED) != 0; }
     bool Separator() const { return (type & MFT_SEPARATOR) != 0; }
 };
 
+// An item's text, in place: it is read with every paint.
+class MenuText {
+ public:
+    // Longer texts are cut.
+    static constexpr UINT longest = 256;
+
+    std::wstring_view View() const { return letters_; }
+    // NUL-terminated, for the platform to write to.
+    wchar_t* Letters() { return letters_; }
+
+ private:
+    wchar_t letters_[longest + 1] = {};
+};
+
 // How many items a menu has, separators included.
 UINT MenuItemCount(HMENU menu);
 
-// False when there is no such item. Texts are cut at 256 characters.
-bool ReadMenuItem(HMENU menu, UINT position, MenuItem* item);
+// Reads an item, and its text where that is asked for; a separator has none. False when there is no
+// such item.
+bool ReadMenuItem(HMENU menu, UINT position, MenuItem* item, MenuText* text = nullptr);
 
 // Marks all top-level items as having no image (SetMenuItemInfoW).
 void ClearMenuImages(HMENU menu);

@@ -133,8 +133,9 @@ SIZE PopupMenu::Measure(unsigned, int, int, ULONG_PTR data) {
     const platform::Selected font(dc, Fonts().Base());
     const RowMetrics metrics = MetricsOf(dc);
     MenuItem item;
-    ReadMenuItem(menu_, static_cast<UINT>(data), &item);
-    return SIZE{TextWidth(dc, item.text) + 2 * (metrics.mark + metrics.margin), metrics.height};
+    MenuText text;
+    ReadMenuItem(menu_, static_cast<UINT>(data), &item, &text);
+    return SIZE{TextWidth(dc, text.View()) + 2 * (metrics.mark + metrics.margin), metrics.height};
 }
 
 void PopupMenu::EraseBackground(HDC dc, const RECT& area) {
@@ -143,7 +144,8 @@ void PopupMenu::EraseBackground(HDC dc, const RECT& area) {
 
 void PopupMenu::DrawItem(const DRAWITEMSTRUCT& row) {
     MenuItem item;
-    if (!ReadMenuItem(menu_, static_cast<UINT>(row.itemData), &item)) {
+    MenuText text;
+    if (!ReadMenuItem(menu_, static_cast<UINT>(row.itemData), &item, &text)) {
         return;
     }
     const HDC dc = row.hDC;
@@ -165,7 +167,7 @@ void PopupMenu::DrawItem(const DRAWITEMSTRUCT& row) {
     RECT area = row.rcItem;
     area.left += metrics.mark + metrics.margin / 2;
     area.right -= metrics.mark + metrics.margin / 2;
-    DrawClippedLine(dc, area, item.text);
+    DrawClippedLine(dc, area, text.View());
     const int markTop = row.rcItem.top + (Height(row.rcItem) - metrics.mark) / 2;
     RECT mark = {row.rcItem.left + metrics.margin / 4, markTop, 0, markTop + metrics.mark};
     mark.right = mark.left + metrics.mark;
