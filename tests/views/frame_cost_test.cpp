@@ -192,7 +192,7 @@ TEST_F(FrameCostOfFiles, OfAFormIsOneBitmap) {
     OpenFiles(0);
     ui::FormList form;
     ASSERT_TRUE(form.Open(frame.Handle(), RECT{0, 0, 200, 300}, 5));
-    form.AddRow(std::make_unique<ui::HeadingRow>(LongName(0), nullptr, -1));
+    form.AddRow(std::make_unique<ui::HeadingRow>(L"Heading", nullptr, -1));
     const auto group = std::make_shared<ui::ChoiceGroup>();
     group->taken = 1;
     for (int row = 0; row < 3; ++row) {
