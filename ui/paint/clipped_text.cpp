@@ -127,9 +127,15 @@ void DrawPathText(HDC dc, const RECT& area, std::wstring_view path) {
 
 void DrawClippedLine(HDC dc, const RECT& area, std::wstring_view text, TextAlignment alignment) {
     TEXTMETRICW metrics;
+    const bool known = GetTextMetricsW(dc, &metrics) != FALSE;
+    DrawClippedLine(dc, area, known ? metrics.tmHeight : Height(area), text, alignment);
+}
+
+void DrawClippedLine(HDC dc, const RECT& area, int height, std::wstring_view text,
+                     TextAlignment alignment) {
     RECT line = area;
-    if (GetTextMetricsW(dc, &metrics) && metrics.tmHeight < Height(area)) {
-        line.top += (Height(area) - metrics.tmHeight) / 2;
+    if (height < Height(area)) {
+        line.top += (Height(area) - height) / 2;
     }
     DrawClippedText(dc, line, text, alignment);
 }

@@ -4,6 +4,13 @@
 
 namespace ui {
 
+namespace {
+
+// Made before the program begins, so that nobody has to look whether it has been made.
+constinit DrawingResources resources;
+
+}  // namespace
+
 void DrawingResources::Load() {
     Free();
     fonts.Load();
@@ -49,7 +56,6 @@ const ImageStrip& DrawingResources::StatusStrip() {
 }
 
 DrawingResources& Resources() {
-    static DrawingResources resources;
     return resources;
 }
 

@@ -50,7 +50,7 @@ void FileRows::Draw(const DRAWITEMSTRUCT& row, const FileItem& item, DWORD flags
     ui::SetRowTextColor(dc, selected);
     if (!HasSecondLine(item, flags)) {
         const platform::Selected font(dc, ui::Fonts().Base());
-        ui::DrawClippedLine(dc, text, item.name);
+        ui::DrawClippedLine(dc, text, textHeight_, item.name);
         return;
     }
     const int padding = (ui::Height(text) - textHeight_ - smallTextHeight_) / 2;

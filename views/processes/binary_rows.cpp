@@ -57,7 +57,7 @@ void BinaryRows::Draw(const DRAWITEMSTRUCT& row, const BinaryItem& item,
     text.bottom =
         std::max<int>(DrawLines(dc, text, row.itemID, item, lines), text.top + textHeight_);
     const platform::Selected font(dc, ui::Fonts().Base());
-    ui::DrawClippedLine(dc, text, item.label.empty() ? item.name : item.label);
+    ui::DrawClippedLine(dc, text, textHeight_, item.label.empty() ? item.name : item.label);
 }
 
 int BinaryRows::DrawLines(HDC dc, RECT area, unsigned row, const BinaryItem& item,
