@@ -12,6 +12,9 @@
 #include "platform/files.h"
 #include "tests/support/fake_frame.h"
 #include "tests/support/fake_processes.h"
+#include "tests/support/heaps.h"
+#include "tests/support/host_files.h"
+#include "tests/support/unix_command.h"
 #include "tests/support/windows_seen.h"
 #include "tests/support/world.h"
 #include "text/format.h"
@@ -102,6 +105,48 @@ void MeasureListing(int files, int rounds) {
     };
     std::printf("%d files: ", files);
     Compare("listing a folder", "the view", list, "bare loop", bareLoop, rounds);
+}
+
+// What a heap gives for so many bytes, with its own share.
+size_t BytesWithOverhead() {
+    constexpr DWORD mostHeaps = 64;
+    HANDLE heaps[mostHeaps];
+    const DWORD count = GetProcessHeaps(mostHeaps, heaps);
+    size_t bytes = 0;
+    for (DWORD index = 0; index < count && index < mostHeaps; ++index) {
+        PROCESS_HEAP_ENTRY entry = {};
+        HeapLock(heaps[index]);
+        while (HeapWalk(heaps[index], &entry)) {
+            if (entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) {
+                bytes += entry.cbData + entry.cbOverhead;
+            }
+        }
+        HeapUnlock(heaps[index]);
+    }
+    return bytes;
+}
+
+void MeasureMemory(int files) {
+    const test::TemporaryFolder folder;
+    const std::wstring empty = folder.MakeFolder(L"empty");
+    const std::wstring full = folder.MakeFolder(L"full");
+    test::RunUnixCommand("cd " + test::HostPath(full) + " && seq -f 'file %g.txt' 1 " +
+                         std::to_string(files) + " | tr '\\n' '\\0' | xargs -0 touch");
+    test::FakeFrame frame;
+    views::FilesView view(frame);
+    frame.Open(view);
+    // What is made once and kept is there.
+    view.Navigate(full.c_str());
+    view.Navigate(empty.c_str());
+    const size_t data = test::BytesOnAllHeaps();
+    const size_t all = BytesWithOverhead();
+    view.Navigate(full.c_str());
+    const auto each = [files](size_t before, size_t after) {
+        return (static_cast<double>(after) - static_cast<double>(before)) / files;
+    };
+    std::printf("%d files: memory of a listed file\n  %.1f bytes, with the heap's share %.1f\n",
+                files, each(data, test::BytesOnAllHeaps()), each(all, BytesWithOverhead()));
+    test::RunUnixCommand("rm -r " + test::HostPath(full));
 }
 
 // A list whose rows cost next to nothing to draw.
@@ -352,6 +397,10 @@ int main(int count, char** arguments) {
     ui::Resources().Load();
     // One part by its name, or all.
     const std::string part = count > 1 ? arguments[1] : "";
+    if (part == "--memory") {
+        MeasureMemory(10000);
+        return 0;
+    }
     if (part == "--painting") {
         MeasurePainting(true);
         MeasurePainting(false);
@@ -363,6 +412,7 @@ int main(int count, char** arguments) {
     MeasureCopying();
     MeasureProcesses();
     MeasureListing(1000, 7);
+    MeasureMemory(10000);
     if (part == "--large") {
         MeasureListing(10000, 5);
     }
