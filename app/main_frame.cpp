@@ -438,6 +438,8 @@ LRESULT MainFrame::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
             }
             break;
         case WM_SETTINGCHANGE:
+            text::TextsChanged();
+            [[fallthrough]];
         case WM_DISPLAYCHANGE:
             if (open_) {
                 FollowVisibleArea();

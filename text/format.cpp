@@ -105,11 +105,19 @@ std::wstring FormatSizeWithBytes(uint64_t bytes) {
                   TextOf(IDS_BYTES));
 }
 
-std::wstring FormatFileTime(const FILETIME& time, Seconds seconds) {
+uint64_t LocalTime(const FILETIME& time) {
     FILETIME local;
-    SYSTEMTIME parts;
     if ((time.dwLowDateTime | time.dwHighDateTime) == 0 ||
-        !FileTimeToLocalFileTime(&time, &local) || !FileTimeToSystemTime(&local, &parts)) {
+        !FileTimeToLocalFileTime(&time, &local)) {
+        return 0;
+    }
+    return static_cast<uint64_t>(local.dwHighDateTime) << 32 | local.dwLowDateTime;
+}
+
+std::wstring FormatLocalTime(uint64_t local, Seconds seconds) {
+    const FILETIME time = {static_cast<DWORD>(local), static_cast<DWORD>(local >> 32)};
+    SYSTEMTIME parts;
+    if (local == 0 || !FileTimeToSystemTime(&time, &parts)) {
         return std::wstring();
     }
     constexpr int size = 80;

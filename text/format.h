@@ -70,7 +70,15 @@ std::wstring FormatSizeWithBytes(uint64_t bytes);
 
 enum class Seconds { Without, With };
 
-// The local time of a file time in the user's short date and time format; a time of 0 is empty.
-std::wstring FormatFileTime(const FILETIME& time, Seconds seconds);
+// A file time as the clocks show it here and now (FileTimeToLocalFileTime); 0 for a time of 0.
+uint64_t LocalTime(const FILETIME& time);
+
+// A local time in the user's short date and time format; a time of 0 is empty.
+std::wstring FormatLocalTime(uint64_t local, Seconds seconds);
+
+// The same for a file time.
+inline std::wstring FormatFileTime(const FILETIME& time, Seconds seconds) {
+    return FormatLocalTime(LocalTime(time), seconds);
+}
 
 }  // namespace text

@@ -10,6 +10,7 @@ namespace {
 HINSTANCE program = nullptr;
 void* volatile resources = nullptr;
 LANGID language = programLanguage;
+unsigned version = 1;
 
 }  // namespace
 
@@ -27,12 +28,21 @@ void SetProgramModule(HINSTANCE module) {
     program = module;
     resources = module;
     language = programLanguage;
+    TextsChanged();
 }
 
 HINSTANCE SetResourceModule(HINSTANCE module, LANGID newLanguage) {
     void* const previous = InterlockedExchangePointer(&resources, module);
     language = newLanguage;
+    TextsChanged();
     return static_cast<HINSTANCE>(previous);
+}
+
+unsigned TextsVersion() {
+    return version;
+}
+void TextsChanged() {
+    version += version == ~0u ? 2 : 1;
 }
 
 std::wstring_view LoadText(UINT id) {

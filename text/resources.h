@@ -22,6 +22,11 @@ void SetProgramModule(HINSTANCE program);
 // (InterlockedExchange), which the caller frees unless it is the program's own.
 HINSTANCE SetResourceModule(HINSTANCE module, LANGID language);
 
+// A number that is another one when texts that have been formatted before may be out of date: the
+// language or the user's formats have changed. Never 0.
+unsigned TextsVersion();
+void TextsChanged();
+
 // The text of a string resource, valid as long as its module; "<resource not found>" when neither
 // module has it. Not NUL-terminated (LoadStringW). Never fails.
 std::wstring_view LoadText(UINT id);

@@ -6,6 +6,7 @@
 #include "tests/support/monitor.h"
 #include "tests/support/wait.h"
 #include "tests/support/windows_seen.h"
+#include "text/resources.h"
 #include "views/list_view.h"
 
 using namespace test;
@@ -275,4 +276,12 @@ TEST_F(FramePlace, IsLeftToThePersonOnALargeScreen) {
     MoveWindow(frame.Handle(), 30, 40, 400, 500, TRUE);
     SendMessageW(frame.Handle(), WM_SETTINGCHANGE, 0, 0);
     EXPECT_EQ(Edges(frame.Handle()), (EdgeList{30, 40, 430, 540}));
+}
+
+TEST_F(FramePlace, TextsAreFormattedAnewWhenSettingsChange) {
+    const Monitor monitor(RECT{0, 0, 480, 640});
+    Open();
+    const unsigned before = text::TextsVersion();
+    SendMessageW(frame.Handle(), WM_SETTINGCHANGE, 0, 0);
+    EXPECT_NE(text::TextsVersion(), before);
 }

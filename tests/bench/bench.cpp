@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <cstring>
 #include <functional>
 #include <string>
 #include <vector>
@@ -13,8 +12,12 @@
 #include "platform/files.h"
 #include "tests/support/fake_frame.h"
 #include "tests/support/fake_processes.h"
+#include "tests/support/heaps.h"
+#include "tests/support/host_files.h"
+#include "tests/support/unix_command.h"
 #include "tests/support/windows_seen.h"
 #include "tests/support/world.h"
+#include "text/format.h"
 #include "text/resources.h"
 #include "ui/paint/drawing_resources.h"
 #include "views/display_flags.h"
@@ -44,19 +47,27 @@ double Median(std::vector<double> values) {
     return values[values.size() / 2];
 }
 
-// Runs both in turn, so that a machine that slows down slows both, and compares pair by pair.
+// Runs both in turn, so that a machine that slows down slows both, and compares pair by pair. What
+// is done before each is not measured.
 void Compare(const char* what, const char* ours, const Work& work, const char* theirs,
-             const Work& baseline, int rounds) {
+             const Work& baseline, int rounds, const Work& before = {},
+             const Work& beforeBaseline = {}) {
     std::vector<double> workTimes;
     std::vector<double> baselineTimes;
     std::vector<double> ratios;
+    const auto measured = [](const Work& preparation, const Work& measuredWork) {
+        if (preparation) {
+            preparation();
+        }
+        return Milliseconds(measuredWork);
+    };
     if (rounds > 1) {
-        work();
-        baseline();
+        measured(before, work);
+        measured(beforeBaseline, baseline);
     }
     for (int round = 0; round < rounds; ++round) {
-        const double workTime = Milliseconds(work);
-        const double baselineTime = Milliseconds(baseline);
+        const double workTime = measured(before, work);
+        const double baselineTime = measured(beforeBaseline, baseline);
         workTimes.push_back(workTime);
         baselineTimes.push_back(baselineTime);
         ratios.push_back(workTime / baselineTime);
@@ -94,6 +105,48 @@ void MeasureListing(int files, int rounds) {
     };
     std::printf("%d files: ", files);
     Compare("listing a folder", "the view", list, "bare loop", bareLoop, rounds);
+}
+
+// What a heap gives for so many bytes, with its own share.
+size_t BytesWithOverhead() {
+    constexpr DWORD mostHeaps = 64;
+    HANDLE heaps[mostHeaps];
+    const DWORD count = GetProcessHeaps(mostHeaps, heaps);
+    size_t bytes = 0;
+    for (DWORD index = 0; index < count && index < mostHeaps; ++index) {
+        PROCESS_HEAP_ENTRY entry = {};
+        HeapLock(heaps[index]);
+        while (HeapWalk(heaps[index], &entry)) {
+            if (entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) {
+                bytes += entry.cbData + entry.cbOverhead;
+            }
+        }
+        HeapUnlock(heaps[index]);
+    }
+    return bytes;
+}
+
+void MeasureMemory(int files) {
+    const test::TemporaryFolder folder;
+    const std::wstring empty = folder.MakeFolder(L"empty");
+    const std::wstring full = folder.MakeFolder(L"full");
+    test::RunUnixCommand("cd " + test::HostPath(full) + " && seq -f 'file %g.txt' 1 " +
+                         std::to_string(files) + " | tr '\\n' '\\0' | xargs -0 touch");
+    test::FakeFrame frame;
+    views::FilesView view(frame);
+    frame.Open(view);
+    // What is made once and kept is there.
+    view.Navigate(full.c_str());
+    view.Navigate(empty.c_str());
+    const size_t data = test::BytesOnAllHeaps();
+    const size_t all = BytesWithOverhead();
+    view.Navigate(full.c_str());
+    const auto each = [files](size_t before, size_t after) {
+        return (static_cast<double>(after) - static_cast<double>(before)) / files;
+    };
+    std::printf("%d files: memory of a listed file\n  %.1f bytes, with the heap's share %.1f\n",
+                files, each(data, test::BytesOnAllHeaps()), each(all, BytesWithOverhead()));
+    test::RunUnixCommand("rm -r " + test::HostPath(full));
 }
 
 // A list whose rows cost next to nothing to draw.
@@ -147,27 +200,108 @@ void MeasureDrag() {
     Compare("200 frames of a drag", "100,000 rows", DragOf(many), "10 rows", DragOf(few), 21);
 }
 
-// A full screen of a folder's rows, drawn as WM_PAINT draws it, against the one copy that no
-// control can do without.
-void MeasurePainting() {
+void Redraw(HWND window) {
+    RedrawWindow(window, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW);
+}
+
+// The system's own list with the rows that another one shows: in the same place, the same texts in
+// the same font with the same icons, beside each other in columns.
+class SystemList {
+ public:
+    SystemList(HWND list, const ui::RowList<views::FileItem, views::FileItemOwner>& rows,
+               unsigned shown, bool withDetails) {
+        RECT client;
+        GetClientRect(list, &client);
+        window_ = CreateWindowExW(
+            0, WC_LISTVIEWW, L"",
+            WS_CHILD | LVS_REPORT | LVS_NOCOLUMNHEADER | LVS_NOSORTHEADER | LVS_SHAREIMAGELISTS, 0,
+            0, client.right, client.bottom, GetParent(list), nullptr, nullptr, nullptr);
+        SendMessageW(window_, WM_SETFONT, reinterpret_cast<WPARAM>(ui::Fonts().Base()), FALSE);
+        ListView_SetImageList(window_, platform::SystemImageList(SHGFI_SMALLICON), LVSIL_SMALL);
+        const int details = withDetails ? client.right / 4 : 0;
+        AddColumn(0, client.right - 2 * details, LVCFMT_LEFT);
+        if (withDetails) {
+            AddColumn(1, details, LVCFMT_RIGHT);
+            AddColumn(2, details, LVCFMT_LEFT);
+        }
+        for (unsigned row = 0; row < shown; ++row) {
+            const views::FileItem& file = rows[row];
+            LVITEMW item = {};
+            item.mask = LVIF_TEXT | LVIF_IMAGE;
+            item.iItem = static_cast<int>(row);
+            item.iImage = file.iconIndex;
+            item.pszText = const_cast<wchar_t*>(file.name);
+            ListView_InsertItem(window_, &item);
+            if (withDetails) {
+                SetText(row, 1, text::FormatSize(file.size));
+                SetText(row, 2, text::FormatFileTime(file.created, text::Seconds::Without));
+            }
+        }
+    }
+    ~SystemList() { DestroyWindow(window_); }
+    SystemList(const SystemList&) = delete;
+    SystemList& operator=(const SystemList&) = delete;
+    HWND Handle() const { return window_; }
+
+ private:
+    void AddColumn(int number, int width, int format) const {
+        LVCOLUMNW column = {};
+        column.mask = LVCF_FMT | LVCF_WIDTH;
+        column.fmt = format;
+        column.cx = width;
+        ListView_InsertColumn(window_, number, &column);
+    }
+    void SetText(unsigned row, int column, std::wstring text) const {
+        ListView_SetItemText(window_, static_cast<int>(row), column, text.data());
+    }
+
+    HWND window_;
+};
+
+// A full screen of a folder's rows, drawn as WM_PAINT draws it, against the system's own list with
+// the same rows, and against the one copy that no control can do without.
+void MeasurePainting(bool withDetails) {
     const test::TemporaryFolder folder;
     for (int index = 0; index < 40; ++index) {
-        folder.MakeFile(L"file " + std::to_wstring(index) + L".txt");
+        folder.MakeFile(L"file " + std::to_wstring(index) + L".txt",
+                        std::string(static_cast<size_t>(index) * 100, 'x'));
     }
     test::FakeFrame frame;
-    frame.flags = views::flagShowFileSize | views::flagShowFileDate;
+    frame.flags = withDetails ? views::flagShowFileSize | views::flagShowFileDate : 0;
     views::FilesView view(frame);
     frame.Open(view);
     view.Navigate(folder.Path().c_str());
     const HWND list = test::FindChild(frame.Handle(), views::ListView::listClass);
+    auto& rows = *static_cast<ui::RowList<views::FileItem, views::FileItemOwner>*>(
+        reinterpret_cast<ui::Window*>(GetWindowLongPtrW(list, GWLP_USERDATA)));
+    Redraw(list);
     RECT client;
     GetClientRect(list, &client);
+    const unsigned shown = rows.HitTest(POINT{0, client.bottom - 1}) + 1;
+    const SystemList peer(list, rows, shown, withDetails);
+    std::printf("a full screen of %u rows%s: ", shown, withDetails ? " with sizes and dates" : "");
+    const auto draw = [](HWND window) {
+        return [window] {
+            for (int frames = 0; frames < 10; ++frames) {
+                Redraw(window);
+            }
+        };
+    };
+    // Each is seen while it is drawn.
+    const auto seen = [](HWND window, HWND hidden) {
+        ShowWindow(hidden, SW_HIDE);
+        ShowWindow(window, SW_SHOW);
+        UpdateWindow(window);
+    };
+    const Work before = [&] { seen(list, peer.Handle()); };
+    const Work beforePeer = [&] { seen(peer.Handle(), list); };
+    Compare("10 frames", "the list", draw(list), "the system's list", draw(peer.Handle()), 51,
+            before, beforePeer);
+    seen(list, peer.Handle());
     const platform::WindowDC dc(list);
     const ui::OffscreenBitmap picture(dc, client);
     Compare(
-        "a full screen of rows", "the list",
-        [&] { RedrawWindow(list, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW); },
-        "bare BitBlt", [&] { picture.Show(); }, 101);
+        "one frame", "the list", [&] { Redraw(list); }, "bare BitBlt", [&] { picture.Show(); }, 51);
 }
 
 // Never asked: nothing is in the way.
@@ -258,14 +392,28 @@ void MeasureProcesses() {
 
 int main(int count, char** arguments) {
     CoInitializeEx(nullptr, COINIT_MULTITHREADED);
+    InitCommonControls();
     text::SetProgramModule(GetModuleHandleW(nullptr));
     ui::Resources().Load();
+    // One part by its name, or all.
+    const std::string part = count > 1 ? arguments[1] : "";
+    if (part == "--memory") {
+        MeasureMemory(10000);
+        return 0;
+    }
+    if (part == "--painting") {
+        MeasurePainting(true);
+        MeasurePainting(false);
+        return 0;
+    }
     MeasureDrag();
-    MeasurePainting();
+    MeasurePainting(true);
+    MeasurePainting(false);
     MeasureCopying();
     MeasureProcesses();
     MeasureListing(1000, 7);
-    if (count > 1 && std::strcmp(arguments[1], "--large") == 0) {
+    MeasureMemory(10000);
+    if (part == "--large") {
         MeasureListing(10000, 5);
     }
     return 0;

@@ -168,6 +168,7 @@ std::uint64_t ServeCall(Engine& engine, unsigned index) {
     const Server server = traps[index].server;
     const WNDPROC procedure = traps[index].procedure;
     const bool method = traps[index].method;
+    TheMachine().counts.Called(index, name);
     if (++traps[index].calls == 1 && !procedure && !method) {
         Reached("call", name);
     }

@@ -10,11 +10,12 @@ namespace emulator {
 void Counts::Idle() {
     const std::uint64_t now = TheMachine().engine.Instructions();
     if (tellsSteps && now != stepStart_) {
-        std::printf("%12llu instructions after message %04x\n",
-                    static_cast<unsigned long long>(now - stepStart_), message_);
+        std::printf("%12llu instructions, %s after message %04x\n",
+                    static_cast<unsigned long long>(now - stepStart_), Calls().c_str(), message_);
         std::fflush(stdout);
     }
     stepStart_ = now;
+    functions_.clear();
     message_ = 0;
 }
 
@@ -24,10 +25,44 @@ void Counts::Took(unsigned message) {
     }
 }
 
+void Counts::Called(unsigned trap, const std::string& name) {
+    if (!tellsSteps) {
+        return;
+    }
+    if (functions_.size() <= trap) {
+        functions_.resize(trap + 1);
+    }
+    Function& function = functions_[trap];
+    if (function.calls++ == 0) {
+        function.name = name;
+    }
+}
+
+std::string Counts::Calls() {
+    constexpr size_t mostNames = 12;
+    std::vector<Function> called;
+    unsigned sum = 0;
+    for (const Function& function : functions_) {
+        sum += function.calls;
+        if (function.calls != 0) {
+            called.push_back(function);
+        }
+    }
+    std::stable_sort(called.begin(), called.end(), [](const Function& left, const Function& right) {
+        return left.calls > right.calls;
+    });
+    std::string text = std::to_string(sum) + " calls (";
+    for (size_t i = 0; i < called.size() && i < mostNames; ++i) {
+        text += (i == 0 ? "" : ", ") + called[i].name + ' ' + std::to_string(called[i].calls);
+    }
+    return text + ')';
+}
+
 void Counts::Painted() {
     if (!painted_ && tellsSteps) {
-        std::printf("%12llu instructions from the start to the first paint\n",
-                    static_cast<unsigned long long>(TheMachine().engine.Instructions()));
+        std::printf("%12llu instructions, %s from the start to the first paint\n",
+                    static_cast<unsigned long long>(TheMachine().engine.Instructions()),
+                    Calls().c_str());
         std::fflush(stdout);
     }
     painted_ = true;

@@ -1,5 +1,5 @@
-// What the program's work costs in instructions. They are the same in every run that does the same,
-// on any machine.
+// What the program's work costs in instructions and in calls of the system. They are the same in
+// every run that does the same, on any machine.
 #pragma once
 
 #include <cstdint>
@@ -17,13 +17,25 @@ class Counts {
     void Idle();
     // The first message that a piece of work took.
     void Took(unsigned message);
+    // The program calls the system, through the trap of this number.
+    void Called(unsigned trap, const std::string& name);
     // A window has been painted.
     void Painted();
     // Tells of the whole run; limit names so many functions with the most instructions.
     void PrintFunctions(unsigned limit) const;
 
  private:
+    struct Function {
+        std::string name;
+        unsigned calls = 0;
+    };
+
+    // The calls of the piece of work that ends here, how many and the most frequent of them.
+    std::string Calls();
+
     std::uint64_t stepStart_ = 0;
+    // One for each trap.
+    std::vector<Function> functions_;
     unsigned message_ = 0;
     bool painted_ = false;
 };

@@ -1,6 +1,7 @@
 #include "ui/paint/clipped_text.h"
 
-#include <string>
+#include <algorithm>
+#include <initializer_list>
 
 #include "ui/window/window.h"
 
@@ -26,20 +27,38 @@ void DrawAt(HDC dc, const RECT& area, int x, std::wstring_view text) {
                 nullptr);
 }
 
-std::wstring EndCut(HDC dc, std::wstring_view text, int width) {
-    std::wstring shortened(dots);
-    shortened += text;
-    const size_t fitting = Fitting(dc, shortened, width);
-    if (fitting < dots.size() + 1) {
-        return std::wstring(dots);
+// A text put together in place: what does not fit is cut with every frame.
+class CutText {
+ public:
+    std::wstring_view View() const { return std::wstring_view(letters_, length_); }
+    // False when there was no room for all.
+    bool Set(std::initializer_list<std::wstring_view> parts) {
+        length_ = 0;
+        size_t wanted = 0;
+        for (const std::wstring_view part : parts) {
+            wanted += part.size();
+            length_ += part.copy(letters_ + length_, most - length_);
+        }
+        return length_ == wanted;
     }
-    std::wstring cut(text.substr(0, fitting - dots.size()));
+
+ private:
+    // More characters stand in no line.
+    static constexpr size_t most = 500;
+
+    wchar_t letters_[most];
+    size_t length_ = 0;
+};
+
+void EndCut(HDC dc, std::wstring_view text, int width, CutText* cut) {
+    cut->Set({dots, text});
+    const size_t fitting = Fitting(dc, cut->View(), width);
+    size_t kept = fitting - std::min(fitting, dots.size());
     // A character of two units goes as a whole.
-    if (IS_HIGH_SURROGATE(cut.back())) {
-        cut.pop_back();
+    if (kept > 0 && IS_HIGH_SURROGATE(text[kept - 1])) {
+        --kept;
     }
-    cut += dots;
-    return cut;
+    cut->Set({text.substr(0, kept), dots});
 }
 
 // The path's first component with its backslash, "\Windows\" of "\Windows\Start Menu\a.lnk".
@@ -48,24 +67,23 @@ std::wstring_view PathHead(std::wstring_view path) {
     return path.substr(0, backslash == std::wstring_view::npos ? 0 : backslash + 1);
 }
 
-std::wstring MiddleCut(HDC dc, std::wstring_view path, int width) {
-    const std::wstring_view head = PathHead(path);
-    std::wstring start(head);
-    start += dots;
+void MiddleCut(HDC dc, std::wstring_view path, int width, CutText* cut) {
     // Give up the start before the end: the last component says most.
-    for (std::wstring_view kept : {std::wstring_view(start), dots}) {
-        for (size_t from = path.find(L'\\', kept.size() > dots.size() ? head.size() : 1);
+    for (const std::wstring_view start : {PathHead(path), std::wstring_view()}) {
+        for (size_t from = path.find(L'\\', start.empty() ? 1 : start.size());
              from != std::wstring_view::npos; from = path.find(L'\\', from + 1)) {
-            std::wstring candidate(kept);
-            candidate += path.substr(from);
-            if (TextWidth(dc, candidate) <= width) {
-                return candidate;
+            if (cut->Set({start, dots, path.substr(from)}) && TextWidth(dc, cut->View()) <= width) {
+                return;
             }
         }
     }
     const size_t last = path.rfind(L'\\');
     const std::wstring_view name = last == std::wstring_view::npos ? path : path.substr(last + 1);
-    return TextWidth(dc, name) <= width ? std::wstring(name) : EndCut(dc, name, width);
+    if (TextWidth(dc, name) <= width) {
+        cut->Set({name});
+    } else {
+        EndCut(dc, name, width, cut);
+    }
 }
 
 }  // namespace
@@ -83,7 +101,9 @@ void DrawClippedText(HDC dc, const RECT& area, std::wstring_view text, TextAlign
     }
     const int free = Width(area) - TextWidth(dc, text);
     if (free < 0) {
-        DrawAt(dc, area, area.left, EndCut(dc, text, Width(area)));
+        CutText cut;
+        EndCut(dc, text, Width(area), &cut);
+        DrawAt(dc, area, area.left, cut.View());
         return;
     }
     int x = area.left;
@@ -99,15 +119,23 @@ void DrawPathText(HDC dc, const RECT& area, std::wstring_view path) {
     if (TextWidth(dc, path) <= Width(area)) {
         DrawClippedText(dc, area, path);
     } else {
-        DrawAt(dc, area, area.left, MiddleCut(dc, path, Width(area)));
+        CutText cut;
+        MiddleCut(dc, path, Width(area), &cut);
+        DrawAt(dc, area, area.left, cut.View());
     }
 }
 
 void DrawClippedLine(HDC dc, const RECT& area, std::wstring_view text, TextAlignment alignment) {
     TEXTMETRICW metrics;
+    const bool known = GetTextMetricsW(dc, &metrics) != FALSE;
+    DrawClippedLine(dc, area, known ? metrics.tmHeight : Height(area), text, alignment);
+}
+
+void DrawClippedLine(HDC dc, const RECT& area, int height, std::wstring_view text,
+                     TextAlignment alignment) {
     RECT line = area;
-    if (GetTextMetricsW(dc, &metrics) && metrics.tmHeight < Height(area)) {
-        line.top += (Height(area) - metrics.tmHeight) / 2;
+    if (height < Height(area)) {
+        line.top += (Height(area) - height) / 2;
     }
     DrawClippedText(dc, line, text, alignment);
 }

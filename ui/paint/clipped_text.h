@@ -22,6 +22,10 @@ void DrawPathText(HDC dc, const RECT& area, std::wstring_view path);
 void DrawClippedLine(HDC dc, const RECT& area, std::wstring_view text,
                      TextAlignment alignment = TextAlignment::Left);
 
+// The same where the font's height is known (tmHeight), in pixels.
+void DrawClippedLine(HDC dc, const RECT& area, int height, std::wstring_view text,
+                     TextAlignment alignment = TextAlignment::Left);
+
 // The width of a text in the selected font, in pixels.
 int TextWidth(HDC dc, std::wstring_view text);
 

@@ -4,6 +4,13 @@
 
 namespace ui {
 
+namespace {
+
+// Made before the program begins, so that nobody has to look whether it has been made.
+constinit DrawingResources resources;
+
+}  // namespace
+
 void DrawingResources::Load() {
     Free();
     fonts.Load();
@@ -18,6 +25,7 @@ void DrawingResources::Free() {
     mainStripId_.reset();
     secondStrip_.reset();
     statusStrip_.reset();
+    brushes.Free();
     fonts.Free();
 }
 
@@ -48,7 +56,6 @@ const ImageStrip& DrawingResources::StatusStrip() {
 }
 
 DrawingResources& Resources() {
-    static DrawingResources resources;
     return resources;
 }
 

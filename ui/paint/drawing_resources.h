@@ -1,9 +1,10 @@
-// What every control draws with: fonts and image strips, loaded once at start-up or, where many
-// starts never draw them, with the first need.
+// What every control draws with: fonts, brushes and image strips, loaded once at start-up or, where
+// many starts never draw them, with the first need.
 #pragma once
 
 #include <optional>
 
+#include "ui/paint/brushes.h"
 #include "ui/paint/fonts.h"
 #include "ui/paint/images.h"
 
@@ -12,11 +13,12 @@ namespace ui {
 class DrawingResources {
  public:
     FontSet fonts;
+    SolidBrushes brushes;
     ImageStrip mainStrip;
 
     // Loads everything anew for this device's screen, freeing what was there.
     void Load();
-    // Frees the pictures and fonts.
+    // Frees the pictures, brushes and fonts.
     void Free();
     // The next larger main strip, where a larger icon is needed; empty with the largest. Kept for
     // the toolkit: nothing of the program draws from it.

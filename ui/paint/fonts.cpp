@@ -23,6 +23,7 @@ void FontSet::Free() {
 
 void FontSet::Load() {
     Free();
+    base_ = StockFont();
     LOGFONTW stock = {};
     if (!GetObjectW(Base(), sizeof stock, &stock)) {
         return;
@@ -34,7 +35,7 @@ void FontSet::Load() {
     title_ = Derive(stock, height + height / 3, FW_BOLD);
 }
 
-HFONT FontSet::Base() const {
+HFONT FontSet::StockFont() {
     return platform::SystemFont();
 }
 

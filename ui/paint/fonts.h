@@ -23,7 +23,7 @@ class FontSet {
     void Free();
 
     // Borrowed by the caller.
-    HFONT Base() const;
+    HFONT Base() const { return base_ ? base_ : StockFont(); }
     HFONT Bold() const { return Or(bold_); }
     HFONT Large() const { return Or(large_); }
     HFONT Small() const { return Or(small_); }
@@ -31,8 +31,11 @@ class FontSet {
     HFONT Title() const { return title_ ? title_.Get() : Large(); }
 
  private:
+    static HFONT StockFont();
     HFONT Or(const platform::UniqueFont& font) const { return font ? font.Get() : Base(); }
 
+    // The stock font, once it has been asked for.
+    HFONT base_ = nullptr;
     platform::UniqueFont title_;
     platform::UniqueFont large_;
     platform::UniqueFont bold_;

@@ -115,12 +115,17 @@ ImageStrip::ImageStrip(UniqueBitmap bitmap, COLORREF transparent)
 }
 
 bool ImageStrip::Draw(HDC dc, int x, int y, int index) const {
-    const UniqueMemoryDC source(CreateCompatibleDC(dc));
-    if (!source || index < 0 || index >= count_) {
+    if (index < 0 || index >= count_) {
         return false;
     }
-    const Selected selected(source.Get(), bitmap_.Get());
-    return TransparentBlt(dc, x, y, iconSize_, iconSize_, source.Get(), index * iconSize_, 0,
+    if (!source_) {
+        source_.Reset(CreateCompatibleDC(dc));
+    }
+    if (!source_) {
+        return false;
+    }
+    const Selected selected(source_.Get(), bitmap_.Get());
+    return TransparentBlt(dc, x, y, iconSize_, iconSize_, source_.Get(), index * iconSize_, 0,
                           iconSize_, iconSize_, transparent_) != FALSE;
 }
 

@@ -47,6 +47,8 @@ class ImageStrip {
 
  private:
     platform::UniqueBitmap bitmap_;
+    // What its icons are drawn from, made with the first one.
+    mutable platform::UniqueMemoryDC source_;
     int iconSize_ = 0;
     int count_ = 0;
     COLORREF transparent_ = 0;

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "platform/handles.h"
+#include "ui/paint/drawing_resources.h"
 #include "ui/paint/paint.h"
 #include "ui/paint/theme.h"
 #include "ui/window/window.h"
@@ -13,14 +13,14 @@ namespace {
 
 // A filled circle, line by line: it looks the same on every device, which Ellipse does not.
 void FillCircle(HDC dc, int centerX, int centerY, int radius, COLORREF color) {
-    const platform::UniqueBrush brush(CreateSolidBrush(color));
+    const HBRUSH brush = Resources().brushes.Of(color);
     for (int y = -radius; y <= radius; ++y) {
         int reach = radius;
         while (reach > 0 && reach * reach + y * y > radius * radius + radius / 2) {
             --reach;
         }
         const RECT line = {centerX - reach, centerY + y, centerX + reach + 1, centerY + y + 1};
-        FillRect(dc, &line, brush.Get());
+        FillRect(dc, &line, brush);
     }
 }
 
@@ -32,11 +32,11 @@ void DrawCheckMark(HDC dc, const RECT& area, COLORREF color) {
     const int arm = size / 4;
     const int left = area.left + (Width(area) - 3 * arm) / 2;
     const int bottom = area.top + size / 2 + arm;
-    const platform::UniqueBrush brush(CreateSolidBrush(color));
+    const HBRUSH brush = Resources().brushes.Of(color);
     for (int x = 0; x <= 3 * arm; ++x) {
         const int y = x <= arm ? bottom - (arm - x) : bottom - (x - arm);
         const RECT column = {left + x, y - thickness, left + x + 1, y};
-        FillRect(dc, &column, brush.Get());
+        FillRect(dc, &column, brush);
     }
 }
 
@@ -67,10 +67,10 @@ void DrawSubmenuArrow(HDC dc, const RECT& area, COLORREF color) {
     const int reach = std::max(3, Height(area) / 4);
     const int middle = (area.top + area.bottom) / 2;
     const int left = area.left + (Width(area) - reach) / 2;
-    const platform::UniqueBrush brush(CreateSolidBrush(color));
+    const HBRUSH brush = Resources().brushes.Of(color);
     for (int x = 0; x < reach; ++x) {
         const RECT column = {left + x, middle - (reach - x) + 1, left + x + 1, middle + reach - x};
-        FillRect(dc, &column, brush.Get());
+        FillRect(dc, &column, brush);
     }
 }
 

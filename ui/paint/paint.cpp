@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "platform/drawing.h"
+#include "ui/paint/drawing_resources.h"
 #include "ui/window/window.h"
 
 namespace ui {
@@ -109,8 +110,7 @@ void FillWithSystemColor(HDC dc, const RECT& area, int systemColor) {
 }
 
 void FillWithColor(HDC dc, const RECT& area, COLORREF color) {
-    const platform::UniqueBrush brush(CreateSolidBrush(color));
-    FillRect(dc, &area, brush.Get());
+    FillRect(dc, &area, Resources().brushes.Of(color));
 }
 
 }  // namespace ui

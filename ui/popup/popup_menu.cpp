@@ -174,7 +174,7 @@ void PopupMenu::DrawItem(const DRAWITEMSTRUCT& row) {
     RECT area = row.rcItem;
     area.left += metrics.mark + metrics.margin / 2;
     area.right -= metrics.mark + metrics.margin / 2;
-    DrawClippedLine(dc, area, item.Text());
+    DrawClippedLine(dc, area, metrics.text, item.Text());
     const int markTop = row.rcItem.top + (Height(row.rcItem) - metrics.mark) / 2;
     RECT mark = {row.rcItem.left + metrics.margin / 4, markTop, 0, markTop + metrics.mark};
     mark.right = mark.left + metrics.mark;

@@ -70,17 +70,17 @@ void AppRows::DrawLines(HDC dc, const RECT& area, const AppItem& item) const {
     const platform::Selected font(dc, ui::Fonts().Base());
     const int height = textHeight_ + smallTextHeight_;
     if (item.answers || ui::Height(area) < height) {
-        ui::DrawClippedLine(dc, area, item.title);
+        ui::DrawClippedLine(dc, area, textHeight_, item.title);
         return;
     }
     RECT line = area;
     line.top += (ui::Height(area) - height) / 2;
     line.bottom = line.top + textHeight_;
-    ui::DrawClippedLine(dc, line, item.title);
+    ui::DrawClippedLine(dc, line, textHeight_, item.title);
     line.top = line.bottom;
     line.bottom += smallTextHeight_;
     const platform::Selected smallFont(dc, ui::Fonts().Small());
-    ui::DrawClippedLine(dc, line, text::LoadText(IDS_NOT_ANSWERING));
+    ui::DrawClippedLine(dc, line, smallTextHeight_, text::LoadText(IDS_NOT_ANSWERING));
 }
 
 }  // namespace views

@@ -21,8 +21,8 @@ FileItemOwner MakeFileItem(std::wstring_view name, DWORD attributes, FILETIME cr
     return item;
 }
 
-FileItemOwner MakeFileItem(const platform::FindData& found) {
-    return MakeFileItem(found.cFileName, found.dwFileAttributes, found.ftCreationTime,
+FileItemOwner MakeFileItem(const platform::FindData& found, std::wstring_view name) {
+    return MakeFileItem(name, found.dwFileAttributes, found.ftCreationTime,
                         static_cast<uint64_t>(found.nFileSizeHigh) << 32 | found.nFileSizeLow);
 }
 

@@ -31,7 +31,8 @@ using FileItemOwner = std::unique_ptr<FileItem, DeleteFileItem>;
 // Throws std::bad_alloc.
 FileItemOwner MakeFileItem(std::wstring_view name, DWORD attributes, FILETIME created,
                            uint64_t size);
-FileItemOwner MakeFileItem(const platform::FindData& found);
+// `name` is the one that was found.
+FileItemOwner MakeFileItem(const platform::FindData& found, std::wstring_view name);
 
 // Whether two items are one entry: both folders or both files, and of one name as the file system
 // compares names. The locale's order finds some different names equal, of which one with a sharp s

@@ -50,7 +50,7 @@ void FileRows::Draw(const DRAWITEMSTRUCT& row, const FileItem& item, DWORD flags
     ui::SetRowTextColor(dc, selected);
     if (!HasSecondLine(item, flags)) {
         const platform::Selected font(dc, ui::Fonts().Base());
-        ui::DrawClippedLine(dc, text, item.name);
+        ui::DrawClippedLine(dc, text, textHeight_, item.name);
         return;
     }
     const int padding = (ui::Height(text) - textHeight_ - smallTextHeight_) / 2;
@@ -66,7 +66,7 @@ void FileRows::Draw(const DRAWITEMSTRUCT& row, const FileItem& item, DWORD flags
             dc, ui::MixColors(GetSysColor(COLOR_WINDOWTEXT), GetSysColor(COLOR_WINDOW), textShare));
     }
     const platform::Selected font(dc, ui::Fonts().Small());
-    DrawSecondLine(dc, text, item, flags);
+    DrawSecondLine(dc, text, row.itemID, item, flags);
 }
 
 RECT FileRows::NameArea(const RECT& row) const {
@@ -76,10 +76,11 @@ RECT FileRows::NameArea(const RECT& row) const {
     return area;
 }
 
-void FileRows::DrawSecondLine(HDC dc, const RECT& area, const FileItem& item, DWORD flags) const {
+void FileRows::DrawSecondLine(HDC dc, const RECT& area, unsigned row, const FileItem& item,
+                              DWORD flags) const {
     RECT date = area;
     if ((flags & flagShowFileSize) && !item.IsFolder()) {
-        const std::wstring size = text::FormatSize(item.size);
+        const std::wstring_view size = sizes_.Of(row, item.size, text::FormatSize);
         const bool alone = !(flags & flagShowFileDate);
         ui::DrawClippedText(dc, area, size,
                             alone ? ui::TextAlignment::Left : ui::TextAlignment::Right);
@@ -87,7 +88,10 @@ void FileRows::DrawSecondLine(HDC dc, const RECT& area, const FileItem& item, DW
     }
     if (flags & flagShowFileDate) {
         // Kept on purpose: docs/compatibility.md#created-date
-        ui::DrawClippedText(dc, date, text::FormatFileTime(item.created, text::Seconds::Without));
+        ui::DrawClippedText(dc, date,
+                            dates_.Of(row, text::LocalTime(item.created), [](uint64_t time) {
+                                return text::FormatLocalTime(time, text::Seconds::Without);
+                            }));
     }
 }
 

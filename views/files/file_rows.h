@@ -2,6 +2,7 @@
 #pragma once
 
 #include "views/files/file_item.h"
+#include "views/kept_texts.h"
 #include "views/system_icons.h"
 
 namespace views {
@@ -19,9 +20,13 @@ class FileRows {
     RECT NameArea(const RECT& row) const;
 
  private:
-    void DrawSecondLine(HDC dc, const RECT& area, const FileItem& item, DWORD flags) const;
+    // Draws the second line of a row (from 0).
+    void DrawSecondLine(HDC dc, const RECT& area, unsigned row, const FileItem& item,
+                        DWORD flags) const;
 
     SystemIcons icons_;
+    mutable KeptTexts<uint64_t> sizes_;
+    mutable KeptTexts<uint64_t> dates_;
     int textHeight_ = 0;
     int smallTextHeight_ = 0;
     int oneLineHeight_ = 0;

@@ -27,12 +27,12 @@ FileItems ReadFolder(const std::wstring& folder, DWORD hideMask, const NamePatte
     try {
         FolderWalk walk(folder + L"\\*");
         while (const platform::FindData* const found = walk.Next()) {
+            const std::wstring_view name = found->cFileName;
             const bool isFolder = (found->dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
-            if ((found->dwFileAttributes & hideMask) ||
-                (!isFolder && !patterns.Match(found->cFileName))) {
+            if ((found->dwFileAttributes & hideMask) || (!isFolder && !patterns.Match(name))) {
                 continue;
             }
-            items.Add(MakeFileItem(*found));
+            items.Add(MakeFileItem(*found, name));
         }
     } catch (const faults::W32Fault&) {
         // What could be read is the list.

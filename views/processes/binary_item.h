@@ -12,6 +12,8 @@ struct BinaryItem {
     // Index into the system's image lists, -1 for none, unknownIcon until it is asked for.
     int32_t icon = -1;
     std::wstring name;
+    // What its row says first; empty where that is the name.
+    std::wstring label;
     // The full path of its file; may be empty.
     std::wstring path;
     // Where it begins in memory.

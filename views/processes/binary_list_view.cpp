@@ -70,7 +70,7 @@ BinaryLines BinaryListView::Lines() const {
 }
 
 void BinaryListView::DrawRow(const DRAWITEMSTRUCT& place, const BinaryItem& item) const {
-    rows_.Draw(place, item, LabelOf(item), Lines());
+    rows_.Draw(place, item, Lines());
 }
 
 void BinaryListView::GoToModule() {

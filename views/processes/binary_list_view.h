@@ -41,8 +41,6 @@ class BinaryListView : public ListView, private ui::RowPainter<BinaryItem> {
  private:
     // Adds the binaries to `rows`. What is there when it throws is the list.
     virtual void Read(Binaries::Rows& rows) const = 0;
-    // What a row says first.
-    virtual std::wstring LabelOf(const BinaryItem& item) const { return item.name; }
 
     std::wstring_view RowName(unsigned row) const override { return list_[row].name; }
     void Enumerate(ULONG_PTR selected);

@@ -13,12 +13,15 @@
 
 namespace views {
 
+AddressText::AddressText(ULONG_PTR address) {
+    do {
+        *--first_ = L"0123456789abcdef"[address % 16];
+        address /= 16;
+    } while (address != 0);
+}
+
 std::wstring FormatAddress(ULONG_PTR address) {
-    if constexpr (sizeof address == sizeof(DWORD)) {
-        return text::Format(L"%1!x!", static_cast<DWORD>(address));
-    } else {
-        return text::Format(L"%1!I64x!", static_cast<int64_t>(address));
-    }
+    return std::wstring(AddressText(address).View());
 }
 
 void BinaryRows::Layout(HDC dc) {
@@ -34,7 +37,7 @@ int BinaryRows::Height(const BinaryLines& lines) const {
     return std::max(height, icons_.RowHeight());
 }
 
-void BinaryRows::Draw(const DRAWITEMSTRUCT& row, const BinaryItem& item, const std::wstring& name,
+void BinaryRows::Draw(const DRAWITEMSTRUCT& row, const BinaryItem& item,
                       const BinaryLines& lines) const {
     const HDC dc = row.hDC;
     const RECT& area = row.rcItem;
@@ -51,12 +54,13 @@ void BinaryRows::Draw(const DRAWITEMSTRUCT& row, const BinaryItem& item, const s
     }
     ui::SetRowTextColor(dc, selected);
     // The letters may reach into the line below, but are not cut.
-    text.bottom = std::max<int>(DrawLines(dc, text, item, lines), text.top + textHeight_);
+    text.bottom =
+        std::max<int>(DrawLines(dc, text, row.itemID, item, lines), text.top + textHeight_);
     const platform::Selected font(dc, ui::Fonts().Base());
-    ui::DrawClippedLine(dc, text, name);
+    ui::DrawClippedLine(dc, text, textHeight_, item.label.empty() ? item.name : item.label);
 }
 
-int BinaryRows::DrawLines(HDC dc, RECT area, const BinaryItem& item,
+int BinaryRows::DrawLines(HDC dc, RECT area, unsigned row, const BinaryItem& item,
                           const BinaryLines& lines) const {
     const platform::Selected font(dc, ui::Fonts().Small());
     if (lines.path) {
@@ -71,12 +75,12 @@ int BinaryRows::DrawLines(HDC dc, RECT area, const BinaryItem& item,
     area.top = area.bottom - smallTextHeight_;
     RECT base = area;
     if (lines.size) {
-        const std::wstring size = text::FormatSize(item.size);
+        const std::wstring_view size = sizes_.Of(row, item.size, text::FormatSize);
         ui::DrawClippedText(dc, area, size, ui::TextAlignment::Right);
         base.right -= ui::TextWidth(dc, size) + smallTextHeight_ / 2;
     }
     if (lines.base) {
-        ui::DrawClippedText(dc, base, FormatAddress(item.base));
+        ui::DrawClippedText(dc, base, AddressText(item.base).View());
     }
     return area.top;
 }

@@ -60,12 +60,6 @@ std::wstring ProcessesView::Title() const {
     return text::FormatText(IDS_PROCESSES_TITLE, List().GetCount());
 }
 
-std::wstring ProcessesView::LabelOf(const BinaryItem& item) const {
-    return (GetFrame().Flags() & flagShowProcessId)
-               ? text::FormatText(IDS_PROCESS_WITH_ID, static_cast<DWORD>(item.id), item.name)
-               : item.name;
-}
-
 void ProcessesView::UpdateMenu(HMENU menu) {
     EnableCommands(menu, *this, commands);
 }
@@ -102,6 +96,10 @@ std::unique_ptr<BinaryItem> ProcessesView::MakeItem(const platform::ProcessEntry
     item->name += entry.name;
     item->base = entry.base;
     item->id = entry.processId;
+    if (GetFrame().Flags() & flagShowProcessId) {
+        item->label =
+            text::FormatText(IDS_PROCESS_WITH_ID, static_cast<DWORD>(item->id), item->name);
+    }
     if (GetFrame().Flags() & flagShowVirtualMemory) {
         item->size = VirtualMemorySize(WalkVirtualMemory(entry));
     }

@@ -25,7 +25,6 @@ class ProcessesView final : public BinaryListView {
 
     // Throws W32Fault; however the walk over a snapshot ends, what it has found is the list.
     void Read(Binaries::Rows& rows) const override;
-    std::wstring LabelOf(const BinaryItem& item) const override;
     std::unique_ptr<BinaryItem> MakeItem(const platform::ProcessEntry& entry) const;
 
     // The selected process's id.

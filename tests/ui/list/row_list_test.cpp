@@ -4,7 +4,10 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "tests/support/world.h"
 
@@ -25,7 +28,10 @@ struct Word {
     static inline int alive = 0;
 };
 
+size_t comparisons = 0;
+
 bool OrdersBefore(const Word& first, const Word& second) {
+    ++comparisons;
     return first.text < second.text;
 }
 
@@ -38,10 +44,11 @@ class Owner final : public RowListOwner, public RowPainter<Word> {
         ++measured;
         return 10 + static_cast<int>(word.text.size());
     }
-    void DrawRow(const DRAWITEMSTRUCT&, const Word&) const override {}
+    void DrawRow(const DRAWITEMSTRUCT&, const Word&) const override { ++drawn; }
 
     int selections = 0;
     mutable int measured = 0;
+    mutable int drawn = 0;
 };
 
 class RowListTest : public testing::Test {
@@ -112,6 +119,93 @@ TEST_F(RowListTest, SortsAnyNumberInAnyOrder) {
                 << count << ' ' << row;
         }
     }
+}
+
+namespace {
+
+// 10,000 texts in ascending order.
+std::vector<std::wstring> ManyTexts() {
+    std::vector<std::wstring> texts;
+    for (int number = 0; number < 10000; ++number) {
+        texts.push_back(std::to_wstring(100000 + number));
+    }
+    return texts;
+}
+
+// So often two rows are compared to find one's place among 10,000 by halves.
+constexpr size_t halvings = 14;
+
+}  // namespace
+
+TEST_F(RowListTest, ComparesTenThousandRowsInTheirOrderOnce) {
+    Words::Rows rows = Made({});
+    for (const std::wstring& text : ManyTexts()) {
+        rows.Add(std::make_unique<Word>(text));
+    }
+    comparisons = 0;
+    list.ShowSorted(std::move(rows));
+    EXPECT_EQ(comparisons, 9999u);
+}
+
+TEST_F(RowListTest, ComparesTenThousandRowsInAnyOrderAsOftenAsAnyGoodSort) {
+    const std::vector<std::wstring> ascending = ManyTexts();
+    const size_t count = ascending.size();
+    // Which text comes at a place.
+    const std::vector<std::pair<const char*, std::function<size_t(size_t)>>> orders = {
+        {"reversed", [&](size_t place) { return count - 1 - place; }},
+        {"shuffled", [&](size_t place) { return place * 7919 % count; }},
+        {"the first one last", [&](size_t place) { return (place + 1) % count; }},
+        {"two in turn", [&](size_t place) { return place / 2 + place % 2 * (count / 2); }},
+        {"all equal", [](size_t) { return size_t{0}; }},
+    };
+    for (const auto& [name, textAt] : orders) {
+        Words::Rows rows = Made({});
+        for (size_t place = 0; place < count; ++place) {
+            rows.Add(std::make_unique<Word>(ascending[textAt(place)]));
+        }
+        comparisons = 0;
+        list.ShowSorted(std::move(rows));
+        // The first pass sees that there is something to do.
+        EXPECT_LE(comparisons, count + halvings * count) << name;
+    }
+}
+
+TEST_F(RowListTest, InsertingManyRowsComparesEachByHalvesAndDrawsOnceAtTheEnd) {
+    Words::Rows rows = Made({});
+    for (const std::wstring& text : ManyTexts()) {
+        rows.Add(std::make_unique<Word>(text));
+    }
+    list.ShowSorted(std::move(rows));
+    UpdateWindow(list.Handle());
+    comparisons = 0;
+    owner.measured = owner.drawn = 0;
+    for (int number = 0; number < 2000; ++number) {
+        const std::wstring text = std::to_wstring(100000 + number * 7919 % 10000) + L'a';
+        list.Insert(std::make_unique<Word>(text));
+    }
+    EXPECT_EQ(owner.measured, 2000);
+    EXPECT_LE(comparisons, 2000 * halvings);
+    EXPECT_EQ(owner.drawn, 0);
+    UpdateWindow(list.Handle());
+    EXPECT_GT(owner.drawn, 0);
+    EXPECT_LE(owner.drawn, 10) << "no more than the window shows";
+}
+
+TEST_F(RowListTest, RemovingManyRowsMeasuresNoneAndDrawsOnceAtTheEnd) {
+    Words::Rows rows = Made({});
+    for (const std::wstring& text : ManyTexts()) {
+        rows.Add(std::make_unique<Word>(text));
+    }
+    list.ShowSorted(std::move(rows));
+    UpdateWindow(list.Handle());
+    owner.measured = owner.drawn = 0;
+    for (unsigned row = 4000; row > 2000; --row) {
+        list.RemoveItem(row);
+    }
+    EXPECT_EQ(list.GetCount(), 8000u);
+    EXPECT_EQ(owner.measured + owner.drawn, 0);
+    UpdateWindow(list.Handle());
+    EXPECT_LE(owner.drawn, 10);
 }
 
 TEST_F(RowListTest, RowsThatNoListTakesAreFreed) {

@@ -27,11 +27,13 @@ HDC WINAPI NotePaint(HWND window, PAINTSTRUCT* paint) {
     paints += ClassOf(window) == L"kx::PopupMenu";
     return beginPaint(window, paint);
 }
-std::atomic<int> frameBrushes = 0;
-HBRUSH(WINAPI* createBrush)(COLORREF) = nullptr;
-HBRUSH WINAPI NoteBrush(COLORREF color) {
-    frameBrushes += color == GetSysColor(COLOR_WINDOWFRAME);
-    return createBrush(color);
+std::atomic<int> frameLines = 0;
+int(WINAPI* fill)(HDC, const RECT*, HBRUSH) = nullptr;
+int WINAPI NoteFill(HDC dc, const RECT* area, HBRUSH brush) {
+    LOGBRUSH description = {};
+    GetObjectW(brush, sizeof description, &description);
+    frameLines += description.lbColor == GetSysColor(COLOR_WINDOWFRAME);
+    return fill(dc, area, brush);
 }
 
 // The thread whose next block cannot be had; the one behind it is the exception's.
@@ -311,21 +313,21 @@ TEST_F(PopupMenuKeys, EachKeyIsOfferedToTheOwnerFirst) {
 }
 
 TEST_F(PopupMenuLook, IsFramedOnceHoweverManyRowsItHas) {
-    const PlatformHook brushes("CreateSolidBrush", NoteBrush);
-    createBrush = brushes.Original();
+    const PlatformHook fills("FillRect", NoteFill);
+    fill = fills.Original();
     const PlatformHook paint("BeginPaint", NotePaint);
     beginPaint = paint.Original();
     for (const unsigned rows : {1u, 6u, 60u}) {
         Track(Numbered(rows), [&] {
             const HWND menu = WaitForPopups(1);
             input.Play(Finger());
-            frameBrushes = paints = 0;
+            frameLines = paints = 0;
             InvalidateRect(menu, nullptr, FALSE);
             UpdateWindow(menu);
             // It may be painted again before it is painted for us.
             input.Play(Finger());
             EXPECT_GT(paints, 0);
-            EXPECT_EQ(frameBrushes, 4 * paints) << rows;
+            EXPECT_EQ(frameLines, 4 * paints) << rows;
             Escape();
         });
     }

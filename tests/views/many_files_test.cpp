@@ -1,0 +1,112 @@
+// Folders of many files: what is done to some of them costs as much as they are many.
+#include "res/resource.h"
+#include "tests/support/host_files.h"
+#include "tests/support/unix_command.h"
+#include "tests/views/operations_fixture.h"
+#include "text/format.h"
+
+using namespace test;
+
+namespace {
+
+std::atomic<int> compared = 0;
+int(WINAPI* compare)(LCID, DWORD, const wchar_t*, int, const wchar_t*, int) = nullptr;
+int WINAPI NoteCompared(LCID locale, DWORD flags, const wchar_t* first, int firstLength,
+                        const wchar_t* second, int secondLength) {
+    ++compared;
+    return compare(locale, flags, first, firstLength, second, secondLength);
+}
+
+std::atomic<int> searches = 0;
+HANDLE(WINAPI* findFirst)(const wchar_t*, WIN32_FIND_DATAW*) = nullptr;
+HANDLE WINAPI NoteSearch(const wchar_t* pattern, WIN32_FIND_DATAW* found) {
+    ++searches;
+    return findFirst(pattern, found);
+}
+
+// Paints of lists beside those that come with the time.
+std::atomic<int> painted = 0;
+HDC(WINAPI* beginPaint)(HWND, PAINTSTRUCT*) = nullptr;
+HDC WINAPI NotePaint(HWND window, PAINTSTRUCT* paint) {
+    ++painted;
+    return beginPaint(window, paint);
+}
+
+// For the program the time stands still, so that nothing is painted now and then.
+DWORD(WINAPI* tickCount)() = nullptr;
+DWORD programThread = 0;
+DWORD WINAPI NoTime() {
+    return GetCurrentThreadId() == programThread ? 0 : tickCount();
+}
+
+class ManyFiles : public OperationsFixture {
+ protected:
+    // Empty files "NAME 1000" and so on in a folder that exists; all at once, by the system
+    // underneath.
+    static void MakeFiles(const std::wstring& path, const std::string& name, int count) {
+        const std::string line = "cd " + HostPath(path) + " && seq -f '" + name + " %g.txt' 1000 " +
+                                 std::to_string(999 + count) + " | tr '\\n' '\\0' | xargs -0 touch";
+        ASSERT_TRUE(RunUnixCommand(line));
+    }
+    void Counting(const std::function<void()>& work) {
+        const PlatformHook compares("CompareStringW", NoteCompared);
+        compare = compares.Original();
+        const PlatformHook finds("FindFirstFileW", NoteSearch);
+        findFirst = finds.Original();
+        const PlatformHook paints("BeginPaint", NotePaint);
+        beginPaint = paints.Original();
+        programThread = GetCurrentThreadId();
+        const PlatformHook time("GetTickCount", NoTime);
+        tickCount = time.Original();
+        compared = searches = painted = 0;
+        work();
+    }
+    static constexpr int halvings = 12;
+};
+
+}  // namespace
+
+TEST_F(ManyFiles, PastedAmongOthersAreEachPutInTheirPlaceAndDrawnTogether) {
+    constexpr int pasted = 200;
+    const std::wstring source = folder.MakeFolder(L"source");
+    const std::wstring target = folder.MakeFolder(L"target");
+    MakeFiles(source, "b", pasted);
+    MakeFiles(target, "a", 1000);
+    MakeFiles(target, "c", 1000);
+    OpenAt(target);
+    ASSERT_EQ(List().GetCount(), 2000u);
+    Draw();
+    std::vector<std::wstring> paths;
+    for (int file = 0; file < pasted; ++file) {
+        paths.push_back(source + L"\\b " + std::to_wstring(1000 + file) + L".txt");
+    }
+    PutPaths(paths);
+    Counting([&] { Give(ID_PASTE); });
+    EXPECT_EQ(List().GetCount(), 2000u + pasted);
+    // Looked for among the rows, and put there.
+    EXPECT_LE(compared, pasted * 3 * halvings);
+    EXPECT_LE(searches, 4 * pasted);
+    EXPECT_EQ(painted, 0);
+}
+
+TEST_F(ManyFiles, MarkedAndDeletedAreFollowedByOneListing) {
+    constexpr int deleted = 200;
+    const std::wstring target = folder.MakeFolder(L"target");
+    MakeFiles(target, "a", deleted);
+    MakeFiles(target, "b", 2000);
+    OpenAt(target);
+    Give(ID_SELECT);
+    for (unsigned row = 0; row < deleted; ++row) {
+        List().ToggleMark(row);
+    }
+    Draw();
+    Counting([&] {
+        Give(ID_DELETE,
+             [&] { Answer(text::FormatText(IDS_ASK_DELETE_SEVERAL, deleted), "Return"); });
+    });
+    EXPECT_EQ(List().GetCount(), 2000u);
+    // The folder once; whether each is the entry that was meant.
+    EXPECT_LE(searches, 1 + deleted);
+    // As many as a listing takes.
+    EXPECT_LE(compared, 2000 * halvings);
+}
