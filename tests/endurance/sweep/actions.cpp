@@ -126,16 +126,13 @@ void MakeManyFiles(Stage& stage) {
 }
 
 void Drag(Stage& stage) {
-    const RECT list = [&] {
-        RECT area = {};
-        GetWindowRect(stage.Program().List(), &area);
-        return area;
-    }();
+    RECT list = {};
+    GetWindowRect(stage.Program().List(), &list);
     const int x = (list.left + list.right) / 2;
     const int height = list.bottom - list.top;
-    stage.Play(test::Finger()
-                   .DragTo(POINT{x, list.top + height * 3 / 4}, POINT{x, list.top + height / 4})
-                   .Up());
+    const POINT from = {x, list.top + height * 3 / 4};
+    const POINT to = {x, list.top + height / 4};
+    stage.Play(test::Finger().Down(from).DragTo(from, to).Up());
 }
 
 void Turn(Stage& stage) {

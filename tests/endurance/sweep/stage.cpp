@@ -97,6 +97,9 @@ void Stage::Play(test::Finger finger) {
     SetForegroundWindow(subject_.Window());
     subject_.ComesToRest();
     subject_.Do([&] { finger.Play(); });
+    // What a finger does comes by the screen, and takes its time.
+    constexpr int longestWay = 150;
+    subject_.ComesToRest(longestWay);
 }
 
 POINT Stage::RowPoint(int row) const {

@@ -1,5 +1,6 @@
 #include "tests/endurance/sweep/subject.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 
@@ -209,10 +210,10 @@ int Subject::RestNeeded() const {
     }
 }
 
-bool Subject::ComesToRest() {
+bool Subject::ComesToRest(int milliseconds) {
     const DWORD start = GetTickCount();
     unsigned calls = channel_->calls;
-    for (int quiet = 0; quiet < RestNeeded();) {
+    for (int quiet = 0; quiet < std::max(milliseconds, RestNeeded());) {
         if (!Runs()) {
             return true;
         }

@@ -57,8 +57,9 @@ class Subject {
     void Post(HWND window, UINT message, WPARAM wParam = 0, LPARAM lParam = 0);
     void Command(WORD command) { Post(Window(), WM_COMMAND, command); }
     void Key(HWND window, WPARAM key);
-    // Waits until the program waits; false when it does not come to that.
-    bool ComesToRest();
+    // Waits until the program waits, for so many milliseconds at least; false when it does not come
+    // to that.
+    bool ComesToRest(int milliseconds = 0);
     // Whether it always has, since this was asked last.
     bool CameToRest();
 
