@@ -225,7 +225,7 @@ const std::vector<Action> actions = {
     {"sizes", Nothing, GiveTwice<ID_SHOW_FILE_SIZE>, NoteRows},
     {"dates", Nothing, GiveTwice<ID_SHOW_FILE_DATE>, NoteRows},
     {"mark", Nothing, MarkTwo, NoteTitle},
-    {"unmark", MarkTwo, Give<ID_SELECT>, NoteTitle},
+    {"unmark", MarkTwo, Give<IDCANCEL>, NoteTitle},
     {"new folder", Nothing,
      [](Stage& stage) {
          stage.Command(ID_NEW_FOLDER);
@@ -294,7 +294,7 @@ const std::vector<Action> actions = {
     {"stop", ShowSample, Stop<0>, LookAtSample},
     {"hide", ShowSample, Give<ID_HIDE>, LookAtSample, true},
     {"go to process", ShowSample, Give<ID_GO_TO_PROCESS>, LookAtSample},
-    {"go to module", ShowSample, Give<ID_GO_TO_MODULE>, LookAtSample},
+    {"go to module", ShowSample, Give<ID_GO_TO_MODULE>, LookAtSample, true},
     {"kill", ShowProcessOfSample, Stop<IDS_BUTTON_YES>, LookAtSample},
     {"kill not", ShowProcessOfSample, Stop<IDS_BUTTON_NO>, LookAtSample},
     {"process information",

@@ -137,13 +137,8 @@ bool Trials::Reset() {
     for (int depth = 0; depth < 4 && subject_.Title() != folderPath; ++depth) {
         subject_.Command(ID_UP);
     }
-    if (!clean_.barLater.empty() &&
-        subject_.DrawnBy(subject_.Child(subject_.Window(), L"kx::CmdBar")) != clean_.barLater) {
-        subject_.Command(ID_SELECT);
-        if (subject_.DrawnBy(subject_.Child(subject_.Window(), L"kx::CmdBar")) != clean_.barLater) {
-            subject_.Command(ID_SELECT);
-        }
-    }
+    // Rows that are marked are so no longer.
+    subject_.Command(IDCANCEL);
     subject_.Command(ID_REFRESH);
     stage_.CloseEverything();
     subject_.Key(subject_.List(), VK_HOME);
