@@ -18,14 +18,16 @@ void TypeAhead::Add(wchar_t character, DWORD now) {
         text_.clear();
     }
     time_ = now;
-    const bool again = text_.size() == 1 && text::SameIgnoringCase(text_, std::wstring_view(&character, 1));
+    const bool again =
+        text_.size() == 1 && text::SameIgnoringCase(text_, std::wstring_view(&character, 1));
     if (!again && text_.size() < longestText) {
         text_ += character;
     }
 }
 
 bool TypeAhead::Begins(std::wstring_view name) const {
-    return name.size() >= text_.size() && text::SameIgnoringCase(name.substr(0, text_.size()), text_);
+    return name.size() >= text_.size() &&
+           text::SameIgnoringCase(name.substr(0, text_.size()), text_);
 }
 
 }  // namespace ui

@@ -81,7 +81,7 @@ Document CreateDocument() {
         ThrowIfFailed(result);
     }
     ThrowIfFailed(CoCreateInstance(program, nullptr, CLSCTX_ALL, documentInterface,
-                             reinterpret_cast<void**>(document.Receive())));
+                                   reinterpret_cast<void**>(document.Receive())));
     if (!document) {
         throw faults::COMFault(E_UNEXPECTED);
     }
@@ -231,11 +231,13 @@ void HiddenAppList::LoadHiddenApps() {
     }
     const OpenedFile file = OpenFile(place.path);
     platform::ComPointer<IXMLDOMNodeList> entries;
-    ThrowIfFailed(file.document->selectNodes(MakeBstr(L"hide/application").Get(), entries.Receive()));
+    ThrowIfFailed(
+        file.document->selectNodes(MakeBstr(L"hide/application").Get(), entries.Receive()));
     Node node;
     while (entries && ThrowIfFailed(entries->nextNode(node.Receive())) != S_FALSE && node) {
         Element entry;
-        ThrowIfFailed(node->QueryInterface(elementInterface, reinterpret_cast<void**>(entry.Receive())));
+        ThrowIfFailed(
+            node->QueryInterface(elementInterface, reinterpret_cast<void**>(entry.Receive())));
         if (std::wstring path = AttributeOf(entry, L"path"); !path.empty()) {
             paths_.Insert(std::move(path));
         } else if (std::wstring name = AttributeOf(entry, L"name"); !name.empty()) {
