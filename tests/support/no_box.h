@@ -5,6 +5,14 @@
 
 namespace test {
 
+// In place of the system's own box, which is shown where the program's cannot be: it is answered.
+class NoSystemBox {
+ private:
+    static int WINAPI Answer(HWND, const wchar_t*, const wchar_t*, UINT) { return IDOK; }
+
+    PlatformHook<int(HWND, const wchar_t*, const wchar_t*, UINT)> boxes_{"MessageBoxW", Answer};
+};
+
 // In place of each message box and dialog: none is shown, and each ends at once as one that could
 // not be shown.
 class NoBox {
@@ -20,6 +28,7 @@ class NoBox {
     }
 
     static inline int shown_ = 0;
+    const NoSystemBox systemBox_;
     PlatformHook<INT_PTR WINAPI(HINSTANCE, LPCDLGTEMPLATEW, HWND, DLGPROC, LPARAM)> dialogs_{
         "DialogBoxIndirectParamW", Show};
 };

@@ -4,6 +4,7 @@
 #include "faults/fault.h"
 #include "res/resource.h"
 #include "tests/support/fake_processes.h"
+#include "tests/support/no_box.h"
 #include "tests/support/sample_program.h"
 #include "tests/views/drawn_row.h"
 #include "tests/views/processes_fixture.h"
@@ -34,6 +35,7 @@ template <typename View>
 void ExpectOneMessage(View& view, FakeProcesses& device) {
     const PlatformHook<INT_PTR WINAPI(HINSTANCE, LPCDLGTEMPLATEW, HWND, DLGPROC, LPARAM)> hook(
         "DialogBoxIndirectParamW", Activating);
+    const NoSystemBox systemBox;
     activated = &view;
     dialogs = 0;
     device.snapshotError = ERROR_ACCESS_DENIED;
