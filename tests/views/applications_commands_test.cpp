@@ -8,6 +8,7 @@
 #include "tests/support/drawn_texts.h"
 #include "tests/support/fake_processes.h"
 #include "tests/support/finger.h"
+#include "tests/support/no_box.h"
 #include "tests/support/resource_module.h"
 #include "tests/support/sample_program.h"
 #include "tests/support/user.h"
@@ -132,6 +133,7 @@ class ApplicationsCommands : public ApplicationsFixture {
     void Silently(UINT command) {
         const PlatformHook<INT_PTR WINAPI(HINSTANCE, LPCDLGTEMPLATEW, HWND, DLGPROC, LPARAM)>
             dialogs("DialogBoxIndirectParamW", NoDialog);
+        const NoSystemBox systemBox;
         asked = false;
         view->Command(static_cast<WORD>(command));
         EXPECT_FALSE(asked);
