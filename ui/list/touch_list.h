@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <stdexcept>
 #include <utility>
 
 #include "platform/mouse.h"
@@ -58,8 +59,11 @@ class TouchList : public Window {
     int GetMaxItemWidth() const { return maxItemWidth_; }
 
     // Row by row changes by the owner, who calls Layout, Remeasure or MeasureItem afterwards. The
-    // selection stays on its row.
+    // selection stays on its row. A place behind the end throws std::out_of_range.
     void InsertItem(unsigned index, ULONG_PTR data) {
+        if (index > items_.size()) {
+            throw std::out_of_range("InsertItem");
+        }
         items_.insert(items_.begin() + static_cast<ptrdiff_t>(index), ItemRecord{0, 0, data});
         if (selection_ != noRow && selection_ >= index) {
             ++selection_;

@@ -56,6 +56,8 @@ TEST_F(TouchListState, ARowThatDoesNotExistIsAnError) {
     Open({40});
     EXPECT_THROW(list.GetItemData(1), std::out_of_range);
     EXPECT_THROW(list.GetItemData(noRow), std::out_of_range);
+    EXPECT_THROW(list.InsertItem(2, 0), std::out_of_range);
+    EXPECT_EQ(list.GetCount(), 1u);
 }
 
 TEST_F(TouchListState, EveryRowIsFreedOnce) {
