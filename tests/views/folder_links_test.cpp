@@ -79,7 +79,11 @@ class WindowsLinks {
                               HANDLE model) {
         const HANDLE file =
             current->open_.Original()(path, access, share, security, creation, flags, model);
-        current->link_ = (flags & FILE_FLAG_OPEN_REPARSE_POINT) && IsLink(path) ? file : nullptr;
+        // The user, on another thread, has files of their own.
+        if (GetCurrentThreadId() == current->thread_) {
+            current->link_ =
+                (flags & FILE_FLAG_OPEN_REPARSE_POINT) && IsLink(path) ? file : nullptr;
+        }
         return file;
     }
     static BOOL WINAPI Inform(HANDLE file, BY_HANDLE_FILE_INFORMATION* information) {
@@ -102,6 +106,7 @@ class WindowsLinks {
 
     static inline WindowsLinks* current = nullptr;
     HANDLE link_ = nullptr;
+    const DWORD thread_ = GetCurrentThreadId();
     PlatformHook<HANDLE WINAPI(const wchar_t*, DWORD, DWORD, SECURITY_ATTRIBUTES*, DWORD, DWORD,
                                HANDLE)>
         open_{"CreateFileW", Open};
