@@ -307,10 +307,11 @@ void MeasurePainting(bool withDetails) {
 // Never asked: nothing is in the way.
 class NoPrompts final : public views::TransferPrompts {
  public:
-    views::TransferAnswer AskConflict(const std::wstring&, bool, bool) override {
+    views::TransferAnswer AskConflict(const std::wstring&, views::EntryKind,
+                                      views::EntryDepth) override {
         return views::answerStop;
     }
-    void TellOtherKind(const std::wstring&, bool) override {}
+    void TellOtherKind(const std::wstring&, views::EntryKind) override {}
     views::TransferAnswer AskAfterFailure(const std::wstring&, const std::wstring&, bool,
                                           views::FailedEntry) override {
         return views::answerStop;

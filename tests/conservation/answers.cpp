@@ -7,7 +7,8 @@ namespace conservation {
 
 using views::TransferAnswer;
 
-TransferAnswer Answers::AskConflict(const std::wstring& name, bool folder, bool) {
+TransferAnswer Answers::AskConflict(const std::wstring& name, views::EntryKind kind,
+                                    views::EntryDepth) {
     if (outcome_.ended) {
         return views::answerStop;
     }
@@ -21,7 +22,8 @@ TransferAnswer Answers::AskConflict(const std::wstring& name, bool folder, bool)
                                           views::answerSkip | views::answerForAll,
                                           views::answerOverwrite | views::answerForAll};
     const TransferAnswer answer = chance.Of(answers);
-    if (!folder && (answer & ~views::answerForAll) == views::answerOverwrite) {
+    if (kind == views::EntryKind::File &&
+        (answer & ~views::answerForAll) == views::answerOverwrite) {
         ++counts_[overwritten];
         step_.allConfirmed = step_.allConfirmed || (answer & views::answerForAll) != 0;
         if (views::NameOfPath(outcome_.lastSeen) == name) {

@@ -12,9 +12,9 @@ class Answers final : public views::TransferPrompts {
     Answers(Step& step, const Outcome& outcome, Counts& counts)
         : step_(step), outcome_(outcome), counts_(counts) {}
 
-    views::TransferAnswer AskConflict(const std::wstring& name, bool folder,
-                                      bool topLevel) override;
-    void TellOtherKind(const std::wstring&, bool) override {}
+    views::TransferAnswer AskConflict(const std::wstring& name, views::EntryKind kind,
+                                      views::EntryDepth depth) override;
+    void TellOtherKind(const std::wstring&, views::EntryKind) override {}
     views::TransferAnswer AskAfterFailure(const std::wstring& source,
                                           const std::wstring& destination, bool moving,
                                           views::FailedEntry entry) override;

@@ -6,8 +6,8 @@
 
 namespace test {
 
-views::TransferAnswer RecordedPrompts::AskConflict(const std::wstring& name, bool folder,
-                                                   bool topLevel) {
+views::TransferAnswer RecordedPrompts::AskConflict(const std::wstring& name, views::EntryKind kind,
+                                                   views::EntryDepth depth) {
     if (whileAsked) {
         whileAsked();
     }
@@ -15,11 +15,12 @@ views::TransferAnswer RecordedPrompts::AskConflict(const std::wstring& name, boo
         std::count_if(asked.begin(), asked.end(), [](const std::wstring& question) {
             return question.starts_with(L"file ") || question.starts_with(L"folder ");
         }));
-    asked.push_back((folder ? L"folder " : L"file ") + name + (topLevel ? L"" : L" within"));
+    asked.push_back((kind == views::EntryKind::Folder ? L"folder " : L"file ") + name +
+                    (depth == views::EntryDepth::Top ? L"" : L" within"));
     return conflicts < answers.size() ? answers[conflicts] : answer;
 }
 
-void RecordedPrompts::TellOtherKind(const std::wstring& name, bool) {
+void RecordedPrompts::TellOtherKind(const std::wstring& name, views::EntryKind) {
     if (whileAsked) {
         whileAsked();
     }

@@ -11,9 +11,9 @@ namespace test {
 
 class RecordedPrompts final : public views::TransferPrompts {
  public:
-    views::TransferAnswer AskConflict(const std::wstring& name, bool folder,
-                                      bool topLevel) override;
-    void TellOtherKind(const std::wstring& name, bool sourceIsFolder) override;
+    views::TransferAnswer AskConflict(const std::wstring& name, views::EntryKind kind,
+                                      views::EntryDepth depth) override;
+    void TellOtherKind(const std::wstring& name, views::EntryKind source) override;
     views::TransferAnswer AskAfterFailure(const std::wstring& source,
                                           const std::wstring& destination, bool moving,
                                           views::FailedEntry entry) override;

@@ -71,7 +71,7 @@ TransferAnswer FileTransfer::Run(const std::wstring& source, const std::wstring&
     destination_ = destination;
     moving_ = moving;
     levels_.clear();
-    std::optional<TransferAnswer> answer = Begin(AttributesOf(source_), true);
+    std::optional<TransferAnswer> answer = Begin(AttributesOf(source_), EntryDepth::Top);
     while (!levels_.empty()) {
         if (answer) {
             // Kept on purpose: docs/compatibility.md#skip-answers
@@ -82,24 +82,24 @@ TransferAnswer FileTransfer::Run(const std::wstring& source, const std::wstring&
     return *answer;
 }
 
-std::optional<TransferAnswer> FileTransfer::Begin(DWORD attributes, bool topLevel) {
+std::optional<TransferAnswer> FileTransfer::Begin(DWORD attributes, EntryDepth depth) {
     if (!prompts_.OnProgress(source_)) {
         return answerStop;
     }
     RequireOwnName(source_);
-    return moving_ ? BeginMove(attributes, topLevel) : BeginCopy(attributes, topLevel);
+    return moving_ ? BeginMove(attributes, depth) : BeginCopy(attributes, depth);
 }
 
-std::optional<TransferAnswer> FileTransfer::BeginCopy(DWORD attributes, bool topLevel) {
+std::optional<TransferAnswer> FileTransfer::BeginCopy(DWORD attributes, EntryDepth depth) {
     if (!IsFolder(attributes)) {
-        return CopyOneFile(attributes, topLevel);
+        return CopyOneFile(attributes, depth);
     }
     if (IsFolderLink(attributes)) {
-        return CopyOneLink(attributes, topLevel);
+        return CopyOneLink(attributes, depth);
     }
     TransferAnswer conflict = answerGoAhead;
     const auto mayMerge = [&](const Destination& there) {
-        conflict = CheckConflict(there.attributes, attributes, topLevel);
+        conflict = CheckConflict(there.attributes, attributes, depth);
         return conflict == answerOverwrite;
     };
     if (const Destination there = LookAt(destination_); there.Exists()) {
@@ -127,7 +127,7 @@ std::optional<TransferAnswer> FileTransfer::BeginCopy(DWORD attributes, bool top
 
 // Copies first and asks afterwards: a copy that may not overwrite fails when something is in the
 // way, and it has found the source readable by then.
-TransferAnswer FileTransfer::CopyOneFile(DWORD attributes, bool topLevel) {
+TransferAnswer FileTransfer::CopyOneFile(DWORD attributes, EntryDepth depth) {
     const bool isNew = !levels_.empty() && levels_.back().isNew;
     const Destination there =
         isNew ? Destination{INVALID_FILE_ATTRIBUTES, true} : LookAt(destination_);
@@ -140,7 +140,7 @@ TransferAnswer FileTransfer::CopyOneFile(DWORD attributes, bool topLevel) {
             Throw(error);
         }
     }
-    const TransferAnswer conflict = CheckConflict(there.attributes, attributes, topLevel);
+    const TransferAnswer conflict = CheckConflict(there.attributes, attributes, depth);
     if (conflict != answerOverwrite) {
         return conflict;
     }
@@ -148,15 +148,15 @@ TransferAnswer FileTransfer::CopyOneFile(DWORD attributes, bool topLevel) {
     return answerSkip;
 }
 
-TransferAnswer FileTransfer::CopyOneLink(DWORD attributes, bool topLevel) {
+TransferAnswer FileTransfer::CopyOneLink(DWORD attributes, EntryDepth depth) {
     if (const Destination there = LookAt(destination_); there.Exists()) {
-        return CheckConflict(there.attributes, attributes, topLevel);
+        return CheckConflict(there.attributes, attributes, depth);
     }
     ThrowUnless(platform::CopyLink(source_, destination_));
     return answerGoAhead;
 }
 
-std::optional<TransferAnswer> FileTransfer::BeginMove(DWORD attributes, bool topLevel) {
+std::optional<TransferAnswer> FileTransfer::BeginMove(DWORD attributes, EntryDepth depth) {
     const bool folder = IsFolder(attributes);
     const Destination there = LookAt(destination_);
     if (!there.Exists()) {
@@ -169,7 +169,7 @@ std::optional<TransferAnswer> FileTransfer::BeginMove(DWORD attributes, bool top
             Throw(error);
         }
     }
-    const TransferAnswer conflict = CheckConflict(there.attributes, attributes, topLevel);
+    const TransferAnswer conflict = CheckConflict(there.attributes, attributes, depth);
     if (conflict != answerOverwrite) {
         return conflict;
     }
@@ -255,7 +255,7 @@ std::optional<TransferAnswer> FileTransfer::Advance() {
         (destination_ += L'\\') += entry->cFileName;
         folderFails = false;
         failed = IsFolderLink(entry->dwFileAttributes) ? FailedEntry::Link : FailedEntry::Any;
-        return Begin(entry->dwFileAttributes, false);
+        return Begin(entry->dwFileAttributes, EntryDepth::Within);
     } catch (...) {
         // The user is asked about the entry that failed, within the folder it lies in; a folder
         // that cannot be read on is an entry of its parent.
@@ -285,26 +285,27 @@ TransferAnswer FileTransfer::Leave() {
     return contents;
 }
 
-TransferAnswer FileTransfer::CheckConflict(DWORD destination, DWORD source, bool topLevel) {
+TransferAnswer FileTransfer::CheckConflict(DWORD destination, DWORD source, EntryDepth depth) {
     const bool sourceIsFolder = IsFolder(source);
     const unsigned shift = sourceIsFolder ? folderShift : 0;
     if (const TransferAnswer known = remembered_ >> shift & answerBits) {
         return known;
     }
     const std::wstring name(NameOfPath(destination_));
+    const EntryKind kind = sourceIsFolder ? EntryKind::Folder : EntryKind::File;
     if (destination != INVALID_FILE_ATTRIBUTES) {
         const bool destinationIsFolder = IsFolder(destination);
         if (destinationIsFolder != sourceIsFolder) {
-            prompts_.TellOtherKind(name, sourceIsFolder);
+            prompts_.TellOtherKind(name, kind);
             return answerSkip;
         }
         // Neither is merged through a link into what lies behind it.
         if (IsFolderLink(destination) || IsFolderLink(source)) {
-            prompts_.TellOtherKind(name, false);
+            prompts_.TellOtherKind(name, EntryKind::File);
             return answerSkip;
         }
     }
-    const TransferAnswer answer = prompts_.AskConflict(name, sourceIsFolder, topLevel);
+    const TransferAnswer answer = prompts_.AskConflict(name, kind, depth);
     // Kept on purpose: docs/compatibility.md#remembered-answers
     if (answer & answerForAll) {
         remembered_ |= (answer & answerBits) << shift;

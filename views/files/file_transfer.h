@@ -16,11 +16,17 @@ namespace views {
 // OR.
 using TransferAnswer = unsigned;
 inline constexpr TransferAnswer answerGoAhead = 0;
+// Also what a file that was copied over another, or a folder that was merged into another, returns:
+// to its folder it says only that not everything went ahead unasked.
 inline constexpr TransferAnswer answerSkip = 1;
 inline constexpr TransferAnswer answerOverwrite = 2;
 inline constexpr TransferAnswer answerStop = 3;
 // Added to an answer that holds for all further conflicts of its kind.
 inline constexpr TransferAnswer answerForAll = 4;
+
+// What a conflict is about, and where it lies: what the user asked to paste, or an entry within.
+enum class EntryKind { File, Folder };
+enum class EntryDepth { Top, Within };
 
 // What of a folder's contents has failed.
 enum class FailedEntry { Any, Link };
@@ -28,11 +34,11 @@ enum class FailedEntry { Any, Link };
 // Who asks the user.
 class TransferPrompts : public WalkProgress {
  public:
-    // A folder (or file) of the same kind and this name exists already. `topLevel`: it is what the
-    // user asked to paste, not an entry within.
-    virtual TransferAnswer AskConflict(const std::wstring& name, bool folder, bool topLevel) = 0;
-    // What exists is of the other kind; it is skipped.
-    virtual void TellOtherKind(const std::wstring& name, bool sourceIsFolder) = 0;
+    // An entry of the same kind and this name exists already.
+    virtual TransferAnswer AskConflict(const std::wstring& name, EntryKind kind,
+                                       EntryDepth depth) = 0;
+    // What exists is of the other kind than the source; it is skipped.
+    virtual void TellOtherKind(const std::wstring& name, EntryKind source) = 0;
     // An entry within a folder failed; a link to a folder can be skipped. Called while its
     // exception is handled.
     virtual TransferAnswer AskAfterFailure(const std::wstring& source,
@@ -74,11 +80,11 @@ class FileTransfer {
     TransferAnswer Run(const std::wstring& source, const std::wstring& destination, bool moving);
     // Does the item that the paths name, whose attributes the walk knows already; none when it is a
     // folder that has been entered.
-    std::optional<TransferAnswer> Begin(DWORD attributes, bool topLevel);
-    std::optional<TransferAnswer> BeginCopy(DWORD attributes, bool topLevel);
-    std::optional<TransferAnswer> BeginMove(DWORD attributes, bool topLevel);
-    TransferAnswer CopyOneFile(DWORD attributes, bool topLevel);
-    TransferAnswer CopyOneLink(DWORD attributes, bool topLevel);
+    std::optional<TransferAnswer> Begin(DWORD attributes, EntryDepth depth);
+    std::optional<TransferAnswer> BeginCopy(DWORD attributes, EntryDepth depth);
+    std::optional<TransferAnswer> BeginMove(DWORD attributes, EntryDepth depth);
+    TransferAnswer CopyOneFile(DWORD attributes, EntryDepth depth);
+    TransferAnswer CopyOneLink(DWORD attributes, EntryDepth depth);
     // Puts the source in the place of a file that the user has given up.
     void Overwrite();
     // Copies or moves the source file to where nothing is; ERROR_SUCCESS or the platform's error.
@@ -92,7 +98,7 @@ class FileTransfer {
     void Enter(TransferAnswer own, bool isNew);
     // Whether the destination may be touched; asks about one that exists with these attributes
     // (INVALID_FILE_ATTRIBUTES: nobody knows them).
-    TransferAnswer CheckConflict(DWORD destination, DWORD source, bool topLevel);
+    TransferAnswer CheckConflict(DWORD destination, DWORD source, EntryDepth depth);
     void RefuseItself() const;
 
     TransferPrompts& prompts_;

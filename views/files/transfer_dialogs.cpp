@@ -14,9 +14,12 @@ constexpr UINT yesNoCancel[] = {IDS_BUTTON_YES, IDS_BUTTON_NO, IDS_BUTTON_CANCEL
 
 }  // namespace
 
-TransferAnswer TransferDialogs::AskConflict(const std::wstring& name, bool folder, bool topLevel) {
-    const std::wstring text = text::FormatText(folder ? IDS_ASK_MERGE : IDS_ASK_OVERWRITE, name);
-    switch (ui::ShowMessage(owner_, text, IDS_WARNING, topLevel ? 2 : 3, yesNoCancel, 1)) {
+TransferAnswer TransferDialogs::AskConflict(const std::wstring& name, EntryKind kind,
+                                            EntryDepth depth) {
+    const std::wstring text =
+        text::FormatText(kind == EntryKind::Folder ? IDS_ASK_MERGE : IDS_ASK_OVERWRITE, name);
+    switch (ui::ShowMessage(owner_, text, IDS_WARNING, depth == EntryDepth::Top ? 2 : 3,
+                            yesNoCancel, 1)) {
         case IDS_BUTTON_YES:
             return answerOverwrite;
         case IDS_BUTTON_NO:
@@ -26,10 +29,11 @@ TransferAnswer TransferDialogs::AskConflict(const std::wstring& name, bool folde
     }
 }
 
-void TransferDialogs::TellOtherKind(const std::wstring& name, bool sourceIsFolder) {
+void TransferDialogs::TellOtherKind(const std::wstring& name, EntryKind source) {
     ui::ShowNotice(
         owner_,
-        text::FormatText(sourceIsFolder ? IDS_FILE_IN_THE_WAY : IDS_FOLDER_IN_THE_WAY, name),
+        text::FormatText(source == EntryKind::Folder ? IDS_FILE_IN_THE_WAY : IDS_FOLDER_IN_THE_WAY,
+                         name),
         IDS_WARNING, IDS_BUTTON_CANCEL);
 }
 

@@ -11,8 +11,8 @@ class TransferDialogs final : public TransferPrompts {
     // Both are borrowed; the window owns the boxes.
     TransferDialogs(HWND owner, WorkProgress& progress) : owner_(owner), progress_(progress) {}
 
-    TransferAnswer AskConflict(const std::wstring& name, bool folder, bool topLevel) override;
-    void TellOtherKind(const std::wstring& name, bool sourceIsFolder) override;
+    TransferAnswer AskConflict(const std::wstring& name, EntryKind kind, EntryDepth depth) override;
+    void TellOtherKind(const std::wstring& name, EntryKind source) override;
     TransferAnswer AskAfterFailure(const std::wstring& source, const std::wstring& destination,
                                    bool moving, FailedEntry entry) override;
     bool OnProgress(const std::wstring& path) override { return progress_.OnProgress(path); }
