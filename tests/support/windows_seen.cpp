@@ -141,8 +141,8 @@ Picture Picture::OfWindowDrawnAnew(HWND window) {
             FillRect(screen, &area, brush.Get());
             return GetPixel(screen, area.left, area.top) == nobodysColor;
         });
-        InvalidateRect(window, nullptr, TRUE);
         drawn = drawn && WaitFor([&] {
+                    InvalidateRect(window, nullptr, TRUE);
                     picture = OfScreen(area);
                     return !picture.Has(nobodysColor);
                 });
