@@ -1,5 +1,6 @@
 #include "ui/bar/progress_band.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "platform/handles.h"
