@@ -446,24 +446,25 @@ class DeviceTest(CommandTest):
         self.assertEqual(result.returncode, 3)
         self.assert_nothing_runs()
 
-    def program_runs(self):
-        """Whether the device runs the program that stays; commands that are to start it have its name as well."""
-        for process in processes_with("stay\0"):
+    def runs(self, name):
+        """Whether a program of this name runs for the device; commands that are to start it name it as well, but later."""
+        for process in processes_with(str(self.folder)):
             try:
-                if b"stand in.exe" in pathlib.Path(f"/proc/{process}/cmdline").read_bytes().split(b"\0")[0]:
+                if name in pathlib.Path(f"/proc/{process}/cmdline").read_bytes().split(b"\0")[0]:
                     return True
             except OSError:
                 pass
         return False
 
     def test_an_interruption_leaves_nothing_running(self):
-        # It may come while screen and desktop start, or once the program runs.
-        for number, code, moment in (
-            (signal.SIGINT, 130, 0.4),
-            (signal.SIGTERM, 143, 0.4),
-            (signal.SIGINT, 130, 1),
-            (signal.SIGINT, 130, None),
-            (signal.SIGTERM, 143, None),
+        # It may come while the screen, the device or its desktop starts, or once the program runs.
+        for number, code, last in (
+            (signal.SIGINT, 130, b"Xvfb"),
+            (signal.SIGTERM, 143, b"Xvfb"),
+            (signal.SIGINT, 130, b"wineserver"),
+            (signal.SIGTERM, 143, b"explorer.exe"),
+            (signal.SIGINT, 130, b"stand in.exe"),
+            (signal.SIGTERM, 143, b"stand in.exe"),
         ):
             command = subprocess.Popen(
                 [self.repository / "tools/device/with_device", self.repository / "tools/device/in_device", self.program, "stay"],
@@ -473,12 +474,12 @@ class DeviceTest(CommandTest):
                 stderr=subprocess.DEVNULL,
                 start_new_session=True,
             )
-            deadline = time.monotonic() + (60 if moment is None else moment)
-            while time.monotonic() < deadline and (moment is not None or not self.program_runs()):
-                time.sleep(0.05)
-            self.assertTrue(moment is not None or self.program_runs())
+            deadline = time.monotonic() + 60
+            while time.monotonic() < deadline and not self.runs(last):
+                time.sleep(0.01)
+            self.assertTrue(self.runs(last), last)
             os.killpg(command.pid, number)
-            self.assertEqual(command.wait(timeout=60), code)
+            self.assertEqual(command.wait(timeout=60), code, last)
             self.assert_nothing_runs()
 
     def test_a_screen_that_does_not_start_is_told(self):
