@@ -12,6 +12,7 @@
 #include "app/view_choice.h"
 #include "faults/fault.h"
 #include "platform/aygshell.h"
+#include "platform/main_window.h"
 #include "platform/processes.h"
 #include "res/resource.h"
 #include "text/resources.h"
@@ -35,6 +36,17 @@ using views::ViewArgument;
 using views::ViewIndex;
 
 namespace {
+
+// What the platform's function of this name tells; drawing resources and metrics are those of the
+// new scale then.
+bool AdoptScale(HWND window, RECT* place) {
+    if (!platform::AdoptScale(window, place)) {
+        return false;
+    }
+    ui::ForgetScreenMetrics();
+    ui::Resources().Load();
+    return true;
+}
 
 // The menu of the slide bar: the views.
 
@@ -85,12 +97,11 @@ void MainFrame::OnCreate() {
     const std::optional<ViewIndex> asked = ViewOfCommandLine(platform::CommandLineArguments());
     flags_ = ReadNumber(settingFlags).value_or(0);
     current_ = asked ? *asked : ViewOfSetting(ReadNumber(settingView).value_or(0));
+    platform::AdaptMainWindow(Handle());
+    RECT place;
+    AdoptScale(Handle(), &place);
     const platform::WindowDC dc(Handle());
-    const std::optional<int> textHeight = ui::MeasureTextHeight(dc, ui::Fonts().Base());
-    if (!textHeight) {
-        throw faults::W32Fault();
-    }
-    bandHeight_ = ui::BandHeight(*textHeight);
+    MeasureBand(dc);
     if (!pane_.Open(Handle()) || !bar_.Open(Handle(), RECT{}) || !slideBar_.Open(Handle())) {
         throw faults::W32Fault();
     }
@@ -124,11 +135,44 @@ void MainFrame::ActivateCurrent(const ViewArgument& argument) {
     }
 }
 
-void MainFrame::FollowVisibleArea() {
-    RECT area;
-    if (!platform::VisibleArea(Handle(), &area)) {
+void MainFrame::MeasureBand(HDC dc) {
+    const std::optional<int> textHeight = ui::MeasureTextHeight(dc, ui::Fonts().Base());
+    if (!textHeight) {
+        throw faults::W32Fault();
+    }
+    bandHeight_ = ui::BandHeight(*textHeight);
+}
+
+bool MainFrame::Idle() {
+    FollowScale();
+    return Current().Idle();
+}
+
+void MainFrame::FollowScale() {
+    RECT place;
+    if (!AdoptScale(Handle(), &place)) {
         return;
     }
+    ui::RunAction(Handle(), IDS_ACTION_FAILED, [&] {
+        const platform::WindowDC dc(Handle());
+        MeasureBand(dc);
+        for (const std::unique_ptr<views::View>& view : views_) {
+            view->Rescale(dc);
+        }
+        Place(place);
+        Arrange();
+        RedrawWindow(Handle(), nullptr, nullptr, RDW_INVALIDATE | RDW_ALLCHILDREN);
+    });
+}
+
+void MainFrame::FollowVisibleArea() {
+    RECT area;
+    if (platform::VisibleArea(Handle(), &area)) {
+        Place(area);
+    }
+}
+
+void MainFrame::Place(const RECT& area) {
     RECT window;
     if (!GetWindowRect(Handle(), &window) || window.left != area.left || window.top != area.top ||
         window.right != area.right || window.bottom != area.bottom) {
@@ -418,7 +462,10 @@ LRESULT MainFrame::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
             OnDestroy();
             break;
         case WM_SIZE:
-            Arrange();
+            // Minimised, a window has no place for anything, and comes back as large as it was.
+            if (wParam != SIZE_MINIMIZED) {
+                Arrange();
+            }
             return 0;
         case WM_PAINT:
             ui::PaintWindow(Handle(), [](HDC dc, const RECT& client) {

@@ -50,8 +50,9 @@ class MainFrame : public ui::Window, public views::Frame, private PaneOwner {
 
     // Sees each message before it is dispatched: the hardware soft keys press the bar's buttons.
     bool PreTranslate(const MSG& message);
-    // Does what the shown view has put off; false when that is all.
-    bool Idle() { return Current().Idle(); }
+    // Follows the scale of the monitor, and does what the shown view has put off; false when that
+    // is all.
+    bool Idle();
 
  protected:
     LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
@@ -69,10 +70,16 @@ class MainFrame : public ui::Window, public views::Frame, private PaneOwner {
     // Throws when the view does not come up.
     void ActivateCurrent(const views::ViewArgument& argument);
     void Arrange();
+    // Measures what the bar's height follows from; throws W32Fault.
+    void MeasureBand(HDC dc);
+    // Shows everything at the scale of the monitor that the window is on now.
+    void FollowScale();
     // Places the slide bar at the edge of `area` that it takes, if any, and takes it from it.
     void ArrangeSlideBar(RECT* area);
     // Fills the part of the screen that the shell leaves free.
     void FollowVisibleArea();
+    // Moves the window to `area`, in screen pixels, where it is elsewhere.
+    void Place(const RECT& area);
     // The main window has been activated, or not, and `other` the opposite.
     void OnActivate(bool active, HWND other);
     void OnCommand(WORD command);

@@ -3,6 +3,7 @@
 #include "app/main_frame.h"
 #include "faults/fault.h"
 #include "platform/handles.h"
+#include "platform/main_window.h"
 #include "platform/processes.h"
 #include "platform/scope_exit.h"
 #include "platform/top_windows.h"
@@ -26,6 +27,7 @@ bool ActivateRunningInstance(HANDLE event) {
     if (!IsWindowVisible(window)) {
         ShowWindow(window, SW_SHOW);
     }
+    platform::RestoreWindow(window);
     SetForegroundWindow(platform::InnermostOwnedWindow(window));
     return true;
 }

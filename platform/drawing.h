@@ -10,7 +10,7 @@ namespace platform {
 void FlushDrawing();
 
 // The stock system font (GetStockObject(SYSTEM_FONT)), never deleted by the caller. A PC gets a
-// readable sans-serif of a handheld's proportions in its place.
+// readable sans-serif of a handheld's proportions in its place, another one after AdoptScale.
 HFONT SystemFont();
 
 // The rectangle of the device's screen in pixels (MonitorFromWindow, GetMonitorInfo). On a large

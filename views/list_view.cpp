@@ -26,6 +26,11 @@ void ListView::Layout(HDC dc) {
     }
 }
 
+void ListView::Rescale(HDC dc) {
+    Layout(dc);
+    list_->Remeasure();
+}
+
 bool ListView::Activate(const ViewArgument&) {
     ShowWindow(list_->Handle(), SW_SHOW);
     // A bar that cannot have this view's menu keeps another's, which leads out of here as well.

@@ -18,6 +18,7 @@ class ListView : public View, protected ui::RowListOwner {
     static constexpr wchar_t listClass[] = L"kx::TouchList";
 
     void Layout(HDC dc) override;
+    void Rescale(HDC dc) override;
     bool Activate(const ViewArgument& argument) override;
     bool Deactivate(HDC dc) override;
     void Resume() override {}

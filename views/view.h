@@ -34,6 +34,8 @@ class View {
     // Measures what depends on fonts and images, and makes the view's windows when there are none.
     // Throws W32Fault when they cannot be made.
     virtual void Layout(HDC dc) = 0;
+    // Fonts and images are others: does what Layout does for what is shown.
+    virtual void Rescale(HDC dc) = 0;
     // Shows the view and loads its data; throws what tells why that failed, or gives false.
     virtual bool Activate(const ViewArgument& argument) = 0;
     // False refuses to give way to another view.

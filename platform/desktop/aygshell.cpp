@@ -85,15 +85,13 @@ HBITMAP LoadImageResource(HINSTANCE module, UINT id) {
 }
 
 bool VisibleArea(HWND window, RECT* area) {
-    MONITORINFO monitor = {};
-    monitor.cbSize = sizeof monitor;
-    if (!GetMonitorInfoW(MonitorFromWindow(window, MONITOR_DEFAULTTONEAREST), &monitor)) {
+    RECT workArea;
+    if (!desktop::WorkArea(window, &workArea)) {
         return false;
     }
-    *area = desktop::WindowPlace(monitor.rcWork, desktop::DotsPerInch());
-    const bool wholeWorkArea = EqualRect(area, &monitor.rcWork) != FALSE;
+    *area = desktop::WindowPlace(workArea, desktop::DotsPerInch());
     // On a large screen people put the window where they like it.
-    if (!wholeWorkArea && IsWindowVisible(window)) {
+    if (!desktop::IsSmall(workArea) && IsWindowVisible(window)) {
         GetWindowRect(window, area);
     }
     return true;

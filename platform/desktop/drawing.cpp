@@ -10,7 +10,12 @@ void FlushDrawing() {
 }
 
 HFONT SystemFont() {
-    static const UniqueFont font(desktop::CreateSystemFont());
+    static UniqueFont font;
+    static int dots = 0;
+    if (const int now = desktop::DotsPerInch(); now != dots) {
+        font.Reset(desktop::CreateSystemFont());
+        dots = now;
+    }
     return font ? font.Get() : static_cast<HFONT>(GetStockObject(SYSTEM_FONT));
 }
 

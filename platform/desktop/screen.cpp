@@ -12,12 +12,30 @@ namespace {
 // The longest short side of a screen that the window fills, in pixels.
 constexpr LONG smallScreen = 600;
 
+// Dots per inch of the monitor that shows the main window; 0 until it has been told.
+int monitorDots = 0;
+
 }  // namespace
 
 int DotsPerInch() {
+    if (monitorDots > 0) {
+        return monitorDots;
+    }
     const WindowDC screen(nullptr);
     const int dots = screen ? GetDeviceCaps(screen, LOGPIXELSY) : 0;
     return dots > 0 ? dots : 96;
+}
+
+bool TakeScaleOf(HWND window) {
+    using DpiForWindow = UINT(WINAPI*)(HWND);
+    const auto dpiForWindow = reinterpret_cast<DpiForWindow>(reinterpret_cast<void*>(
+        GetProcAddress(GetModuleHandleW(L"user32.dll"), "GetDpiForWindow")));
+    const int dots = dpiForWindow ? static_cast<int>(dpiForWindow(window)) : 0;
+    if (dots <= 0 || dots == DotsPerInch()) {
+        return false;
+    }
+    monitorDots = dots;
+    return true;
 }
 
 namespace {
@@ -74,8 +92,22 @@ bool ScreenRectangle(RECT* rectangle) {
     return true;
 }
 
+bool WorkArea(HWND window, RECT* area) {
+    MONITORINFO monitor = {};
+    monitor.cbSize = sizeof monitor;
+    if (!GetMonitorInfoW(MonitorFromWindow(window, MONITOR_DEFAULTTONEAREST), &monitor)) {
+        return false;
+    }
+    *area = monitor.rcWork;
+    return true;
+}
+
+bool IsSmall(const RECT& workArea) {
+    return ShortSide(workArea) <= smallScreen;
+}
+
 RECT WindowPlace(const RECT& workArea, int dotsPerInch) {
-    if (ShortSide(workArea) <= smallScreen) {
+    if (IsSmall(workArea)) {
         return workArea;
     }
     const LONG workHeight = workArea.bottom - workArea.top;
@@ -87,6 +119,25 @@ RECT WindowPlace(const RECT& workArea, int dotsPerInch) {
     place.right = place.left + width;
     place.bottom = place.top + height;
     return place;
+}
+
+RECT RescaledPlace(const RECT& place, const RECT& workArea, int dotsBefore, int dotsNow) {
+    if (IsSmall(workArea)) {
+        return workArea;
+    }
+    const auto scaled = [=](LONG size, LONG most) {
+        return std::min<LONG>(MulDiv(size, dotsNow, dotsBefore), most);
+    };
+    const LONG width = scaled(place.right - place.left, workArea.right - workArea.left);
+    const LONG height = scaled(place.bottom - place.top, workArea.bottom - workArea.top);
+    RECT now;
+    now.left = std::clamp<LONG>((place.left + place.right - width) / 2, workArea.left,
+                                workArea.right - width);
+    now.top = std::clamp<LONG>((place.top + place.bottom - height) / 2, workArea.top,
+                               workArea.bottom - height);
+    now.right = now.left + width;
+    now.bottom = now.top + height;
+    return now;
 }
 
 }  // namespace platform::desktop

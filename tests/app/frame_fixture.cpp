@@ -30,6 +30,7 @@ void FrameFixture::RunFrame(const std::function<void()>& script) {
         [this] {
             app::MessageLoop loop;
             loop.AddFilter([this](const MSG& message) { return frame.PreTranslate(message); });
+            loop.AddIdleHandler([this](int) { return frame.Idle(); });
             loopResult = loop.Run();
         });
 }

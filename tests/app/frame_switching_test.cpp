@@ -56,6 +56,7 @@ class NotingView final : public views::View {
  public:
     NotingView(views::Frame& frame, ViewIndex index) : frame_(frame), index_(index) {}
 
+    void Rescale(HDC) override {}
     void Layout(HDC dc) override {
         EXPECT_TRUE(dc);
         Note("layout");

@@ -144,3 +144,29 @@ TEST(MenuBarOfAWindow, IsAbsentOnAPC) {
     const PlainWindow window(WS_VISIBLE);
     EXPECT_FALSE(platform::FindMenuBar(window.Handle()));
 }
+
+TEST(RescaledPlace, KeepsTheMiddleAndTheSizeInInches) {
+    const RECT workArea = {0, 0, 3000, 2000};
+    const auto rescaled = [&](const RECT& place, int before, int now) {
+        return Edges(platform::desktop::RescaledPlace(place, workArea, before, now));
+    };
+    EXPECT_EQ(rescaled(RECT{1000, 600, 1480, 1240}, 96, 192), (EdgeList{760, 280, 1720, 1560}));
+    EXPECT_EQ(rescaled(RECT{760, 280, 1720, 1560}, 192, 96), (EdgeList{1000, 600, 1480, 1240}));
+    EXPECT_EQ(rescaled(RECT{100, 100, 300, 400}, 96, 144), (EdgeList{50, 25, 350, 475}));
+}
+
+TEST(RescaledPlace, StaysInsideTheWorkArea) {
+    const RECT workArea = {1000, 40, 2000, 1040};
+    const auto rescaled = [&](const RECT& place) {
+        return Edges(platform::desktop::RescaledPlace(place, workArea, 96, 192));
+    };
+    EXPECT_EQ(rescaled(RECT{900, 0, 1200, 300}), (EdgeList{1000, 40, 1600, 640}));
+    EXPECT_EQ(rescaled(RECT{1900, 900, 2200, 1200}), (EdgeList{1400, 440, 2000, 1040}));
+    EXPECT_EQ(rescaled(RECT{1100, 100, 1900, 900}), (EdgeList{1000, 40, 2000, 1040}));
+}
+
+TEST(RescaledPlace, IsTheWholeOfASmallWorkArea) {
+    const RECT place =
+        platform::desktop::RescaledPlace(RECT{10, 10, 200, 200}, RECT{0, 20, 480, 640}, 96, 192);
+    EXPECT_EQ(Edges(place), (EdgeList{0, 20, 480, 640}));
+}

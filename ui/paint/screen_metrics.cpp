@@ -15,16 +15,32 @@ ScreenMetrics MetricsForShortSide(unsigned shortSide) {
     return metrics;
 }
 
+namespace {
+
+ScreenMetrics kept;
+bool measured = false;
+
+ScreenMetrics MeasureScreen() {
+    RECT screen;
+    if (!platform::ScreenRectangle(&screen)) {
+        return ScreenMetrics();
+    }
+    return MetricsForShortSide(
+        static_cast<unsigned>(std::max(0, std::min(Width(screen), Height(screen)))));
+}
+
+}  // namespace
+
 const ScreenMetrics& GetScreenMetrics() {
-    static const ScreenMetrics metrics = [] {
-        RECT screen;
-        if (!platform::ScreenRectangle(&screen)) {
-            return ScreenMetrics();
-        }
-        return MetricsForShortSide(
-            static_cast<unsigned>(std::max(0, std::min(Width(screen), Height(screen)))));
-    }();
-    return metrics;
+    if (!measured) {
+        kept = MeasureScreen();
+        measured = true;
+    }
+    return kept;
+}
+
+void ForgetScreenMetrics() {
+    measured = false;
 }
 
 }  // namespace ui

@@ -1,4 +1,5 @@
-// Sizes that follow from the device's screen, in pixels; measured once and kept.
+// Sizes that follow from the device's screen, in pixels; measured once and kept until the screen
+// has another scale.
 #pragma once
 
 namespace ui {
@@ -19,5 +20,8 @@ ScreenMetrics MetricsForShortSide(unsigned shortSide);
 
 // The metrics of this device's screen; all 0 when the screen cannot be read.
 const ScreenMetrics& GetScreenMetrics();
+
+// The screen has another scale: it is measured anew when the metrics are next asked for.
+void ForgetScreenMetrics();
 
 }  // namespace ui

@@ -60,9 +60,8 @@ void SystemStatusView::FlagsChanged(DWORD mask, DWORD) {
     }
     {
         const platform::WindowDC dc(GetFrame().MainWindow());
-        Layout(dc);
+        Rescale(dc);
     }
-    list_.Remeasure();
     Refresh();
 }
 

@@ -1,0 +1,13 @@
+#include "platform/main_window.h"
+
+namespace platform {
+
+void AdaptMainWindow(HWND) {}
+
+bool AdoptScale(HWND, RECT*) {
+    return false;
+}
+
+void RestoreWindow(HWND) {}
+
+}  // namespace platform
