@@ -142,8 +142,11 @@ POINT FilesProgram::RowPoint(int row) const {
 }
 
 COLORREF FilesProgram::EdgeOf(int row) const {
-    const int height = RowHeight();
-    return ListPicture().At(1, row * height + height / 2);
+    // What lies above the rows for a moment, as a page that closes, may be taken for a row.
+    const Picture picture = ListPicture();
+    const int height = RowHeightIn(picture, 0);
+    const int y = row * height + height / 2;
+    return y < picture.Height() ? picture.At(1, y) : CLR_INVALID;
 }
 
 bool FilesProgram::ShowsSelected(int row, bool selected) const {

@@ -120,8 +120,9 @@ class DragThresholdTest : public ListTest {
     void PressAndMove(int x, int y) {
         const POINT start = At(60, 100);
         Run([&] {
+            // A finger that is lifted before its move is looked at has tapped.
             input.Play(
-                Finger().Down(start).Wait(30).MoveTo(start.x + x, start.y + y).Wait(150).Up());
+                Finger().Down(start).Followed().MoveTo(start.x + x, start.y + y).Taken().Up());
         });
     }
 };
