@@ -12,6 +12,7 @@
 #include "ui/paint/clipped_text.h"
 #include "ui/paint/drawing_resources.h"
 #include "ui/paint/paint.h"
+#include "ui/paint/theme.h"
 #include "ui/paint/wrapped_text.h"
 
 namespace app {
@@ -53,7 +54,8 @@ class TextBlock {
         SetBkMode(dc_, TRANSPARENT);
         for (const Line& line : lines_) {
             const platform::Selected font(dc_, line.font);
-            SetTextColor(dc_, line.color);
+            SetTextColor(dc_, ui::ReadableOn(GetSysColor(COLOR_WINDOW), line.color,
+                                             GetSysColor(COLOR_WINDOWTEXT), ui::Contrast::Text));
             const RECT area = {left, top + line.top, left + width_, top + line.top + line.height};
             ui::DrawClippedText(dc_, area, line.text, ui::TextAlignment::Centered);
         }

@@ -1,5 +1,7 @@
 #include "tests/gallery/camera.h"
 
+#include "tests/gallery/color_schemes.h"
+
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
@@ -189,6 +191,11 @@ void WaitUntilShown() {
     MsgWaitForMultipleObjectsEx(0, nullptr, 5, 0, 0);
 }
 
+bool Wishes(const char* what) {
+    const char* const wish = std::getenv("VANTOR_GALLERY");
+    return wish && std::string(wish) == what;
+}
+
 // The scenes that this process has taken.
 std::set<std::string>& TakenScenes() {
     static std::set<std::string> scenes;
@@ -200,7 +207,7 @@ class LeftPictures final : public testing::Environment {
  public:
     void TearDown() override {
         const testing::UnitTest& tests = *testing::UnitTest::GetInstance();
-        if (Camera::Keeping() || tests.test_to_run_count() < tests.total_test_count()) {
+        if (!Camera::Comparing() || tests.test_to_run_count() < tests.total_test_count()) {
             return;
         }
         WIN32_FIND_DATAW found;
@@ -220,6 +227,54 @@ class LeftPictures final : public testing::Environment {
 const testing::Environment* const leftPictures =
     testing::AddGlobalTestEnvironment(new LeftPictures());
 
+// What can be seen of a window.
+class VisiblePart {
+ public:
+    explicit VisiblePart(HWND window) : region_(CreateRectRgn(0, 0, 0, 0)) {
+        const platform::WindowDC dc(window);
+        constexpr INT systemRegion = 4;  // SYSRGN
+        GetRandomRgn(dc, region_, systemRegion);
+        // Each top-level window has a drawing surface of its own, which knows nothing of those
+        // above.
+        Above above = {GetAncestor(window, GA_ROOT), region_};
+        EnumWindows(TakeAway, reinterpret_cast<LPARAM>(&above));
+    }
+    ~VisiblePart() { DeleteObject(region_); }
+    VisiblePart(const VisiblePart&) = delete;
+    VisiblePart& operator=(const VisiblePart&) = delete;
+
+    RECT Within(const RECT& place) const {
+        RECT part = {};
+        GetRgnBox(region_, &part);
+        IntersectRect(&part, &part, &place);
+        return part;
+    }
+    bool Has(int x, int y) const { return PtInRegion(region_, x, y) != FALSE; }
+
+ private:
+    struct Above {
+        HWND window;
+        HRGN region;
+    };
+
+    // Called for each window from the topmost on.
+    static BOOL CALLBACK TakeAway(HWND window, LPARAM data) {
+        const Above& above = *reinterpret_cast<const Above*>(data);
+        RECT place;
+        if (window == above.window) {
+            return FALSE;
+        }
+        if (IsWindowVisible(window) && GetWindowRect(window, &place)) {
+            const HRGN covered = CreateRectRgnIndirect(&place);
+            CombineRgn(above.region, above.region, covered, RGN_DIFF);
+            DeleteObject(covered);
+        }
+        return TRUE;
+    }
+
+    HRGN region_;
+};
+
 BOOL CALLBACK RedrawTopLevel(HWND window, LPARAM) {
     DWORD process = 0;
     GetWindowThreadProcessId(window, &process);
@@ -231,7 +286,10 @@ BOOL CALLBACK RedrawTopLevel(HWND window, LPARAM) {
 
 }  // namespace
 
-Camera::Camera() : drawText_("DrawTextW", DrawTextHook), textOut_("ExtTextOutW", TextOutHook) {
+Camera::Camera()
+    : drawText_("DrawTextW", DrawTextHook),
+      textOut_("ExtTextOutW", TextOutHook),
+      beginPaint_("BeginPaint", BeginPaintHook) {
     camera = this;
     WNDCLASSW windowClass = {};
     windowClass.lpfnWndProc = Procedure;
@@ -264,9 +322,12 @@ void Camera::Forget() {
     SendMessageW(window_, WM_TAKE, 0, reinterpret_cast<LPARAM>(&shot));
 }
 
+bool Camera::Comparing() {
+    return !std::getenv("VANTOR_GALLERY");
+}
+
 bool Camera::Keeping() {
-    const char* const wish = std::getenv("VANTOR_GALLERY");
-    return wish && std::string(wish) == "keep";
+    return Wishes("keep");
 }
 
 void Camera::MoveFingerAway(const InputTaken& input) {
@@ -297,6 +358,13 @@ void Camera::Photograph(const Shot& shot) {
     }
     const std::string scene = shot.scene;
     TakenScenes().insert(scene);
+    if (Wishes("colors")) {
+        // What is shown only while a finger is down cannot be drawn anew.
+        if (!shot.asItIs) {
+            LookAtColors(scene);
+        }
+        return;
+    }
     HideCaret(nullptr);
     if (shot.asItIs) {
         WaitUntilShown();
@@ -348,6 +416,65 @@ void Camera::Note(HDC dc, const RECT& place, const RECT* clip, const wchar_t* te
     std::replace(entry.begin(), entry.end(), '\r', ' ');
     texts_.insert(entry);
     places_.push_back(place);
+    if (painted_) {
+        DrawnText drawn = {Utf8(text, length), GetTextColor(dc), painted_, place};
+        LPtoDP(dc, reinterpret_cast<POINT*>(&drawn.place), 2);
+        MapWindowPoints(painted_, nullptr, reinterpret_cast<POINT*>(&drawn.place), 2);
+        drawn_.push_back(drawn);
+    }
+}
+
+HDC WINAPI Camera::BeginPaintHook(HWND window, PAINTSTRUCT* paint) {
+    camera->painted_ = window;
+    return camera->beginPaint_.Original()(window, paint);
+}
+
+void Camera::LookAtColors(const std::string& scene) {
+    for (const ColorScheme& scheme : colorSchemes) {
+        const SystemColors colors(scheme);
+        LookAtTexts(scene + " in " + scheme.name);
+    }
+}
+
+void Camera::LookAtTexts(const std::string& scene) {
+    drawn_.clear();
+    RedrawAll(Mode::Watch);
+    const Picture taken = Picture::OfScreen(Screen());
+    const std::vector<DrawnText> drawn = std::exchange(drawn_, {});
+    EXPECT_FALSE(drawn.empty()) << scene;
+    RedrawAll(Mode::Suppress);
+    const Picture bare = Picture::OfScreen(Screen());
+    RedrawAll(Mode::Watch);
+    bool readable = true;
+    for (const DrawnText& text : drawn) {
+        const VisiblePart visible(text.window);
+        const RECT place = visible.Within(text.place);
+        double least = 21;
+        COLORREF worst = 0;
+        for (int y = place.top; y < place.bottom; ++y) {
+            for (int x = place.left; x < place.right; ++x) {
+                // Where letters are.
+                if (taken.At(x, y) != bare.At(x, y) && visible.Has(x, y)) {
+                    if (const double contrast = ContrastRatio(text.color, bare.At(x, y));
+                        contrast < least) {
+                        least = contrast;
+                        worst = bare.At(x, y);
+                    }
+                }
+            }
+        }
+        // What cannot be done now is to be seen, no more.
+        const bool disabled = text.color == GetSysColor(COLOR_GRAYTEXT);
+        if (least < (disabled ? 3 : 4.5)) {
+            readable = false;
+            char line[100];
+            std::snprintf(line, sizeof line, "%.2f to 1, %06lx on %06lx", least, text.color, worst);
+            ADD_FAILURE() << scene << ": " << text.text << ": " << line;
+        }
+    }
+    if (!readable) {
+        LeaveTaken(scene, taken);
+    }
 }
 
 int WINAPI Camera::DrawTextHook(HDC dc, const wchar_t* text, int length, RECT* area, UINT format) {

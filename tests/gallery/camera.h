@@ -1,6 +1,8 @@
 // Takes pictures of the screen for the gallery and compares them with the ones that are kept.
 // Everything but the inside of letters must be the same to the pixel; the texts must be the same
-// texts at the same places in the same font and color, whatever draws them.
+// texts at the same places in the same font and color, whatever draws them. Or, with
+// VANTOR_GALLERY=colors in the environment, looks at the same scenes in other system colors and
+// complains about letters that cannot be told from what they stand on.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -32,7 +34,8 @@ class Camera {
     // those that `window` has drawn since Forget.
     void TakeAsItIs(const char* scene, HWND window);
     void Forget();
-    // Whether pictures are kept now instead of compared.
+    // Whether pictures are compared now, or kept.
+    static bool Comparing();
     static bool Keeping();
     // Puts the pointer where no control looks at it; for the thread that draws.
     static void MoveFingerAway(const InputTaken& input);
@@ -45,16 +48,28 @@ class Camera {
         HWND asItIs;
     };
     enum class Mode { Watch, Suppress };
+    // A text that has been drawn.
+    struct DrawnText {
+        std::string text;
+        COLORREF color;
+        HWND window;
+        // On the screen.
+        RECT place;
+    };
 
     static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
     static int WINAPI DrawTextHook(HDC dc, const wchar_t* text, int length, RECT* area,
                                    UINT format);
+    static HDC WINAPI BeginPaintHook(HWND window, PAINTSTRUCT* paint);
     static BOOL WINAPI TextOutHook(HDC dc, int x, int y, UINT options, const RECT* area,
                                    const wchar_t* text, UINT length, const INT* distances);
     void Photograph(const Shot& shot);
     // Notes a text drawn at `place` and clipped to `clip`, which may be null.
     void Note(HDC dc, const RECT& place, const RECT* clip, const wchar_t* text, int length);
     void RedrawAll(Mode mode);
+    // Complains about texts of the scene that are hard to read in one of several color schemes.
+    void LookAtColors(const std::string& scene);
+    void LookAtTexts(const std::string& scene);
 
     PlatformHook<int(HDC, const wchar_t*, int, RECT*, UINT)> drawText_;
     PlatformHook<BOOL(HDC, int, int, UINT, const RECT*, const wchar_t*, UINT, const INT*)> textOut_;
@@ -63,6 +78,10 @@ class Camera {
     // One line for each text, and where it stands in its window.
     std::multiset<std::string> texts_;
     std::vector<RECT> places_;
+    std::vector<DrawnText> drawn_;
+    // The window that is being painted.
+    HWND painted_ = nullptr;
+    PlatformHook<HDC(HWND, PAINTSTRUCT*)> beginPaint_;
 };
 
 }  // namespace test

@@ -23,6 +23,11 @@ constexpr unsigned noButton = ~0u;
 // How long a press may last to be a quick tap, in milliseconds.
 constexpr DWORD quickTap = 350;
 
+COLORREF DisabledColor() {
+    return ReadableOn(barColor, GetSysColor(COLOR_GRAYTEXT), MixColors(barTextColor, barColor, 128),
+                      Contrast::Disabled);
+}
+
 }  // namespace
 
 RECT BarButtonBounds(const RECT& bar, unsigned count, unsigned index) {
@@ -296,7 +301,7 @@ void CommandBar::DrawButton(HDC dc, const RECT& bounds, unsigned button) {
         DrawImage(dc, bounds, static_cast<int>(item.image), item.Disabled())) {
         return;
     }
-    SetTextColor(dc, item.Disabled() ? GetSysColor(COLOR_GRAYTEXT) : barTextColor);
+    SetTextColor(dc, item.Disabled() ? DisabledColor() : barTextColor);
     RECT area = bounds;
     if (TextWidth(dc, item.Text()) > Width(area)) {
         const int margin = Height(area) / 8;
@@ -315,7 +320,7 @@ bool CommandBar::DrawImage(HDC dc, const RECT& bounds, int image, bool disabled)
         return false;
     }
     if (disabled && (!disabledImages_ || disabledFrom_ != images.Bitmap())) {
-        disabledImages_ = images.Recolored(dc, GetSysColor(COLOR_GRAYTEXT));
+        disabledImages_ = images.Recolored(dc, DisabledColor());
         disabledFrom_ = images.Bitmap();
     }
     const int size = images.IconSize();

@@ -15,6 +15,14 @@ inline constexpr COLORREF barTextColor = RGB(255, 255, 255);
 // A color between two others; `share` of 255 is the first one's part.
 COLORREF MixColors(COLORREF first, COLORREF second, unsigned share);
 
+// How many times as light as the other one of two colors must be for letters: to be read, and to be
+// seen as what cannot be done now.
+enum class Contrast : unsigned { Disabled = 3, Text = 5 };
+
+// `color` for letters on `background`, or `otherwise` where the colors that are set make it hard to
+// tell from it.
+COLORREF ReadableOn(COLORREF background, COLORREF color, COLORREF otherwise, Contrast least);
+
 // The quiet line between two rows, on the bottom edge of `row`.
 void DrawRowRule(HDC dc, const RECT& row);
 

@@ -164,13 +164,14 @@ void PopupMenu::DrawItem(const DRAWITEMSTRUCT& row) {
     } else if (row.itemID + 1 < GetCount()) {
         DrawRowRule(dc, row.rcItem);
     }
-    int color = selected ? COLOR_HIGHLIGHTTEXT : COLOR_WINDOWTEXT;
+    COLORREF color = GetSysColor(selected ? COLOR_HIGHLIGHTTEXT : COLOR_WINDOWTEXT);
     if (item.Disabled()) {
-        color = COLOR_GRAYTEXT;
+        color = ReadableOn(GetSysColor(selected ? COLOR_HIGHLIGHT : COLOR_WINDOW),
+                           GetSysColor(COLOR_GRAYTEXT), color, Contrast::Disabled);
     }
     const platform::Selected font(dc, Fonts().Base());
     SetBkMode(dc, TRANSPARENT);
-    SetTextColor(dc, GetSysColor(color));
+    SetTextColor(dc, color);
     RECT area = row.rcItem;
     area.left += metrics.mark + metrics.margin / 2;
     area.right -= metrics.mark + metrics.margin / 2;
