@@ -87,6 +87,19 @@ void ButtonsBar::Measure() {
     naturalWidth_ = count * (widest + height) + (count + 1) * (rowHeight_ / 4);
 }
 
+bool ButtonsBar::Describe(unsigned part, platform::AccessiblePart* description) {
+    if (!platform::hasAssistiveTechnology || part > buttons_.size()) {
+        return false;
+    }
+    description->role = platform::PartRole::Bar;
+    if (part > 0) {
+        description->role = platform::PartRole::Button;
+        description->name = buttons_[part - 1].label;
+        description->bounds = CurrentLayout().Bounds(part - 1);
+    }
+    return true;
+}
+
 ButtonsLayout ButtonsBar::CurrentLayout() const {
     const RECT client = ClientRectangle();
     return LayOutButtons(Width(client), Height(client), static_cast<unsigned>(buttons_.size()),

@@ -44,6 +44,11 @@ class ButtonsBar final : public Window {
     void FocusButton(unsigned index);
     unsigned FocusedButton() const { return focused_; }
 
+    // Part n is button n - 1.
+    bool Describe(unsigned part, platform::AccessiblePart* description) override;
+    unsigned PartCount() const override { return static_cast<unsigned>(buttons_.size()); }
+    unsigned FocusedPart() const override { return focused_ + 1; }
+
     // The height of a button and the width that all labels need, in pixels.
     int RowHeight() const { return rowHeight_; }
     int NaturalWidth() const { return naturalWidth_; }

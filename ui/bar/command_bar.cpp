@@ -114,6 +114,26 @@ void CommandBar::Show(Buttons buttons) {
     InvalidateRect(Handle(), nullptr, TRUE);
 }
 
+bool CommandBar::Describe(unsigned part, platform::AccessiblePart* description) {
+    if (!platform::hasAssistiveTechnology) {
+        return false;
+    }
+    MenuItem item;
+    if (part == 0) {
+        description->role = platform::PartRole::Bar;
+        return true;
+    }
+    if (part > ButtonCount() || !ReadMenuItem(Menu(), buttons_.positions[part - 1], &item)) {
+        return false;
+    }
+    description->role = platform::PartRole::Button;
+    description->name = item.Text();
+    description->disabled = item.Disabled();
+    description->opensMenu = item.submenu != nullptr;
+    description->bounds = BarButtonBounds(ClientRectangle(), ButtonCount(), part - 1);
+    return true;
+}
+
 unsigned CommandBar::ButtonAt(POINT point) const {
     const RECT client = ClientRectangle();
     for (unsigned button = 0; button < ButtonCount(); ++button) {

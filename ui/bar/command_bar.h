@@ -42,6 +42,11 @@ class CommandBar final : public Window {
     void OpenPopupAt(unsigned index, const RECT& anchor);
     // Whether a button gives a command itself instead of opening a popup.
     bool HasCommands() const { return buttons_.haveCommands; }
+    // Part n is button n - 1.
+    bool Describe(unsigned part, platform::AccessiblePart* description) override;
+    unsigned PartCount() const override { return ButtonCount(); }
+    unsigned FocusedPart() const override { return focused_ + 1; }
+
     unsigned ButtonCount() const { return static_cast<unsigned>(buttons_.positions.size()); }
 
  protected:

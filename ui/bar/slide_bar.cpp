@@ -50,6 +50,25 @@ int SlideBar::Thickness() const {
     return icon + icon / 4;
 }
 
+bool SlideBar::Describe(unsigned part, platform::AccessiblePart* description) {
+    if (!platform::hasAssistiveTechnology) {
+        return false;
+    }
+    MenuItem item;
+    if (part == 0) {
+        description->role = platform::PartRole::Bar;
+        return true;
+    }
+    if (part > count_ || !ReadMenuItem(menu_.Get(), part - 1, &item)) {
+        return false;
+    }
+    description->role = platform::PartRole::Button;
+    description->name = item.Text();
+    description->checked = item.Checked();
+    description->bounds = EntryBounds(ClientRectangle(), part - 1);
+    return true;
+}
+
 RECT SlideBar::EntryBounds(const RECT& client, UINT index) const {
     RECT bounds = client;
     const int number = static_cast<int>(index);

@@ -30,6 +30,10 @@ class SlideBar final : public Window {
     // The thickness that the bar wants, in pixels: its icons with a margin.
     int Thickness() const;
 
+    // Part n is entry n - 1.
+    bool Describe(unsigned part, platform::AccessiblePart* description) override;
+    unsigned PartCount() const override { return count_; }
+
  protected:
     LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
 

@@ -105,6 +105,8 @@ bool MessageBoxDialog::SetUp() {
     for (const UINT id : ids_) {
         bar_.AddButton(id);
     }
+    // What is read out before the buttons are.
+    SetWindowTextW(bar_.Handle(), plainText_.c_str());
     bar_.FocusButton(defaultButton_);
     if (!LayOut()) {
         return false;

@@ -7,12 +7,14 @@
 #include <stdexcept>
 #include <utility>
 
+#include "platform/handles.h"
 #include "platform/mouse.h"
 #include "ui/list/list_layout.h"
 #include "ui/list/list_notifications.h"
 #include "ui/list/scroll_indicator.h"
 #include "ui/list/wheel_turns.h"
 #include "ui/paint/paint.h"
+#include "ui/paint/reading.h"
 #include "ui/window/gesture.h"
 #include "ui/window/held_fault.h"
 #include "ui/window/window.h"
@@ -81,10 +83,18 @@ class TouchList : public Window {
     // Scrolls so that `index` is the top row, as far as the rows allow.
     void SetTopIndex(unsigned index);
 
+    // Part n is row n - 1, with the texts that are drawn of it.
+    bool Describe(unsigned part, platform::AccessiblePart* description) override;
+    unsigned PartCount() const override { return GetCount(); }
+    unsigned FocusedPart() const override { return selection_ == noRow ? 0 : selection_ + 1; }
+
  protected:
     LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
 
     // Hooks of the kinds of list.
+    // What a row is to assistive technology.
+    static constexpr platform::PartRole rowRole = platform::PartRole::Row;
+    bool IsDisabled(unsigned) const { return false; }
     // The first taker of a key; true when it is handled.
     bool OfferKeyFirst(WPARAM key, LPARAM keyData) {
         return OfferKey(GetParent(Handle()), key, keyData) != 0;
@@ -335,6 +345,9 @@ unsigned TouchList<Kind>::SetSelection(unsigned index) {
         InvalidateRow(index);
     }
     Self().OnSelected(index, old);
+    if (platform::hasAssistiveTechnology) {
+        platform::TellFocusedPart(Handle(), FocusedPart());
+    }
     return selection_;
 }
 
@@ -388,6 +401,40 @@ void TouchList<Kind>::RemoveItem(unsigned index) {
         FitTo(Height(client));
         InvalidateRect(Handle(), nullptr, TRUE);
     }
+}
+
+template <typename Kind>
+bool TouchList<Kind>::Describe(unsigned part, platform::AccessiblePart* description) {
+    if (!platform::hasAssistiveTechnology || part > GetCount()) {
+        return false;
+    }
+    description->role = Kind::rowRole;
+    if (part == 0) {
+        const bool menu = Kind::rowRole == platform::PartRole::MenuItem;
+        description->role = menu ? platform::PartRole::Menu : platform::PartRole::List;
+        return true;
+    }
+    const unsigned index = part - 1;
+    DRAWITEMSTRUCT row = {};
+    row.hwndItem = Handle();
+    row.itemID = index;
+    row.itemData = items_[index].data;
+    row.rcItem = RECT{0, 0, items_[index].width, items_[index].height};
+    const platform::UniqueMemoryDC dc(CreateCompatibleDC(nullptr));
+    row.hDC = dc.Get();
+    Reading reading;
+    {
+        const ReadInstead readInstead(&reading);
+        Self().DrawItem(row);
+    }
+    description->name = std::move(reading.text);
+    description->checked = reading.marked;
+    description->selected = index == selection_;
+    description->disabled = Self().IsDisabled(index);
+    if (!RowRectangle(index, &description->bounds)) {
+        description->bounds = RECT{};
+    }
+    return true;
 }
 
 template <typename Kind>

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <initializer_list>
 
+#include "ui/paint/reading.h"
 #include "ui/window/window.h"
 
 namespace ui {
@@ -96,7 +97,7 @@ int TextWidth(HDC dc, std::wstring_view text) {
 }
 
 void DrawClippedText(HDC dc, const RECT& area, std::wstring_view text, TextAlignment alignment) {
-    if (text.empty()) {
+    if (text.empty() || ReadText(text)) {
         return;
     }
     const int free = Width(area) - TextWidth(dc, text);
@@ -116,6 +117,9 @@ void DrawClippedText(HDC dc, const RECT& area, std::wstring_view text, TextAlign
 }
 
 void DrawPathText(HDC dc, const RECT& area, std::wstring_view path) {
+    if (ReadText(path)) {
+        return;
+    }
     if (TextWidth(dc, path) <= Width(area)) {
         DrawClippedText(dc, area, path);
     } else {

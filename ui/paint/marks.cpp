@@ -4,6 +4,7 @@
 
 #include "ui/paint/drawing_resources.h"
 #include "ui/paint/paint.h"
+#include "ui/paint/reading.h"
 #include "ui/paint/theme.h"
 #include "ui/window/window.h"
 
@@ -27,6 +28,9 @@ void FillCircle(HDC dc, int centerX, int centerY, int radius, COLORREF color) {
 }  // namespace
 
 void DrawCheckMark(HDC dc, const RECT& area, COLORREF color) {
+    if (ReadMark(true)) {
+        return;
+    }
     const int size = Height(area);
     const int thickness = std::max(2, size / 7);
     const int arm = size / 4;
@@ -52,6 +56,9 @@ void DrawCheckBox(HDC dc, const RECT& area, bool checked, COLORREF color) {
 }
 
 void DrawChoiceMark(HDC dc, const RECT& area, bool taken, COLORREF color) {
+    if (ReadMark(taken)) {
+        return;
+    }
     const int radius = Height(area) * 7 / 16;
     const int centerX = (area.left + area.right) / 2;
     const int centerY = (area.top + area.bottom) / 2;

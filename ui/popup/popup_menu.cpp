@@ -146,6 +146,11 @@ SIZE PopupMenu::Measure(unsigned, int, int, ULONG_PTR data) {
     return SIZE{TextWidth(dc, item.Text()) + 2 * (metrics.mark + metrics.margin), metrics.height};
 }
 
+bool PopupMenu::IsDisabled(unsigned index) const {
+    MenuEntry item;
+    return ReadMenuEntry(menu_, static_cast<UINT>(GetItemData(index)), &item) && item.Disabled();
+}
+
 void PopupMenu::EraseBackground(HDC dc, const RECT& area) {
     FillWithSystemColor(dc, area, COLOR_WINDOW);
 }

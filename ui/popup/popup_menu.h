@@ -37,6 +37,8 @@ class PopupMenu final : public TouchList<PopupMenu> {
     void EraseBackground(HDC dc, const RECT& area);
     void OnTap(unsigned index, GestureResult gesture);
     void DeleteItem(ULONG_PTR) {}
+    static constexpr platform::PartRole rowRole = platform::PartRole::MenuItem;
+    bool IsDisabled(unsigned index) const;
 
  protected:
     LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;

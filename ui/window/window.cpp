@@ -67,7 +67,9 @@ LRESULT CALLBACK Window::Procedure(HWND window, UINT message, WPARAM wParam, LPA
     }
     LRESULT result;
     try {
-        result = self->OnMessage(message, wParam, lParam);
+        result = platform::AsksForParts(message)
+                     ? platform::AnswerAccessibility(window, message, wParam, lParam, *self)
+                     : self->OnMessage(message, wParam, lParam);
     } catch (...) {
         HoldException();
         result = message == WM_CREATE ? -1 : 0;

@@ -1,13 +1,14 @@
 // A window of the program: an object that answers its window's messages.
 #pragma once
 
+#include "platform/accessibility.h"
 #include "platform/windows.h"
 
 namespace ui {
 
 inline constexpr DWORD childStyle = WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS | WS_CLIPCHILDREN;
 
-class Window {
+class Window : public platform::AccessibleWindow {
  public:
     Window(const Window&) = delete;
     Window& operator=(const Window&) = delete;
@@ -15,6 +16,11 @@ class Window {
     HWND Handle() const { return handle_; }
     RECT ClientRectangle() const;
     void Destroy();
+
+    // A window of which only what the system knows can be told.
+    bool Describe(unsigned, platform::AccessiblePart*) override { return false; }
+    unsigned PartCount() const override { return 0; }
+    unsigned FocusedPart() const override { return 0; }
 
  protected:
     Window() = default;
