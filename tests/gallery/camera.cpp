@@ -5,11 +5,13 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <cwchar>
 #include <fstream>
 #include <iterator>
 
 #include "platform/handles.h"
+#include "res/resource.h"
 #include "tests/support/picture_file.h"
 #include "tests/support/user.h"
 #include "text/resources.h"
@@ -185,6 +187,40 @@ void Compare(const std::string& scene, const Picture& taken, const Mask& letters
                   << PathOf(takenFolder, scene, ".png");
 }
 
+// So much of a name tells that it is the same, wherever it is cut.
+constexpr size_t sameBeginning = 6;
+
+// The texts of a scene that are cut in English as well: names of files, programs and paths.
+std::vector<std::string> CutInEnglish(const std::string& scene) {
+    std::vector<std::string> names;
+    for (const std::string& line : ReadLines(PathOf(keptFolder, scene, ".txt"))) {
+        if (line.find("...") != std::string::npos) {
+            names.push_back(line.substr(std::min(line.size(), line.find(": ") + 2)));
+        }
+    }
+    return names;
+}
+
+// Whether some text of the language ends with dots itself, as that of a command that asks more.
+bool EndsWithDots(const std::string& text) {
+    for (const UINT menu :
+         {IDR_FILES, IDR_APPLICATIONS, IDR_PROCESSES, IDR_DLLS, IDR_SYSTEM_STATUS}) {
+        const platform::UniqueMenu loaded(text::LoadMenuResource(menu));
+        for (int button = 0; button < GetMenuItemCount(loaded.Get()); ++button) {
+            const HMENU popup = GetSubMenu(loaded.Get(), button);
+            for (int item = 0; item < GetMenuItemCount(popup); ++item) {
+                wchar_t label[200];
+                const int length =
+                    GetMenuStringW(popup, static_cast<UINT>(item), label, 200, MF_BYPOSITION);
+                if (Utf8(label, length) == text) {
+                    return true;
+                }
+            }
+        }
+    }
+    return false;
+}
+
 // What is drawn reaches the screen when its thread waits for messages.
 void WaitUntilShown() {
     GdiFlush();
@@ -195,6 +231,32 @@ bool Wishes(const char* what) {
     const char* const wish = std::getenv("VANTOR_GALLERY");
     return wish && std::string(wish) == what;
 }
+
+// The language that the scenes are to be in; 0 for the program's own.
+LANGID WishedLanguage() {
+    const char* const wish = std::getenv("VANTOR_GALLERY");
+    return wish && std::strlen(wish) == 4 && std::strspn(wish, "0123456789abcdef") == 4
+               ? static_cast<LANGID>(std::strtoul(wish, nullptr, 16))
+               : LANGID{0};
+}
+
+// Takes the pack of the language into use that the scenes are to be in.
+class ScenesInLanguage final : public testing::Environment {
+ public:
+    void SetUp() override {
+        if (const LANGID language = WishedLanguage()) {
+            wchar_t path[60];
+            std::swprintf(path, std::size(path), L"Z:\\build\\desktop\\vantor.exe.%04x.ui",
+                          language);
+            const HMODULE pack = LoadLibraryExW(path, nullptr, LOAD_LIBRARY_AS_DATAFILE);
+            ASSERT_TRUE(pack) << "there is no pack for the language";
+            text::SetResourceModule(pack, language);
+        }
+    }
+};
+
+const testing::Environment* const scenesInLanguage =
+    testing::AddGlobalTestEnvironment(new ScenesInLanguage());
 
 // The scenes that this process has taken.
 std::set<std::string>& TakenScenes() {
@@ -365,6 +427,12 @@ void Camera::Photograph(const Shot& shot) {
         }
         return;
     }
+    if (WishedLanguage() != 0) {
+        if (!shot.asItIs) {
+            LookForCutTexts(scene);
+        }
+        return;
+    }
     HideCaret(nullptr);
     if (shot.asItIs) {
         WaitUntilShown();
@@ -402,7 +470,8 @@ void Camera::Photograph(const Shot& shot) {
     Compare(scene, taken, letters);
 }
 
-void Camera::Note(HDC dc, const RECT& place, const RECT* clip, const wchar_t* text, int length) {
+void Camera::Note(HDC dc, const RECT& place, const RECT* clip, const wchar_t* text, int length,
+                  SIZE needed) {
     LOGFONTW font = {};
     GetObjectW(GetCurrentObject(dc, OBJ_FONT), sizeof font, &font);
     const RECT within = clip ? *clip : RECT{};
@@ -417,7 +486,8 @@ void Camera::Note(HDC dc, const RECT& place, const RECT* clip, const wchar_t* te
     texts_.insert(entry);
     places_.push_back(place);
     if (painted_) {
-        DrawnText drawn = {Utf8(text, length), GetTextColor(dc), painted_, place};
+        DrawnText drawn = {Utf8(text, length), GetTextColor(dc), painted_, place, true};
+        drawn.whole = ui::Width(place) >= needed.cx && ui::Height(place) >= needed.cy;
         LPtoDP(dc, reinterpret_cast<POINT*>(&drawn.place), 2);
         MapWindowPoints(painted_, nullptr, reinterpret_cast<POINT*>(&drawn.place), 2);
         drawn_.push_back(drawn);
@@ -433,6 +503,35 @@ void Camera::LookAtColors(const std::string& scene) {
     for (const ColorScheme& scheme : colorSchemes) {
         const SystemColors colors(scheme);
         LookAtTexts(scene + " in " + scheme.name);
+    }
+}
+
+void Camera::LookForCutTexts(const std::string& scene) {
+    drawn_.clear();
+    RedrawAll(Mode::Watch);
+    const std::vector<DrawnText> drawn = std::exchange(drawn_, {});
+    char language[8];
+    std::snprintf(language, sizeof language, "%04x_", WishedLanguage());
+    LeaveTaken(language + scene, Picture::OfScreen(Screen()));
+    const std::vector<std::string> names = CutInEnglish(scene);
+    const auto isName = [&](const std::string& text) {
+        return std::any_of(names.begin(), names.end(), [&](const std::string& name) {
+            return text.compare(0, sameBeginning, name, 0, sameBeginning) == 0;
+        });
+    };
+    for (const DrawnText& text : drawn) {
+        const bool dots = text.text.size() > 3 && text.text.rfind("...") == text.text.size() - 3;
+        if ((!text.whole || dots) && !isName(text.text) && !EndsWithDots(text.text)) {
+            ADD_FAILURE() << scene << ": " << text.text << (dots ? " (cut)" : " (has no room)");
+        }
+        for (const DrawnText& other : drawn) {
+            RECT both;
+            if (&other < &text && other.window == text.window &&
+                IntersectRect(&both, &other.place, &text.place) && ui::Width(both) > 1 &&
+                ui::Height(both) > 1) {
+                ADD_FAILURE() << scene << ": " << text.text << " lies on " << other.text;
+            }
+        }
     }
 }
 
@@ -480,9 +579,12 @@ void Camera::LookAtTexts(const std::string& scene) {
 int WINAPI Camera::DrawTextHook(HDC dc, const wchar_t* text, int length, RECT* area, UINT format) {
     const auto original = camera->drawText_.Original();
     if (!(format & DT_CALCRECT)) {
+        RECT room = *area;
+        original(dc, text, length, &room, format | DT_CALCRECT);
         camera->Note(
             dc, *area, area, text,
-            length < 0 ? static_cast<int>(std::char_traits<wchar_t>::length(text)) : length);
+            length < 0 ? static_cast<int>(std::char_traits<wchar_t>::length(text)) : length,
+            SIZE{ui::Width(room), ui::Height(room)});
         if (camera->mode_ == Mode::Suppress) {
             return 1;
         }
@@ -496,11 +598,12 @@ BOOL WINAPI Camera::TextOutHook(HDC dc, int x, int y, UINT options, const RECT* 
         SIZE size = {};
         GetTextExtentPoint32W(dc, text, static_cast<int>(length), &size);
         RECT place = {x, y, x + size.cx, y + size.cy};
+        const SIZE needed = size;
         if (area) {
             place.right = std::min(place.right, area->right);
             place.bottom = std::min(place.bottom, area->bottom);
         }
-        camera->Note(dc, place, area, text, static_cast<int>(length));
+        camera->Note(dc, place, area, text, static_cast<int>(length), needed);
         if (camera->mode_ == Mode::Suppress) {
             return TRUE;
         }

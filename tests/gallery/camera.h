@@ -2,7 +2,9 @@
 // Everything but the inside of letters must be the same to the pixel; the texts must be the same
 // texts at the same places in the same font and color, whatever draws them. Or, with
 // VANTOR_GALLERY=colors in the environment, looks at the same scenes in other system colors and
-// complains about letters that cannot be told from what they stand on.
+// complains about letters that cannot be told from what they stand on. Or, with
+// VANTOR_GALLERY=0407 (the number of a language), shows them in that language and complains about
+// texts that do not fit where they stand; the pictures are left in build\gallery.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -55,6 +57,8 @@ class Camera {
         HWND window;
         // On the screen.
         RECT place;
+        // Whether all of it is seen.
+        bool whole;
     };
 
     static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
@@ -64,12 +68,16 @@ class Camera {
     static BOOL WINAPI TextOutHook(HDC dc, int x, int y, UINT options, const RECT* area,
                                    const wchar_t* text, UINT length, const INT* distances);
     void Photograph(const Shot& shot);
-    // Notes a text drawn at `place` and clipped to `clip`, which may be null.
-    void Note(HDC dc, const RECT& place, const RECT* clip, const wchar_t* text, int length);
+    // Notes a text drawn at `place` and clipped to `clip`, which may be null; `needed` is the room
+    // that it takes.
+    void Note(HDC dc, const RECT& place, const RECT* clip, const wchar_t* text, int length,
+              SIZE needed);
     void RedrawAll(Mode mode);
     // Complains about texts of the scene that are hard to read in one of several color schemes.
     void LookAtColors(const std::string& scene);
     void LookAtTexts(const std::string& scene);
+    // Complains about texts of the scene that are cut or lie one upon the other.
+    void LookForCutTexts(const std::string& scene);
 
     PlatformHook<int(HDC, const wchar_t*, int, RECT*, UINT)> drawText_;
     PlatformHook<BOOL(HDC, int, int, UINT, const RECT*, const wchar_t*, UINT, const INT*)> textOut_;
