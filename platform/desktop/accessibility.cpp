@@ -53,8 +53,8 @@ std::shared_ptr<const Question> Ask(HWND window, unsigned part) {
         questions.push_back(question);
     }
     DWORD_PTR answered = 0;
-    SendMessageTimeoutW(window, describePartMessage, question->number, 0, SMTO_ABORTIFHUNG, patience,
-                        &answered);
+    SendMessageTimeoutW(window, describePartMessage, question->number, 0, SMTO_ABORTIFHUNG,
+                        patience, &answered);
     const Locked locked;
     questions.erase(std::find(questions.begin(), questions.end(), question));
     return answered && question->known ? question : nullptr;
