@@ -238,6 +238,8 @@ void Hand::Do(const Event& event) {
             DoReal(event);
             break;
         case Kind::Command:
+            // A menu gives it to what takes input when all before is done.
+            program_.Settle();
             Post(program_.Front(), WM_COMMAND, static_cast<WPARAM>(values[0]), 0);
             break;
         case Kind::Message:

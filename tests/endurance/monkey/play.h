@@ -46,14 +46,15 @@ class Play {
     bool CloseWhatIsOpen();
     bool GoHome();
     // Whether a counter rises with each time that a script is played.
-    Wrong LooksForMore(const Script& script, int times);
+    Wrong LooksForMore(const Script& script);
 
     Device device_;
     Program program_;
     Hand hand_;
     Script played_;
     Counts highest_ = {};
-    DWORD counted_ = 0;
+    // Rounds since the program was started.
+    unsigned warm_ = 0;
     size_t events_ = 0;
     unsigned starts_ = 0;
     unsigned ownEnds_ = 0;

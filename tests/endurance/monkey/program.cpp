@@ -19,7 +19,8 @@ const char* const counterNames[counters] = {"GDI objects", "handles", "windows",
 namespace {
 
 constexpr wchar_t mainWindowClass[] = L"Vantor Main Window";
-constexpr wchar_t boxClass[] = L"#32770";
+// The strip at the top of a handheld's screen, which the emulator shows in the program's place.
+constexpr wchar_t shellStripClass[] = L"HHTaskBar";
 // Far longer than the program ever serves nothing: only what hangs lasts as long.
 constexpr DWORD longest = 60000;
 
@@ -46,12 +47,14 @@ std::string OneLine(std::string text) {
 
 struct Search {
     const Program* program;
+    bool hidden;
     std::vector<HWND> found;
 };
 
 BOOL CALLBACK VisitTop(HWND window, LPARAM parameter) {
     auto& search = *reinterpret_cast<Search*>(parameter);
-    if (search.program->Owns(window) && IsWindowVisible(window)) {
+    if (search.program->Owns(window) && (search.hidden || IsWindowVisible(window)) &&
+        test::ClassOf(window) != shellStripClass) {
         search.found.push_back(window);
     }
     return TRUE;
@@ -164,8 +167,8 @@ std::wstring Program::Title() const {
     return text;
 }
 
-std::vector<HWND> Program::TopWindows() const {
-    Search search = {this, {}};
+std::vector<HWND> Program::TopWindows(bool hidden) const {
+    Search search = {this, hidden, {}};
     EnumWindows(VisitTop, reinterpret_cast<LPARAM>(&search));
     return search.found;
 }
@@ -353,9 +356,17 @@ std::string Program::Trouble() {
                      : ", does not answer";
     }
     if (Runs()) {
-        for (const HWND window : TopWindows()) {
-            words += " [" + Narrow(test::ClassOf(window)) + ": " + Narrow(TextsOf(window)) + "]";
+        for (const HWND window : TopWindows(true)) {
+            words += " [" + Narrow(test::ClassOf(window)) + ": " + Narrow(TextsOf(window)) +
+                     (IsWindowEnabled(window) ? "" : ", disabled") +
+                     (IsWindowVisible(window) ? "]" : ", hidden]");
         }
+        GUITHREADINFO thread = {};
+        thread.cbSize = sizeof thread;
+        GetGUIThreadInfo(GetWindowThreadProcessId(Window(), nullptr), &thread);
+        words += " active " + Narrow(test::ClassOf(thread.hwndActive)) + ", focus " +
+                 Narrow(test::ClassOf(thread.hwndFocus)) + ", capture " +
+                 Narrow(test::ClassOf(thread.hwndCapture));
     }
     for (const std::wstring& file : {crashes_, complaints_}) {
         const std::string told = file.empty() ? "" : OneLine(test::ReadUnixFile(file));

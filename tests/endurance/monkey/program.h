@@ -62,8 +62,8 @@ class Program {
     // Null when it has gone; visible or not.
     HWND Window() const;
     std::wstring Title() const;
-    // Its visible top-level windows, from the front to the back.
-    std::vector<HWND> TopWindows() const;
+    // Its top-level windows that can be seen, or all, from the front to the back.
+    std::vector<HWND> TopWindows(bool hidden = false) const;
     bool Owns(HWND window) const;
     // The first of them that takes input; null when there is none.
     HWND Front() const;
