@@ -44,6 +44,8 @@ enum class Kind {
     Clipboard,
     // Nothing for so many milliseconds.
     Rest,
+    // The end of a round.
+    Home,
 };
 
 struct Event {

@@ -201,7 +201,9 @@ void Hand::DoMessage(const Event& event) {
                             program_.Front()};
     const HWND window = windows[static_cast<size_t>(event.values[3]) % std::size(windows)];
     const UINT message = static_cast<UINT>(event.values[0]);
-    if (!window || !program_.Owns(window)) {
+    // A handheld knows no windows that are made small, and what they own would stay hidden.
+    if (!window || !program_.Owns(window) ||
+        (message == WM_SYSCOMMAND && Program::OnHandheld() && event.values[1] != SC_CLOSE)) {
         return;
     }
     if (message == WM_COPYDATA) {
@@ -311,14 +313,13 @@ void Hand::Release() {
             SendKey(modifier.key, true);
         }
     }
-    const HWND front = program_.Front();
+    const HWND window = program_.Window();
     GUITHREADINFO thread = {};
     thread.cbSize = sizeof thread;
-    if (front && GetGUIThreadInfo(GetWindowThreadProcessId(front, nullptr), &thread) &&
+    if (window && GetGUIThreadInfo(GetWindowThreadProcessId(window, nullptr), &thread) &&
         thread.hwndCapture) {
         Post(thread.hwndCapture, WM_LBUTTONUP, 0, 0);
     }
-    const HWND window = program_.Window();
     if (window && (IsIconic(window) || IsZoomed(window) || !IsWindowVisible(window))) {
         ShowWindowAsync(window, SW_RESTORE);
     }

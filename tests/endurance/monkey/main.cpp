@@ -59,7 +59,10 @@ struct Order {
 // What is wrong may need what was played long before; the shortest end of it that does is
 // shortened further.
 void Tell(Play& play, const Order& order, unsigned round, const Wrong& wrong) {
-    const Script all = play.Played();
+    Script all = play.Played();
+    if (!all.empty() && all.back().kind == Kind::Home) {
+        all.pop_back();
+    }
     const std::string path = order.folder + "/monkey-" +
                              (Program::OnHandheld() ? "handheld-" : "desktop-") +
                              std::to_string(order.seed) + '-' + std::to_string(round) + ".txt";

@@ -152,32 +152,38 @@ Wrong Play::ComeHome() {
                              Narrow(program_.Title()) + "\": " + program_.Trouble()};
 }
 
-Wrong Play::PlayAndComeHome(const Script& script) {
-    const unsigned starts = starts_;
+// A program that ends as it should meanwhile is started again.
+Wrong Play::PlayRound(const Script& script) {
     size_t done = 0;
-    State state = hand_.Play(script, &done);
-    events_ += done;
-    played_.insert(played_.end(), script.begin(), script.begin() + static_cast<ptrdiff_t>(done));
-    while (state == State::Ended) {
+    for (;;) {
         const Script rest(script.begin() + static_cast<ptrdiff_t>(done), script.end());
-        const Wrong wrong = Again();
-        if (wrong) {
-            return wrong;
-        }
         size_t more = 0;
-        state = hand_.Play(rest, &more);
+        const State state = hand_.Play(rest, &more);
         events_ += more;
         done += more;
         played_.insert(played_.end(), rest.begin(), rest.begin() + static_cast<ptrdiff_t>(more));
+        if (state == State::Ready) {
+            played_.push_back(Event{Kind::Home, {}});
+            return ComeHome();
+        }
+        const Wrong wrong = state == State::Ended ? Again() : Trouble(state);
+        if (wrong) {
+            return wrong;
+        }
     }
-    if (state != State::Ready) {
-        return Trouble(state);
+}
+
+Wrong Play::PlayAndComeHome(const Script& script) {
+    const auto isHome = [](const Event& event) { return event.kind == Kind::Home; };
+    for (auto from = script.begin(); from != script.end();) {
+        const auto to = std::find_if(from, script.end(), isHome);
+        const Wrong wrong = PlayRound(Script(from, to));
+        if (wrong) {
+            return wrong;
+        }
+        from = to == script.end() ? to : to + 1;
     }
-    const Wrong wrong = ComeHome();
-    if (starts != starts_) {
-        highest_ = {};
-    }
-    return wrong;
+    return Wrong();
 }
 
 Wrong Play::LooksForMore(const Script& script) {
@@ -234,6 +240,9 @@ Wrong Play::Round(const Script& script) {
 }
 
 Wrong Play::Replay(const Script& script, const std::string& wanted) {
+    // What hung once need not be waited for as long each time.
+    constexpr DWORD shorterPatience = 15000;
+    program_.SetPatience(wanted.empty() ? longestPatience : shorterPatience);
     Wrong wrong = Fresh();
     if (!wrong) {
         wrong = PlayAndComeHome(script);
@@ -247,6 +256,7 @@ Wrong Play::Replay(const Script& script, const std::string& wanted) {
         wrong = harmed.empty() ? Wrong() : Wrong{"harmed", harmed};
     }
     program_.Kill();
+    program_.SetPatience(longestPatience);
     return wrong;
 }
 

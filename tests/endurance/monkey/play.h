@@ -40,6 +40,8 @@ class Play {
     // The program has ended as it should: it is started again.
     Wrong Again();
     Wrong Trouble(State state);
+    Wrong PlayRound(const Script& script);
+    // Comes home after each round of the script.
     Wrong PlayAndComeHome(const Script& script);
     // As a person would: closes what is open, and goes back to the folder.
     Wrong ComeHome();

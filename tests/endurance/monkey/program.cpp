@@ -21,8 +21,7 @@ namespace {
 constexpr wchar_t mainWindowClass[] = L"Vantor Main Window";
 // The strip at the top of a handheld's screen, which the emulator shows in the program's place.
 constexpr wchar_t shellStripClass[] = L"HHTaskBar";
-// Far longer than the program ever serves nothing: only what hangs lasts as long.
-constexpr DWORD longest = 60000;
+constexpr DWORD longest = longestPatience;
 
 std::wstring Variable(const wchar_t* name) {
     wchar_t value[1024] = {};
@@ -326,7 +325,7 @@ State Program::Settle() {
     };
     ++mark_;
     bool posted = false;
-    while (GetTickCount() - start < longest) {
+    while (GetTickCount() - start < patience_) {
         if (!Runs()) {
             return state_ = ended();
         }
@@ -367,6 +366,15 @@ std::string Program::Trouble() {
         words += " active " + Narrow(test::ClassOf(thread.hwndActive)) + ", focus " +
                  Narrow(test::ClassOf(thread.hwndFocus)) + ", capture " +
                  Narrow(test::ClassOf(thread.hwndCapture));
+    }
+    char text[64];
+    const unsigned taken = channel_->taken;
+    Sleep(200);
+    words += ", took " + std::to_string(channel_->taken - taken) + " messages meanwhile, the last:";
+    for (unsigned index = 0; index < lastMessages; ++index) {
+        const auto& last = channel_->last[(channel_->taken + index) % lastMessages];
+        std::snprintf(text, sizeof text, " %x", last.message);
+        words += text + std::string("@") + Narrow(test::ClassOf(last.window));
     }
     for (const std::wstring& file : {crashes_, complaints_}) {
         const std::string told = file.empty() ? "" : OneLine(test::ReadUnixFile(file));

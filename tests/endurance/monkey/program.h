@@ -34,6 +34,9 @@ enum class State {
 };
 const char* NameOf(State state);
 
+// Far longer than the program ever serves nothing, in milliseconds: only what hangs lasts as long.
+inline constexpr DWORD longestPatience = 60000;
+
 class Program {
  public:
     // Where the tools lie, as this system writes the folder.
@@ -49,8 +52,10 @@ class Program {
     bool GoOnWithNext();
     void Kill();
 
-    // Waits until it has taken all messages that it was sent.
+    // Waits until it has taken all messages that it was sent. What takes longer than this many
+    // milliseconds hangs.
     State Settle();
+    void SetPatience(DWORD milliseconds) { patience_ = milliseconds; }
     // Why it is not ready: the crash, the exit code, the box.
     std::string Trouble();
     Counts Count();
@@ -96,6 +101,7 @@ class Program {
     platform::UniqueHandle process_;
     DWORD id_ = 0;
     State state_ = State::Ended;
+    DWORD patience_ = longestPatience;
 };
 
 }  // namespace monkey

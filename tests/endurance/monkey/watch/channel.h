@@ -15,6 +15,9 @@ inline constexpr wchar_t markSuffix[] = L"-mark";
 // Registered; posted to the main window, it says when the program has come so far.
 inline constexpr wchar_t markMessage[] = L"Vantor Monkey Mark";
 
+// So many of the last messages are kept.
+inline constexpr unsigned lastMessages = 24;
+
 struct WatchChannel {
     // The thread whose messages are watched.
     volatile DWORD thread;
@@ -23,6 +26,12 @@ struct WatchChannel {
     volatile unsigned gdiObjects;
     volatile unsigned handles;
     volatile unsigned blocks;
+    // What the thread has taken: how many, and the last ones with their windows.
+    volatile unsigned taken;
+    struct {
+        HWND window;
+        UINT message;
+    } last[lastMessages];
 };
 
 }  // namespace monkey

@@ -17,6 +17,9 @@ LRESULT CALLBACK WatchMessage(int code, WPARAM wParam, LPARAM lParam) {
     if (code == HC_ACTION && wParam == PM_REMOVE && message.message == markMessage) {
         channel->mark = static_cast<LONG>(message.wParam);
         SetEvent(marked);
+    } else if (code == HC_ACTION && wParam == PM_REMOVE) {
+        channel->last[channel->taken % monkey::lastMessages] = {message.hwnd, message.message};
+        channel->taken = channel->taken + 1;
     }
     return CallNextHookEx(nullptr, code, wParam, lParam);
 }
