@@ -12,14 +12,30 @@ HANDLE answer = nullptr;
 HANDLE marked = nullptr;
 UINT markMessage = 0;
 
+bool IsInput(UINT message) {
+    return (message >= WM_KEYFIRST && message <= WM_KEYLAST) ||
+           (message >= WM_MOUSEFIRST && message <= WM_MOUSELAST) || message == WM_COMMAND;
+}
+
+// What a person does never comes to a window that takes no input; what was posted before it took
+// none is not to come there either.
+bool TakesInput(HWND window) {
+    return IsWindowEnabled(window) && IsWindowEnabled(GetAncestor(window, GA_ROOT));
+}
+
 LRESULT CALLBACK WatchMessage(int code, WPARAM wParam, LPARAM lParam) {
-    const MSG& message = *reinterpret_cast<const MSG*>(lParam);
-    if (code == HC_ACTION && wParam == PM_REMOVE && message.message == markMessage) {
-        channel->mark = static_cast<LONG>(message.wParam);
-        SetEvent(marked);
-    } else if (code == HC_ACTION && wParam == PM_REMOVE) {
-        channel->last[channel->taken % monkey::lastMessages] = {message.hwnd, message.message};
-        channel->taken = channel->taken + 1;
+    MSG& message = *reinterpret_cast<MSG*>(lParam);
+    if (code == HC_ACTION && wParam == PM_REMOVE) {
+        if (IsInput(message.message) && !TakesInput(message.hwnd)) {
+            message.message = WM_NULL;
+        }
+        if (message.message == markMessage) {
+            channel->mark = static_cast<LONG>(message.wParam);
+            SetEvent(marked);
+        } else {
+            channel->last[channel->taken % monkey::lastMessages] = {message.hwnd, message.message};
+            channel->taken = channel->taken + 1;
+        }
     }
     return CallNextHookEx(nullptr, code, wParam, lParam);
 }
