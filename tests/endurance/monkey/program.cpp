@@ -23,6 +23,9 @@ constexpr wchar_t mainWindowClass[] = L"Vantor Main Window";
 constexpr wchar_t shellStripClass[] = L"HHTaskBar";
 constexpr DWORD longest = longestPatience;
 
+// Of a program that was ended by Kill in Processes, where it finds itself as well.
+constexpr DWORD killedCode = 0x80004004;
+
 std::wstring Variable(const wchar_t* name) {
     wchar_t value[1024] = {};
     GetEnvironmentVariableW(name, value, 1024);
@@ -321,7 +324,9 @@ State Program::Settle() {
     const auto ended = [this] {
         DWORD code = 0;
         GetExitCodeProcess(process_.Get(), &code);
-        return code == 0 && test::ReadUnixFile(crashes_).empty() ? State::Ended : State::Crashed;
+        return (code == 0 || code == killedCode) && test::ReadUnixFile(crashes_).empty()
+                   ? State::Ended
+                   : State::Crashed;
     };
     ++mark_;
     bool posted = false;
