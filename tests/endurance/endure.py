@@ -1,5 +1,6 @@
 #!/usr/bin/env python3
-"""Runs the parts of ./endure in a started device: endure.py FOLDER [MINUTES] [--fresh] | FOLDER --try ... | --actions.
+"""Runs the parts of ./endure in a started device: endure.py FOLDER [MINUTES] [--fresh] | FOLDER --try ... |
+FOLDER --replay ... | --actions.
 
 A part does its work job by job until its time is over, keeps what it has found in FOLDER, and goes on from there.
 """
@@ -11,6 +12,8 @@ import signal
 import subprocess
 import sys
 import time
+
+from monkey.monkey import Monkey
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent.parent
 BUILD = pathlib.Path(os.environ.get("VANTOR_BUILD_FOLDER", ROOT / "build"))
@@ -136,7 +139,7 @@ class Sweep:
 
 
 # Others join them here.
-PARTS = [Sweep]
+PARTS = [Sweep, Monkey]
 
 
 def main(arguments):
@@ -148,6 +151,8 @@ def main(arguments):
         return 0
     if words[:1] == ["--try"] and len(words) == 5:
         return parts[0].again(*words[1:])
+    if words[:1] == ["--replay"] and len(words) == 3:
+        return parts[1].again(*words[1:])
     fresh = "--fresh" in words
     numbers = [word for word in words if word != "--fresh"]
     if len(numbers) > 1 or not all(word.isdigit() for word in numbers):

@@ -1,5 +1,6 @@
 #include "ui/window/gesture.h"
 
+#include <algorithm>
 #include <cstdlib>
 
 #include "ui/window/modal_loop.h"
@@ -11,6 +12,10 @@ namespace {
 
 // The longest press that still is a tap, in milliseconds.
 constexpr DWORD longestTap = 500;
+
+// Beside a key that was posted, which waits until the finger is lifted, nobody can tell what else
+// has come: it is looked for so often, in milliseconds.
+constexpr DWORD nextLook = 50;
 
 // What is served while a finger rests; it does not decide the gesture.
 constexpr UINT otherThanInput = QS_POSTMESSAGE | QS_TIMER | QS_PAINT | QS_SENDMESSAGE;
@@ -109,7 +114,7 @@ GestureResult DecideGesture(HWND window, GestureInfo& info, DWORD timeout) {
             continue;
         }
         // The same for all else. What is said to wait and cannot be had (a key that was posted)
-        // stays for later.
+        // stays for later, and what comes behind it may not wake the wait.
         const bool more = HIWORD(GetQueueStatus(otherThanInput)) != 0;
         if (dispatched || (more && !lookedInVain)) {
             lookedInVain = !dispatched;
@@ -120,8 +125,13 @@ GestureResult DecideGesture(HWND window, GestureInfo& info, DWORD timeout) {
         if (GetCapture() != window) {
             return GestureNone;
         }
+        const DWORD left = timeout - elapsed;
+        const DWORD longest = more ? std::min(left, nextLook) : left;
         const DWORD wait = MsgWaitForMultipleObjectsEx(
-            0, nullptr, timeout - elapsed, QS_MOUSEMOVE | QS_MOUSEBUTTON | otherThanInput, 0);
+            0, nullptr, longest, QS_MOUSEMOVE | QS_MOUSEBUTTON | otherThanInput, 0);
+        if (wait == WAIT_TIMEOUT && longest < left) {
+            continue;
+        }
         if (wait == WAIT_TIMEOUT) {
             return GetCapture() == window ? GestureHold : GestureNone;
         }

@@ -88,6 +88,17 @@ BOOL WINAPI LiftBehindTheLook(MSG* message, HWND window, UINT first, UINT last, 
     return found;
 }
 
+// Something comes after the second look at what waits, and before it is asked whether anything
+// does.
+decltype(GetQueueStatus)* getQueueStatus = nullptr;
+int questions = 0;
+DWORD WINAPI PostBeforeTheQuestion(UINT flags) {
+    if (++questions == 2) {
+        PostMessageW(pressed, WM_APP, 0, 0);
+    }
+    return getQueueStatus(flags);
+}
+
 // A tracker that does not want the drag after all.
 class RefusingTracker final : public DragTracker {
  public:
@@ -463,6 +474,32 @@ TEST_F(GestureTracking, AMoveBetweenTheLookAndTheWaitIsSeen) {
     const PlatformHook peek("PeekMessageW", MoveBehindTheLook);
     peekMessage = peek.Original();
     EXPECT_EQ(TrackGesture(owner.Handle(), info, gestureTimeout), GestureDrag);
+}
+
+// A key that was posted stays in the queue for as long as the finger rests.
+TEST_F(GestureTracking, WhatIsPostedIsServedAlsoBesideAKeyThatWaits) {
+    OpenOwner();
+    pressed = owner.Handle();
+    questions = 0;
+    bool served = false;
+    owner.answer = [&](UINT message, WPARAM, LPARAM, LRESULT*) {
+        if (message == WM_APP) {
+            served = true;
+            ReleaseCapture();
+        }
+        return message == WM_APP;
+    };
+    PostMessageW(owner.Handle(), WM_CHAR, L'a', 1);
+    GestureInfo info = PressAtTheFinger();
+    {
+        const PlatformHook status("GetQueueStatus", PostBeforeTheQuestion);
+        getQueueStatus = status.Original();
+        EXPECT_EQ(TrackGesture(owner.Handle(), info, longestWait), GestureNone);
+    }
+    EXPECT_TRUE(served);
+    MSG message;
+    while (PeekMessageW(&message, owner.Handle(), 0, 0, PM_REMOVE)) {
+    }
 }
 
 TEST_F(GestureTracking, TheMoveToTheNextPressIsNoneOfThisOne) {
