@@ -11,5 +11,6 @@ extern const Part clipboard;
 extern const Part entries;
 extern const Part loadedPacks;
 extern const Part formats;
+extern const Part starts;
 
 }  // namespace hostile
