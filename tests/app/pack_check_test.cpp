@@ -146,6 +146,25 @@ TEST_F(HostilePacks, ThatSayTheyAreShorterThanTheyAreLeaveEnglish) {
     EXPECT_TRUE(text::IsWholeModule(bytes.data(), bytes.size()));
 }
 
+// A loader knows a type by half of its word.
+TEST_F(HostilePacks, WithTextsUnderATypeOfAnotherWordLeaveEnglish) {
+    const std::vector<BYTE> sound = SoundPack();
+    const std::vector<BYTE> text = {3, 0, 'G', 0, 'u', 0, 't', 0};
+    const auto found = std::search(sound.begin(), sound.end(), text.begin(), text.end());
+    ASSERT_NE(found, sound.end());
+    // The second entry of the first folder is that of the texts.
+    constexpr size_t typePlace = 0x400 + 16 + 8;
+    ASSERT_EQ(sound[typePlace], 6);
+    for (const BYTE upper : {BYTE{0}, BYTE{1}, BYTE{0x40}}) {
+        std::vector<BYTE> bytes = sound;
+        bytes[typePlace + 2] = upper;
+        EXPECT_TRUE(text::IsWholeModule(bytes.data(), bytes.size()));
+        // A text that goes on behind the file.
+        bytes[static_cast<size_t>(found - sound.begin()) + 1] = 0xFF;
+        EXPECT_FALSE(text::IsWholeModule(bytes.data(), bytes.size())) << int{upper};
+    }
+}
+
 // A loader keeps a section with what it has; what lies behind it in the file is not loaded.
 TEST_F(HostilePacks, WithAFolderBehindTheirSectionLeaveEnglish) {
     std::vector<BYTE> bytes = SoundPack();

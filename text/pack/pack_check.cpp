@@ -129,7 +129,8 @@ class ModuleReader {
                 return false;
             }
             const size_t entry = at + folderHeaderSize + index * folderEntrySize;
-            const uint32_t kind = floor == 1 ? Word(entry) : type;
+            // Loaders know a type by half of its word.
+            const uint32_t kind = floor == 1 ? Half(entry) : type;
             if (!NameIsWhole(Word(entry)) || !TargetIsWhole(Word(entry + 4), floor, kind)) {
                 return false;
             }
