@@ -327,7 +327,8 @@ class TrustingLoader {
         }
         const uint64_t place = mapped_ ? PlaceLoaded(address, length) : PlaceInFile(address);
         const auto data = length ? Known(place, length, "data lie outside") : std::nullopt;
-        if (data && type == textType) {
+        // A type is known by half of its word.
+        if (data && (type & 0xFFFF) == textType) {
             size_t at = *data;
             for (int text = 0; text < 16; ++text) {
                 if (at + 2 > *data + length || at + 2 + 2 * Raw(at, 2) > *data + length) {
