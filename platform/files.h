@@ -25,9 +25,10 @@ static_assert(sizeof(FindData) == 560);
 using FindData = WIN32_FIND_DATAW;
 #endif
 
-// FindFirstFileW, FindNextFileW: entries "." and ".." never appear. The first returns
-// INVALID_HANDLE_VALUE on failure; the handle is closed with FindClose. A folder that holds
-// nothing but those two fails with ERROR_NO_MORE_FILES, as the second does at a folder's end.
+// FindFirstFileW, FindNextFileW: entries "." and ".." never appear, nor does what has no name of an
+// entry of the folder, as a damaged volume may have it. The first returns INVALID_HANDLE_VALUE on
+// failure; the handle is closed with FindClose. A folder that holds nothing else fails with
+// ERROR_NO_MORE_FILES, as the second does at a folder's end.
 HANDLE FindFirst(const wchar_t* pattern, FindData* data);
 bool FindNext(HANDLE search, FindData* data);
 

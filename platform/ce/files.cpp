@@ -1,6 +1,7 @@
 #include "platform/files.h"
 
 #include "platform/handles.h"
+#include "platform/search.h"
 
 // The platform's structure, whose last field a PC does not have.
 struct FileInformation {
@@ -85,11 +86,11 @@ std::wstring UpperCase(std::wstring_view text) {
 
 }  // namespace
 
-HANDLE FindFirst(const wchar_t* pattern, FindData* data) {
+HANDLE BeginSearch(const wchar_t* pattern, FindData* data) {
     return CeFindFirstFile(pattern, data);
 }
 
-bool FindNext(HANDLE search, FindData* data) {
+bool ContinueSearch(HANDLE search, FindData* data) {
     // A driver that ends a search without a word must not end it with another call's error.
     SetLastError(ERROR_NO_MORE_FILES);
     return CeFindNextFile(search, data) != FALSE;

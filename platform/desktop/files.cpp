@@ -6,14 +6,11 @@
 
 #include "platform/desktop/paths.h"
 #include "platform/handles.h"
+#include "platform/search.h"
 
 namespace platform {
 
 namespace {
-
-bool IsDotEntry(const wchar_t* name) {
-    return name[0] == L'.' && (name[1] == 0 || (name[1] == L'.' && name[2] == 0));
-}
 
 constexpr DWORD shareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 
@@ -48,24 +45,12 @@ bool TellsIdentity(const BY_HANDLE_FILE_INFORMATION& identity) {
 
 }  // namespace
 
-HANDLE FindFirst(const wchar_t* pattern, FindData* data) {
-    const HANDLE search = FindFirstFileW(pattern, data);
-    if (search == INVALID_HANDLE_VALUE || !IsDotEntry(data->cFileName) || FindNext(search, data)) {
-        return search;
-    }
-    const DWORD error = GetLastError();
-    FindClose(search);
-    SetLastError(error);
-    return INVALID_HANDLE_VALUE;
+HANDLE BeginSearch(const wchar_t* pattern, FindData* data) {
+    return FindFirstFileW(pattern, data);
 }
 
-bool FindNext(HANDLE search, FindData* data) {
-    while (FindNextFileW(search, data)) {
-        if (!IsDotEntry(data->cFileName)) {
-            return true;
-        }
-    }
-    return false;
+bool ContinueSearch(HANDLE search, FindData* data) {
+    return FindNextFileW(search, data) != FALSE;
 }
 
 std::wstring CanonicalPath(const std::wstring& path) {

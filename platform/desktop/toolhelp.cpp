@@ -3,6 +3,7 @@
 #include <psapi.h>
 
 #include <algorithm>
+#include <cwchar>
 #include <string>
 
 #include "platform/desktop/paths.h"
@@ -12,6 +13,12 @@
 namespace platform {
 
 namespace {
+
+// What stands in an array, whether it ends within it or not.
+template <size_t size>
+std::wstring TextIn(const wchar_t (&room)[size]) {
+    return std::wstring(room, wcsnlen(room, size));
+}
 
 // A copy that is cut where it does not fit.
 void CopyText(wchar_t (&target)[MAX_PATH], const std::wstring& source) {
@@ -59,18 +66,18 @@ void Describe(const PROCESSENTRY32& found, ProcessEntry* entry) {
     entry->processId = found.th32ProcessID;
     entry->threadCount = found.cntThreads;
     entry->base = BaseOfProcess(found.th32ProcessID);
-    CopyText(entry->name, found.szExeFile);
+    CopyText(entry->name, TextIn(found.szExeFile));
 }
 
 void Describe(const MODULEENTRY32& found, ModuleEntry* entry) {
     entry->id = reinterpret_cast<ULONG_PTR>(found.hModule);
     entry->base = reinterpret_cast<ULONG_PTR>(found.modBaseAddr);
     entry->size = found.modBaseSize;
-    CopyText(entry->name, found.szModule);
+    CopyText(entry->name, TextIn(found.szModule));
     // The beginning of a path that is too long would name another file.
-    CopyText(entry->path, found.szExePath[0]
-                              ? desktop::WithinLimit(desktop::FromImagePath(found.szExePath))
-                              : std::wstring());
+    CopyText(entry->path, found.szExePath[0] ? desktop::WithinLimit(
+                                                   desktop::FromImagePath(TextIn(found.szExePath)))
+                                             : std::wstring());
 }
 
 struct SnapshotHeaps::State {

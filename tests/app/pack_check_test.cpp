@@ -146,6 +146,87 @@ TEST_F(HostilePacks, ThatSayTheyAreShorterThanTheyAreLeaveEnglish) {
     EXPECT_TRUE(text::IsWholeModule(bytes.data(), bytes.size()));
 }
 
+// A loader knows a type by half of its word.
+TEST_F(HostilePacks, WithTextsUnderATypeOfAnotherWordLeaveEnglish) {
+    const std::vector<BYTE> sound = SoundPack();
+    const std::vector<BYTE> text = {3, 0, 'G', 0, 'u', 0, 't', 0};
+    const auto found = std::search(sound.begin(), sound.end(), text.begin(), text.end());
+    ASSERT_NE(found, sound.end());
+    // The second entry of the first folder is that of the texts.
+    constexpr size_t typePlace = 0x400 + 16 + 8;
+    ASSERT_EQ(sound[typePlace], 6);
+    for (const BYTE upper : {BYTE{0}, BYTE{1}, BYTE{0x40}}) {
+        std::vector<BYTE> bytes = sound;
+        bytes[typePlace + 2] = upper;
+        EXPECT_TRUE(text::IsWholeModule(bytes.data(), bytes.size()));
+        // A text that goes on behind the file.
+        bytes[static_cast<size_t>(found - sound.begin()) + 1] = 0xFF;
+        EXPECT_FALSE(text::IsWholeModule(bytes.data(), bytes.size())) << int{upper};
+    }
+}
+
+// A loader keeps a section with what it has; what lies behind it in the file is not loaded.
+TEST_F(HostilePacks, WithAFolderBehindTheirSectionLeaveEnglish) {
+    std::vector<BYTE> bytes = SoundPack();
+    bytes.resize(bytes.size() + 0x200);
+    EXPECT_TRUE(text::IsWholeModule(bytes.data(), bytes.size()));
+    // The second entry of the first folder leads to a folder without entries, at the file's end.
+    const auto beyond = static_cast<DWORD>(bytes.size() - 0x400 - 16) | 0x80000000;
+    std::memcpy(&bytes[0x400 + 16 + 8 + 4], &beyond, sizeof beyond);
+    EXPECT_FALSE(text::IsWholeModule(bytes.data(), bytes.size()));
+}
+
+// Where sections lie one over another, or over the headers, each loader finds other bytes.
+TEST_F(HostilePacks, WithSectionsInEachOthersPlaceLeaveEnglish) {
+    const std::vector<BYTE> sound = SoundPack();
+    const auto withSections = [&](DWORD first, DWORD stored, DWORD headers) {
+        std::vector<BYTE> bytes = sound;
+        auto* const image = reinterpret_cast<IMAGE_NT_HEADERS64*>(
+            bytes.data() + reinterpret_cast<const IMAGE_DOS_HEADER*>(bytes.data())->e_lfanew);
+        auto* const sections = IMAGE_FIRST_SECTION(image);
+        sections[1] = sections[0];
+        sections[0].VirtualAddress = first;
+        sections[0].Misc.VirtualSize = 0x10;
+        sections[0].SizeOfRawData = stored;
+        image->FileHeader.NumberOfSections = 2;
+        image->OptionalHeader.SizeOfHeaders = headers;
+        return text::IsWholeModule(bytes.data(), bytes.size());
+    };
+    EXPECT_TRUE(withSections(0x800, 0x200, 0x400));
+    EXPECT_TRUE(withSections(0xE00, 0x200, 0x400));
+    EXPECT_FALSE(withSections(0xE00, 0x201, 0x400));
+    EXPECT_FALSE(withSections(0x1000, 0x10, 0x400));
+    EXPECT_FALSE(withSections(0x2000, 0x10, 0x400));
+    EXPECT_FALSE(withSections(0x800, 0x200, 0x801));
+    EXPECT_FALSE(withSections(0x800, 0x200, 0xFFFFFFFF));
+}
+
+// Each address would be looked for in all of them.
+TEST_F(HostilePacks, WithMoreSectionsThanALoaderTakesLeaveEnglish) {
+    const std::vector<BYTE> sound = SoundPack();
+    const auto withSections = [&](WORD count) {
+        std::vector<BYTE> bytes = sound;
+        auto* const image = reinterpret_cast<IMAGE_NT_HEADERS64*>(
+            bytes.data() + reinterpret_cast<const IMAGE_DOS_HEADER*>(bytes.data())->e_lfanew);
+        const auto place = static_cast<size_t>(
+            reinterpret_cast<const BYTE*>(IMAGE_FIRST_SECTION(image)) - bytes.data());
+        image->FileHeader.NumberOfSections = count;
+        IMAGE_SECTION_HEADER ours;
+        std::memcpy(&ours, &bytes[place], sizeof ours);
+        const size_t added = (count - size_t{1}) * sizeof ours;
+        ours.PointerToRawData += static_cast<DWORD>(added);
+        bytes.insert(bytes.begin() + static_cast<std::ptrdiff_t>(place), added, 0);
+        std::memcpy(&bytes[place + added], &ours, sizeof ours);
+        for (size_t at = place; at < place + added; at += sizeof ours) {
+            reinterpret_cast<IMAGE_SECTION_HEADER*>(&bytes[at])->VirtualAddress = 0x1000;
+        }
+        return text::IsWholeModule(bytes.data(), bytes.size());
+    };
+    EXPECT_TRUE(withSections(96));
+    EXPECT_FALSE(withSections(97));
+    EXPECT_FALSE(withSections(0xFFFF));
+}
+
 TEST_F(HostilePacks, ThatAreAnotherProgramLeaveEnglishWhereItHasNoText) {
     wchar_t notepad[MAX_PATH];
     ASSERT_TRUE(GetSystemDirectoryW(notepad, MAX_PATH));

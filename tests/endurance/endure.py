@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 """Runs the parts of ./endure in a started device: endure.py FOLDER [MINUTES] [--fresh] | FOLDER --try ... |
-FOLDER --replay ... | --actions.
+FOLDER --try-input ... | FOLDER --replay ... | --actions.
 
 A part does its work job by job until its time is over, keeps what it has found in FOLDER, and goes on from there.
 """
@@ -138,26 +138,131 @@ class Sweep:
         return subprocess.run(self.command("run", action, mode, kinds, first, last or first, 3600), check=False).returncode
 
 
+class Hostile:
+    """What comes from outside, spoilt, and given to the readers of it within this machine's own process."""
+
+    NAME = "hostile"
+    TITLE = "input"
+    # So many of each kind are enough.
+    WANTED = 1000000
+
+    def __init__(self, folder):
+        self.results = folder / f"{self.NAME}.tsv"
+        self.key = folder / f"{self.NAME}.key"
+        self.kept = folder / self.NAME
+        self.program = BUILD / "hostile/hostile"
+
+    def command(self, *words):
+        return [str(self.program), *map(str, words)]
+
+    def run_command(self, name, first, count, seconds):
+        return self.command("run", name, first, count, seconds, self.kept)
+
+    def forget_others(self, fresh):
+        """Another program has other mistakes."""
+        identity = hashlib.sha256(self.program.read_bytes()).hexdigest()
+        if fresh or not self.key.exists() or self.key.read_text() != identity:
+            self.results.unlink(missing_ok=True)
+            self.key.write_text(identity)
+        self.kept.mkdir(exist_ok=True)
+
+    def lines(self):
+        if not self.results.exists():
+            return []
+        return [line.split("\t") for line in self.results.read_text().split("\n") if line]
+
+    def counts(self):
+        """Of each kind: the next seed, and how many were tried, accepted and wrong."""
+        found = {}
+        for mark, *fields in self.lines():
+            if mark == "#":
+                name, following, *numbers = fields
+                before = found.get(name, (1, 0, 0, 0))
+                found[name] = (int(following), *(old + int(new) for old, new in zip(before[1:], numbers)))
+        return found
+
+    def run(self, until):
+        listed = subprocess.run(self.command("parts"), stdout=subprocess.PIPE, text=True, check=True)
+        names = listed.stdout.split()
+        for index, name in enumerate(names):
+            following, tried, _, wrong = self.counts().get(name, (1, 0, 0, 0))
+            seconds = int((until - time.time()) / (len(names) - index))
+            if seconds <= 0 or tried >= self.WANTED or wrong:
+                continue
+            print(f"{self.NAME} {name}, from {following}", flush=True)
+            process = subprocess.Popen(self.run_command(name, following, self.WANTED - tried, seconds), text=True,
+                                       stdout=subprocess.PIPE, stdin=subprocess.DEVNULL, start_new_session=True)
+            try:
+                told = process.communicate(timeout=seconds + 120)[0]
+            except subprocess.TimeoutExpired:
+                os.killpg(process.pid, signal.SIGKILL)
+                told = f"WRONG\t{name}\t{following}\tthis one, or one behind it, does not come to an end\t\n"
+            lines = [line for line in told.splitlines() if line.startswith(("WRONG\t", "#\t"))]
+            if not any(line.startswith("#") for line in lines):
+                # Where the program has ended there is one that was wrong.
+                seed = int(lines[-1].split("\t")[2]) if lines else following
+                lines = lines or [f"WRONG\t{name}\t{seed}\tit did not run\t"]
+                lines.append(f"#\t{name}\t{seed + 1}\t{seed + 1 - following}\t0\t1")
+            with self.results.open("a") as results:
+                results.write("".join(line + "\n" for line in lines))
+
+    def table(self):
+        out = [f"| {self.TITLE} | tried | accepted | WRONG |", "|---|---|---|---|"]
+        for name, (_, tried, accepted, wrong) in self.counts().items():
+            out.append(f"| {name} | {tried} | {accepted} | {wrong or '·'} |")
+        return "\n".join(out)
+
+    def wrong(self):
+        return [f'./endure --try-input {name} "{(file or [seed])[0] or seed}"  # {what} (seed {seed})'
+                for mark, name, seed, what, *file in self.lines() if mark == "WRONG"]
+
+    def again(self, name, file):
+        return subprocess.run(self.command("try", name, file), check=False).returncode
+
+
+class HostileOnDevice(Hostile):
+    """The same through the system's own files, registry, clipboard and loader."""
+
+    NAME = "hostile_on_device"
+    TITLE = "input, on a device"
+
+    def __init__(self, folder):
+        super().__init__(folder)
+        self.program = BUILD / "desktop/tests/hostile_input.exe"
+
+    def command(self, *words):
+        return [str(ROOT / "tools/device/in_device"), *super().command(*words)]
+
+    def run_command(self, name, first, count, seconds):
+        return self.command("run", name, first, count, seconds)
+
+    def again(self, name, seed):
+        return subprocess.run(self.run_command(name, seed, 1, 600), check=False).returncode
+
+
 # Others join them here.
-PARTS = [Sweep, Monkey]
+PARTS = [Hostile, HostileOnDevice, Sweep, Monkey]
 
 
 def main(arguments):
     folder = pathlib.Path(arguments[0])
     words = arguments[1:]
-    parts = [part(folder) for part in PARTS]
     if words[:1] == ["--actions"]:
-        print("\n".join(parts[0].actions()))
+        print("\n".join(Sweep(folder).actions()))
         return 0
     if words[:1] == ["--try"] and len(words) == 5:
-        return parts[0].again(*words[1:])
+        return Sweep(folder).again(*words[1:])
     if words[:1] == ["--replay"] and len(words) == 3:
-        return parts[1].again(*words[1:])
+        return Monkey(folder).again(*words[1:])
+    if words[:1] == ["--try-input"] and len(words) == 3:
+        # An input that was kept is a file, one on a device is known by its seed.
+        return (HostileOnDevice if words[2].isdigit() else Hostile)(folder).again(*words[1:])
     fresh = "--fresh" in words
     numbers = [word for word in words if word != "--fresh"]
     if len(numbers) > 1 or not all(word.isdigit() for word in numbers):
         print("see ./endure --help", file=sys.stderr)
         return 2
+    parts = [part(folder) for part in PARTS]
     until = time.time() + 60 * int(numbers[0] if numbers else 60)
     wrong = []
     for index, part in enumerate(parts):

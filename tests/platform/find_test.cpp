@@ -35,7 +35,51 @@ BOOL WINAPI FailToGoOn(HANDLE, WIN32_FIND_DATAW*) {
 
 using Next = BOOL(HANDLE, WIN32_FIND_DATAW*);
 
+// A volume whose folder holds names that no file can be given.
+std::vector<std::wstring> namesOnVolume;
+size_t nextName = 0;
+
+BOOL WINAPI GiveNextName(HANDLE, WIN32_FIND_DATAW* data) {
+    if (nextName >= namesOnVolume.size()) {
+        SetLastError(ERROR_NO_MORE_FILES);
+        return FALSE;
+    }
+    const std::wstring& name = namesOnVolume[nextName++];
+    std::fill(std::begin(data->cFileName), std::end(data->cFileName), L'x');
+    std::copy_n(name.c_str(), std::min<size_t>(name.size() + 1, MAX_PATH), data->cFileName);
+    return TRUE;
+}
+
+HANDLE(WINAPI* beginSearch)(const wchar_t*, WIN32_FIND_DATAW*) = nullptr;
+
+HANDLE WINAPI GiveFirstName(const wchar_t*, WIN32_FIND_DATAW* data) {
+    // A real one, so that it must be closed as one.
+    const HANDLE search = beginSearch(L"C:\\*", data);
+    nextName = 0;
+    GiveNextName(search, data);
+    return search;
+}
+
 }  // namespace
+
+TEST(Find, LeavesOutNamesThatLeadOutOfTheFolderOrHaveNoEnd) {
+    const PlatformHook<HANDLE(const wchar_t*, WIN32_FIND_DATAW*)> first("FindFirstFileW",
+                                                                        GiveFirstName);
+    const PlatformHook<Next> next("FindNextFileW", GiveNextName);
+    beginSearch = first.Original();
+    namesOnVolume = {L"..\\Windows",
+                     L"a.txt",
+                     L"",
+                     L"Sub/b.txt",
+                     L"\\Windows",
+                     L"..c",
+                     std::wstring(MAX_PATH, L'n'),
+                     L"..",
+                     L"last"};
+    EXPECT_EQ(EntriesOf(L""), (Names{L"a.txt", L"..c", L"last"}));
+    namesOnVolume = {L"..\\Windows", L".."};
+    EXPECT_EQ(EntriesOf(L""), Names());
+}
 
 TEST(Find, GivesTheEntriesOfAFolderWithoutTheDots) {
     const TemporaryFolder folder;

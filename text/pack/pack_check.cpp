@@ -16,6 +16,11 @@ constexpr DWORD largestPack = 4 * 1024 * 1024;
 // The most folders and data entries together; a pack has some fifty.
 constexpr unsigned entryLimit = 4096;
 
+// The most sections that a loader takes; a pack has one or two.
+constexpr size_t sectionLimit = 96;
+
+// Where the size of all headers stands among the image's own words.
+constexpr size_t headersOffset = 60;
 constexpr size_t sectionHeaderSize = 40;
 constexpr size_t folderHeaderSize = 16;
 constexpr size_t folderEntrySize = 8;
@@ -46,15 +51,9 @@ class ModuleReader {
         const size_t optionalSize = Half(header + 20);
         sections_ = optional + optionalSize;
         sectionCount_ = sectionCount;
-        if (optionalSize < 2 || !Has(optional, optionalSize) ||
+        if (!Has(optional, optionalSize) || sectionCount > sectionLimit ||
             !Has(sections_, sectionCount * sectionHeaderSize)) {
             return false;
-        }
-        for (size_t index = 0; index < sectionCount; ++index) {
-            const size_t section = sections_ + index * sectionHeaderSize;
-            if (Word(section + 16) != 0 && !Has(Word(section + 20), Word(section + 16))) {
-                return false;
-            }
         }
         // The list of directories begins where the image's own words end.
         const size_t directories = Half(optional) == IMAGE_NT_OPTIONAL_HDR64_MAGIC ? 112 : 96;
@@ -63,16 +62,43 @@ class ModuleReader {
             return false;
         }
         const uint32_t root = Word(optional + resources);
-        root_ = OffsetOf(root, folderHeaderSize);
-        return root_ != 0 && root % alignment == 0 && FolderIsWhole(0, 1, 0);
+        if (root % alignment != 0 || !SectionsAreWhole(Word(optional + headersOffset))) {
+            return false;
+        }
+        const Place place = PlaceOf(root, folderHeaderSize);
+        root_ = place.offset;
+        end_ = place.offset + place.room;
+        return root_ != 0 && FolderIsWhole(0, 1, 0);
     }
 
  private:
     bool Has(size_t offset, size_t length) const { return bytes_.Has(offset, length); }
     uint16_t Half(size_t offset) const { return bytes_.Half(offset); }
     uint32_t Word(size_t offset) const { return bytes_.Word(offset); }
-    // Where bytes of the loaded image stand in the file; 0 when they do not.
-    size_t OffsetOf(uint32_t address, size_t length) const {
+    // Whether bytes lie in the section of the folders: another may be loaded elsewhere.
+    bool HasBesideRoot(size_t offset, size_t length) const {
+        return offset <= end_ && length <= end_ - offset;
+    }
+    // Whether what the sections have of the file is there, and each lies behind the one before and
+    // all behind the headers: not every loader looks for an address in the same order.
+    bool SectionsAreWhole(uint64_t end) const {
+        for (size_t index = 0; index < sectionCount_; ++index) {
+            const size_t section = sections_ + index * sectionHeaderSize;
+            const uint32_t start = Word(section + 12);
+            const uint32_t inFile = Word(section + 16);
+            if (start < end || (inFile != 0 && !Has(Word(section + 20), inFile))) {
+                return false;
+            }
+            end = uint64_t{start} + std::max(Word(section + 8), inFile);
+        }
+        return true;
+    }
+    // Where bytes stand in the file, 0 when they do not, and how many are there.
+    struct Place {
+        size_t offset = 0;
+        size_t room = 0;
+    };
+    Place PlaceOf(uint32_t address, size_t length) const {
         for (size_t index = 0; index < sectionCount_; ++index) {
             const size_t section = sections_ + index * sectionHeaderSize;
             const uint32_t start = Word(section + 12);
@@ -81,19 +107,21 @@ class ModuleReader {
             const uint32_t stored = mapped != 0 ? std::min(mapped, inFile) : inFile;
             if (address >= start && address - start <= stored &&
                 length <= stored - (address - start)) {
-                return size_t{Word(section + 20)} + (address - start);
+                return Place{size_t{Word(section + 20)} + (address - start),
+                             stored - (address - start)};
             }
         }
-        return 0;
+        return Place();
     }
     // `folder` counts from the root; `type` is that of the resources in it, below the first floor.
     bool FolderIsWhole(uint32_t folder, unsigned floor, uint32_t type) {
         const size_t at = root_ + folder;
-        if (floor > folderFloors || folder % alignment != 0 || !Has(at, folderHeaderSize)) {
+        if (floor > folderFloors || folder % alignment != 0 ||
+            !HasBesideRoot(at, folderHeaderSize)) {
             return false;
         }
         const size_t count = size_t{Half(at + 12)} + Half(at + 14);
-        if (!Has(at + folderHeaderSize, count * folderEntrySize)) {
+        if (!HasBesideRoot(at + folderHeaderSize, count * folderEntrySize)) {
             return false;
         }
         for (size_t index = 0; index < count; ++index) {
@@ -101,7 +129,8 @@ class ModuleReader {
                 return false;
             }
             const size_t entry = at + folderHeaderSize + index * folderEntrySize;
-            const uint32_t kind = floor == 1 ? Word(entry) : type;
+            // Loaders know a type by half of its word.
+            const uint32_t kind = floor == 1 ? Half(entry) : type;
             if (!NameIsWhole(Word(entry)) || !TargetIsWhole(Word(entry + 4), floor, kind)) {
                 return false;
             }
@@ -113,19 +142,20 @@ class ModuleReader {
             return true;
         }
         const size_t at = root_ + (name & ~subfolder);
-        return at % sizeof(wchar_t) == 0 && Has(at, 2) && Has(at + 2, size_t{2} * Half(at));
+        return at % sizeof(wchar_t) == 0 && HasBesideRoot(at, 2) &&
+               HasBesideRoot(at + 2, size_t{2} * Half(at));
     }
     bool TargetIsWhole(uint32_t target, unsigned floor, uint32_t type) {
         if (target & subfolder) {
             return FolderIsWhole(target & ~subfolder, floor + 1, type);
         }
         const size_t at = root_ + target;
-        if (target % alignment != 0 || !Has(at, dataEntrySize)) {
+        if (target % alignment != 0 || !HasBesideRoot(at, dataEntrySize)) {
             return false;
         }
         const uint32_t address = Word(at);
         const uint32_t length = Word(at + 4);
-        const size_t data = OffsetOf(address, length);
+        const size_t data = PlaceOf(address, length).offset;
         return data != 0 && address % alignment == 0 &&
                (type != stringTable || TextsAreWhole(data, length));
     }
@@ -144,7 +174,9 @@ class ModuleReader {
     const ByteReader& bytes_;
     size_t sections_ = 0;
     size_t sectionCount_ = 0;
+    // Where the folders begin, and where their section ends.
     size_t root_ = 0;
+    size_t end_ = 0;
     unsigned entries_ = 0;
 };
 

@@ -126,7 +126,7 @@ ProcessInfo GatherProcessInfo(DWORD processId) {
     const std::wstring path = platform::PathOfProcess(info.entry);
     if (!path.empty()) {
         info.entry.name[path.copy(info.entry.name, MAX_PATH - 1)] = 0;
-        info.fileName = path.rfind(L'\\') + 1;
+        info.fileName = std::wstring_view(info.entry.name).rfind(L'\\') + 1;
     }
     info.regions = WalkVirtualMemory(info.entry);
     info.heapBytes = HeapBytesOf(processId);
