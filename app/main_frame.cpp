@@ -72,7 +72,8 @@ MainFrame::~MainFrame() {
     Destroy();
 }
 
-bool MainFrame::Open() {
+bool MainFrame::Open(std::optional<int> showCommand) {
+    showCommand_ = showCommand;
     const RECT anywhere = {CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT};
     return Create(mainWindowClass, text::TextOf(IDS_PROGRAM).c_str(), WS_CLIPCHILDREN, anywhere,
                   nullptr);
@@ -106,6 +107,13 @@ void MainFrame::OnCreate() {
         throw faults::W32Fault();
     }
     slideBar_.LoadBar(IDR_SLIDE_BAR);
+    FollowVisibleArea();
+    Arrange();
+    if (showCommand_) {
+        // Reading a folder and asking for the system's icons takes as long as all the rest.
+        ShowWindow(Handle(), *showCommand_);
+        UpdateWindow(Handle());
+    }
     closer_.emplace();
     closer_->SpareWindow(Handle());
     hiddenApps_.LoadHiddenApps();
@@ -116,8 +124,7 @@ void MainFrame::OnCreate() {
     for (const std::unique_ptr<views::View>& view : views_) {
         view->Layout(dc);
     }
-    FollowVisibleArea();
-    Arrange();
+    ArrangeView(pane_.ClientRectangle());
     ActivateCurrent(ViewArgument());
     // What a window kept while it was placed.
     ui::RethrowHeldException();
@@ -125,6 +132,11 @@ void MainFrame::OnCreate() {
     UpdateSlideBar();
     TitleChanged();
     MenuStateChanged();
+    // The keyboard came before there was a view to have it.
+    if (GetFocus() == Handle()) {
+        platform::HideInputPanelButton(Handle());
+        Current().Focus();
+    }
     platform::ClaimBackKey(Handle());
 }
 

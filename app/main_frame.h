@@ -4,6 +4,7 @@
 
 #include <array>
 #include <memory>
+#include <optional>
 
 #include "app/language_menu.h"
 #include "app/view_pane.h"
@@ -25,8 +26,9 @@ class MainFrame : public ui::Window, public views::Frame, private PaneOwner {
     MainFrame() = default;
     ~MainFrame() override;
 
-    // Creates the window with its views; false when any of it fails.
-    bool Open();
+    // Creates the window with its views; false when any of it fails. With a command for ShowWindow
+    // it is seen before its first view has read what it shows.
+    bool Open(std::optional<int> showCommand = std::nullopt);
 
     HWND MainWindow() const override { return Handle(); }
     HWND Pane() const override { return pane_.Handle(); }
@@ -108,6 +110,7 @@ class MainFrame : public ui::Window, public views::Frame, private PaneOwner {
     DWORD flags_ = 0;
     LanguageMenu languages_;
     int bandHeight_ = 0;
+    std::optional<int> showCommand_;
     // Whether creation has succeeded; only then is anything saved.
     bool open_ = false;
 };

@@ -49,7 +49,7 @@ int RunMainFrame(Module& module, HANDLE event, int showCommand) {
     const platform::ScopeExit unregister([&module] { module.RemoveMessageLoop(); });
     platform::ScopeExit faultPasses(ForgetTheFramesEnd);
     MainFrame frame;
-    if (!frame.Open()) {
+    if (!frame.Open(showCommand)) {
         throw faults::Fault(text::TextOf(IDS_CANNOT_CREATE_MAIN_WINDOW));
     }
     if (!platform::SignalEvent(event)) {
