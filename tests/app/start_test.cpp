@@ -273,7 +273,7 @@ TEST_F(ProgramRun, RegistersTheLoopOfTheMainThreadWhileItRuns) {
 
 TEST_F(ProgramRun, FreesFontsAndPicturesAtItsEnd) {
     RunAndClose();
-    EXPECT_FALSE(ui::Resources().mainStrip);
+    EXPECT_FALSE(ui::Resources().MainStrip());
     EXPECT_FALSE(ui::Resources().StatusStrip());
 }
 
@@ -328,7 +328,7 @@ TEST_F(ProgramInGerman, KeepsItsOwnPicturesWithAPackOfTexts) {
     bool hasStrips = false;
     Run([&] {
         const HWND window = MainWindow();
-        hasStrips = ui::Resources().mainStrip && ui::Resources().StatusStrip();
+        hasStrips = ui::Resources().MainStrip() && ui::Resources().StatusStrip();
         PostMessageW(window, WM_CLOSE, 0, 0);
     });
     EXPECT_TRUE(hasStrips);
@@ -349,7 +349,7 @@ TEST_F(ProgramInGerman, TakesThePacksPicturesWhereItHasThem) {
     Run([&] {
         const HWND window = MainWindow();
         program.Call([&] {
-            mainSize = ui::Resources().mainStrip.IconSize();
+            mainSize = ui::Resources().MainStrip().IconSize();
             statusSize = ui::Resources().StatusStrip().IconSize();
         });
         PostMessageW(window, WM_CLOSE, 0, 0);

@@ -256,7 +256,7 @@ TEST_F(GalleryControls, ADisabledButtonUnderAFinger) {
 TEST_F(GalleryControls, SlideBarAtTheTop) {
     Open({{1, L"Done"}});
     const int width = owner.ClientRectangle().right;
-    const int icon = ui::Resources().mainStrip.IconSize();
+    const int icon = ui::Resources().MainStrip().IconSize();
     TakeSlideBar("slide_bar_top", RECT{0, 0, width, icon + icon / 4},
                  POINT{width * 3 / 8, icon / 2});
 }
@@ -264,7 +264,7 @@ TEST_F(GalleryControls, SlideBarAtTheTop) {
 TEST_F(GalleryControls, SlideBarAtTheLeft) {
     Open({{1, L"Done"}});
     const int height = owner.ClientRectangle().bottom - 40;
-    const int icon = ui::Resources().mainStrip.IconSize();
+    const int icon = ui::Resources().MainStrip().IconSize();
     TakeSlideBar("slide_bar_left", RECT{0, 0, icon + icon / 4, height},
                  POINT{icon / 2, height * 3 / 8});
 }

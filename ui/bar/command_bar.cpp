@@ -335,7 +335,7 @@ void CommandBar::DrawButton(HDC dc, const RECT& bounds, unsigned button) {
 }
 
 bool CommandBar::DrawImage(HDC dc, const RECT& bounds, int image, bool disabled) {
-    const ImageStrip& images = Resources().mainStrip;
+    const ImageStrip& images = Resources().MainStrip();
     if (!images) {
         return false;
     }

@@ -46,7 +46,7 @@ bool SlideBar::LoadBar(UINT resourceId) {
 }
 
 int SlideBar::Thickness() const {
-    const int icon = Resources().mainStrip.IconSize();
+    const int icon = Resources().MainIconSize();
     return icon + icon / 4;
 }
 
@@ -148,7 +148,7 @@ void SlideBar::Paint(HDC dc, const RECT& client) {
     const platform::Selected font(dc, Fonts().Small());
     SetBkMode(dc, TRANSPARENT);
     SetTextColor(dc, barTextColor);
-    const ImageStrip& images = Resources().mainStrip;
+    const ImageStrip& images = Resources().MainStrip();
     for (UINT index = 0; index < count_; ++index) {
         MenuItem item;
         if (!ReadMenuItem(menu_.Get(), index, &item)) {

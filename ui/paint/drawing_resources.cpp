@@ -17,16 +17,32 @@ void DrawingResources::Load() {
     const unsigned iconSize = GetScreenMetrics().iconSize;
     const HINSTANCE module = StripModule(mainStrips, iconSize);
     mainStripId_ = ChooseStrip(module, mainStrips, iconSize);
-    mainStrip = LoadStrip(module, *mainStripId_);
 }
 
 void DrawingResources::Free() {
-    mainStrip = ImageStrip();
+    mainStrip_.reset();
     mainStripId_.reset();
     secondStrip_.reset();
     statusStrip_.reset();
     brushes.Free();
     fonts.Free();
+}
+
+ImageStrip& DrawingResources::MainStrip() {
+    if (!mainStrip_) {
+        mainStrip_ = mainStripId_ ? LoadStrip(StripModule(mainStrips, GetScreenMetrics().iconSize),
+                                              *mainStripId_)
+                                  : ImageStrip();
+    }
+    return *mainStrip_;
+}
+
+int DrawingResources::MainIconSize() const {
+    if (mainStrip_ || !mainStripId_) {
+        return mainStrip_ ? mainStrip_->IconSize() : 0;
+    }
+    const HINSTANCE module = StripModule(mainStrips, GetScreenMetrics().iconSize);
+    return static_cast<int>(StripHeight(module, *mainStripId_).value_or(0));
 }
 
 const ImageStrip& DrawingResources::SecondStrip() {

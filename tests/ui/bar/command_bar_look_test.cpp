@@ -34,7 +34,7 @@ class CommandBarLook : public BarTest {
     }
     void UseSampleStrip() {
         replaced_ = true;
-        ui::Resources().mainStrip = SampleStrip();
+        ui::Resources().MainStrip() = SampleStrip();
     }
     // A bar of two items with the images 0 and `second`.
     void OpenWithImages(ULONG_PTR second, UINT flags = MF_STRING) {
@@ -130,7 +130,7 @@ TEST_F(CommandBarLook, AnImageThatIsNotThereLeavesTheText) {
     UseSampleStrip();
     OpenWithImages(2);
     EXPECT_TRUE(Has(PictureOfButton(1), RGB(255, 255, 255)));
-    ui::Resources().mainStrip = ui::ImageStrip();
+    ui::Resources().MainStrip() = ui::ImageStrip();
     InvalidateRect(bar.Handle(), nullptr, FALSE);
     UpdateWindow(bar.Handle());
     EXPECT_TRUE(PumpUntil([&] { return Has(PictureOfButton(0), RGB(255, 255, 255)); }));

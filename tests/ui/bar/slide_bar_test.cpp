@@ -153,8 +153,8 @@ TEST_F(SlideBarWindow, OwnsItsMenu) {
 
 TEST_F(SlideBarWindow, IsAsThickAsAnIconWithAMargin) {
     OpenLevel();
-    EXPECT_GT(bar.Thickness(), ui::Resources().mainStrip.IconSize());
-    EXPECT_LE(bar.Thickness(), ui::Resources().mainStrip.IconSize() * 3 / 2);
+    EXPECT_GT(bar.Thickness(), ui::Resources().MainStrip().IconSize());
+    EXPECT_LE(bar.Thickness(), ui::Resources().MainStrip().IconSize() * 3 / 2);
 }
 
 TEST_F(SlideBarTap, SendsTheEntrysCommandToTheParent) {
@@ -282,7 +282,7 @@ TEST_F(SlideBarLook, EveryEntryHasAnIconOfItsOwn) {
 
 TEST_F(SlideBarLook, WithoutIconsShowsTheTexts) {
     OpenLevel();
-    ui::Resources().mainStrip = ui::ImageStrip();
+    ui::Resources().MainStrip() = ui::ImageStrip();
     InvalidateRect(bar.Handle(), nullptr, FALSE);
     Run([&] {
         for (int entry = 0; entry < 4; ++entry) {

@@ -206,7 +206,7 @@ TEST(DrawingResources, AreNotLargerThanTheIconsWhateverThePackHas) {
     DrawingResources resources;
     resources.Load();
     const int reserved = resources.StatusIconSize();
-    EXPECT_LE(resources.mainStrip.IconSize(), static_cast<int>(icon));
+    EXPECT_LE(resources.MainStrip().IconSize(), static_cast<int>(icon));
     EXPECT_LE(resources.StatusStrip().IconSize(), static_cast<int>(icon));
     EXPECT_EQ(resources.StatusStrip().IconSize(), reserved);
     text::SetProgramModule(Own());
@@ -227,8 +227,8 @@ TEST(DrawingResources, AreThePacksWhereItHasThemForThisScreen) {
     DrawingResources resources;
     resources.Load();
     // The program's strips of this height are wider.
-    EXPECT_EQ(resources.mainStrip.IconSize(), 38);
-    EXPECT_EQ(resources.mainStrip.Count(), 6);
+    EXPECT_EQ(resources.MainStrip().IconSize(), 38);
+    EXPECT_EQ(resources.MainStrip().Count(), 6);
     text::SetProgramModule(Own());
 }
 
@@ -237,15 +237,15 @@ TEST(DrawingResources, HoldTheStripForThisScreenAndTheNextLarger) {
     resources.Load();
     const unsigned icon = GetScreenMetrics().iconSize;
     const UINT chosen = icon >= 152 ? 1002 : icon >= 76 ? 1001 : 1000;
-    EXPECT_EQ(static_cast<UINT>(resources.mainStrip.IconSize()), 38u << (chosen - 1000));
+    EXPECT_EQ(static_cast<UINT>(resources.MainStrip().IconSize()), 38u << (chosen - 1000));
     ASSERT_EQ(static_cast<bool>(resources.SecondStrip()), chosen < 1002);
     if (chosen < 1002) {
-        EXPECT_EQ(resources.SecondStrip().IconSize(), 2 * resources.mainStrip.IconSize());
+        EXPECT_EQ(resources.SecondStrip().IconSize(), 2 * resources.MainStrip().IconSize());
     }
     EXPECT_EQ(resources.StatusStrip().IconSize(), icon >= 76 ? 76 : 38);
     EXPECT_NE(resources.fonts.Large(), resources.fonts.Base());
     resources.Free();
-    EXPECT_FALSE(resources.mainStrip || resources.SecondStrip() || resources.StatusStrip());
+    EXPECT_FALSE(resources.MainStrip() || resources.SecondStrip() || resources.StatusStrip());
     EXPECT_EQ(resources.fonts.Large(), resources.fonts.Base());
 }
 
@@ -272,7 +272,7 @@ TEST(DrawingResources, WithoutTheLargerPicturesUseTheSmallest) {
     missing = {1001, 1002, 1006};
     DrawingResources resources;
     resources.Load();
-    EXPECT_EQ(resources.mainStrip.IconSize(), 38);
+    EXPECT_EQ(resources.MainStrip().IconSize(), 38);
     EXPECT_FALSE(resources.SecondStrip());
     EXPECT_EQ(resources.StatusStrip().IconSize(), 38);
 }
@@ -283,17 +283,17 @@ TEST(DrawingResources, WithoutAnyPictureAreEmptyButWhole) {
     missing = {1000, 1001, 1002, 1005, 1006};
     DrawingResources resources;
     resources.Load();
-    EXPECT_FALSE(resources.mainStrip || resources.SecondStrip() || resources.StatusStrip());
+    EXPECT_FALSE(resources.MainStrip() || resources.SecondStrip() || resources.StatusStrip());
     const test::Canvas canvas(8, 8);
-    EXPECT_FALSE(resources.mainStrip.Draw(canvas.DC(), 0, 0, 0));
+    EXPECT_FALSE(resources.MainStrip().Draw(canvas.DC(), 0, 0, 0));
 }
 
 TEST(DrawingResources, ReloadingGivesTheOldOnesBack) {
     DrawingResources resources;
     const auto load = [&resources] {
         resources.Load();
-        EXPECT_TRUE(resources.mainStrip && resources.StatusStrip());
-        EXPECT_EQ(static_cast<bool>(resources.SecondStrip()), resources.mainStrip.IconSize() < 152);
+        EXPECT_TRUE(resources.MainStrip() && resources.StatusStrip());
+        EXPECT_EQ(static_cast<bool>(resources.SecondStrip()), resources.MainStrip().IconSize() < 152);
     };
     load();
     const unsigned before = test::CountHeld().gdiObjects;
@@ -312,7 +312,7 @@ TEST(DrawingResources, ReloadingLooksForEveryPictureAgain) {
     findResource = find.Original();
     missing = {1001, 1002, 1005, 1006};
     resources.Load();
-    EXPECT_EQ(resources.mainStrip.IconSize(), 38);
+    EXPECT_EQ(resources.MainStrip().IconSize(), 38);
     EXPECT_FALSE(resources.SecondStrip());
     EXPECT_FALSE(resources.StatusStrip());
 }
