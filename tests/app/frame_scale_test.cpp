@@ -94,6 +94,13 @@ class FrameOnAPC : public FrameFixture {
         }
         return 0;
     }
+    // Whether the system itself follows the finger, which holds the window's edge.
+    bool SystemSizes() const {
+        GUITHREADINFO thread = {};
+        thread.cbSize = sizeof thread;
+        return GetGUIThreadInfo(GetWindowThreadProcessId(frame.Handle(), nullptr), &thread) &&
+               (thread.flags & GUI_INMOVESIZE) != 0;
+    }
     void ExpectEverythingInPlace() {
         // What the frame is in the middle of comes to its end first.
         SendMessageW(frame.Handle(), WM_NULL, 0, 0);
@@ -138,10 +145,14 @@ TEST_F(FrameOnAPC, IsSizedByItsEdge) {
         const RECT before = ScreenRectangleOf(frame.Handle());
         const POINT edge = {before.left + 1, 300};
         const POINT target = {edge.x - 10, 300};
-        Finger().Down(edge).Followed().MoveTo(edge.x - 4, 300).MoveTo(target).Up().Play();
+        Finger().Down(edge).Play();
+        EXPECT_TRUE(WaitFor([this] { return SystemSizes(); }));
+        Finger().MoveTo(edge.x - 4, 300).MoveTo(target).Up().Play();
         EXPECT_TRUE(WaitFor([&] {
             return ScreenRectangleOf(frame.Handle()).left == before.left - 10;
         })) << ScreenRectangleOf(frame.Handle()).left;
+        // Its loop would swallow the end of the program's.
+        EXPECT_TRUE(WaitFor([this] { return !SystemSizes(); }));
         EXPECT_EQ(ScreenRectangleOf(frame.Handle()).right, before.right);
         ExpectEverythingInPlace();
     });
