@@ -98,7 +98,7 @@ void MainFrame::OnCreate() {
     const std::optional<ViewIndex> asked = ViewOfCommandLine(platform::CommandLineArguments());
     flags_ = ReadNumber(settingFlags).value_or(0);
     current_ = asked ? *asked : ViewOfSetting(ReadNumber(settingView).value_or(0));
-    platform::AdaptMainWindow(Handle());
+    platform::AdaptMainWindow(Handle(), IDI_PROGRAM);
     RECT place;
     AdoptScale(Handle(), &place);
     const platform::WindowDC dc(Handle());

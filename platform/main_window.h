@@ -7,8 +7,8 @@
 namespace platform {
 
 // Gives the main window, on a large screen, a frame to size, minimise and close it by, and on every
-// PC the program's icon. Nothing on a handheld.
-void AdaptMainWindow(HWND window);
+// PC the program's icon, a resource of the executable. Nothing on a handheld.
+void AdaptMainWindow(HWND window, UINT icon);
 
 // Takes over the scale of the monitor that shows the window (GetDpiForWindow) for SystemFont and
 // ScreenRectangle. True when it is another than before: all that has been measured is stale, and

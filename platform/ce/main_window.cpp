@@ -2,7 +2,7 @@
 
 namespace platform {
 
-void AdaptMainWindow(HWND) {}
+void AdaptMainWindow(HWND, UINT) {}
 
 bool AdoptScale(HWND, RECT*) {
     return false;

@@ -3,7 +3,6 @@
 #include <commctrl.h>
 
 #include "platform/desktop/screen.h"
-#include "res/resource.h"
 
 namespace platform {
 
@@ -38,18 +37,19 @@ LRESULT CALLBACK MainWindowProcedure(HWND window, UINT message, WPARAM wParam, L
     return DefSubclassProc(window, message, wParam, lParam);
 }
 
-void ShowIcon(HWND window, WPARAM size, int width, int height) {
+void ShowIcon(HWND window, UINT id, WPARAM size, int width, int height) {
     // Shared: nobody frees it.
-    const HANDLE icon = LoadImageW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(IDI_PROGRAM),
-                                   IMAGE_ICON, width, height, LR_SHARED);
+    const HANDLE icon = LoadImageW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(id), IMAGE_ICON,
+                                   width, height, LR_SHARED);
     SendMessageW(window, WM_SETICON, size, reinterpret_cast<LPARAM>(icon));
 }
 
 }  // namespace
 
-void AdaptMainWindow(HWND window) {
-    ShowIcon(window, ICON_BIG, GetSystemMetrics(SM_CXICON), GetSystemMetrics(SM_CYICON));
-    ShowIcon(window, ICON_SMALL, GetSystemMetrics(SM_CXSMICON), GetSystemMetrics(SM_CYSMICON));
+void AdaptMainWindow(HWND window, UINT icon) {
+    ShowIcon(window, icon, ICON_BIG, GetSystemMetrics(SM_CXICON), GetSystemMetrics(SM_CYICON));
+    ShowIcon(window, icon, ICON_SMALL, GetSystemMetrics(SM_CXSMICON),
+             GetSystemMetrics(SM_CYSMICON));
     RECT workArea;
     if (!desktop::WorkArea(window, &workArea) || desktop::IsSmall(workArea)) {
         return;

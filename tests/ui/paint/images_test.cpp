@@ -293,7 +293,8 @@ TEST(DrawingResources, ReloadingGivesTheOldOnesBack) {
     const auto load = [&resources] {
         resources.Load();
         EXPECT_TRUE(resources.MainStrip() && resources.StatusStrip());
-        EXPECT_EQ(static_cast<bool>(resources.SecondStrip()), resources.MainStrip().IconSize() < 152);
+        EXPECT_EQ(static_cast<bool>(resources.SecondStrip()),
+                  resources.MainStrip().IconSize() < 152);
     };
     load();
     const unsigned before = test::CountHeld().gdiObjects;
