@@ -185,12 +185,12 @@ void PopupMenu::DrawItem(const DRAWITEMSTRUCT& row) {
     RECT mark = {row.rcItem.left + metrics.margin / 4, markTop, 0, markTop + metrics.mark};
     mark.right = mark.left + metrics.mark;
     if (item.Checked()) {
-        DrawCheckMark(dc, mark, GetSysColor(color));
+        DrawCheckMark(dc, mark, color);
     }
     if (item.submenu) {
         mark.right = row.rcItem.right - metrics.margin / 4;
         mark.left = mark.right - metrics.mark;
-        DrawSubmenuArrow(dc, mark, GetSysColor(color));
+        DrawSubmenuArrow(dc, mark, color);
     }
     // The menu's frame lies on its outermost pixels, whatever row stands there: over the last one
     // that is drawn.
