@@ -287,6 +287,17 @@ TEST_F(HiddenApplications, LeaveNothingBehindWhenTheFirstSaveFails) {
     EXPECT_EQ(GetFileAttributesW(hiddenApps.File().c_str()), INVALID_FILE_ATTRIBUTES);
 }
 
+TEST_F(HiddenApplications, DoNotBeginWithAFirstListThatIsHalfWritten) {
+    const SampleProgram program(L"polite", L"Sample 1");
+    hiddenApps.Write("<hide><application path=\"C:\\oth");
+    ASSERT_TRUE(MoveFileW(hiddenApps.File().c_str(), hiddenApps.File(L".new").c_str()));
+    Open();
+    EXPECT_EQ(GetFileAttributesW(hiddenApps.File().c_str()), INVALID_FILE_ATTRIBUTES);
+    EXPECT_EQ(CodeOfHiding(program.Window()), S_OK);
+    EXPECT_EQ(CountOf(hiddenApps.Read(), "sample_program.exe"), 1u);
+    EXPECT_TRUE(hiddenApps.Read(L".bak").empty()) << "there was no list to keep";
+}
+
 TEST_F(HiddenApplications, WhoseSaveHasFailedAreSavedWhenTheyAreHiddenAgain) {
     const SampleProgram program(L"polite", L"Sample 1");
     WriteEntries("<application name=\"other.exe\"/>");

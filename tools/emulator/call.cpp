@@ -9,6 +9,7 @@
 #include <sstream>
 #include <vector>
 
+#include "ending.h"
 #include "engine.h"
 #include "failing_call.h"
 #include "machine.h"
@@ -190,6 +191,7 @@ std::uint64_t ServeCall(Engine& engine, unsigned index) {
     }
     const std::uint64_t result = WithLastError([&] { return server(call); });
     TellResult(call, result);
+    EndIfDue(call, result);
     return result;
 }
 

@@ -3,6 +3,7 @@
 #include <cstring>
 #include <sstream>
 
+#include "ending.h"
 #include "machine.h"
 #include "natural_failures.h"
 #include "stop.h"
@@ -98,7 +99,8 @@ std::optional<Failure> SweptFailureOf(const Call& call, sweep::Channel* channel)
                             call.KernelHandle(0) == GetCurrentProcess();
     const NaturalFailure* const natural = endsItself ? nullptr : NaturalFailureOf(call.Name());
     if (channel->arming == sweep::Arming::Paused || !natural ||
-        (natural->kind & channel->plan.kinds) == 0) {
+        (natural->kind & channel->plan.kinds) == 0 ||
+        (channel->plan.ending == sweep::Ending::Amid && !HasMiddle(call))) {
         return std::nullopt;
     }
     progress.plan = channel->plan;
@@ -110,6 +112,10 @@ std::optional<Failure> SweptFailureOf(const Call& call, sweep::Channel* channel)
     }
     if (progress.failures == 1) {
         TellFirstFailure(call, channel);
+    }
+    if (channel->plan.ending != sweep::Ending::None) {
+        EndAt(call, channel->plan.ending);
+        return std::nullopt;
     }
     return Failure{natural->result, natural->error};
 }

@@ -9,7 +9,7 @@ namespace sweep {
 
 // Its value is the name of the mapping; without it nothing listens and nothing is kept.
 inline constexpr char variable[] = "VANTOR_HANDHELD_SWEEP";
-inline constexpr std::uint32_t channelVersion = 1;
+inline constexpr std::uint32_t channelVersion = 2;
 
 // The kinds of calls that may fail.
 inline constexpr std::uint32_t systemCalls = 1;
@@ -18,6 +18,12 @@ inline constexpr std::uint32_t heapCalls = 4;
 
 inline constexpr std::uint32_t forever = 0xFFFFFFFF;
 inline constexpr std::size_t longestName = 64;
+
+// The program is ended in the place of the first failure: right before the call is served, right
+// after it, or amid it. Only calls that write a file piece by piece have a middle; no others are
+// counted then, and half of the file is written.
+enum class Ending : std::uint32_t { None, Before, After, Amid };
+inline constexpr std::uint32_t endedExitCode = 98;
 
 // Which calls fail.
 struct Plan {
@@ -29,6 +35,7 @@ struct Plan {
     std::uint32_t times;
     // Of those behind it only the calls of the same function.
     std::uint32_t sameFunction;
+    Ending ending;
     // Only calls of this function are counted, unless it is empty.
     char only[longestName];
 };

@@ -88,6 +88,19 @@ Document CreateDocument() {
     return document;
 }
 
+bool IsMissing(const std::wstring& path) {
+    return GetFileAttributesW(path.c_str()) == INVALID_FILE_ATTRIBUTES;
+}
+
+bool Read(const Document& document, const std::wstring& path) {
+    const HRESULT loaded = platform::LoadXmlFile(document.Get(), path.c_str());
+    // For want of memory nobody knows what the file holds.
+    if (loaded == E_OUTOFMEMORY) {
+        ThrowIfFailed(loaded);
+    }
+    return loaded == S_OK;
+}
+
 // What a file held when it was opened: nothing that can be read leaves an empty document.
 struct OpenedFile {
     Document document;
@@ -95,18 +108,15 @@ struct OpenedFile {
 };
 
 OpenedFile OpenFile(const std::wstring& path) {
-    // A save that was cut off between the old file's end and the new one's taking its place.
-    if (GetFileAttributesW(path.c_str()) == INVALID_FILE_ATTRIBUTES) {
-        MoveFileW((path + newSuffix).c_str(), path.c_str());
-    }
     OpenedFile file = {CreateDocument(), false};
     ThrowIfFailed(file.document->put_async(VARIANT_FALSE));
-    const HRESULT loaded = platform::LoadXmlFile(file.document.Get(), path.c_str());
-    // For want of memory nobody knows what the file holds.
-    if (loaded == E_OUTOFMEMORY) {
-        ThrowIfFailed(loaded);
+    // A save that was cut off between the old file's end and the new one's taking its place. What
+    // cannot be read is the beginning of a first list, and stays where it is.
+    const std::wstring next = path + newSuffix;
+    if (IsMissing(path) && !IsMissing(next) && Read(file.document, next)) {
+        MoveFileW(next.c_str(), path.c_str());
     }
-    file.readable = loaded == S_OK;
+    file.readable = Read(file.document, path);
     return file;
 }
 
@@ -155,7 +165,7 @@ void SaveOver(const Document& document, const std::wstring& path) {
         const DWORD error = GetLastError();
         // A handheld may have lost the old file by then; a new one that is whole is taken up in its
         // place.
-        if (FAILED(saved) || GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES) {
+        if (FAILED(saved) || !IsMissing(path)) {
             DeleteFileW(next.c_str());
         }
         ThrowIfFailed(saved);
@@ -170,7 +180,7 @@ void WriteEntry(const std::wstring& path) {
     }
     const OpenedFile file = OpenFile(place.path);
     AppendEntry(file.document, path);
-    if (!file.readable && GetFileAttributesW(place.path.c_str()) != INVALID_FILE_ATTRIBUTES &&
+    if (!file.readable && !IsMissing(place.path) &&
         !CopyFileW(place.path.c_str(), (place.path + backupSuffix).c_str(), FALSE)) {
         throw faults::W32Fault();
     }

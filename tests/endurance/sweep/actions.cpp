@@ -174,6 +174,18 @@ void ShowSample(Stage& stage) {
     stage.Select(0);
 }
 
+// An application is hidden already,
+void ShowSampleBesideHidden(Stage& stage) {
+    HiddenApps().Write("<hide><application path=\"\\Windows\\other.exe\"/></hide>");
+    ShowSample(stage);
+}
+
+// or the list cannot be read.
+void ShowSampleBesideUnreadable(Stage& stage) {
+    HiddenApps().Write("<hide><application path=\"\\Windows");
+    ShowSample(stage);
+}
+
 void ShowProcessOfSample(Stage& stage) {
     ShowSample(stage);
     stage.Command(ID_GO_TO_PROCESS);
@@ -204,11 +216,29 @@ void LookAtPageAndSample(Stage& stage) {
     stage.EndSample();
 }
 
-// The last one, and no new start.
+// Another one than English, which is the last, and no new start.
 void ChooseLanguage(Stage& stage) {
     stage.KeyOnPopup(VK_END);
+    stage.KeyOnPopup(VK_UP);
     stage.KeyOnPopup(VK_RETURN);
     stage.Answer(IDNO);
+}
+
+// English is the last row of the page.
+void ChooseOnPage(Stage& stage) {
+    stage.Command(ID_SETTINGS);
+    if (const HWND page = stage.Program().Dialog()) {
+        const HWND list = stage.Program().Child(page, L"DlgControlList");
+        stage.Program().Key(list, VK_END);
+        stage.Program().Key(list, VK_UP);
+        stage.Program().Key(list, VK_SPACE);
+    }
+}
+
+// No new start is wanted.
+void Confirm(Stage& stage) {
+    stage.Program().Post(stage.Program().Dialog(), WM_COMMAND, IDOK);
+    stage.Answer(IDS_BUTTON_NO);
 }
 
 template <WORD view>
@@ -292,7 +322,10 @@ const std::vector<Action> actions = {
     {"refresh status", ShowView<ID_SHOW_SYSTEM_STATUS>, Give<ID_REFRESH>, NoteTitle},
     {"window information", ShowSample, Give<ID_PROPERTIES>, LookAtPageAndSample},
     {"stop", ShowSample, Stop<0>, LookAtSample},
+    {"settings changed", ChooseOnPage, Confirm, Nothing},
     {"hide", ShowSample, Give<ID_HIDE>, LookAtSample, true},
+    {"hide another", ShowSampleBesideHidden, Give<ID_HIDE>, LookAtSample, true},
+    {"hide anew", ShowSampleBesideUnreadable, Give<ID_HIDE>, LookAtSample, true},
     {"go to process", ShowSample, Give<ID_GO_TO_PROCESS>, LookAtSample},
     {"go to module", ShowSample, Give<ID_GO_TO_MODULE>, LookAtSample, true},
     {"kill", ShowProcessOfSample, Stop<IDS_BUTTON_YES>, LookAtSample},

@@ -5,15 +5,19 @@
 //   sweep actions                                   names the actions
 //   sweep run ACTION MODE KINDS FROM TO SECONDS     one action, from one call to another
 //   sweep sample SEED ACTIONS                       so many actions, four calls of each, by chance
+//   sweep ends                                      names the actions that leave something behind
+//   sweep ends SEED ACTIONS                         so many of them, ended three times each
 //
 // A line "# action mode kinds calls last" tells how many calls an action has and how far it came.
 // Ends with 1 when something was wrong.
 #include <cstdio>
 #include <cstdlib>
 #include <iterator>
+#include <memory>
 #include <string>
 
 #include "tests/conservation/chance.h"
+#include "tests/endurance/sweep/ends.h"
 #include "tests/endurance/sweep/trial.h"
 
 namespace sweep {
@@ -24,10 +28,17 @@ struct Mode {
     const char* name;
     unsigned times;
     bool sameFunction;
+    Ending ending = Ending::None;
 };
 constexpr Mode modes[] = {
-    {"once", 1, false}, {"same", forever, true}, {"all", forever, false},
-    {"two", 2, false},  {"eight", 8, false},
+    {"once", 1, false},
+    {"same", forever, true},
+    {"all", forever, false},
+    {"two", 2, false},
+    {"eight", 8, false},
+    {"end-before", 1, false, Ending::Before},
+    {"end-after", 1, false, Ending::After},
+    {"end-amid", 1, false, Ending::Amid},
 };
 
 constexpr unsigned allKinds = systemCalls | paintCalls | heapCalls;
@@ -47,15 +58,23 @@ Plan PlanFor(const Mode& mode, unsigned kinds, unsigned call) {
     plan.first = call;
     plan.times = mode.times;
     plan.sameFunction = mode.sameFunction;
+    plan.ending = mode.ending;
     return plan;
 }
 
+std::unique_ptr<Ordeal> OrdealFor(const Mode& mode) {
+    if (mode.ending == Ending::None) {
+        return std::make_unique<Trials>();
+    }
+    return std::make_unique<Ends>();
+}
+
 bool IsGood(Verdict verdict) {
-    return verdict == Verdict::Same || verdict == Verdict::Told || verdict == Verdict::Less;
+    return verdict != Verdict::Wrong && verdict != Verdict::Ended && verdict != Verdict::Aborted;
 }
 
 // Whether a failure came about at all; `good` becomes false when what came of it is wrong.
-bool TryAndTell(Trials* trials, const std::string& action, const Mode& mode, unsigned kinds,
+bool TryAndTell(Ordeal* trials, const std::string& action, const Mode& mode, unsigned kinds,
                 unsigned call, bool* good) {
     const Result result = trials->Try(PlanFor(mode, kinds, call));
     if (result.failures == 0) {
@@ -75,7 +94,7 @@ struct Clock {
     DWORD end;
 };
 
-bool PrepareAndTell(Trials* trials, const std::string& action, unsigned kinds, unsigned* calls) {
+bool PrepareAndTell(Ordeal* trials, const std::string& action, unsigned kinds, unsigned* calls) {
     const std::optional<unsigned> counted = trials->Prepare(action, kinds);
     if (!counted) {
         std::printf("! %s\t%s\n", action.c_str(), trials->Trouble().c_str());
@@ -86,7 +105,7 @@ bool PrepareAndTell(Trials* trials, const std::string& action, unsigned kinds, u
     return true;
 }
 
-bool EndAndTell(Trials* trials, const std::string& action) {
+bool EndAndTell(Ordeal* trials, const std::string& action) {
     const std::string wrong = trials->End();
     if (!wrong.empty()) {
         std::printf("! %s\tat the end: %s\n", action.c_str(), wrong.c_str());
@@ -97,20 +116,20 @@ bool EndAndTell(Trials* trials, const std::string& action) {
 int Run(const std::string& action, const Mode& mode, unsigned kinds, unsigned from, unsigned to,
         unsigned seconds) {
     const Clock clock(seconds);
-    Trials trials;
+    const std::unique_ptr<Ordeal> trials = OrdealFor(mode);
     unsigned calls = 0;
-    if (!PrepareAndTell(&trials, action, kinds, &calls)) {
+    if (!PrepareAndTell(trials.get(), action, kinds, &calls)) {
         return 1;
     }
     bool good = true;
     unsigned call = from;
     bool met = true;
     for (; call <= to && !clock.RunsOut() && met; ++call) {
-        met = TryAndTell(&trials, action, mode, kinds, call, &good);
+        met = TryAndTell(trials.get(), action, mode, kinds, call, &good);
     }
     std::printf("# %s\t%s\t%u\t%u\t%s\n", action.c_str(), mode.name, kinds, calls,
                 met ? std::to_string(call - 1).c_str() : "through");
-    return EndAndTell(&trials, action) && good ? 0 : 1;
+    return EndAndTell(trials.get(), action) && good ? 0 : 1;
 }
 
 int Sample(unsigned seed, unsigned actions) {
@@ -134,6 +153,30 @@ int Sample(unsigned seed, unsigned actions) {
     return EndAndTell(&trials, "the sample") && good && failures != 0 ? 0 : 1;
 }
 
+// Right before a call and right after one, by chance, and amid the first that has a middle.
+int SampleEnds(unsigned seed, unsigned actions) {
+    conservation::chance.Seed(seed);
+    Ends ends;
+    bool good = true;
+    unsigned count = 0;
+    for (unsigned round = 0; round < actions; ++round) {
+        const std::string action = ActionsToEnd()[conservation::chance.Dice(ActionsToEnd().size())];
+        unsigned calls = 0;
+        if (!PrepareAndTell(&ends, action, systemCalls, &calls)) {
+            return 1;
+        }
+        for (const Mode& mode : modes) {
+            if (mode.ending != Ending::None) {
+                const bool amid = mode.ending == Ending::Amid;
+                const unsigned call = amid ? 1 : 1 + conservation::chance.Dice(calls);
+                count += TryAndTell(&ends, action, mode, systemCalls, call, &good);
+            }
+        }
+    }
+    std::printf("%u ends\n", count);
+    return EndAndTell(&ends, "the sample") && good && count != 0 ? 0 : 1;
+}
+
 unsigned Number(const char* word) {
     return static_cast<unsigned>(std::strtoul(word, nullptr, 10));
 }
@@ -154,6 +197,15 @@ int Main(int count, char** words) {
     }
     if (what == "sample" && count == 4) {
         return Sample(Number(words[2]), Number(words[3]));
+    }
+    if (what == "ends" && count == 2) {
+        for (const char* const action : ActionsToEnd()) {
+            std::printf("%s\n", action);
+        }
+        return 0;
+    }
+    if (what == "ends" && count == 4) {
+        return SampleEnds(Number(words[2]), Number(words[3]));
     }
     std::printf("sweep: see main.cpp for what it is told\n");
     return 2;

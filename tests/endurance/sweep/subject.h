@@ -12,6 +12,9 @@
 
 namespace sweep {
 
+// How the program is started, in Files.
+inline constexpr wchar_t inFiles[] = L"-explorer ";
+
 std::string Narrow(std::wstring_view text);
 
 // What the program holds.

@@ -1,24 +1,16 @@
 #include "tests/endurance/sweep/trial.h"
 
 #include <algorithm>
-#include <set>
 
 #include "res/resource.h"
-#include "tests/support/hidden_apps_folder.h"
 #include "tests/support/wait.h"
 
 namespace sweep {
 
 namespace {
 
-constexpr wchar_t inFiles[] = L"-explorer ";
 // The first times a program does something it loads what it then keeps.
 constexpr int warmUps = 3;
-
-const test::HiddenAppsFolder& HiddenApps() {
-    static const test::HiddenAppsFolder folder;
-    return folder;
-}
 
 // A caption, a text and a button.
 constexpr size_t partsOfMessage = 3;
@@ -42,32 +34,6 @@ std::string TextOf(const std::vector<Box>& boxes, bool messages) {
     return text;
 }
 
-// So many rows fill the list.
-constexpr size_t fullList = 9;
-
-// The rows that are drawn against the names on the disk; a shortcut's row has no extension.
-std::string RowsAgainst(const std::vector<std::string>& rows, const Disk& entries) {
-    std::string wrong;
-    const auto stem = [](const std::string& name) {
-        return name.ends_with(".lnk") ? name.substr(0, name.size() - 4) : name;
-    };
-    // Of more entries than there is room for, some are out of sight.
-    const bool all = entries.size() < fullList || rows.size() < fullList;
-    std::multiset<std::string> left(rows.begin(), rows.end());
-    for (const auto& [name, kind] : entries) {
-        const auto row = left.count(name) != 0 ? left.find(name) : left.find(stem(name));
-        if (row == left.end()) {
-            wrong += all ? " -" + name : "";
-        } else {
-            left.erase(row);
-        }
-    }
-    for (const std::string& row : left) {
-        wrong += " +" + row;
-    }
-    return wrong;
-}
-
 }  // namespace
 
 const char* NameOf(Verdict verdict) {
@@ -82,6 +48,14 @@ const char* NameOf(Verdict verdict) {
             return "WRONG";
         case Verdict::Ended:
             return "ended";
+        case Verdict::Before:
+            return "before";
+        case Verdict::After:
+            return "after";
+        case Verdict::Between:
+            return "between";
+        case Verdict::Aside:
+            return "aside";
         default:
             return "aborted";
     }
@@ -96,7 +70,7 @@ Trials::~Trials() {
 bool Trials::Fresh() {
     stage_.EndSample();
     subject_.Kill();
-    DeleteFileW(HiddenApps().File().c_str());
+    ForgetHiddenApps();
     MakeDisk();
     MakeSettings();
     if (!subject_.Start(inFiles)) {

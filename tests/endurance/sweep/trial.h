@@ -22,6 +22,13 @@ enum class Verdict {
     Ended,
     // or without one.
     Aborted,
+    // The program was ended on purpose: everything is as before the action, or as after it;
+    Before,
+    After,
+    // some of it is as before and the rest as after, or has a copy at both places;
+    Between,
+    // something is neither, but lies beside under a name of its own.
+    Aside,
 };
 const char* NameOf(Verdict verdict);
 
@@ -64,21 +71,36 @@ struct Observation {
     std::string kept;
 };
 
-class Trials {
+// What an action can be put through, a call at a time.
+class Ordeal {
  public:
-    Trials() : stage_(subject_) {}
-    ~Trials();
-    Trials(const Trials&) = delete;
-    Trials& operator=(const Trials&) = delete;
+    Ordeal() = default;
+    virtual ~Ordeal() = default;
+    Ordeal(const Ordeal&) = delete;
+    Ordeal& operator=(const Ordeal&) = delete;
 
-    // Does the action without failures until what the program keeps for ever is there, and gives
-    // the number of its calls; none when it does not go well even so.
-    std::optional<unsigned> Prepare(const std::string& action, unsigned kinds);
+    // Does the action without failures and gives the number of its calls; none when it does not go
+    // well even so.
+    virtual std::optional<unsigned> Prepare(const std::string& action, unsigned kinds) = 0;
+    virtual Result Try(const Plan& plan) = 0;
+    // Ends the program as a person does; what is wrong with that.
+    virtual std::string End() = 0;
     // What is wrong already without failures.
     const std::string& Trouble() const { return trouble_; }
-    Result Try(const Plan& plan);
-    // Ends the program as a person does; what is wrong with that.
-    std::string End();
+
+ protected:
+    std::string trouble_;
+};
+
+class Trials final : public Ordeal {
+ public:
+    Trials() : stage_(subject_) {}
+    ~Trials() override;
+
+    // Done again until what the program keeps for ever is there.
+    std::optional<unsigned> Prepare(const std::string& action, unsigned kinds) override;
+    Result Try(const Plan& plan) override;
+    std::string End() override;
 
  private:
     bool Fresh();
@@ -100,7 +122,6 @@ class Trials {
     std::string name_;
     const Action* action_ = nullptr;
     Observation clean_;
-    std::string trouble_;
 };
 
 }  // namespace sweep

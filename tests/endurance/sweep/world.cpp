@@ -10,6 +10,9 @@ namespace sweep {
 
 namespace {
 
+// So many rows fill the list.
+constexpr size_t fullList = 9;
+
 constexpr wchar_t settingsKey[] = L"Software\\Kelmor\\vantor";
 
 void RemoveTree(const std::wstring& folder) {
@@ -117,6 +120,28 @@ std::map<std::string, std::string> EntriesOf(const std::wstring& path) {
     return entries;
 }
 
+std::string RowsAgainst(const std::vector<std::string>& rows, const Disk& entries) {
+    std::string wrong;
+    const auto stem = [](const std::string& name) {
+        return name.ends_with(".lnk") ? name.substr(0, name.size() - 4) : name;
+    };
+    // Of more entries than there is room for, some are out of sight.
+    const bool all = entries.size() < fullList || rows.size() < fullList;
+    std::multiset<std::string> left(rows.begin(), rows.end());
+    for (const auto& [name, kind] : entries) {
+        const auto row = left.count(name) != 0 ? left.find(name) : left.find(stem(name));
+        if (row == left.end()) {
+            wrong += all ? " -" + name : "";
+        } else {
+            left.erase(row);
+        }
+    }
+    for (const std::string& row : left) {
+        wrong += " +" + row;
+    }
+    return wrong;
+}
+
 std::string Difference(const Disk& from, const Disk& to) {
     std::string words;
     for (const auto& [name, value] : from) {
@@ -151,6 +176,17 @@ std::string Lost(const Disk& before, const Disk& wanted, const Disk& now) {
         }
     }
     return lost;
+}
+
+const test::HiddenAppsFolder& HiddenApps() {
+    static const test::HiddenAppsFolder folder;
+    return folder;
+}
+
+void ForgetHiddenApps() {
+    for (const wchar_t* suffix : {L"", L".new", L".bak"}) {
+        DeleteFileW(HiddenApps().File(suffix).c_str());
+    }
 }
 
 void MakeSettings() {

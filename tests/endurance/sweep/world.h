@@ -3,8 +3,10 @@
 
 #include <map>
 #include <string>
+#include <vector>
 
 #include "platform/windows.h"
+#include "tests/support/hidden_apps_folder.h"
 
 namespace sweep {
 
@@ -24,10 +26,17 @@ void RemoveDisk();
 Disk LookAtDisk();
 // The names of the entries of one folder.
 std::map<std::string, std::string> EntriesOf(const std::wstring& path);
+// The rows that are drawn against the names on the disk; a shortcut's row has no extension.
+std::string RowsAgainst(const std::vector<std::string>& rows, const Disk& entries);
 // What has changed, in words.
 std::string Difference(const Disk& from, const Disk& to);
 // Whether every content that both the state before and the wanted one have is still somewhere.
 std::string Lost(const Disk& before, const Disk& wanted, const Disk& now);
+
+// The file of the hidden applications.
+const test::HiddenAppsFolder& HiddenApps();
+// It goes, with those beside it.
+void ForgetHiddenApps();
 
 // The program's settings as it finds them: no display options, English, the folder.
 void MakeSettings();
