@@ -173,7 +173,8 @@ void MainFrame::FollowScale() {
         }
         Place(place);
         Arrange();
-        RedrawWindow(Handle(), nullptr, nullptr, RDW_INVALIDATE | RDW_ALLCHILDREN);
+        InvalidateRect(bar_.Handle(), nullptr, TRUE);
+        InvalidateRect(slideBar_.Handle(), nullptr, TRUE);
     });
 }
 

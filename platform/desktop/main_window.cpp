@@ -11,9 +11,8 @@ namespace {
 // Of the window's own messages; WINVER is that of earlier systems.
 constexpr UINT scaleChangedMessage = 0x02E0;  // WM_DPICHANGED
 
-// The smallest window, at 96 dots per inch: as wide as a small handheld, and rows enough to choose
-// from.
-constexpr int smallestSide = 240;
+// The smallest window, at 96 dots per inch: the bar's labels and some rows have room.
+constexpr int smallestSide = 160;
 
 LRESULT CALLBACK MainWindowProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam,
                                      UINT_PTR id, DWORD_PTR) {

@@ -158,14 +158,14 @@ TEST_F(FrameOnAPC, IsSizedByItsEdge) {
     });
 }
 
-TEST_F(FrameOnAPC, IsNeverSmallerThanASmallHandheld) {
+TEST_F(FrameOnAPC, IsNeverTooSmallForItsBarAndSomeRows) {
     const Monitor monitor(largeScreen);
     const Scale scale(96);
     Open();
     MoveWindow(frame.Handle(), 0, 0, 10, 10, TRUE);
     const RECT place = ScreenRectangleOf(frame.Handle());
-    EXPECT_EQ(ui::Width(place), 240);
-    EXPECT_EQ(ui::Height(place), 240);
+    EXPECT_EQ(ui::Width(place), 160);
+    EXPECT_EQ(ui::Height(place), 160);
     ExpectEverythingInPlace();
 }
 

@@ -564,7 +564,7 @@ void Camera::LookAtTexts(const std::string& scene) {
         }
         // What cannot be done now is to be seen, no more.
         const bool disabled = text.color == GetSysColor(COLOR_GRAYTEXT);
-        if (least < (disabled ? 3 : 4.5)) {
+        if (least < (disabled ? 2 : 4.5)) {
             readable = false;
             char line[100];
             std::snprintf(line, sizeof line, "%.2f to 1, %06lx on %06lx", least, text.color, worst);

@@ -156,7 +156,12 @@ HWND Program::MainWindowOf(DWORD process) {
 }
 
 bool Program::WaitForMainWindow() const {
-    return WaitFor([this] { return MainWindow() != nullptr; });
+    // It is seen before it shows anything, and answers when it does.
+    return WaitFor([this] {
+        DWORD_PTR answer = 0;
+        return MainWindow() && SendMessageTimeoutW(MainWindow(), WM_NULL, 0, 0, SMTO_NORMAL,
+                                                   longestWait, &answer) != 0;
+    });
 }
 
 DWORD Program::WaitForExit() const {

@@ -33,6 +33,8 @@ COLORREF WINAPI NoteWritten(HDC dc, int x, int y, COLORREF color) {
 class ControlPainting : public BarTest {
  protected:
     void ExpectOneCopy(HWND control) {
+        // The first drawing loads what it draws from.
+        RedrawWindow(control, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW);
         const PlatformHook<decltype(NoteCopy)> copies("BitBlt", NoteCopy);
         blit = copies.Original();
         const PlatformHook<decltype(NoteRead)> reads("GetPixel", NoteRead);

@@ -17,7 +17,7 @@ COLORREF MixColors(COLORREF first, COLORREF second, unsigned share);
 
 // How many times as light as the other one of two colors must be for letters: to be read, and to be
 // seen as what cannot be done now.
-enum class Contrast : unsigned { Disabled = 3, Text = 5 };
+enum class Contrast : unsigned { Disabled = 2, Text = 5 };
 
 // `color` for letters on `background`, or `otherwise` where the colors that are set make it hard to
 // tell from it.

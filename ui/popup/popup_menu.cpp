@@ -171,8 +171,10 @@ void PopupMenu::DrawItem(const DRAWITEMSTRUCT& row) {
     }
     COLORREF color = GetSysColor(selected ? COLOR_HIGHLIGHTTEXT : COLOR_WINDOWTEXT);
     if (item.Disabled()) {
-        color = ReadableOn(GetSysColor(selected ? COLOR_HIGHLIGHT : COLOR_WINDOW),
-                           GetSysColor(COLOR_GRAYTEXT), color, Contrast::Disabled);
+        const COLORREF background = GetSysColor(selected ? COLOR_HIGHLIGHT : COLOR_WINDOW);
+        constexpr unsigned textShare = 150;
+        color = ReadableOn(background, GetSysColor(COLOR_GRAYTEXT),
+                           MixColors(color, background, textShare), Contrast::Disabled);
     }
     const platform::Selected font(dc, Fonts().Base());
     SetBkMode(dc, TRANSPARENT);
