@@ -1,6 +1,6 @@
 #include "tests/gallery/camera.h"
 
-#include "tests/gallery/color_schemes.h"
+#include "tests/support/color_schemes.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -15,6 +15,7 @@
 #include "tests/support/picture_file.h"
 #include "tests/support/user.h"
 #include "text/resources.h"
+#include "ui/paint/theme.h"
 #include "ui/window/window.h"
 
 namespace test {
@@ -563,7 +564,9 @@ void Camera::LookAtTexts(const std::string& scene) {
             }
         }
         // What cannot be done now is to be seen, no more.
-        const bool disabled = text.color == GetSysColor(COLOR_GRAYTEXT);
+        const COLORREF selected =
+            ui::MixColors(GetSysColor(COLOR_HIGHLIGHTTEXT), GetSysColor(COLOR_HIGHLIGHT), 150);
+        const bool disabled = text.color == GetSysColor(COLOR_GRAYTEXT) || text.color == selected;
         if (least < (disabled ? 2 : 4.5)) {
             readable = false;
             char line[100];

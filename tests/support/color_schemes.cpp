@@ -1,4 +1,4 @@
-#include "tests/gallery/color_schemes.h"
+#include "tests/support/color_schemes.h"
 
 #include <algorithm>
 #include <cmath>
