@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "res/resource.h"
+#include "tests/support/wait.h"
 #include "tests/support/windows_seen.h"
 
 namespace monkey {
@@ -295,11 +296,11 @@ Wrong Play::End() {
         return Wrong();
     }
     PostMessageW(program_.Window(), WM_COMMAND, ID_EXIT, 0);
-    State state = program_.Settle();
-    for (int round = 0; round < 100 && state == State::Ready; ++round) {
-        Sleep(10);
+    State state = State::Ready;
+    test::WaitFor([&] {
         state = program_.Settle();
-    }
+        return state != State::Ready;
+    });
     Wrong wrong = state == State::Ended ? Wrong() : Trouble(state);
     const std::string harmed = device_.LookAround();
     if (!wrong && !harmed.empty()) {
