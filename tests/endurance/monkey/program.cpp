@@ -374,6 +374,8 @@ std::string Program::Trouble() {
     }
     char text[64];
     const unsigned taken = channel_->taken;
+    // Nothing is decided by it: the program is wrong already, and this tells whether it still takes
+    // messages.
     Sleep(200);
     words += ", took " + std::to_string(channel_->taken - taken) + " messages meanwhile, the last:";
     for (unsigned index = 0; index < lastMessages; ++index) {
