@@ -281,7 +281,8 @@ void Hand::Do(const Event& event) {
             device_.ChangeClipboard(values[0]);
             break;
         case Kind::Rest:
-            // An event of its own: a hand that rests, as long as the seed says. Nothing waits on it.
+            // An event of its own: a hand that rests, as long as the seed says. Nothing waits on
+            // it.
             Sleep(static_cast<DWORD>(values[0]));
             break;
         default:
