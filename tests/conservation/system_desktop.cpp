@@ -60,18 +60,24 @@ void RunOnHost(const std::string& commands) {
     STARTUPINFOW startup = {};
     startup.cb = sizeof startup;
     PROCESS_INFORMATION process = {};
+    DWORD error = ERROR_SUCCESS;
     if (CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
                        &startup, &process)) {
         CloseHandle(process.hThread);
         CloseHandle(process.hProcess);
         // The process's handle tells nothing of a program of the machine below.
-        for (int waited = 0; waited < 5000 && GetFileAttributesW(script) != INVALID_FILE_ATTRIBUTES;
-             ++waited) {
+        constexpr DWORD longestWait = 60000;
+        const DWORD start = GetTickCount();
+        while (GetFileAttributesW(script) != INVALID_FILE_ATTRIBUTES &&
+               GetTickCount() - start < longestWait) {
             Sleep(1);
         }
+    } else {
+        error = GetLastError();
     }
     if (DeleteFileW(script)) {
-        Tell(L"the shell of the machine below does not work");
+        Tell(L"the shell of the machine below does not " +
+             (error == ERROR_SUCCESS ? L"come to its end" : L"start: error " + Digits(error)));
         EndProcess(2);
     }
 }

@@ -4,6 +4,7 @@
 #include "app/run.h"
 #include "platform/handles.h"
 #include "tests/support/finger.h"
+#include "tests/support/keyboard.h"
 #include "tests/support/program.h"
 #include "tests/support/wait.h"
 #include "tests/support/windows_seen.h"
@@ -92,14 +93,12 @@ TEST_F(Instances, AreOneOnADevice) {
     ASSERT_TRUE(first.WaitForMainWindow());
     const HWND window = first.MainWindow();
     const OwnWindow other(L"STATIC", nullptr);
-    SetForegroundWindow(other);
-    ASSERT_EQ(GetForegroundWindow(), other);
-    // The screen has followed; it would take the window to the front once more when it does.
-    ASSERT_TRUE(Finger().In(other).Key("Shift_L").Play());
+    ASSERT_TRUE(BringToFront(other));
     const Program second;
     EXPECT_TRUE(Ends(second));
     EXPECT_EQ(second.WaitForExit(), 0u);
-    EXPECT_TRUE(PumpUntil([=] { return GetForegroundWindow() == window; }));
+    EXPECT_TRUE(PumpUntil([=] { return GetForegroundWindow() == window; }))
+        << DescribeScreen(window);
     EXPECT_EQ(MainWindows(), 1);
     EXPECT_EQ(first.MainWindow(), window);
 }

@@ -39,6 +39,10 @@ bool FollowsFinger(POINT point) {
 // A thread looks at the screen's input whenever it begins to wait, and answers from within its
 // wait. The first answer may come from a wait that began before the last of the input was there;
 // before the second one it has looked again.
+bool AnswersTwice(HWND window) {
+    return Answers(window) && Answers(window);
+}
+
 bool HasTakenInput(POINT pressed) {
     HWND taker = CaptureOf(nullptr);
     if (!taker) {
@@ -46,7 +50,7 @@ bool HasTakenInput(POINT pressed) {
         const HWND capture = window ? CaptureOf(window) : nullptr;
         taker = capture ? capture : window;
     }
-    return taker && Answers(taker) && Answers(taker);
+    return taker && AnswersTwice(taker);
 }
 
 // A window that has come to the front asks the screen for the keyboard with the time of the last
@@ -239,7 +243,9 @@ bool LetsGoOfFinger(HWND window) {
 
 // A window that has come to the front asks the screen for the keyboard on its own thread, when that
 // gets to it. Asked after the next window has come to the front it takes the keyboard from that,
-// and the next one, which no longer has it, leaves the front. So one comes after the other.
+// and the next one, which no longer has it, leaves the front. So one comes after the other. A
+// thread that has lost the keyboard learns of it from the screen, when it gets to that: should its
+// window be in front again by then, it would leave the front. So it is waited for as well.
 bool BringToFront(HWND window) {
     // Keys are sent once all of that is done, also when there are none.
     const std::string none = " sleep 0";
@@ -248,8 +254,17 @@ bool BringToFront(HWND window) {
         WaitFor([&] { return !LookAtKeyboard().front || TryToSendKeys(nullptr, none, &answer); });
     EXPECT_TRUE(atRest) << "the window in front does not get the keyboard\n"
                         << DescribeScreen(window);
+    const HWND before = LookAtKeyboard().front;
     SetForegroundWindow(window);
-    return atRest && SendKeys(window, none);
+    if (!atRest || !SendKeys(window, none)) {
+        return false;
+    }
+    const bool hasLeft = WaitFor([before] { return !IsWindow(before) || AnswersTwice(before); });
+    EXPECT_TRUE(hasLeft) << "what was in front before does not answer\n" << DescribeScreen(before);
+    // A window of this thread hears only now that it has the keyboard. Heard of later, once another
+    // window has come to the front, it would take it back.
+    PumpUntil([] { return true; });
+    return hasLeft;
 }
 
 }  // namespace test

@@ -80,7 +80,7 @@ class Finger {
 bool LetsGoOfFinger(HWND window);
 
 // Brings a window of any program to the front, with the keyboard in it. What was in front before
-// has done all that it does about its own coming there.
+// has done all that it does about its own coming there and leaving.
 bool BringToFront(HWND window);
 
 }  // namespace test

@@ -50,7 +50,8 @@ def copy_commands(repository):
     for name in (".ci", "tools/prepare", "tools/device"):
         shutil.copytree(REPOSITORY / name, repository / name)
     (repository / "tests/support").mkdir(parents=True)
-    shutil.copy(REPOSITORY / "tests/support/with_devices", repository / "tests/support")
+    for name in ("with_devices", "last_words"):
+        shutil.copy(REPOSITORY / "tests/support" / name, repository / "tests/support")
     build = repository / "build"
     build.mkdir()
     template = REPOSITORY / "build/device-template"
@@ -558,6 +559,21 @@ class WholeCommandTest(DeviceTest):
         self.assertEqual(result.returncode, 0, result.stderr)
         self.assertEqual(
             result.stdout.splitlines()[-4:], ["a test", "the report", "100% tests passed", "the time"]
+        )
+
+    def test_test_ends_with_what_failed_tests_have_said(self):
+        log = "build/desktop/Testing/Temporary/LastTest.log"
+        self.fake(
+            "ctest",
+            f"mkdir -p {os.path.dirname(log)}; cat >{log} <<'LOG'\n"
+            "1/2 Test: good\nOutput:\n-----\nall is well\n<end of output>\nTest Passed.\n"
+            "2/2 Test: bad\nOutput:\n-----\n[ RUN      ] One.Two\nit was red\n\n<end of output>\nTest Failed.\n"
+            "LOG\necho '50% tests passed'; exit 8\n",
+        )
+        result = self.run_command(self.repository / "test")
+        self.assertEqual(result.returncode, 8, result.stderr)
+        self.assertEqual(
+            result.stdout.splitlines()[-4:], ["50% tests passed", "", "What bad has said:", "  it was red"]
         )
 
     def test_test_stops_when_a_build_fails(self):
