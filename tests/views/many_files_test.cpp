@@ -2,8 +2,10 @@
 #include "res/resource.h"
 #include "tests/support/host_files.h"
 #include "tests/support/unix_command.h"
+#include "tests/views/fake_folder.h"
 #include "tests/views/operations_fixture.h"
 #include "text/format.h"
+#include "views/system_icons.h"
 
 using namespace test;
 
@@ -62,6 +64,17 @@ class ManyFiles : public OperationsFixture {
         work();
     }
     static constexpr int halvings = 12;
+    // Which of so many files is listed at a place: forwards, then backwards, then to and fro.
+    static unsigned InTurn(unsigned place, unsigned count) {
+        const unsigned third = count / 3;
+        if (place < third) {
+            return place;
+        }
+        if (place < 2 * third) {
+            return 3 * third - 1 - place;
+        }
+        return 2 * third + (place - 2 * third) * 7919 % (count - 2 * third);
+    }
 };
 
 }  // namespace
@@ -109,4 +122,37 @@ TEST_F(ManyFiles, MarkedAndDeletedAreFollowedByOneListing) {
     EXPECT_LE(searches, 1 + deleted);
     // As many as a listing takes.
     EXPECT_LE(compared, 2000 * halvings);
+}
+
+// The order in which a system lists a folder is its own affair.
+TEST_F(ManyFiles, InAnyOrderAreEachPutInTheirPlaceByHalving) {
+    constexpr unsigned count = 100000;
+    constexpr int halvingsOfAll = 17;
+    const auto nameOf = [](unsigned file) {
+        return L"file " + std::to_wstring(count + file).substr(1);
+    };
+    const std::wstring large = folder.MakeFolder(L"large");
+    OpenFolder();
+    {
+        FakeFolder fake;
+        for (unsigned place = 0; place < count; ++place) {
+            fake.Add(nameOf(InTurn(place, count)));
+        }
+        Counting([&] { View().Navigate(large.c_str()); });
+        EXPECT_EQ(fake.patterns.size(), 1u);
+        EXPECT_EQ(fake.nextCalls, count);
+    }
+    EXPECT_LE(compared, static_cast<int>(count) * halvingsOfAll);
+    ASSERT_EQ(List().GetCount(), count);
+    for (unsigned row = 0; row < count; ++row) {
+        ASSERT_EQ(Item(row).name, nameOf(row));
+    }
+    // The last one is a key away, and so is the folder above.
+    SendMessageW(List().Handle(), WM_KEYDOWN, VK_END, 0);
+    EXPECT_EQ(Selected(), nameOf(count - 1));
+    Draw();
+    EXPECT_EQ(Item(count - 1).iconIndex, -1) << "asked for, and the file is not there";
+    EXPECT_EQ(Item(0).iconIndex, views::unknownIcon);
+    EXPECT_TRUE(View().Back());
+    EXPECT_EQ(Rows(), Names{L"large"});
 }
