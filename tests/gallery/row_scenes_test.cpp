@@ -1,4 +1,4 @@
-// The editor of a name over its row.
+// Rows: the editor of a name over its row, and rows that have no icon yet.
 #include "tests/gallery/camera.h"
 #include "tests/gallery/sample_folder.h"
 #include "tests/support/fake_frame.h"
@@ -7,6 +7,7 @@
 #include "tests/support/wait.h"
 #include "ui/list/row_editor.h"
 #include "ui/paint/drawing_resources.h"
+#include "ui/window/gesture.h"
 #include "views/files/files_view.h"
 
 using namespace test;
@@ -59,4 +60,21 @@ TEST_F(GalleryRows, EditorOfAName) {
 
 TEST_F(GalleryRows, EditorOfANameThatIsTooLong) {
     TakeEditor("files_row_editor_long", 2);
+}
+
+// The finger has moved a page at once, and the first frame has asked for few icons.
+TEST_F(GalleryRows, IconsThatAreStillToCome) {
+    const HWND list = List().Handle();
+    UpdateWindow(list);
+    RECT client;
+    GetClientRect(list, &client);
+    ui::GestureInfo gesture;
+    gesture.result = ui::GestureDrag;
+    gesture.startY = gesture.y = client.bottom / 2;
+    SendMessageW(list, ui::WM_QUERYDRAGTRACKER, 0, reinterpret_cast<LPARAM>(&gesture));
+    ASSERT_TRUE(gesture.tracker);
+    ASSERT_TRUE(gesture.tracker->Start(0, gesture.startY));
+    camera.Forget();
+    gesture.tracker->Move(0, gesture.startY - client.bottom);
+    camera.TakeAsItIs("files_icons_to_come", list);
 }
