@@ -106,7 +106,13 @@ void ProgressBand::Paint(HDC dc, const RECT& client) const {
     const int margin = Height(key) / 4;
     DrawClippedLine(dc, RECT{client.left + margin, client.top, client.right - margin, key.top},
                     work_);
-    DrawClippedLine(dc, RECT{client.left + margin, key.top, key.left - margin, key.bottom}, done_);
+    const RECT beside = {client.left + margin, key.top, key.left - margin, key.bottom};
+    {
+        // Large letters on a small screen leave too little room for a count.
+        const bool fits = TextWidth(dc, done_) <= Width(beside);
+        const platform::Selected smaller(dc, fits ? Fonts().Base() : Fonts().Small());
+        DrawClippedLine(dc, beside, done_);
+    }
     if (pressed_) {
         FillWithColor(dc, key, barPressedColor);
     }
