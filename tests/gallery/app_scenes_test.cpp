@@ -56,6 +56,13 @@ class GalleryApps : public testing::Test {
 class GalleryHungApp : public GalleryApps {
  protected:
     GalleryHungApp() : GalleryApps(L"hung") {}
+    void SetUp() override {
+        GalleryApps::SetUp();
+        // The row stays as it was read. A program that hangs would hold up each change of the
+        // system's colors.
+        TerminateProcess(player.Process(), 0);
+        WaitForSingleObject(player.Process(), longestWait);
+    }
 };
 
 }  // namespace
