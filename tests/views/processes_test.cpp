@@ -439,7 +439,7 @@ TEST_F(Processes, GiveBackAllTheyTake) {
     texts.Forget();
     const Held before = CountHeld();
     const size_t bytes = BytesOnAllHeaps();
-    for (int round = 0; round < 100; ++round) {
+    for (int round = 0; round < 20; ++round) {
         view.Refresh();
     }
     EXPECT_EQ(CountHeld(), before);

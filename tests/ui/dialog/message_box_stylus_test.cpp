@@ -401,9 +401,9 @@ TEST_F(MessageBoxLook, ShowingItGivesBackEveryObject) {
     }
     const Held before = CountHeld();
     const size_t bytes = BytesOnAllHeaps();
-    for (int count = 0; count < 1000; ++count) {
+    for (int count = 0; count < 200; ++count) {
         round();
     }
     EXPECT_EQ(CountHeld(), before);
-    EXPECT_LT(BytesOnAllHeaps(), bytes + 16000);
+    EXPECT_LT(BytesOnAllHeaps(), bytes + 3200);
 }

@@ -219,7 +219,7 @@ TEST_F(PopupMenuChoice, GivesBackEveryObject) {
         round();
     }
     const Held before = CountHeld();
-    for (int count = 0; count < 1000; ++count) {
+    for (int count = 0; count < 200; ++count) {
         round();
     }
     EXPECT_EQ(CountHeld(), before);
