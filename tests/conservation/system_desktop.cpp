@@ -60,9 +60,14 @@ void RunOnHost(const std::string& commands) {
     STARTUPINFOW startup = {};
     startup.cb = sizeof startup;
     PROCESS_INFORMATION process = {};
-    DWORD error = ERROR_SUCCESS;
-    if (CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
-                       &startup, &process)) {
+    DWORD error = ~0u;
+    // Wine loses a new process now and then; some hundred are started here.
+    for (int start = 0; start < 3 && error != ERROR_SUCCESS; ++start) {
+        const BOOL started = CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, 0,
+                                            nullptr, nullptr, &startup, &process);
+        error = started ? ERROR_SUCCESS : GetLastError();
+    }
+    if (error == ERROR_SUCCESS) {
         CloseHandle(process.hThread);
         CloseHandle(process.hProcess);
         // The process's handle tells nothing of a program of the machine below.
@@ -72,8 +77,6 @@ void RunOnHost(const std::string& commands) {
                GetTickCount() - start < longestWait) {
             Sleep(1);
         }
-    } else {
-        error = GetLastError();
     }
     if (DeleteFileW(script)) {
         Tell(L"the shell of the machine below does not " +
