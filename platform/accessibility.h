@@ -37,6 +37,8 @@ class AccessibleWindow {
     // part. A window that cannot tell of itself is left to the system.
     virtual bool Describe(unsigned part, AccessiblePart* description) = 0;
     virtual unsigned PartCount() const = 0;
+    // The part at a client point; 0 for none.
+    virtual unsigned PartAt(POINT point) = 0;
     // The part that the keyboard acts on while the window has it; 0 for none.
     virtual unsigned FocusedPart() const = 0;
 

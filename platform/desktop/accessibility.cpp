@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "platform/bstr.h"
@@ -16,6 +17,8 @@ namespace {
 // A question that waits for the window's thread. Others ask from threads of their own.
 struct Question {
     WPARAM number = 0;
+    // About the part at a client point, or about a part.
+    std::optional<POINT> point;
     unsigned part = 0;
     bool known = false;
     AccessiblePart description;
@@ -43,10 +46,12 @@ std::shared_ptr<Question> QuestionOf(WPARAM number) {
 }
 
 // Null when the window has gone, has no such part, or does not answer.
-std::shared_ptr<const Question> Ask(HWND window, unsigned part) {
+std::shared_ptr<const Question> Ask(HWND window, unsigned part,
+                                    std::optional<POINT> point = std::nullopt) {
     constexpr UINT patience = 2000;
     const auto question = std::make_shared<Question>();
     question->part = part;
+    question->point = point;
     {
         const Locked locked;
         question->number = ++lastNumber;
@@ -261,14 +266,8 @@ class AccessibleObject final : public IAccessible {
             !PtInRect(&client, point)) {
             return S_FALSE;
         }
-        const auto whole = Ask(window_, 0);
-        for (unsigned part = 1; whole && part <= whole->count; ++part) {
-            const auto answer = Ask(window_, part);
-            if (answer && PtInRect(&answer->description.bounds, point)) {
-                return Number(static_cast<LONG>(part), child);
-            }
-        }
-        return Number(CHILDID_SELF, child);
+        const auto answer = Ask(window_, 0, point);
+        return Number(answer ? static_cast<LONG>(answer->part) : CHILDID_SELF, child);
     }
     HRESULT STDMETHODCALLTYPE accDoDefaultAction(VARIANT) override { return DISP_E_MEMBERNOTFOUND; }
     HRESULT STDMETHODCALLTYPE put_accName(VARIANT, BSTR) override { return DISP_E_MEMBERNOTFOUND; }
@@ -336,6 +335,9 @@ LRESULT AnswerAccessibility(HWND handle, UINT message, WPARAM wParam, LPARAM lPa
     const std::shared_ptr<Question> question = QuestionOf(wParam);
     if (!question) {
         return 0;
+    }
+    if (question->point) {
+        question->part = window.PartAt(*question->point);
     }
     question->known = window.Describe(question->part, &question->description);
     question->count = window.PartCount();

@@ -1,4 +1,5 @@
 // What a screen reader is told, asked as one asks: through the system, from another thread.
+#include <atomic>
 #include <optional>
 #include <vector>
 
@@ -36,6 +37,7 @@ class Accessibility : public FrameFixture {
             CoUninitialize();
         });
     }
+    void AddFile(const std::wstring& name) { folder_.MakeFile(name); }
     HWND List() { return FindChild(frame.Handle(), L"kx::TouchList"); }
     HWND BarWindow() { return frame.Bar().Handle(); }
 
@@ -84,6 +86,34 @@ TEST_F(Accessibility, ARowTellsAllThatItShowsWholeAndWhereItIs) {
             EXPECT_EQ(list.At(POINT{row.left + 5, row.top - 5}), 1);
         },
         0x04);
+}
+
+std::atomic<int> described = 0;
+HDC(WINAPI* createCompatible)(HDC) = nullptr;
+HDC WINAPI NoteRead(HDC dc) {
+    ++described;
+    return createCompatible(dc);
+}
+
+// Screen readers ask with each move of a mouse.
+TEST_F(Accessibility, TheRowAtAPointIsToldWithoutReadingTheOthers) {
+    for (int file = 100; file < 300; ++file) {
+        AddFile(L"b " + std::to_wstring(file));
+    }
+    Listen([this] {
+        const Told list(List());
+        ASSERT_EQ(list.Count(), 203);
+        Finger().Key("End").Play();
+        EXPECT_TRUE(WaitFor([&] { return list.Selection() == 203; }));
+        const RECT row = list.Place(203);
+        const RECT above = list.Place(202);
+        const PlatformHook reads("CreateCompatibleDC", NoteRead);
+        createCompatible = reads.Original();
+        described = 0;
+        EXPECT_EQ(list.At(POINT{row.left + 5, row.top + 5}), 203);
+        EXPECT_EQ(list.At(POINT{above.left + 5, above.top + 5}), 202);
+        EXPECT_LE(described, 10);
+    });
 }
 
 TEST_F(Accessibility, MarkedRowsAreToldAsChecked) {

@@ -61,19 +61,26 @@ void AppendValue(std::vector<unsigned char>* code, Value value) {
     code->insert(code->end(), bytes, bytes + sizeof value);
 }
 
-// Machine code for the address `at`, behind which stands how often it still fails.
+// Behind the code stands how often it still fails, and then whether it may.
+constexpr size_t room = 128;
+constexpr size_t mayFail = room + sizeof(unsigned);
+
+// Machine code for the address `at`.
 std::vector<unsigned char> FailingCode(RemoteAddress at, const FailingCall& call,
                                        DWORD64 original) {
-    constexpr size_t room = 128;
     std::vector<unsigned char> code;
-    // mov rax, counter
-    Append(&code, {0x48, 0xB8});
-    AppendValue(&code, reinterpret_cast<DWORD64>(at + room));
     // cmp rcx or rdx, atLeast; jb original
     Append(&code, {0x48, 0x81, static_cast<unsigned char>(call.argument == 0 ? 0xF9 : 0xFA)});
     AppendValue(&code, call.atLeast);
     Append(&code, {0x72, 0});
     const size_t firstJump = code.size();
+    // mov rax, may fail; again: pause; cmp dword [rax], 0; je again
+    Append(&code, {0x48, 0xB8});
+    AppendValue(&code, reinterpret_cast<DWORD64>(at + mayFail));
+    Append(&code, {0xF3, 0x90, 0x83, 0x38, 0x00, 0x74, 0xF9});
+    // mov rax, counter
+    Append(&code, {0x48, 0xB8});
+    AppendValue(&code, reinterpret_cast<DWORD64>(at + room));
     // cmp dword [rax], 0; je original
     Append(&code, {0x83, 0x38, 0x00, 0x74, 0});
     const size_t secondJump = code.size();
@@ -97,30 +104,33 @@ std::vector<unsigned char> FailingCode(RemoteAddress at, const FailingCall& call
     return code;
 }
 
-bool Replace(HANDLE process, RemoteAddress base, const FailingCall& call) {
+// The place of the code; null when the call cannot be replaced.
+RemoteAddress Replace(HANDLE process, RemoteAddress base, const FailingCall& call) {
     const RemoteAddress slot = FindSlot(process, base, call.name);
     DWORD64 original = 0;
     if (!slot || !Read(process, slot, &original)) {
-        return false;
+        return nullptr;
     }
     const auto code = static_cast<RemoteAddress>(
         VirtualAllocEx(process, nullptr, 4096, MEM_COMMIT | MEM_RESERVE, PAGE_EXECUTE_READWRITE));
     if (!code) {
-        return false;
+        return nullptr;
     }
     const std::vector<unsigned char> bytes = FailingCode(code, call, original);
     const auto replacement = reinterpret_cast<DWORD64>(code);
     DWORD protection = 0;
-    return WriteProcessMemory(process, code, bytes.data(), bytes.size(), nullptr) &&
-           VirtualProtectEx(process, slot, sizeof replacement, PAGE_READWRITE, &protection) &&
-           WriteProcessMemory(process, slot, &replacement, sizeof replacement, nullptr);
+    const bool replaced =
+        WriteProcessMemory(process, code, bytes.data(), bytes.size(), nullptr) &&
+        VirtualProtectEx(process, slot, sizeof replacement, PAGE_READWRITE, &protection) &&
+        WriteProcessMemory(process, slot, &replacement, sizeof replacement, nullptr);
+    return replaced ? code : nullptr;
 }
 
 }  // namespace
 
-bool LetCallFail(HANDLE process, DWORD processId, const FailingCall& call) {
+void* ReplaceCall(HANDLE process, DWORD processId, const FailingCall& call) {
     RemoteAddress base = nullptr;
-    bool replaced = false;
+    RemoteAddress code = nullptr;
     bool loaded = false;
     DebugSetProcessKillOnExit(FALSE);
     constexpr DWORD longestLoad = 10000;
@@ -136,14 +146,19 @@ bool LetCallFail(HANDLE process, DWORD processId, const FailingCall& call) {
             case EXCEPTION_DEBUG_EVENT:
                 // The system's own breakpoint: everything is loaded and nothing has run.
                 loaded = true;
-                replaced = Replace(process, base, call);
+                code = Replace(process, base, call);
                 break;
             default:
                 break;
         }
         ContinueDebugEvent(event.dwProcessId, event.dwThreadId, DBG_CONTINUE);
     }
-    return DebugActiveProcessStop(processId) && replaced;
+    return DebugActiveProcessStop(processId) && code ? code + mayFail : nullptr;
+}
+
+bool LetCallFail(HANDLE process, void* call) {
+    constexpr unsigned yes = 1;
+    return WriteProcessMemory(process, call, &yes, sizeof yes, nullptr) != FALSE;
 }
 
 }  // namespace test

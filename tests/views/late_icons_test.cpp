@@ -194,6 +194,17 @@ TEST_F(LateIcons, OfHiddenEntriesAreNeverAskedFor) {
     EXPECT_TRUE(asked[0].ends_with(NameOf(0)));
 }
 
+TEST_F(LateIcons, OfRowsThatAreReadOutAreNotAskedFor) {
+    OpenFiles(200);
+    Draw();
+    const size_t before = Asked();
+    platform::AccessiblePart part;
+    ASSERT_TRUE(List().Describe(151, &part));
+    EXPECT_EQ(part.name, NameOf(150));
+    EXPECT_EQ(Asked(), before);
+    EXPECT_FALSE(HasIcon(150));
+}
+
 TEST_F(LateIcons, OfAFolderThatIsLeftAreAskedForNoMore) {
     OpenFiles(100);
     Draw();

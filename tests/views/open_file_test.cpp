@@ -7,6 +7,7 @@
 #include "faults/fault.h"
 #include "platform/shell.h"
 #include "platform/shortcuts.h"
+#include "tests/support/double_click.h"
 #include "tests/support/drawn_texts.h"
 #include "tests/support/finger.h"
 #include "tests/support/input_taken.h"
@@ -284,6 +285,7 @@ TEST_F(OpenFile, ThatIsAShortcutWhoseCommandCannotBeReadIsForTheShell) {
 
 // The second press of a quick pair is meant for the row that the first one has opened.
 TEST_F(OpenFile, OfAFolderByTwoQuickTapsOpensNothingInIt) {
+    const LongDoubleClick pairs;
     const ExecutionHook hook("ShellExecuteExW", NoteExecution);
     const std::wstring inner = folder.MakeFolder(L"inner");
     folder.MakeFile(L"inner\\a.txt");

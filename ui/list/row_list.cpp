@@ -4,6 +4,7 @@
 #include <new>
 
 #include "ui/paint/marks.h"
+#include "ui/paint/reading.h"
 
 namespace ui {
 
@@ -352,7 +353,8 @@ LRESULT RowListWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
 }
 
 void RowListWindow::DrawItem(const DRAWITEMSTRUCT& row) {
-    if (Lacks(row.itemData)) {
+    const bool seen = !platform::hasAssistiveTechnology || !IsReading();
+    if (seen && Lacks(row.itemData)) {
         if (completions_ > 0) {
             --completions_;
             TryToComplete(row.itemData);

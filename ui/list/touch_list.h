@@ -86,6 +86,10 @@ class TouchList : public Window {
     // Part n is row n - 1, with the texts that are drawn of it.
     bool Describe(unsigned part, platform::AccessiblePart* description) override;
     unsigned PartCount() const override { return GetCount(); }
+    unsigned PartAt(POINT point) override {
+        const unsigned row = platform::hasAssistiveTechnology ? HitTest(point) : noRow;
+        return row == noRow ? 0 : row + 1;
+    }
     unsigned FocusedPart() const override { return selection_ == noRow ? 0 : selection_ + 1; }
 
  protected:

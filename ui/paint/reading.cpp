@@ -17,6 +17,10 @@ ReadInstead::~ReadInstead() {
     current = before_;
 }
 
+bool IsReading() {
+    return current != nullptr;
+}
+
 bool AddToReading(std::wstring_view text) {
     if (!current) {
         return false;

@@ -27,6 +27,9 @@ class ReadInstead {
     Reading* before_;
 };
 
+// Whether a reading goes on: nothing is seen of what is drawn now.
+bool IsReading();
+
 // While a reading goes on, adds to it; else false.
 bool AddToReading(std::wstring_view text);
 bool AddToReading(bool mark);

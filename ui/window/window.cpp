@@ -49,6 +49,17 @@ LRESULT Window::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     return Default(message, wParam, lParam);
 }
 
+unsigned Window::PartAt(POINT point) {
+    const unsigned count = platform::hasAssistiveTechnology ? PartCount() : 0;
+    for (unsigned part = 1; part <= count; ++part) {
+        platform::AccessiblePart description;
+        if (Describe(part, &description) && PtInRect(&description.bounds, point)) {
+            return part;
+        }
+    }
+    return 0;
+}
+
 LRESULT CALLBACK Window::Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
     auto self = reinterpret_cast<Window*>(GetWindowLongPtrW(window, GWLP_USERDATA));
     if (!self && (message == WM_NCCREATE || message == WM_CREATE)) {

@@ -20,6 +20,8 @@ class Window : public platform::AccessibleWindow {
     // A window of which only what the system knows can be told.
     bool Describe(unsigned, platform::AccessiblePart*) override { return false; }
     unsigned PartCount() const override { return 0; }
+    // Goes through the parts.
+    unsigned PartAt(POINT point) override;
     unsigned FocusedPart() const override { return 0; }
 
  protected:

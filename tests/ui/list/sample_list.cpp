@@ -1,5 +1,6 @@
 #include "tests/ui/list/sample_list.h"
 
+#include "tests/support/keyboard.h"
 #include "ui/paint/paint.h"
 
 namespace test {
@@ -146,7 +147,9 @@ bool ListTest::Captured() const {
 bool ListTest::Shows(Frame frame) const {
     const bool shown = WaitFor([&] { return list.LastFrame() == frame; });
     EXPECT_TRUE(shown) << "row " << list.LastFrame().top << " at " << list.LastFrame().y
-                       << " instead of row " << frame.top << " at " << frame.y;
+                       << " instead of row " << frame.top << " at " << frame.y << ", "
+                       << (Captured() ? "captured" : "not captured") << '\n'
+                       << DescribeScreen(list.Handle());
     return shown;
 }
 

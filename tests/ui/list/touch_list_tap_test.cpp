@@ -1,3 +1,4 @@
+#include "tests/support/double_click.h"
 #include "tests/support/keyboard.h"
 #include "tests/support/platform_hook.h"
 #include "tests/ui/list/sample_list.h"
@@ -118,7 +119,10 @@ class RefusingTracker final : public DragTracker {
 using Taps = std::vector<std::pair<unsigned, GestureResult>>;
 
 class TouchListTap : public ListTest {};
-class QuickPairs : public ListTest {};
+class QuickPairs : public ListTest {
+ private:
+    const LongDoubleClick pairs_;
+};
 
 class DragThresholdTest : public ListTest {
  protected:
