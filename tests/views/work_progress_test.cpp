@@ -5,6 +5,7 @@
 #include "tests/support/box.h"
 #include "tests/views/operations_fixture.h"
 #include "ui/bar/progress_band.h"
+#include "views/files/folder_walk.h"
 
 using namespace test;
 using namespace views;
@@ -144,6 +145,26 @@ TEST_F(LongWork, TellsWhatIsCopiedAndHowFarItIs) {
     });
     EXPECT_FALSE(Band());
     EXPECT_EQ(FilesIn(L"here\\tree"), 12);
+}
+
+TEST_F(LongWork, GivesBackEveryObject) {
+    timeOfEntry = 2000;
+    const auto round = [&] {
+        PutTree();
+        Give(ID_PASTE);
+        EXPECT_TRUE(texts.Contains(L"Copying "));
+        texts.Forget();
+        EXPECT_EQ(List().GetCount(), 1u);
+        RecursiveDelete(folder.Path() + L"\\here\\tree", nullptr);
+    };
+    for (int count = 0; count < 10; ++count) {
+        round();
+    }
+    const Held before = CountHeld();
+    for (int count = 0; count < 30; ++count) {
+        round();
+    }
+    EXPECT_EQ(CountHeld(), before);
 }
 
 TEST_F(LongWork, EndsWithTheEscapeKey) {
