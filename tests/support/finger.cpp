@@ -43,6 +43,18 @@ bool AnswersTwice(HWND window) {
     return Answers(window) && Answers(window);
 }
 
+// Who tells a tap from a drag looks at the queue several times for other things before it looks at
+// the moves, and may answer from each of these looks. There are fewer than this.
+bool HasLookedAtAll(HWND window) {
+    constexpr int mostLooks = 12;
+    for (int look = 0; look < mostLooks; ++look) {
+        if (!Answers(window)) {
+            return false;
+        }
+    }
+    return true;
+}
+
 bool HasTakenInput(POINT pressed) {
     HWND taker = CaptureOf(nullptr);
     if (!taker) {
@@ -50,7 +62,7 @@ bool HasTakenInput(POINT pressed) {
         const HWND capture = window ? CaptureOf(window) : nullptr;
         taker = capture ? capture : window;
     }
-    return taker && AnswersTwice(taker);
+    return taker && HasLookedAtAll(taker);
 }
 
 // A window that has come to the front asks the screen for the keyboard with the time of the last

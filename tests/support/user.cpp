@@ -20,13 +20,19 @@ void RunScript(const std::function<void()>& script) {
     }
 }
 
+// The user acts on what is on the screen: the system passes on what this thread's windows have
+// asked of it when their messages are looked at.
+void PassOnToScreen() {
+    MSG message;
+    PeekMessageW(&message, nullptr, WM_USER, WM_USER, PM_NOREMOVE);
+}
+
 }  // namespace
 
 void WhileUser(const std::function<void()>& script, const std::function<void()>& program) {
     std::atomic<bool> programEnded = false;
     const DWORD programThread = GetCurrentThreadId();
-    MSG message;
-    PeekMessageW(&message, nullptr, WM_USER, WM_USER, PM_NOREMOVE);
+    PassOnToScreen();
     std::thread user([&] {
         RunScript(script);
         if (!WaitFor([&] { return programEnded.load(); })) {
@@ -40,12 +46,14 @@ void WhileUser(const std::function<void()>& script, const std::function<void()>&
     program();
     programEnded = true;
     user.join();
+    MSG message;
     while (PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE)) {
     }
 }
 
 void PumpWhileUser(const std::function<void()>& script) {
     std::atomic<bool> scriptEnded = false;
+    PassOnToScreen();
     std::thread user([&] {
         RunScript(script);
         scriptEnded = true;
