@@ -1,6 +1,7 @@
 // Folders of many files: what is done to some of them costs as much as they are many.
 #include "res/resource.h"
 #include "tests/support/host_files.h"
+#include "tests/support/standing_time.h"
 #include "tests/support/unix_command.h"
 #include "tests/views/fake_folder.h"
 #include "tests/views/operations_fixture.h"
@@ -34,13 +35,6 @@ HDC WINAPI NotePaint(HWND window, PAINTSTRUCT* paint) {
     return beginPaint(window, paint);
 }
 
-// For the program the time stands still, so that nothing is painted now and then.
-DWORD(WINAPI* tickCount)() = nullptr;
-DWORD programThread = 0;
-DWORD WINAPI NoTime() {
-    return GetCurrentThreadId() == programThread ? 0 : tickCount();
-}
-
 class ManyFiles : public OperationsFixture {
  protected:
     // Empty files "NAME 1000" and so on in a folder that exists; all at once, by the system
@@ -57,9 +51,8 @@ class ManyFiles : public OperationsFixture {
         findFirst = finds.Original();
         const PlatformHook paints("BeginPaint", NotePaint);
         beginPaint = paints.Original();
-        programThread = GetCurrentThreadId();
-        const PlatformHook time("GetTickCount", NoTime);
-        tickCount = time.Original();
+        // Nothing is painted now and then.
+        const StandingTime time;
         compared = searches = painted = 0;
         work();
     }

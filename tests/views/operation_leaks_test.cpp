@@ -4,6 +4,7 @@
 #include "res/resource.h"
 #include "tests/support/heaps.h"
 #include "tests/support/shell_clipboard.h"
+#include "tests/support/standing_time.h"
 #include "tests/views/operations_fixture.h"
 #include "tests/views/rows.h"
 #include "ui/paint/drawing_resources.h"
@@ -14,14 +15,9 @@ namespace {
 
 constexpr int rounds = 1000;
 
-// For the program the time stands still: nothing takes so long that it is shown, which draws with
-// more than before.
-DWORD WINAPI NoTime() {
-    return 0;
-}
-
 class OperationLeaks : public OperationsFixture {
-    const PlatformHook<decltype(NoTime)> time_{"GetTickCount", NoTime};
+    // Nothing takes so long that it is shown, which draws with more than before.
+    const StandingTime time_;
 
  protected:
     // Bytes that a thousand runs leave on the heaps; handles and drawing objects must stay. What is
