@@ -49,7 +49,7 @@ TEST_F(FilesLook, FoldersKeepOneLineWhenOnlySizesAreShown) {
 TEST_F(FilesLook, ASecondLineStandsBelowTheName) {
     folder.MakeFile(L"a", "12345");
     Start(showFileSize);
-    const Picture picture = ListPicture();
+    const Picture picture = StillListPicture();
     EXPECT_TRUE(HasMarks(picture, Part(0, 8, 5, 60, 55)));
     EXPECT_TRUE(HasMarks(picture, Part(0, 8, 60, 60, 100)));
     EXPECT_FALSE(HasMarks(picture, Part(0, 70, 0, 100, 100)));
@@ -60,7 +60,7 @@ TEST_F(FilesLook, TheSizeStandsAtTheRightOfTheDate) {
     folder.MakeFile(L"b", "12345");
     Start(showFileSize | showFileDate);
     ASSERT_EQ(RowHeight(0), RowHeight(1));
-    const Picture picture = ListPicture();
+    const Picture picture = StillListPicture();
     EXPECT_TRUE(HasMarks(picture, Part(0, 8, 60, 60, 100)));
     EXPECT_FALSE(HasMarks(picture, Part(0, 75, 0, 100, 100)));
     EXPECT_TRUE(HasMarks(picture, Part(1, 8, 60, 60, 100)));
@@ -71,13 +71,13 @@ TEST_F(FilesLook, TheSizeStandsAtTheRightOfTheDate) {
 TEST_F(FilesLook, RowsHaveIconsAtTheLeft) {
     folder.MakeFolder(L"a");
     Start();
-    EXPECT_TRUE(HasMarks(ListPicture(), Part(0, 1, 0, 8, 100)));
+    EXPECT_TRUE(HasMarks(StillListPicture(), Part(0, 1, 0, 8, 100)));
 }
 
 TEST_F(FilesLook, ALongNameEndsInsideItsRow) {
     folder.MakeFile(std::wstring(120, L'W'));
     Start();
-    const Picture picture = ListPicture();
+    const Picture picture = StillListPicture();
     EXPECT_TRUE(HasMarks(picture, Part(0, 85, 0, 99, 100)));
     EXPECT_FALSE(HasMarks(picture, Part(0, 99, 0, 100, 100)));
     // An ellipsis leaves the upper half of its place empty.
@@ -91,7 +91,7 @@ TEST_F(FilesLook, ASelectedRowHasTheColoursOfASelectionFromEdgeToEdge) {
     const int height = RowHeight();
     ASSERT_TRUE(Finger().Hold(RowPoint(0)).Play());
     ASSERT_TRUE(ShowsSelected(0));
-    const Picture picture = ListPicture();
+    const Picture picture = StillListPicture();
     const COLORREF selection = GetSysColor(COLOR_HIGHLIGHT);
     EXPECT_EQ(picture.At(0, 0), selection);
     EXPECT_EQ(picture.At(picture.Width() - 1, 0), selection);
@@ -117,7 +117,7 @@ TEST_F(FilesLook, TheCaptionAndThePathBarNameTheFolder) {
     EXPECT_EQ(bar.bottom, list.top);
     EXPECT_EQ(bar.left, list.left);
     EXPECT_EQ(bar.right, list.right);
-    EXPECT_TRUE(HasMarks(Picture::OfWindow(PathBar()), RECT{0, 0, 200, ui::Height(bar) - 4}));
+    EXPECT_TRUE(HasMarks(Picture::OfWindowDrawnAnew(PathBar()), RECT{0, 0, 200, ui::Height(bar) - 4}));
 }
 
 TEST_F(FilesLook, ALongPathKeepsItsEndInThePathBar) {
@@ -125,7 +125,7 @@ TEST_F(FilesLook, ALongPathKeepsItsEndInThePathBar) {
     folder.MakeFolder(std::wstring(60, L'm') + L"\\end");
     folder.MakeFile(std::wstring(60, L'm') + L"\\end\\a");
     StartAt(outer + L"\\end");
-    const Picture picture = Picture::OfWindow(PathBar());
+    const Picture picture = Picture::OfWindowDrawnAnew(PathBar());
     const int margin = picture.Height() / 4;
     EXPECT_TRUE(HasMarks(picture, RECT{0, 0, picture.Width() / 2, picture.Height() - 4}));
     EXPECT_FALSE(HasMarks(

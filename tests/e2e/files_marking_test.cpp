@@ -18,7 +18,7 @@ class FilesMarking : public FilesProgram {
         folder.MakeFolder(L"b");
         folder.MakeFile(L"c");
         Start();
-        before = ListPicture();
+        before = StillListPicture();
         Choose(0, select);
         ASSERT_TRUE(Counts(0));
     }
@@ -53,7 +53,7 @@ TEST_F(FilesMarking, TapsMarkRowsAndTheCaptionCounts) {
 
 TEST_F(FilesMarking, CancelEndsIt) {
     StartMarking();
-    ASSERT_TRUE(WaitFor([&] { return ListPicture() != before; }));
+    ASSERT_TRUE(WaitFor([&] { return StillListPicture() != before; }));
     TapButton(cancel);
     EXPECT_TRUE(HasLeft());
     EXPECT_TRUE(WaitFor([&] { return ListPicture() == before; }));
@@ -96,7 +96,6 @@ TEST_F(FilesMarking, RefreshDropsTheMarks) {
     ASSERT_TRUE(Counts(1));
     ASSERT_TRUE(Finger().Key("F8").Play());
     EXPECT_TRUE(Counts(0));
-    // Another row: the second tap of a quick pair on one row is not taken.
     ASSERT_TRUE(Finger().Tap(RowPoint(2)).Play());
     EXPECT_TRUE(Counts(1));
 }
@@ -124,8 +123,8 @@ TEST_F(FilesMarking, GrayedButtonsDoNothing) {
 
 TEST_F(FilesMarking, GrayedButtonsComeToLifeWithAMark) {
     StartMarking();
-    ASSERT_TRUE(WaitFor([&] { return ListPicture() != before; }));
-    const Picture grayed = Picture::OfWindow(Bar());
+    ASSERT_TRUE(WaitFor([&] { return StillListPicture() != before; }));
+    const Picture grayed = Picture::OfWindowDrawnAnew(Bar());
     ASSERT_TRUE(Finger().Tap(RowPoint(0)).Play());
     EXPECT_TRUE(WaitFor([&] { return Picture::OfWindow(Bar()) != grayed; }));
     ASSERT_TRUE(Finger().Tap(RowPoint(0)).Play());

@@ -41,9 +41,9 @@ TEST_F(FilesPopups, ShowHiddenShowsAndHidesAgain) {
     SetFileAttributesW(folder.MakeFile(L"hidden").c_str(), FILE_ATTRIBUTE_HIDDEN);
     folder.MakeFile(L"plain");
     Start();
-    const Picture before = ListPicture();
+    const Picture before = StillListPicture();
     Choose(1, showHidden);
-    ASSERT_TRUE(WaitFor([&] { return !(ListPicture() == before); }));
+    ASSERT_TRUE(WaitFor([&] { return !(StillListPicture() == before); }));
     ASSERT_TRUE(Finger().Hold(RowPoint(1)).Play());
     EXPECT_TRUE(ShowsSelected(1));
     Choose(1, showHidden);

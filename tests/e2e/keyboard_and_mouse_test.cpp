@@ -27,7 +27,6 @@ TEST_F(KeyboardAndMouse, TheWheelScrollsByWholeRows) {
     }
     Start();
     const POINT first = RowPoint(0);
-    // Another place: the second tap of a quick pair is not taken.
     const POINT second = RowPoint(1);
     ASSERT_TRUE(Finger().Turn(first, -2).Tap(first).Play());
     EXPECT_TRUE(ShowsFolder(L"\\16"));

@@ -240,7 +240,7 @@ class Device:
         raise RuntimeError("the device did not start: " + "".join(lines))
 
 
-# All suites as (executable, suite), with their tests.
+# All tests of ctest as (executable, name), with the filters that choose what they run.
 def list_suites():
     suites = {}
     told = json.loads(run("ctest", "--test-dir", os.path.join(TREE, "build/desktop"), "--show-only=json-v1"))
@@ -248,8 +248,9 @@ def list_suites():
         executable, _, suite = test["name"].partition(".")
         command = test.get("command", [])
         if executable in EXECUTABLES and suite and not any(part.endswith("on_screen") for part in command):
-            suites[(executable, suite)] = None
-    return list(suites)
+            chosen = next(part for part in command if part.startswith("--gtest_filter="))
+            suites[(executable, suite)] = chosen.partition("=")[2].split(":")
+    return suites
 
 
 def in_parallel(devices, jobs, work):
@@ -278,7 +279,8 @@ def in_parallel(devices, jobs, work):
         raise failures[0]
 
 
-# Runs everything once without a change. Returns for each suite its tests: their time and the changes they come by.
+# Runs everything once without a change. Returns for each of ctest's tests those in it: their time and the changes they
+# come by.
 def look(devices, suites):
     # Drive z: of a device for tests is the project's folder.
     folder = os.path.join(TREE, "build", "hits")
@@ -289,7 +291,7 @@ def look(devices, suites):
         own = os.path.join(folder, executable, name)
         shutil.rmtree(own, ignore_errors=True)
         os.makedirs(own)
-        code, text = device.tests(executable, [f"{name}.*", f"*/{name}.*"],
+        code, text = device.tests(executable, suites[suite],
                                   {"VANTOR_MUTANT_FOLDER": "Z:\\" + os.path.relpath(own, TREE).replace("/", "\\")}, 300)
         if code != 0:
             say(f"{executable}.{name} fails without a change ({code}) and is left out:\n{text[-1500:]}")
@@ -327,7 +329,7 @@ def attempt(device, number, covered, cap):
         if code == 0:
             continue
         found = FAILED.search(text)
-        test = (found.group(1) or found.group(2)) if found else suite + ".*"
+        test = (found.group(1) or found.group(2)) if found else next(iter(reached))
         # What fails without the change as well says nothing about it.
         again = device.tests(executable, [test], {}, int(seconds * 4 + 30))[0]
         if again == 0:
@@ -408,7 +410,8 @@ def main():
         say(f"built with {len(sites)} changes after {time.time() - start:.0f} s")
         devices = [Device(i) for i in range(options.devices)]
         suites = list_suites()
-        covered = look(devices, [s for s in suites if re.search(options.suites, ".".join(s))])
+        covered = look(devices, {name: filters for name, filters in suites.items()
+                                 if re.search(options.suites, ".".join(name))})
         say(f"looked at {len(covered)} suites after {time.time() - start:.0f} s")
         lock = threading.Lock()
         pending = [n for n, s in sites.items() if key_of[id(s)] not in results_by_key]

@@ -143,7 +143,8 @@ def read_desktop(path, first, end, recorder):
 
 
 def suites_in(folder):
-    return {name.removesuffix(".log") for name in os.listdir(folder)} if os.path.isdir(folder) else set()
+    names = os.listdir(folder) if os.path.isdir(folder) else []
+    return {name.removesuffix(".log") for name in names if name.endswith(".log")}
 
 
 def was_reached(reached, sign):

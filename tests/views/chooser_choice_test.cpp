@@ -79,8 +79,6 @@ TEST_F(ChooserChoice, AFolderIsEnteredAndSavedWithTheChoice) {
         EXPECT_TRUE(WaitForRows({L"d.exe"}));
         EXPECT_EQ(ShownFolder(), folder.Path() + L"\\inner");
         EXPECT_EQ(Chosen(), L"");
-        // The second press of a quick pair opens nothing.
-        Finger().Wait(700).Play();
         TapOn(L"d.exe");
     });
     EXPECT_EQ(started, (Started{{Program(L"inner\\d.exe"), File()}}));
@@ -116,7 +114,6 @@ TEST_F(ChooserChoice, LeftGoesUpAndSelectsWhatWasLeft) {
         Press("Home");
         EXPECT_TRUE(WaitFor([&] { return Chosen() == L"My Documents"; }));
         EXPECT_EQ(ShownFolder(), L"\\");
-        Finger().Wait(700).Play();
         TapOn(L"My Documents");
         EXPECT_TRUE(WaitForFolder(L"\\My Documents"));
     });

@@ -5,6 +5,7 @@
 #include "views/processes/processes_view.h"
 
 #include "faults/fault.h"
+#include "tests/support/double_click.h"
 #include "tests/support/fake_processes.h"
 #include "tests/support/heaps.h"
 #include "tests/support/input_taken.h"
@@ -119,6 +120,7 @@ TEST_F(FakeDeviceProcesses, OfOneBaseStandTheLaterFirst) {
 }
 
 TEST_F(FakeDeviceProcesses, AreSelectedByEachOfTwoQuickTaps) {
+    const LongDoubleClick pairs;
     Open();
     RECT row = {};
     ASSERT_TRUE(List().RowRectangle(1, &row));

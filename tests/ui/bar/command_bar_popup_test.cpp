@@ -1,3 +1,4 @@
+#include "tests/support/double_click.h"
 #include "tests/ui/bar/sample_bar.h"
 #include "ui/paint/theme.h"
 #include "ui/popup/popup_menu.h"
@@ -188,6 +189,7 @@ TEST_F(CommandBarPopup, ATapOnItsOwnButtonOnlyClosesIt) {
 }
 
 TEST_F(CommandBarPopup, ARepeatedTapOnItsOwnButtonOnlyClosesIt) {
+    const LongDoubleClick pairs;
     Open(softKeys);
     Run([&] {
         Finger().Tap(ButtonPoint(1)).Wait(60).Tap(ButtonPoint(1)).Play();
