@@ -60,14 +60,9 @@ void RunOnHost(const std::string& commands) {
     STARTUPINFOW startup = {};
     startup.cb = sizeof startup;
     PROCESS_INFORMATION process = {};
-    // Wine loses a new process now and then and says so by this error; some hundred are started
-    // here.
-    DWORD error = ERROR_INTERNAL_ERROR;
-    for (int start = 0; start < 3 && error == ERROR_INTERNAL_ERROR; ++start) {
-        const BOOL started = CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, 0,
-                                            nullptr, nullptr, &startup, &process);
-        error = started ? ERROR_SUCCESS : GetLastError();
-    }
+    const BOOL started = CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr,
+                                        nullptr, &startup, &process);
+    const DWORD error = started ? ERROR_SUCCESS : GetLastError();
     if (error == ERROR_SUCCESS) {
         CloseHandle(process.hThread);
         CloseHandle(process.hProcess);

@@ -82,17 +82,9 @@ Program::Program(const std::wstring& arguments, const std::optional<FailingCall>
     STARTUPINFOW startup = {};
     startup.cb = sizeof startup;
     PROCESS_INFORMATION information = {};
-    BOOL started = FALSE;
-    // Wine loses a new process now and then before anything of its program has run, and says so by
-    // this error. It has been seen once in some thousand starts.
-    constexpr int mostStarts = 3;
-    for (int start = 0;
-         start < mostStarts && !started && (start == 0 || GetLastError() == ERROR_INTERNAL_ERROR);
-         ++start) {
-        started = CreateProcessW(path.c_str(), command.data(), nullptr, nullptr, FALSE,
-                                 patched ? DEBUG_ONLY_THIS_PROCESS : 0, nullptr, L"C:\\", &startup,
-                                 &information);
-    }
+    const BOOL started = CreateProcessW(path.c_str(), command.data(), nullptr, nullptr, FALSE,
+                                        patched ? DEBUG_ONLY_THIS_PROCESS : 0, nullptr, L"C:\\",
+                                        &startup, &information);
     SetEnvironmentVariableW(failingCallVariable, nullptr);
     if (!started) {
         ADD_FAILURE() << "the program does not start: error " << GetLastError();

@@ -268,18 +268,11 @@ bool Program::Start(const std::wstring& arguments) {
     DeleteFileW(complaints_.c_str());
     const std::wstring path = Variable(L"VANTOR_EXE");
     std::wstring command = L'"' + path + L"\" " + arguments;
-    // Wine loses a new process now and then before anything of its program has run, and says so by
-    // this error.
-    BOOL started = FALSE;
+    STARTUPINFOW startup = {};
+    startup.cb = sizeof startup;
     PROCESS_INFORMATION process = {};
-    for (int start = 0;
-         start < 3 && !started && (start == 0 || GetLastError() == ERROR_INTERNAL_ERROR); ++start) {
-        STARTUPINFOW startup = {};
-        startup.cb = sizeof startup;
-        started = CreateProcessW(path.c_str(), command.data(), nullptr, nullptr, FALSE, 0, nullptr,
-                                 L"C:\\", &startup, &process);
-    }
-    if (!started) {
+    if (!CreateProcessW(path.c_str(), command.data(), nullptr, nullptr, FALSE, 0, nullptr, L"C:\\",
+                        &startup, &process)) {
         std::printf("the program does not start: error %lu\n", GetLastError());
         std::exit(2);
     }

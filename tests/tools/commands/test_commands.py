@@ -404,6 +404,10 @@ class DeviceTest(CommandTest):
             result = self.with_device("--screen", screen, self.repository / "tools/device/in_device", self.program, "window")
             self.assertIn(f"window 1, screen {screen}, {resolution} dots per inch", result.stdout)
 
+    def test_the_memory_of_its_programs_lies_where_it_always_does(self):
+        result = self.with_device("cat", "/proc/self/personality")
+        self.assertTrue(int(result.stdout, 16) & 0x40000, result.stdout)
+
     def test_says_what_is_missing(self):
         command = self.repository / "tools/device/in_device"
         self.assert_one_sentence(self.run_command(command, self.program), "there is no display")
