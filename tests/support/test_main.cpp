@@ -26,8 +26,8 @@ int main(int count, char** arguments) {
     if (FAILED(CoInitializeEx(nullptr, COINIT_MULTITHREADED))) {
         return 2;
     }
-    // Two taps at one place are two taps, at whatever pace a machine makes them. A test that means a
-    // quick pair says so (LongDoubleClick); programs that start later are told the same.
+    // Two taps at one place are two taps, at whatever pace a machine makes them. A test that means
+    // a quick pair says so (LongDoubleClick); programs that start later are told the same.
     SetDoubleClickTime(1);
     text::SetProgramModule(GetModuleHandleW(nullptr));
     ui::Resources().Load();

@@ -77,7 +77,7 @@ namespace {
 // A shell that stays for as long as this process: to start one takes this system longer than nearly
 // every line that it is given.
 class Shell {
-public:
+ public:
     // Null where it cannot be started.
     static std::unique_ptr<Shell> Start();
 
@@ -87,7 +87,7 @@ public:
 
     std::optional<std::string> Run(const std::string& line);
 
-private:
+ private:
     Shell() = default;
 
     bool Write(const std::string& text) const;
@@ -107,8 +107,9 @@ std::unique_ptr<Shell> Shell::Start() {
     shell->answers_ = UnixFileName();
     shell->path_ = UnixPath(shell->answers_);
     const std::string lines = shell->path_ + ".lines";
-    std::wstring command = Widen("\\\\?\\unix\\bin\\sh -c " +
-                                 Quoted("cd /; mkfifo " + lines + " && exec sh <" + lines));
+    std::wstring command =
+        Widen("\\\\?\\unix\\bin\\sh -c " +
+              Quoted("cd /; rm -f " + lines + "; mkfifo " + lines + " && exec sh <" + lines));
     STARTUPINFOW startup = {};
     startup.cb = sizeof startup;
     PROCESS_INFORMATION process = {};
@@ -174,7 +175,7 @@ std::optional<std::string> Shell::Run(const std::string& line) {
 
 // Those that have no line to run. Several threads of a process may run one at a time.
 class IdleShells {
-public:
+ public:
     std::unique_ptr<Shell> Take() {
         AcquireSRWLockExclusive(&lock_);
         std::unique_ptr<Shell> shell;
@@ -192,7 +193,7 @@ public:
         ReleaseSRWLockExclusive(&lock_);
     }
 
-private:
+ private:
     SRWLOCK lock_ = SRWLOCK_INIT;
     std::vector<std::unique_ptr<Shell>> shells_;
 };
