@@ -60,8 +60,8 @@ void RunOnHost(const std::string& commands) {
     STARTUPINFOW startup = {};
     startup.cb = sizeof startup;
     PROCESS_INFORMATION process = {};
-    const BOOL started = CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr,
-                                        nullptr, &startup, &process);
+    const BOOL started = CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, 0,
+                                        nullptr, nullptr, &startup, &process);
     const DWORD error = started ? ERROR_SUCCESS : GetLastError();
     if (error == ERROR_SUCCESS) {
         CloseHandle(process.hThread);

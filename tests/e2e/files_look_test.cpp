@@ -117,7 +117,8 @@ TEST_F(FilesLook, TheCaptionAndThePathBarNameTheFolder) {
     EXPECT_EQ(bar.bottom, list.top);
     EXPECT_EQ(bar.left, list.left);
     EXPECT_EQ(bar.right, list.right);
-    EXPECT_TRUE(HasMarks(Picture::OfWindowDrawnAnew(PathBar()), RECT{0, 0, 200, ui::Height(bar) - 4}));
+    EXPECT_TRUE(
+        HasMarks(Picture::OfWindowDrawnAnew(PathBar()), RECT{0, 0, 200, ui::Height(bar) - 4}));
 }
 
 TEST_F(FilesLook, ALongPathKeepsItsEndInThePathBar) {
