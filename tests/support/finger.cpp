@@ -65,6 +65,13 @@ bool HasTakenInput(POINT pressed) {
     return taker && HasLookedAtAll(taker);
 }
 
+// Farther than a tap may move.
+bool IsDrag(POINT moved) {
+    constexpr int part = 20;
+    return std::abs(moved.x) > GetSystemMetrics(SM_CXSCREEN) / part ||
+           std::abs(moved.y) > GetSystemMetrics(SM_CYSCREEN) / part;
+}
+
 // A window that has come to the front asks the screen for the keyboard with the time of the last
 // message that its thread has taken. The screen refuses when the keyboard has moved since, as it
 // does by itself when the window that had it goes; the keys then go to whatever lies under the
@@ -164,14 +171,21 @@ Finger& Finger::Turn(POINT point, int notches) {
 }
 
 Finger& Finger::DragTo(POINT from, POINT to, int steps) {
+    bool began = false;
     for (int step = 1; step <= steps; ++step) {
         // On a busy machine each pause may last far longer, and a finger that stays is a hold: the
         // first moves come with the press.
         if (step > 2) {
             Wait(15);
         }
-        MoveTo(POINT{from.x + (to.x - from.x) * step / steps,
-                     from.y + (to.y - from.y) * step / steps});
+        const POINT moved = {(to.x - from.x) * step / steps, (to.y - from.y) * step / steps};
+        MoveTo(POINT{from.x + moved.x, from.y + moved.y});
+        // What begins a drag are all moves that wait, however far they go: what shall move it comes
+        // once it has begun.
+        if (!began && IsDrag(moved)) {
+            began = true;
+            Taken();
+        }
     }
     // A finger that is lifted before its moves are looked at has tapped: it rests, and until they
     // are.
