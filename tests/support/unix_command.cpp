@@ -109,7 +109,7 @@ std::unique_ptr<Shell> Shell::Start() {
     const std::string lines = shell->path_ + ".lines";
     std::wstring command =
         Widen("\\\\?\\unix\\bin\\sh -c " +
-              Quoted("cd /; rm -f " + lines + "; mkfifo " + lines + " && exec sh <" + lines));
+              Quoted("rm -f " + lines + "; mkfifo " + lines + " && exec sh <" + lines));
     STARTUPINFOW startup = {};
     startup.cb = sizeof startup;
     PROCESS_INFORMATION process = {};
@@ -159,7 +159,7 @@ std::optional<std::string> Shell::AnswerTo(const std::string& end) const {
 
 std::optional<std::string> Shell::Run(const std::string& line) {
     const std::string end = "end of line " + std::to_string(++count_);
-    if (!Write("{ { " + line + "; } </dev/null; echo '" + end + "'; } >" + path_ + '\n')) {
+    if (!Write("cd /; { { " + line + "; } </dev/null; echo '" + end + "'; } >" + path_ + '\n')) {
         return std::nullopt;
     }
     constexpr DWORD longestCommand = 30000;
