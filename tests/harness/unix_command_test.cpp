@@ -1,0 +1,42 @@
+#include "tests/support/unix_command.h"
+
+#include <gtest/gtest.h>
+
+#include <thread>
+
+using namespace test;
+
+TEST(UnixCommand, GivesBackWhatItWritesWithoutItsEnd) {
+    EXPECT_EQ(RunUnixCommand("printf 'a\\nb\\n\\n'"), "a\nb");
+    EXPECT_EQ(RunUnixCommand("true"), "");
+}
+
+TEST(UnixCommand, GivesBackAsMuchAsItWrites) {
+    const std::optional<std::string> text = RunUnixCommand("seq 1 20000");
+    ASSERT_TRUE(text);
+    EXPECT_TRUE(text->starts_with("1\n2\n"));
+    EXPECT_TRUE(text->ends_with("\n20000"));
+}
+
+TEST(UnixCommand, ThatFailsIsNotTheLast) {
+    EXPECT_EQ(RunUnixCommand("echo before; false"), "before");
+    EXPECT_EQ(RunUnixCommand("echo after"), "after");
+}
+
+TEST(UnixCommand, BeginsWhereEachBegins) {
+    RunUnixCommand("cd /tmp");
+    EXPECT_EQ(RunUnixCommand("pwd"), "/");
+}
+
+TEST(UnixCommand, OfAnotherThreadIsNotWaitedFor) {
+    const std::string sign = RunUnixCommand("mktemp -u").value_or("");
+    ASSERT_NE(sign, "");
+    std::optional<std::string> waited;
+    std::thread other([&] {
+        waited = RunUnixCommand("until [ -e " + sign + " ]; do sleep 0.01; done; echo seen");
+    });
+    EXPECT_EQ(RunUnixCommand("touch " + sign + "; echo made"), "made");
+    other.join();
+    EXPECT_EQ(waited, "seen");
+    RunUnixCommand("rm " + sign);
+}
