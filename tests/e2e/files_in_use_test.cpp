@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/e2e/files_fixture.h"
+#include "tests/support/keyboard.h"
 #include "tests/support/sample_program.h"
 
 using namespace test;
@@ -49,7 +50,8 @@ TEST_F(FileInUse, StaysWithItsApplicationWhenTheAnswerIsNo) {
     const HWND question = DeleteFirst();
     ASSERT_TRUE(Finger().Key("Return").Play());
     EXPECT_TRUE(WaitFor([&] { return !IsWindow(question); }));
-    EXPECT_TRUE(WaitFor([&] { return GetForegroundWindow() == Window(); }));
+    EXPECT_TRUE(WaitFor([&] { return GetForegroundWindow() == Window(); }))
+        << DescribeScreen(Window());
     EXPECT_TRUE(Exists(file));
     EXPECT_TRUE(holder.Runs());
 }
