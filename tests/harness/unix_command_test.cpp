@@ -29,14 +29,14 @@ TEST(UnixCommand, BeginsWhereEachBegins) {
 }
 
 TEST(UnixCommand, OfAnotherThreadIsNotWaitedFor) {
-    const std::string sign = RunUnixCommand("mktemp -u").value_or("");
-    ASSERT_NE(sign, "");
-    std::optional<std::string> waited;
-    std::thread other([&] {
-        waited = RunUnixCommand("until [ -e " + sign + " ]; do sleep 0.01; done; echo seen");
-    });
-    EXPECT_EQ(RunUnixCommand("touch " + sign + "; echo made"), "made");
+    // Each waits for the other: who writes into it for one who reads, and the reverse.
+    const std::string pipe = RunUnixCommand("mktemp -u").value_or("");
+    ASSERT_NE(pipe, "");
+    ASSERT_EQ(RunUnixCommand("mkfifo " + pipe), "");
+    std::optional<std::string> read;
+    std::thread other([&] { read = RunUnixCommand("cat " + pipe); });
+    EXPECT_EQ(RunUnixCommand("echo written >" + pipe + "; echo done"), "done");
     other.join();
-    EXPECT_EQ(waited, "seen");
-    RunUnixCommand("rm " + sign);
+    EXPECT_EQ(read, "written");
+    RunUnixCommand("rm " + pipe);
 }

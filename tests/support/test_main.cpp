@@ -2,6 +2,7 @@
 // program's module, fonts and pictures.
 #include <gtest/gtest.h>
 #include <objbase.h>
+#include <process.h>
 
 #include <cstdio>
 
@@ -37,7 +38,7 @@ int main(int count, char** arguments) {
     }
     // What is left to a process that ends takes its time on a busy machine, and half a second after
     // the end of its threads Wine kills it, whatever it was to end with. So nothing is left to it.
-    std::fflush(nullptr);
+    _cexit();
     TerminateProcess(GetCurrentProcess(), static_cast<UINT>(result));
     return result;
 }
