@@ -72,6 +72,39 @@ bool IsDrag(POINT moved) {
            std::abs(moved.y) > GetSystemMetrics(SM_CYSCREEN) / part;
 }
 
+// For the shell: `finger COMMANDS...` has them done one after the other. The tool that moves the
+// finger stays for as long as the shell, since it learns the whole keyboard when it starts. Asking
+// for the place of the screen's own window waits for all before it, is about no window that might
+// go meanwhile, and leaves no window behind that later commands would be about. Over a window that
+// has gone the tool ends, and does nothing of what comes behind.
+constexpr char fingerOfShell[] = R"(
+command -v finger >/dev/null || {
+    tool=
+    take_finger() {
+        screen=$(xdotool search --maxdepth 0 '' 2>/dev/null)
+        way=/tmp/vantor-finger$DISPLAY-$$
+        rm -f $way.asks $way.answers
+        mkfifo $way.asks $way.answers
+        xdotool - <$way.asks >$way.answers 2>/dev/null &
+        tool=$!
+        exec 9>$way.asks 8<$way.answers
+        rm -f $way.asks $way.answers
+    }
+    finger() {
+        [ "$tool" ] || take_finger
+        for part do printf '%s\n' "$part" "getwindowgeometry --shell $screen"; done >&9
+        for part do
+            told=
+            while [ "${told%=*}" != SCREEN ]; do read -r told <&8 || { tool=; return 1; }; done
+        done
+    }
+}
+)";
+
+std::optional<std::string> RunWithFinger(const std::string& line) {
+    return RunUnixCommand(fingerOfShell + line);
+}
+
 // A window that has come to the front asks the screen for the keyboard with the time of the last
 // message that its thread has taken. The screen refuses when the keyboard has moved since, as it
 // does by itself when the window that had it goes; the keys then go to whatever lies under the
@@ -93,12 +126,12 @@ bool TryToSendKeys(HWND window, const std::string& commands, std::string* answer
     }
     // What the screen's names of one program's windows have in common.
     constexpr unsigned programShift = 21;
-    *answer = RunUnixCommand("k=$(xdotool getwindowfocus -f); if [ $((k >> " +
-                             std::to_string(programShift) +
-                             ")) = " + std::to_string(state.screenWindow >> programShift) +
-                             " ]; then xdotool" + commands + "; else xdotool windowfocus " +
-                             std::to_string(state.screenWindow) + commands +
-                             "; fi && echo sent || echo refused")
+    *answer = RunWithFinger("k=$(xdotool getwindowfocus -f); if [ $((k >> " +
+                            std::to_string(programShift) +
+                            ")) = " + std::to_string(state.screenWindow >> programShift) +
+                            " ]; then finger '" + commands + "'; else finger 'windowfocus " +
+                            std::to_string(state.screenWindow) + "' '" + commands +
+                            "'; fi && echo sent || echo refused")
                   .value_or("not answered");
     return *answer == "sent";
 }
@@ -256,7 +289,8 @@ bool Finger::PlayPart(const Part& part) const {
             return taken;
         }
         default: {
-            const bool moved = RunUnixCommand("xdotool" + part.commands).has_value();
+            const bool moved =
+                RunWithFinger("finger '" + part.commands + "' && echo moved") == "moved";
             EXPECT_TRUE(moved) << "the finger does not move\n" << DescribeScreen();
             return moved;
         }

@@ -28,7 +28,6 @@ def write_command(path, text):
     path.chmod(0o755)
 
 
-
 def processes_with(text):
     """The processes of this machine whose surroundings or command line hold the text."""
     found = []
@@ -43,7 +42,7 @@ def processes_with(text):
 
 
 def copy_commands(repository):
-    """Copies the commands, and the template of the device: the same tools would make the same, but slowly."""
+    """Copies the commands; the template of the device is used as it is: the same tools would make the same, but slowly."""
     repository.mkdir()
     for name in ("run", "test", "package"):
         shutil.copy(REPOSITORY / name, repository)
@@ -56,7 +55,7 @@ def copy_commands(repository):
     build.mkdir()
     template = REPOSITORY / "build/device-template"
     if template.exists():
-        subprocess.run(["cp", "-a", template, build], check=True)
+        (build / "device-template").symlink_to(template)
 
 
 class CommandTest(unittest.TestCase):
@@ -425,6 +424,48 @@ class DeviceTest(CommandTest):
         self.assertTrue(note.exists())
         self.make_device("--device", self.device, "--fresh")
         self.assertFalse(note.exists())
+
+    def test_a_fresh_device_is_as_the_first_one(self):
+        def described():
+            entries = {}
+            for path in self.device.rglob("*"):
+                about = path.lstat()
+                marks = {name: os.getxattr(path, name, follow_symlinks=False)
+                         for name in os.listxattr(path, follow_symlinks=False)}
+                content = (
+                    os.readlink(path) if path.is_symlink() else path.read_bytes() if path.is_file() else None
+                )
+                # The resolution is written into the registry.
+                written = None if path.suffix == ".reg" else about.st_mtime_ns
+                entries[str(path)] = (about.st_mode, written, marks, content)
+            # It tells when the device was made.
+            del entries[str(self.device / ".template")]
+            del entries[str(self.device / "dosdevices")]
+            del entries[str(self.device / "dosdevices/z:")]
+            return entries
+
+        self.make_device("--device", self.device, "--fresh")
+        before = described()
+        documents = self.device / "drive_c/My Documents"
+        entries = sorted(entry for entry in documents.rglob("*") if entry.is_file())
+        self.assertGreater(len(entries), 5)
+        kept = entries[2].stat()
+        entries[0].unlink()
+        entries[1].write_text("other")
+        # The same size, the same date.
+        entries[2].write_bytes(bytes(kept.st_size))
+        os.utime(entries[2], ns=(kept.st_atime_ns, kept.st_mtime_ns))
+        entries[3].rename(documents / "renamed")
+        entries[4].chmod(0o444)
+        (self.device / "drive_c/New/Inside").mkdir(parents=True)
+        (self.device / "drive_c/New/Inside/file").touch()
+        shutil.rmtree(documents / "My Pictures")
+        os.utime(self.device / "drive_c/windows/Fonts", (1, 1))
+        (self.device / "drive_c/Temp").chmod(0o700)
+        self.in_device(self.program)
+        self.make_device("--device", self.device, "--fresh")
+        after = described()
+        self.assertEqual([path for path in before.keys() | after.keys() if before.get(path) != after.get(path)], [])
 
     def test_a_device_leads_nowhere(self):
         # Wine makes links when it starts.
