@@ -98,7 +98,7 @@ void MainFrame::OnCreate() {
     const std::optional<ViewIndex> asked = ViewOfCommandLine(platform::CommandLineArguments());
     flags_ = ReadNumber(settingFlags).value_or(0);
     current_ = asked ? *asked : ViewOfSetting(ReadNumber(settingView).value_or(0));
-    platform::AdaptMainWindow(Handle(), IDI_PROGRAM);
+    platform::AdaptMainWindow(Handle());
     RECT place;
     AdoptScale(Handle(), &place);
     const platform::WindowDC dc(Handle());
@@ -114,6 +114,7 @@ void MainFrame::OnCreate() {
         ShowWindow(Handle(), *showCommand_);
         UpdateWindow(Handle());
     }
+    platform::ShowMainWindowIcon(Handle(), IDI_PROGRAM);
     closer_.emplace();
     closer_->SpareWindow(Handle());
     hiddenApps_.LoadHiddenApps();

@@ -6,9 +6,13 @@
 
 namespace platform {
 
-// Gives the main window, on a large screen, a frame to size, minimise and close it by, and on every
-// PC the program's icon, a resource of the executable. Nothing on a handheld.
-void AdaptMainWindow(HWND window, UINT icon);
+// Gives the main window, on a large screen, a frame to size, minimise and close it by. Nothing on a
+// handheld.
+void AdaptMainWindow(HWND window);
+
+// Gives the main window the program's icon, a resource of the executable (WM_SETICON). Nothing on a
+// handheld.
+void ShowMainWindowIcon(HWND window, UINT icon);
 
 // Takes over the scale of the monitor that shows the window (GetDpiForWindow) for SystemFont and
 // ScreenRectangle. True when it is another than before: all that has been measured is stale, and

@@ -2,7 +2,9 @@
 
 namespace platform {
 
-void AdaptMainWindow(HWND, UINT) {}
+void AdaptMainWindow(HWND) {}
+
+void ShowMainWindowIcon(HWND, UINT) {}
 
 bool AdoptScale(HWND, RECT*) {
     return false;

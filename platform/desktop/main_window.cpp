@@ -45,10 +45,7 @@ void ShowIcon(HWND window, UINT id, WPARAM size, int width, int height) {
 
 }  // namespace
 
-void AdaptMainWindow(HWND window, UINT icon) {
-    ShowIcon(window, icon, ICON_BIG, GetSystemMetrics(SM_CXICON), GetSystemMetrics(SM_CYICON));
-    ShowIcon(window, icon, ICON_SMALL, GetSystemMetrics(SM_CXSMICON),
-             GetSystemMetrics(SM_CYSMICON));
+void AdaptMainWindow(HWND window) {
     RECT workArea;
     if (!desktop::WorkArea(window, &workArea) || desktop::IsSmall(workArea)) {
         return;
@@ -59,6 +56,12 @@ void AdaptMainWindow(HWND window, UINT icon) {
     SetWindowPos(window, nullptr, 0, 0, 0, 0,
                  SWP_FRAMECHANGED | SWP_NOMOVE | SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
     SetWindowSubclass(window, MainWindowProcedure, 0, 0);
+}
+
+void ShowMainWindowIcon(HWND window, UINT icon) {
+    ShowIcon(window, icon, ICON_BIG, GetSystemMetrics(SM_CXICON), GetSystemMetrics(SM_CYICON));
+    ShowIcon(window, icon, ICON_SMALL, GetSystemMetrics(SM_CXSMICON),
+             GetSystemMetrics(SM_CYSMICON));
 }
 
 bool AdoptScale(HWND window, RECT* place) {

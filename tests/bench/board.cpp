@@ -1,7 +1,8 @@
 // Measures what a person waits for, from outside: starts this program, others that the device has
 // and one that is nothing but an empty window, each in the same way and in turn, and watches their
-// windows until nothing changes there any more. Prints a table for docs/performance.md; judges
-// nothing.
+// windows until nothing changes there any more, and until those that show a folder have as many
+// rows as it has files: a program may take what it is given for another folder, or for none. Prints
+// a table for docs/performance.md; judges nothing.
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
@@ -17,6 +18,7 @@
 #include "tests/support/world.h"
 #include "ui/window/window.h"
 // Behind the platform's own declarations.
+#include <commctrl.h>
 #include <psapi.h>
 
 namespace {
@@ -77,6 +79,28 @@ bool Answers(HWND window) {
     return SendMessageTimeoutW(window, WM_NULL, 0, 0, SMTO_NORMAL, 20, &result) != 0;
 }
 
+// The rows that a window's lists say they have, of the list with the most. A program that does not
+// answer has none yet.
+BOOL CALLBACK CountRows(HWND window, LPARAM parameter) {
+    wchar_t name[32] = {};
+    GetClassNameW(window, name, 32);
+    const UINT question = _wcsicmp(name, WC_LISTVIEWW) == 0  ? LVM_GETITEMCOUNT
+                          : _wcsicmp(name, WC_LISTBOXW) == 0 ? LB_GETCOUNT
+                                                             : 0;
+    DWORD_PTR rows = 0;
+    if (question && SendMessageTimeoutW(window, question, 0, 0, SMTO_NORMAL, 20, &rows)) {
+        int& most = *reinterpret_cast<int*>(parameter);
+        most = std::max(most, static_cast<int>(rows));
+    }
+    return TRUE;
+}
+
+int RowsOf(HWND window) {
+    int rows = 0;
+    EnumChildWindows(window, CountRows, reinterpret_cast<LPARAM>(&rows));
+    return rows;
+}
+
 double OwnKilobytes(HANDLE process) {
     PROCESS_MEMORY_COUNTERS counters = {};
     counters.cb = sizeof counters;
@@ -84,8 +108,9 @@ double OwnKilobytes(HANDLE process) {
     return static_cast<double>(counters.PagefileUsage) / 1024.0;
 }
 
-// Watches a program that was started at `begin` until it is done; throws when it is not in time.
-Start Watch(const PROCESS_INFORMATION& program, double begin) {
+// Watches a program that was started at `begin` until it is done and shows so many rows, for which
+// it may be waiting for a key once it has any; throws when it is not in time.
+Start Watch(const PROCESS_INFORMATION& program, double begin, int rows, WPARAM key) {
     Start start;
     HWND window = nullptr;
     test::Picture picture;
@@ -103,8 +128,13 @@ Start Watch(const PROCESS_INFORMATION& program, double begin) {
             }
             start.window = now - begin;
         }
+        const int shown = rows > 0 ? RowsOf(window) : 0;
+        if (key && shown > 0) {
+            PostMessageW(window, WM_KEYDOWN, key, 0);
+            key = 0;
+        }
         test::Picture next = test::Picture::OfWindow(window);
-        if (next != picture || !Answers(window)) {
+        if (next != picture || !Answers(window) || shown < rows) {
             picture = std::move(next);
             changed = Now();
         } else if (now - changed > quietMilliseconds) {
@@ -116,7 +146,7 @@ Start Watch(const PROCESS_INFORMATION& program, double begin) {
     }
 }
 
-Start Run(const std::wstring& command) {
+Start Run(const std::wstring& command, int rows, WPARAM key) {
     std::wstring line = command;
     STARTUPINFOW startup = {};
     startup.cb = sizeof startup;
@@ -130,7 +160,7 @@ Start Run(const std::wstring& command) {
     const platform::UniqueHandle thread(program.hThread);
     Start start;
     try {
-        start = Watch(program, begin);
+        start = Watch(program, begin, rows, key);
     } catch (...) {
         TerminateProcess(program.hProcess, 1);
         throw;
@@ -144,6 +174,10 @@ struct Peer {
     const char* name;
     std::wstring command;
     bool showsFolder;
+    // Whether the system's own lists hold its rows, where they can be counted.
+    bool hasLists = false;
+    // What it waits for until it shows the folder.
+    WPARAM key = 0;
     std::vector<Start> starts = {};
     // Not started again.
     bool tooSlow = false;
@@ -197,8 +231,9 @@ void Measure(int files, int rounds) {
     GetEnvironmentVariableW(L"VANTOR_EXE", program, MAX_PATH);
     std::vector<Peer> peers = {
         {"Vantor", L"\"" + std::wstring(program) + L"\" -explorer", true},
-        {"winefile", L"winefile.exe \"" + path + L"\"", true},
-        {"explorer", L"explorer.exe \"" + path + L"\"", true},
+        // It takes all that follows its name for the path, and at first shows what is around it.
+        {"winefile", L"winefile.exe " + path, true, true, VK_F5},
+        {"explorer", L"explorer.exe \"" + path + L"\"", true, true},
         {"taskmgr", L"taskmgr.exe", false},
         {"an empty window", L"\"" + std::wstring(self) + L"\" --empty", false},
     };
@@ -210,7 +245,7 @@ void Measure(int files, int rounds) {
             test::CleanSettings::SetText(L"path", folder.Path());
             try {
                 if (!peer.tooSlow) {
-                    peer.starts.push_back(Run(peer.command));
+                    peer.starts.push_back(Run(peer.command, peer.hasLists ? files : 0, peer.key));
                 }
             } catch (const TooSlow&) {
                 peer.tooSlow = true;
