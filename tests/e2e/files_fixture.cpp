@@ -205,7 +205,8 @@ void FilesProgram::ChooseCommand(UINT menu, UINT command, HWND window) const {
 }
 
 Picture FilesProgram::StillListPicture() const {
-    return Picture::OfWindowDrawnAnew(List());
+    // A view that is shown anew has another list.
+    return Picture::OfWindowDrawnAnew([this] { return List(); });
 }
 
 HWND FilesProgram::Dialog(HWND previous) const {

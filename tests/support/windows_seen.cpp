@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <sstream>
 
 #include "platform/handles.h"
 #include "tests/support/keyboard.h"
@@ -124,30 +125,52 @@ bool Picture::Has(COLORREF color) const {
     return std::find(pixels_.begin(), pixels_.end(), color) != pixels_.end();
 }
 
+std::string Picture::WhereIs(COLORREF color) const {
+    RECT all = {width_, height_, 0, 0};
+    for (LONG y = 0; y < height_; ++y) {
+        for (LONG x = 0; x < width_; ++x) {
+            if (At(x, y) == color) {
+                all = {std::min(all.left, x), std::min(all.top, y), std::max(all.right, x + 1),
+                       std::max(all.bottom, y + 1)};
+            }
+        }
+    }
+    std::ostringstream where;
+    if (all.right > 0) {
+        where << " within " << all.left << ',' << all.top << '-' << all.right << ',' << all.bottom;
+    }
+    return where.str();
+}
+
 // What the screen shows of the window is painted over, and the window is to draw itself. Where its
 // own colours are back they were drawn after that, and a program draws when it has nothing else to
 // do. That counts what it has taken from the screen: it takes more once it has shown what it has
 // drawn. So it is asked twice.
-Picture Picture::OfWindowDrawnAnew(HWND window) {
+Picture Picture::OfWindowDrawnAnew(const std::function<HWND()>& find) {
     constexpr COLORREF nobodysColor = RGB(1, 254, 3);
-    const RECT area = ScreenRectangleOf(window);
+    RECT area = {};
     Picture picture;
     bool drawn = true;
     for (int round = 0; round < 2 && drawn; ++round) {
         // The screen has done it when it answers; what the window has drawn meanwhile goes as well.
         drawn = WaitFor([&] {
+            area = ScreenRectangleOf(find());
             const platform::WindowDC screen(nullptr);
             const platform::UniqueBrush brush(CreateSolidBrush(nobodysColor));
             FillRect(screen, &area, brush.Get());
             return GetPixel(screen, area.left, area.top) == nobodysColor;
         });
         drawn = drawn && WaitFor([&] {
-                    InvalidateRect(window, nullptr, TRUE);
+                    // Without a window it would be all of them.
+                    if (const HWND window = find()) {
+                        InvalidateRect(window, nullptr, TRUE);
+                    }
                     picture = OfScreen(area);
                     return !picture.Has(nobodysColor);
                 });
     }
-    EXPECT_TRUE(drawn) << "the window is not drawn\n" << DescribeScreen(window);
+    EXPECT_TRUE(drawn) << "the window is not drawn" << picture.WhereIs(nobodysColor) << '\n'
+                       << DescribeScreen(find());
     return picture;
 }
 

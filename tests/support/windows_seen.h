@@ -1,6 +1,7 @@
 // Looking at the screen: windows, their places and the pixels that a person sees.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -37,13 +38,19 @@ class Picture {
     static Picture OfWindow(HWND window) { return OfScreen(ScreenRectangleOf(window)); }
     // The same once the window's program has done all that it was sent before and has drawn the
     // whole window again; nothing may lie above the window. A test fails when it is not drawn.
-    static Picture OfWindowDrawnAnew(HWND window);
+    static Picture OfWindowDrawnAnew(HWND window) {
+        return OfWindowDrawnAnew([window] { return window; });
+    }
+    // Of a window that may be replaced by another meanwhile, or be missing for a moment.
+    static Picture OfWindowDrawnAnew(const std::function<HWND()>& find);
 
     int Width() const { return width_; }
     int Height() const { return height_; }
     // Coordinates count from the picture's upper left corner.
     COLORREF At(int x, int y) const;
     bool Has(COLORREF color) const;
+    // The rectangle around all of the colour, in words; nothing where there is none.
+    std::string WhereIs(COLORREF color) const;
     bool operator==(const Picture& other) const = default;
 
  private:
