@@ -462,6 +462,9 @@ class DeviceTest(CommandTest):
         shutil.rmtree(documents / "My Pictures")
         os.utime(self.device / "drive_c/windows/Fonts", (1, 1))
         (self.device / "drive_c/Temp").chmod(0o700)
+        # Marked, and written into after that.
+        os.setxattr(self.device / "drive_c/Program Files", "user.DOSATTRIB", b"0x2")
+        (self.device / "drive_c/Program Files/new.txt").touch()
         self.in_device(self.program)
         self.make_device("--device", self.device, "--fresh")
         after = described()
