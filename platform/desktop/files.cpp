@@ -74,17 +74,17 @@ bool NamesItself(const std::wstring& path) {
 }
 
 bool CompareFiles(const std::wstring& first, const std::wstring& second, Links links, bool* same) {
-    *same = SameSpelling(CanonicalPath(first), CanonicalPath(second));
     BY_HANDLE_FILE_INFORMATION one;
     BY_HANDLE_FILE_INFORMATION other;
     if (!Identify(first, links, &one) || !Identify(second, links, &other)) {
         return false;
     }
-    if (TellsIdentity(one) && TellsIdentity(other)) {
-        *same = one.dwVolumeSerialNumber == other.dwVolumeSerialNumber &&
-                one.nFileIndexHigh == other.nFileIndexHigh &&
-                one.nFileIndexLow == other.nFileIndexLow;
-    }
+    // Spelt in full each path is looked up folder by folder, so only where nothing else tells.
+    *same = TellsIdentity(one) && TellsIdentity(other)
+                ? one.dwVolumeSerialNumber == other.dwVolumeSerialNumber &&
+                      one.nFileIndexHigh == other.nFileIndexHigh &&
+                      one.nFileIndexLow == other.nFileIndexLow
+                : SameSpelling(CanonicalPath(first), CanonicalPath(second));
     return true;
 }
 

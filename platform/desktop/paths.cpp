@@ -34,17 +34,23 @@ std::wstring WithoutCurrentDrive(std::wstring path) {
 }  // namespace
 
 std::wstring FromDesktopPath(const std::wstring& path) {
-    std::wstring expanded = path;
     // What is longer than a path can be has no entry to expand; Wine's call overruns on it.
-    const DWORD needed = path.size() < MAX_PATH ? GetLongPathNameW(path.c_str(), nullptr, 0) : 0;
-    if (needed > 0) {
-        std::wstring longPath(needed, L'\0');
-        const DWORD length = GetLongPathNameW(path.c_str(), longPath.data(), needed);
-        if (length > 0 && length < needed) {
-            longPath.resize(length);
-            expanded = longPath;
-        }
+    if (path.size() >= MAX_PATH) {
+        return WithoutCurrentDrive(path);
     }
+    std::wstring expanded(MAX_PATH, L'\0');
+    const auto expand = [&] {
+        return GetLongPathNameW(path.c_str(), expanded.data(), static_cast<DWORD>(expanded.size()));
+    };
+    DWORD length = expand();
+    if (length > expanded.size()) {
+        expanded.resize(length);
+        length = expand();
+    }
+    if (length == 0 || length >= expanded.size()) {
+        return WithoutCurrentDrive(path);
+    }
+    expanded.resize(length);
     return WithoutCurrentDrive(std::move(expanded));
 }
 

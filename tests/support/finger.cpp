@@ -76,26 +76,42 @@ bool IsDrag(POINT moved) {
 // finger stays for as long as the shell, since it learns the whole keyboard when it starts. Asking
 // for the place of the screen's own window waits for all before it, is about no window that might
 // go meanwhile, and leaves no window behind that later commands would be about. Over a window that
-// has gone the tool ends, and does nothing of what comes behind.
+// has gone the tool ends, and does nothing of what comes behind. `find_focus` asks which window has
+// the screen's keyboard, which leaves that window behind, so it is asked of a tool of its own.
 constexpr char fingerOfShell[] = R"(
 command -v finger >/dev/null || {
-    tool=
-    take_finger() {
+    tools=
+    take_tools() {
         screen=$(xdotool search --maxdepth 0 '' 2>/dev/null)
         way=/tmp/vantor-finger$DISPLAY-$$
-        rm -f $way.asks $way.answers
-        mkfifo $way.asks $way.answers
-        xdotool - <$way.asks >$way.answers 2>/dev/null &
-        tool=$!
-        exec 9>$way.asks 8<$way.answers
-        rm -f $way.asks $way.answers
+        for use in finger focus; do
+            rm -f $way.asks $way.answers
+            mkfifo $way.asks $way.answers
+            xdotool - <$way.asks >$way.answers 2>/dev/null &
+            if [ $use = finger ]; then
+                exec 9>$way.asks 8<$way.answers
+            else
+                exec 7>$way.asks 6<$way.answers
+            fi
+            rm -f $way.asks $way.answers
+        done
+        tools=taken
     }
     finger() {
-        [ "$tool" ] || take_finger
+        [ "$tools" ] || take_tools
         for part do printf '%s\n' "$part" "getwindowgeometry --shell $screen"; done >&9
         for part do
             told=
-            while [ "${told%=*}" != SCREEN ]; do read -r told <&8 || { tool=; return 1; }; done
+            while [ "${told%=*}" != SCREEN ]; do read -r told <&8 || { tools=; return 1; }; done
+        done
+    }
+    find_focus() {
+        [ "$tools" ] || take_tools
+        printf '%s\n' 'getwindowfocus -f' "getwindowgeometry --shell $screen" >&7
+        focus=0 told=
+        while [ "${told%=*}" != SCREEN ]; do
+            read -r told <&6 || { tools=; return 1; }
+            [ "${told%=*}" != "$told" ] || focus=$told
         done
     }
 }
@@ -126,8 +142,7 @@ bool TryToSendKeys(HWND window, const std::string& commands, std::string* answer
     }
     // What the screen's names of one program's windows have in common.
     constexpr unsigned programShift = 21;
-    *answer = RunWithFinger("k=$(xdotool getwindowfocus -f); if [ $((k >> " +
-                            std::to_string(programShift) +
+    *answer = RunWithFinger("find_focus && if [ $((focus >> " + std::to_string(programShift) +
                             ")) = " + std::to_string(state.screenWindow >> programShift) +
                             " ]; then finger '" + commands + "'; else finger 'windowfocus " +
                             std::to_string(state.screenWindow) + "' '" + commands +

@@ -40,4 +40,15 @@ bool MakeFileNamed(const std::wstring& folder, const std::string& name,
     return RunUnixCommand("printf %s '" + content + "' > " + path).has_value();
 }
 
+bool MakeEmptyFiles(const std::wstring& folder, const std::string& name, int first, int count) {
+    constexpr char script[] =
+        "import os, sys; os.chdir(sys.argv[1]); first = int(sys.argv[3]); "
+        "names = [sys.argv[2] % number for number in range(first, first + int(sys.argv[4]))]; "
+        "open(names[0], 'x').close(); [os.link(names[0], name) for name in names[1:]]";
+    return RunUnixCommand(std::string("/usr/bin/python3 -c \"") + script + "\" " +
+                          HostPath(folder) + " '" + name + "' " + std::to_string(first) + ' ' +
+                          std::to_string(count))
+        .has_value();
+}
+
 }  // namespace test

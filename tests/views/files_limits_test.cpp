@@ -4,8 +4,8 @@
 #include <new>
 
 #include "tests/support/heaps.h"
+#include "tests/support/host_files.h"
 #include "tests/support/platform_hook.h"
-#include "tests/support/wait.h"
 #include "tests/views/fake_folder.h"
 #include "tests/views/files_fixture.h"
 #include "tests/views/rows.h"
@@ -106,27 +106,9 @@ TEST_F(FilesCursor, IsRestoredForAFolderThatCannotBeOpened) {
 
 class FilesLimits : public FilesFixture {
  protected:
-    // Files "file 10000" and on, made by the system underneath: one at a time would take minutes.
+    // Files "file 10000" and on.
     void MakeFiles(int count) const {
-        const auto unixName =
-            reinterpret_cast<char*(__cdecl*)(const wchar_t*)>(reinterpret_cast<void*>(
-                GetProcAddress(GetModuleHandleW(L"kernel32.dll"), "wine_get_unix_file_name")));
-        char* where = unixName((L"C:" + folder.Path()).c_str());
-        const std::string place = where;
-        HeapFree(GetProcessHeap(), 0, where);
-        std::wstring command =
-            L"\\\\?\\unix\\bin\\sh -c \"cd '" + std::wstring(place.begin(), place.end()) +
-            L"' && seq -f 'file %g' 10000 " + std::to_wstring(10000 + count - 1) +
-            L" | xargs -d '\\n' touch && mkdir done\"";
-        STARTUPINFOW startup = {};
-        startup.cb = sizeof startup;
-        PROCESS_INFORMATION process = {};
-        ASSERT_TRUE(CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr,
-                                   nullptr, &startup, &process));
-        CloseHandle(process.hThread);
-        CloseHandle(process.hProcess);
-        const std::wstring done = folder.Path() + L"\\done";
-        ASSERT_TRUE(WaitFor([&] { return RemoveDirectoryW(done.c_str()) != FALSE; }));
+        ASSERT_TRUE(MakeEmptyFiles(folder.Path(), "file %d", 10000, count));
     }
 };
 

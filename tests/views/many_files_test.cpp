@@ -2,7 +2,6 @@
 #include "res/resource.h"
 #include "tests/support/host_files.h"
 #include "tests/support/standing_time.h"
-#include "tests/support/unix_command.h"
 #include "tests/views/fake_folder.h"
 #include "tests/views/operations_fixture.h"
 #include "text/format.h"
@@ -37,13 +36,6 @@ HDC WINAPI NotePaint(HWND window, PAINTSTRUCT* paint) {
 
 class ManyFiles : public OperationsFixture {
  protected:
-    // Empty files "NAME 1000" and so on in a folder that exists; all at once, by the system
-    // underneath.
-    static void MakeFiles(const std::wstring& path, const std::string& name, int count) {
-        const std::string line = "cd " + HostPath(path) + " && seq -f '" + name + " %g.txt' 1000 " +
-                                 std::to_string(999 + count) + " | tr '\\n' '\\0' | xargs -0 touch";
-        ASSERT_TRUE(RunUnixCommand(line));
-    }
     void Counting(const std::function<void()>& work) {
         const PlatformHook compares("CompareStringW", NoteCompared);
         compare = compares.Original();
@@ -76,9 +68,9 @@ TEST_F(ManyFiles, PastedAmongOthersAreEachPutInTheirPlaceAndDrawnTogether) {
     constexpr int pasted = 200;
     const std::wstring source = folder.MakeFolder(L"source");
     const std::wstring target = folder.MakeFolder(L"target");
-    MakeFiles(source, "b", pasted);
-    MakeFiles(target, "a", 1000);
-    MakeFiles(target, "c", 1000);
+    ASSERT_TRUE(MakeEmptyFiles(source, "b %d.txt", 1000, pasted));
+    ASSERT_TRUE(MakeEmptyFiles(target, "a %d.txt", 1000, 1000));
+    ASSERT_TRUE(MakeEmptyFiles(target, "c %d.txt", 1000, 1000));
     OpenAt(target);
     ASSERT_EQ(List().GetCount(), 2000u);
     Draw();
@@ -98,8 +90,8 @@ TEST_F(ManyFiles, PastedAmongOthersAreEachPutInTheirPlaceAndDrawnTogether) {
 TEST_F(ManyFiles, MarkedAndDeletedAreFollowedByOneListing) {
     constexpr int deleted = 200;
     const std::wstring target = folder.MakeFolder(L"target");
-    MakeFiles(target, "a", deleted);
-    MakeFiles(target, "b", 2000);
+    ASSERT_TRUE(MakeEmptyFiles(target, "a %d.txt", 1000, deleted));
+    ASSERT_TRUE(MakeEmptyFiles(target, "b %d.txt", 1000, 2000));
     OpenAt(target);
     Give(ID_SELECT);
     for (unsigned row = 0; row < deleted; ++row) {
