@@ -101,7 +101,11 @@ void FilesProgram::StartAt(const std::wstring& path, DWORD flags) {
     ASSERT_TRUE(Shows(path.empty() ? L"\\" : path));
     // What lies on the screen before the list is drawn has other colours, or no rows.
     ASSERT_TRUE(WaitFor([this] {
-        return List() && ListPicture().At(2, 2) == GetSysColor(COLOR_WINDOW) && RowHeight() > 0;
+        if (!List()) {
+            return false;
+        }
+        const Picture picture = Picture::OfLeftEdge(List());
+        return picture.At(2, 2) == GetSysColor(COLOR_WINDOW) && RowHeightIn(picture, 0) > 0;
     }));
 }
 
@@ -132,18 +136,18 @@ bool FilesProgram::ShowsCaption(const std::wstring& start, DWORD milliseconds) c
 }
 
 int FilesProgram::RowHeight(int row) const {
-    return RowHeightIn(ListPicture(), row);
+    return RowHeightIn(Picture::OfLeftEdge(List()), row);
 }
 
 // A popup that has just closed may still be seen on the rows.
 POINT FilesProgram::RowPoint(int row) const {
-    const int height = RowHeightIn(StillListPicture(), 0);
+    const int height = RowHeightIn(Picture::OfLeftEdgeDrawnAnew([this] { return List(); }), 0);
     return OnScreen(List(), ui::Width(ScreenRectangleOf(List())) / 2, row * height + height / 2);
 }
 
 COLORREF FilesProgram::EdgeOf(int row) const {
     // What lies above the rows for a moment, as a page that closes, may be taken for a row.
-    const Picture picture = ListPicture();
+    const Picture picture = Picture::OfLeftEdge(List());
     const int height = RowHeightIn(picture, 0);
     const int y = row * height + height / 2;
     return y < picture.Height() ? picture.At(1, y) : CLR_INVALID;
@@ -157,7 +161,7 @@ bool FilesProgram::ShowsSelected(int row, bool selected) const {
 POINT FilesProgram::EntryPoint(HWND popup, int entry) {
     int height = 0;
     EXPECT_TRUE(WaitFor([&] {
-        const Picture picture = Picture::OfWindow(popup);
+        const Picture picture = Picture::OfLeftEdge(popup);
         return HasFrame(picture) && (height = RowHeightIn(picture, 0)) > 0;
     }));
     const RECT rows = ScreenRectangleOf(popup);

@@ -114,11 +114,18 @@ Picture Picture::OfScreen(const RECT& area) {
            SRCCOPY);
     GdiFlush();
     const auto words = static_cast<const uint32_t*>(bits);
-    for (int index = 0; index < picture.width_ * picture.height_; ++index) {
-        const uint32_t word = words[index];
-        picture.pixels_.push_back(RGB(word >> 16 & 0xFF, word >> 8 & 0xFF, word & 0xFF));
-    }
+    picture.pixels_.resize(static_cast<size_t>(picture.width_) *
+                           static_cast<size_t>(picture.height_));
+    std::transform(
+        words, words + picture.pixels_.size(), picture.pixels_.begin(),
+        [](uint32_t word) { return RGB(word >> 16 & 0xFF, word >> 8 & 0xFF, word & 0xFF); });
     return picture;
+}
+
+RECT Picture::LeftEdgeOf(HWND window) {
+    RECT area = ScreenRectangleOf(window);
+    area.right = std::min<LONG>(area.right, area.left + edge);
+    return area;
 }
 
 bool Picture::Has(COLORREF color) const {
@@ -146,7 +153,7 @@ std::string Picture::WhereIs(COLORREF color) const {
 // own colours are back they were drawn after that, and a program draws when it has nothing else to
 // do. That counts what it has taken from the screen: it takes more once it has shown what it has
 // drawn. So it is asked twice.
-Picture Picture::OfWindowDrawnAnew(const std::function<HWND()>& find) {
+Picture Picture::DrawnAnew(const std::function<HWND()>& find, RECT (*areaOf)(HWND)) {
     constexpr COLORREF nobodysColor = RGB(1, 254, 3);
     RECT area = {};
     Picture picture;
@@ -154,7 +161,7 @@ Picture Picture::OfWindowDrawnAnew(const std::function<HWND()>& find) {
     for (int round = 0; round < 2 && drawn; ++round) {
         // The screen has done it when it answers; what the window has drawn meanwhile goes as well.
         drawn = WaitFor([&] {
-            area = ScreenRectangleOf(find());
+            area = areaOf(find());
             const platform::WindowDC screen(nullptr);
             const platform::UniqueBrush brush(CreateSolidBrush(nobodysColor));
             FillRect(screen, &area, brush.Get());
@@ -163,7 +170,9 @@ Picture Picture::OfWindowDrawnAnew(const std::function<HWND()>& find) {
         drawn = drawn && WaitFor([&] {
                     // Without a window it would be all of them.
                     if (const HWND window = find()) {
-                        InvalidateRect(window, nullptr, TRUE);
+                        RECT part = area;
+                        MapWindowPoints(nullptr, window, reinterpret_cast<POINT*>(&part), 2);
+                        InvalidateRect(window, &part, TRUE);
                     }
                     picture = OfScreen(area);
                     return !picture.Has(nobodysColor);

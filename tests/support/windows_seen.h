@@ -36,13 +36,22 @@ class Picture {
     // What is on the screen now, in screen coordinates.
     static Picture OfScreen(const RECT& area);
     static Picture OfWindow(HWND window) { return OfScreen(ScreenRectangleOf(window)); }
-    // The same once the window's program has done all that it was sent before and has drawn the
-    // whole window again; nothing may lie above the window. A test fails when it is not drawn.
+    // The leftmost columns of it: enough to tell its rows, and looked at in a fraction of the time.
+    static constexpr int edge = 4;
+    static Picture OfLeftEdge(HWND window) { return OfScreen(LeftEdgeOf(window)); }
+    // The whole once the window's program has done all that it was sent before and has drawn the
+    // window again; nothing may lie above the window. A test fails when it is not drawn.
     static Picture OfWindowDrawnAnew(HWND window) {
         return OfWindowDrawnAnew([window] { return window; });
     }
     // Of a window that may be replaced by another meanwhile, or be missing for a moment.
-    static Picture OfWindowDrawnAnew(const std::function<HWND()>& find);
+    static Picture OfWindowDrawnAnew(const std::function<HWND()>& find) {
+        return DrawnAnew(find, ScreenRectangleOf);
+    }
+    // The leftmost columns alone are drawn and looked at.
+    static Picture OfLeftEdgeDrawnAnew(const std::function<HWND()>& find) {
+        return DrawnAnew(find, LeftEdgeOf);
+    }
 
     int Width() const { return width_; }
     int Height() const { return height_; }
@@ -54,6 +63,10 @@ class Picture {
     bool operator==(const Picture& other) const = default;
 
  private:
+    static RECT LeftEdgeOf(HWND window);
+    // `areaOf` tells a window's part in screen coordinates.
+    static Picture DrawnAnew(const std::function<HWND()>& find, RECT (*areaOf)(HWND));
+
     int width_ = 0;
     int height_ = 0;
     std::vector<COLORREF> pixels_;
