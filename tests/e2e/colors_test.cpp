@@ -56,6 +56,9 @@ class ColorsOfTheProgram : public FilesProgram {
         folder.MakeFile(L"Minutes of the meeting.txt");
         const SystemColors colors(scheme);
         Start();
+        for (const HWND part : {List(), PathBar(), Bar()}) {
+            Picture::OfWindowDrawnAnew(part);
+        }
         const int height = RowHeight();
         ASSERT_GT(height, 0);
         EXPECT_GE(ContrastIn(TextOfRow(0, height)), readable);

@@ -37,14 +37,9 @@ bool FollowsFinger(POINT point) {
 }
 
 // A thread looks at the screen's input whenever it begins to wait, and answers from within its
-// wait. The first answer may come from a wait that began before the last of the input was there;
-// before the second one it has looked again.
-bool AnswersTwice(HWND window) {
-    return Answers(window) && Answers(window);
-}
-
-// Who tells a tap from a drag looks at the queue several times for other things before it looks at
-// the moves, and may answer from each of these looks. There are fewer than this.
+// wait. The first answer may come from a wait that began before the last of the input was there.
+// And who tells a tap from a drag looks at the queue several times for other things before it looks
+// at the moves, and may answer from each of these looks. There are fewer than this.
 bool HasLookedAtAll(HWND window) {
     constexpr int mostLooks = 12;
     for (int look = 0; look < mostLooks; ++look) {
@@ -76,8 +71,8 @@ bool IsDrag(POINT moved) {
 // finger stays for as long as the shell, since it learns the whole keyboard when it starts. Asking
 // for the place of the screen's own window waits for all before it, is about no window that might
 // go meanwhile, and leaves no window behind that later commands would be about. Over a window that
-// has gone the tool ends, and does nothing of what comes behind. `find_focus` asks which window has
-// the screen's keyboard, which leaves that window behind, so it is asked of a tool of its own.
+// has gone the tool ends, and does nothing of what comes behind. `focus WINDOW` puts the screen's
+// keyboard there. Who has it is asked of another tool, since that leaves the window behind.
 constexpr char fingerOfShell[] = R"(
 command -v finger >/dev/null || {
     tools=
@@ -108,11 +103,14 @@ command -v finger >/dev/null || {
     find_focus() {
         [ "$tools" ] || take_tools
         printf '%s\n' 'getwindowfocus -f' "getwindowgeometry --shell $screen" >&7
-        focus=0 told=
+        holder=0 told=
         while [ "${told%=*}" != SCREEN ]; do
             read -r told <&6 || { tools=; return 1; }
-            [ "${told%=*}" != "$told" ] || focus=$told
+            [ "${told%=*}" != "$told" ] || holder=$told
         done
+    }
+    focus() {
+        find_focus && { [ "$holder" = "$1" ] || finger "windowfocus $1"; }
     }
 }
 )";
@@ -122,11 +120,12 @@ std::optional<std::string> RunWithFinger(const std::string& line) {
 }
 
 // A window that has come to the front asks the screen for the keyboard with the time of the last
-// message that its thread has taken. The screen refuses when the keyboard has moved since, as it
-// does by itself when the window that had it goes; the keys then go to whatever lies under the
-// finger, or to nobody. So the screen's keyboard is put where the window in front is, in the same
-// breath in which the keys are sent. Windows of one thread share it: that thread passes keys on by
-// itself.
+// message that its thread has taken, and in its own time. The screen refuses when the keyboard has
+// moved since, as it does by itself when the window that had it goes; the keys then go to whatever
+// lies under the finger, or to nobody. And a window of the same program that had the keyboard gets
+// the keys meanwhile, but should it be in front again when it learns that it has lost the keyboard,
+// it leaves the front to nobody. So the screen's keyboard is put where the window in front is, in
+// the same breath in which the keys are sent.
 bool TryToSendKeys(HWND window, const std::string& commands, std::string* answer) {
     const KeyboardState state = LookAtKeyboard();
     const HWND wanted = window ? GetAncestor(window, GA_ROOT) : state.front;
@@ -140,13 +139,8 @@ bool TryToSendKeys(HWND window, const std::string& commands, std::string* answer
         *answer = "not taken by a thread that is busy";
         return false;
     }
-    // What the screen's names of one program's windows have in common.
-    constexpr unsigned programShift = 21;
-    *answer = RunWithFinger("find_focus && if [ $((focus >> " + std::to_string(programShift) +
-                            ")) = " + std::to_string(state.screenWindow >> programShift) +
-                            " ]; then finger '" + commands + "'; else finger 'windowfocus " +
-                            std::to_string(state.screenWindow) + "' '" + commands +
-                            "'; fi && echo sent || echo refused")
+    *answer = RunWithFinger("focus " + std::to_string(state.screenWindow) + " && finger '" +
+                            commands + "' && echo sent || echo refused")
                   .value_or("not answered");
     return *answer == "sent";
 }
@@ -320,7 +314,8 @@ bool LetsGoOfFinger(HWND window) {
 // gets to it. Asked after the next window has come to the front it takes the keyboard from that,
 // and the next one, which no longer has it, leaves the front. So one comes after the other. A
 // thread that has lost the keyboard learns of it from the screen, when it gets to that: should its
-// window be in front again by then, it would leave the front. So it is waited for as well.
+// window be in front again by then, it would leave the front. So it is waited for as well, whether
+// it loses the keyboard now or has lost it just before.
 bool BringToFront(HWND window) {
     // Keys are sent once all of that is done, also when there are none.
     const std::string none = " sleep 0";
@@ -329,12 +324,14 @@ bool BringToFront(HWND window) {
         WaitFor([&] { return !LookAtKeyboard().front || TryToSendKeys(nullptr, none, &answer); });
     EXPECT_TRUE(atRest) << "the window in front does not get the keyboard\n"
                         << DescribeScreen(window);
+    const bool hasHeard = WaitFor([window] { return HasLookedAtAll(window); });
+    EXPECT_TRUE(hasHeard) << "the window does not answer\n" << DescribeScreen(window);
     const HWND before = LookAtKeyboard().front;
     SetForegroundWindow(window);
-    if (!atRest || !SendKeys(window, none)) {
+    if (!atRest || !hasHeard || !SendKeys(window, none)) {
         return false;
     }
-    const bool hasLeft = WaitFor([before] { return !IsWindow(before) || AnswersTwice(before); });
+    const bool hasLeft = WaitFor([before] { return !IsWindow(before) || HasLookedAtAll(before); });
     EXPECT_TRUE(hasLeft) << "what was in front before does not answer\n" << DescribeScreen(before);
     // A window of this thread hears only now that it has the keyboard. Heard of later, once another
     // window has come to the front, it would take it back.

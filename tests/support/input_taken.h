@@ -19,6 +19,9 @@ class InputTaken {
     bool Play(Finger& finger) const;
     bool Play(Finger&& finger) const { return Play(finger); }
 
+    // Whether a key ends a sequence of input: the program is sent it as well.
+    static bool IsMarker(WPARAM key);
+
     // How many messages of a kind the program has taken so far.
     static LONG Count(UINT message);
 

@@ -1,5 +1,6 @@
 #include "tests/ui/list/sample_list.h"
 
+#include "tests/support/input_taken.h"
 #include "tests/support/keyboard.h"
 #include "ui/paint/paint.h"
 
@@ -103,7 +104,7 @@ ListTest::ListTest() {
             notice.second = change.oldIndex;
         } else if (notice.code == -15) {
             const auto& key = reinterpret_cast<const ui::ListKeyDown&>(header);
-            if (key.key == VK_F11) {
+            if (InputTaken::IsMarker(key.key)) {
                 return true;
             }
             notice.first = key.key;
