@@ -1,12 +1,17 @@
 # Checks the committed picture strips and the program icon, and that they match their drawings.
 
+import contextlib
 import functools
+import importlib.machinery
+import importlib.util
+import io
 import shutil
 import struct
 import subprocess
 import sys
 import tempfile
 import unittest
+import unittest.mock
 from pathlib import Path
 
 Repository = Path(__file__).resolve().parents[3]
@@ -17,6 +22,17 @@ sys.dont_write_bytecode = True
 sys.path.insert(0, str(ToolFolder))
 
 import pictures
+
+
+def LoadTool(name):
+    loader = importlib.machinery.SourceFileLoader(name, str(ToolFolder / name))
+    module = importlib.util.module_from_spec(importlib.util.spec_from_loader(name, loader))
+    loader.exec_module(module)
+    return module
+
+
+render_art = LoadTool("render_art")
+RenderDrawing = render_art.RenderDrawing
 
 Bar = (32, 36, 42)
 StatusKey = (200, 200, 200)
@@ -267,6 +283,24 @@ class Renderer(unittest.TestCase):
         return subprocess.run([sys.executable, str(ToolFolder / "render_art"), "--res", str(self.res), *arguments],
                               capture_output=True, text=True, check=False)
 
+    # One rendering of a drawing serves all tests: it is what takes the tool its time.
+    rendered = {}
+
+    def RenderOnce(self, drawing, size):
+        key = (drawing.read_bytes(), size)
+        if key not in self.rendered:
+            self.rendered[key] = RenderDrawing(drawing, size)
+        return self.rendered[key]
+
+    # The same in this process, with the exit code and what was told.
+    def Check(self):
+        told = io.StringIO()
+        with unittest.mock.patch.object(render_art, "RenderDrawing", self.RenderOnce), \
+                unittest.mock.patch.object(sys, "argv", ["render_art", "--res", str(self.res), "--check"]), \
+                contextlib.redirect_stderr(told):
+            code = render_art.Main()
+        return subprocess.CompletedProcess([], code, "", told.getvalue())
+
     def Results(self):
         files = sorted((self.res / "strips").glob("*")) + [self.res / "vantor.ico"]
         return {file.name: file.read_bytes() for file in files}
@@ -284,33 +318,33 @@ class Renderer(unittest.TestCase):
 
     def testCheckChangesNothing(self):
         before = self.Results()
-        self.Run("--check")
+        self.Check()
         self.assertEqual(self.Results(), before)
 
     def testCheckNoticesARedrawnPicture(self):
         drawing = self.res / "art" / "main" / "14_properties.svg"
         drawing.write_text(drawing.read_text().replace("</svg>", '<path d="M8 30h22"/></svg>'))
-        result = self.Run("--check")
+        result = self.Check()
         self.assertEqual(result.returncode, 1)
         self.assertIn("strips/main_small.png differs from its drawings in", result.stderr)
 
     def testCheckNoticesARedrawnIcon(self):
         drawing = self.res / "art" / "icon" / "vantor_32.svg"
         drawing.write_text(drawing.read_text().replace("</svg>", '<path fill="#fff" d="M8 26h16v3h-16z"/></svg>'))
-        result = self.Run("--check")
+        result = self.Check()
         self.assertEqual(result.returncode, 1)
         self.assertIn("vantor.ico at 32 pixels and 8 bits differs", result.stderr)
 
     def testCheckNoticesAWrongSize(self):
         shutil.copy(self.res / "strips" / "status_small.png", self.res / "strips" / "main_small.png")
-        result = self.Run("--check")
+        result = self.Check()
         self.assertEqual(result.returncode, 1)
         self.assertIn("strips/main_small.png is 228 x 38, but its drawings render to 684 x 38", result.stderr)
 
     def testCheckNoticesAMissingOrBrokenFile(self):
         (self.res / "strips" / "main_large.png").unlink()
         (self.res / "vantor.ico").write_bytes(b"nothing")
-        result = self.Run("--check")
+        result = self.Check()
         self.assertEqual(result.returncode, 1)
         self.assertIn("strips/main_large.png is missing", result.stderr)
         self.assertIn("vantor.ico cannot be read", result.stderr)
