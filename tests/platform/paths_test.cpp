@@ -39,6 +39,19 @@ DWORD WINAPI TellNoModulePath(HMODULE, wchar_t*, DWORD) {
     return 0;
 }
 
+// An expanded path that needs more room than paths usually have.
+const std::wstring roomyPath = L"C:\\" + std::wstring(300, L'r');
+
+DWORD WINAPI ExpandToRoomyPath(const wchar_t*, wchar_t* buffer, DWORD size) {
+    if (size <= roomyPath.size()) {
+        return static_cast<DWORD>(roomyPath.size() + 1);
+    }
+    buffer[roomyPath.copy(buffer, size - 1)] = 0;
+    return static_cast<DWORD>(roomyPath.size());
+}
+
+using LongPathName = DWORD(const wchar_t*, wchar_t*, DWORD);
+
 using ModuleFileName = DWORD(HMODULE, wchar_t*, DWORD);
 
 }  // namespace
@@ -71,6 +84,11 @@ TEST(PathFromAPC, IsExpandedFromShortNames) {
     ASSERT_NE(GetShortPathNameW(path.c_str(), shortPath, MAX_PATH), 0u);
     ASSERT_NE(path, shortPath);
     EXPECT_EQ(L"C:" + FromDesktopPath(shortPath), path);
+}
+
+TEST(PathFromAPC, MayBecomeLongerThanPathsUsuallyAre) {
+    const PlatformHook<LongPathName> hook("GetLongPathNameW", ExpandToRoomyPath);
+    EXPECT_EQ(FromDesktopPath(L"C:\\ROOMY~1"), roomyPath.substr(2));
 }
 
 TEST(PathFromAPC, OfSomethingMissingIsTakenAsItIs) {

@@ -16,9 +16,9 @@ bool LinkFolder(const std::wstring& link, const std::wstring& target);
 // A file whose name is taken as it stands.
 bool MakeFileNamed(const std::wstring& folder, const std::string& name, const std::string& content);
 
-// So many empty files in a folder; their names have a number each from `first` on, in place of "%d".
-// They are links to one file, or the system underneath would look for each a place among those of
-// the many files that other tests have just deleted.
+// So many empty files in a folder; their names have a number each from `first` on, in place of
+// "%d". They are links to one file, or the system underneath would look for each a place among
+// those of the many files that other tests have just deleted.
 bool MakeEmptyFiles(const std::wstring& folder, const std::string& name, int first, int count);
 
 }  // namespace test

@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "platform/windows.h"
+#include "tests/support/platform_hook.h"
 #include "tests/support/world.h"
 #include "tests/views/recorded_prompts.h"
 #include "tests/views/tree.h"
@@ -13,6 +14,14 @@ using namespace test;
 using namespace views;
 
 namespace {
+
+// To spell a path in full the system looks up every folder on the way.
+int spelt = 0;
+DWORD(WINAPI* longPathName)(const wchar_t*, wchar_t*, DWORD) = nullptr;
+DWORD WINAPI NoteSpelling(const wchar_t* path, wchar_t* buffer, DWORD size) {
+    ++spelt;
+    return longPathName(path, buffer, size);
+}
 
 class LargeTrees : public testing::Test {
  protected:
@@ -116,4 +125,16 @@ TEST_F(LargeTrees, TellOfEachEntryThatIsDeleted) {
     EXPECT_EQ(prompts.entries, depth + 1);
     EXPECT_EQ(GetFileAttributesW(L"\\T\\a"), INVALID_FILE_ATTRIBUTES);
     EXPECT_EQ(CountHeld(), before);
+}
+
+TEST_F(LargeTrees, AreMergedWithoutLookingUpEachPathFromTheRoot) {
+    ASSERT_TRUE(CreateDirectoryW(L"\\T\\a", nullptr));
+    ASSERT_TRUE(CreateDirectoryW(L"\\T\\b", nullptr));
+    MakeChain(L"\\T\\a", "new");
+    MakeChain(L"\\T\\b", "old");
+    const PlatformHook spellings("GetLongPathNameW", NoteSpelling);
+    longPathName = spellings.Original();
+    spelt = 0;
+    EXPECT_EQ(transfer.MoveItem(L"\\T\\a", L"\\T\\b"), answerGoAhead);
+    EXPECT_EQ(spelt, 0);
 }
