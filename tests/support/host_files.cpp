@@ -47,8 +47,7 @@ bool MakeEmptyFiles(const std::wstring& folder, const std::string& name, int fir
         "open(names[0], 'x').close(); [os.link(names[0], name) for name in names[1:]]";
     return RunUnixCommand(std::string("/usr/bin/python3 -c \"") + script + "\" " +
                           HostPath(folder) + " '" + name + "' " + std::to_string(first) + ' ' +
-                          std::to_string(count))
-        .has_value();
+                          std::to_string(count) + " && echo made") == "made";
 }
 
 }  // namespace test
