@@ -1,6 +1,7 @@
 // Real trees as people have them, pasted and deleted through the view.
 #include "faults/fault.h"
 #include "res/resource.h"
+#include "tests/support/host_files.h"
 #include "tests/views/operations_fixture.h"
 
 using namespace test;
@@ -175,19 +176,16 @@ TEST_F(FileTrees, AFileThatCouldNotBeReplacedKeepsItsRow) {
     EXPECT_EQ(ContentAt(To(L"a.txt")), "old");
 }
 
-TEST_F(FileTrees, ThousandsOfFilesAreCopiedAndDeleted) {
+TEST_F(FileTrees, TenThousandFilesAreCopiedAndDeleted) {
     for (int inner = 0; inner < 20; ++inner) {
         const std::wstring name = L"from\\all" + std::wstring(inner ? L"\\" : L"") +
                                   (inner ? std::to_wstring(inner) : L"");
-        folder.MakeFolder(name);
-        for (int file = 0; file < 100; ++file) {
-            folder.MakeFile(name + L"\\f" + std::to_wstring(file));
-        }
+        ASSERT_TRUE(MakeEmptyFiles(folder.MakeFolder(name), "f%d", 0, 500));
     }
     GoTo(L"to");
     PutPaths({From(L"all")});
     Give(ID_PASTE);
-    EXPECT_TRUE(ExistsAt(To(L"all\\19\\f99")));
+    EXPECT_TRUE(ExistsAt(To(L"all\\19\\f499")));
     EXPECT_TRUE(ExistsAt(To(L"all\\f0")));
     Select(L"all");
     Give(ID_DELETE, [&] {
@@ -195,5 +193,5 @@ TEST_F(FileTrees, ThousandsOfFilesAreCopiedAndDeleted) {
         Finger().Key("Return").Play();
     });
     EXPECT_FALSE(ExistsAt(To(L"all")));
-    EXPECT_TRUE(ExistsAt(From(L"all\\19\\f99")));
+    EXPECT_TRUE(ExistsAt(From(L"all\\19\\f499")));
 }

@@ -306,7 +306,7 @@ class Renderer(unittest.TestCase):
         return {file.name: file.read_bytes() for file in files}
 
     def testCommittedPicturesMatchTheirDrawings(self):
-        result = self.Run("--check")
+        result = self.Check()
         self.assertEqual((result.returncode, result.stderr), (0, ""))
 
     def testRenderingTwiceGivesTheSameBytes(self):
