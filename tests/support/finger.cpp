@@ -36,16 +36,18 @@ bool FollowsFinger(POINT point) {
     return window && CaptureOf(window) && Answers(window);
 }
 
-// A thread looks at the screen's input whenever it begins to wait, and answers from within its
-// wait. The first answer may come from a wait that began before the last of the input was there.
-// And who tells a tap from a drag looks at the queue several times for other things before it looks
-// at the moves, and may answer from each of these looks. There are fewer than this.
+// A thread looks at the screen's input when it finds nothing else, and answers all that it is asked
+// before it does. The first answer may come from a look that began before the last of the input was
+// there. And who tells a tap from a drag looks at the queue several times for other things before
+// it looks at the moves, and may answer from each of these looks. There are fewer than this. Who is
+// asked again at once may answer from within the same look: it is to find nothing in between.
 bool HasLookedAtAll(HWND window) {
     constexpr int mostLooks = 12;
     for (int look = 0; look < mostLooks; ++look) {
         if (!Answers(window)) {
             return false;
         }
+        Sleep(1);
     }
     return true;
 }
