@@ -29,14 +29,6 @@ class FilesWork : public FilesProgram {
         }
         return has;
     }
-    static std::string Content(const std::wstring& path) {
-        const platform::UniqueHandle file(CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ,
-                                                      nullptr, OPEN_EXISTING, 0, nullptr));
-        char bytes[16] = {};
-        DWORD read = 0;
-        ReadFile(file.Get(), bytes, sizeof bytes, &read, nullptr);
-        return std::string(bytes, read);
-    }
     void HoldRow(int row) {
         ASSERT_TRUE(Finger().Hold(RowPoint(row)).Play());
         ASSERT_TRUE(ShowsSelected(row));
@@ -114,8 +106,8 @@ TEST_F(FilesWork, RenamingGivesANewNameAndRefusesWhatCannotBeOne) {
     ASSERT_TRUE(Edits());
     ASSERT_TRUE(Finger().Key("t").Key("w").Key("o").Key("Return").Play());
     EXPECT_EQ(CaptionAnswered(Return()), L"Error");
-    EXPECT_EQ(Content(In(L"two.txt")), "2");
-    EXPECT_EQ(Content(In(L"x.txt")), "1");
+    EXPECT_EQ(ContentOf(In(L"two.txt")), "2");
+    EXPECT_EQ(ContentOf(In(L"x.txt")), "1");
 
     // No name at all: asked again.
     ChooseCommand(IDR_FILES, ID_RENAME);
@@ -180,7 +172,7 @@ TEST_F(FilesWork, AFileIsKnownByEverySpellingOfItsPath) {
         EXPECT_TRUE(WaitFor([&] { return DeleteFileW(In(copyName).c_str()); }))
             << testing::PrintToString(spelling);
         EXPECT_FALSE(FindVisible(L"#32770", true)) << testing::PrintToString(spelling);
-        EXPECT_EQ(Content(In(L"one.txt")), "1");
+        EXPECT_EQ(ContentOf(In(L"one.txt")), "1");
     }
 }
 
@@ -291,14 +283,14 @@ TEST_F(FilesWork, PastingAsksBeforeItOverwritesAndMerges) {
     ChooseCommand(IDR_FILES, ID_PASTE);
     // "No" has the focus.
     EXPECT_EQ(CaptionAnswered(Return()), L"Warning");
-    EXPECT_EQ(Content(In(L"a.txt")), "old");
+    EXPECT_EQ(ContentOf(In(L"a.txt")), "old");
     ChooseCommand(IDR_FILES, ID_PASTE);
     EXPECT_EQ(CaptionAnswered(Yes()), L"Warning");
-    EXPECT_TRUE(WaitFor([&] { return Content(In(L"a.txt")) == "new"; }));
+    EXPECT_TRUE(WaitFor([&] { return ContentOf(In(L"a.txt")) == "new"; }));
     Put(tree, 1);
     ChooseCommand(IDR_FILES, ID_PASTE);
     EXPECT_EQ(CaptionAnswered(Yes()), L"Warning");
-    EXPECT_TRUE(WaitFor([&] { return Content(In(L"tree\\leaf")) == "leaf"; }));
+    EXPECT_TRUE(WaitFor([&] { return ContentOf(In(L"tree\\leaf")) == "leaf"; }));
 }
 
 TEST_F(FilesWork, ALongCopyShowsHowFarItIsAndCanBeStopped) {
@@ -345,7 +337,7 @@ TEST_F(FilesWork, PastingRefusesAnotherKindAFolderIntoItselfAndWhatIsGone) {
     Put(inner, 1);
     ChooseCommand(IDR_FILES, ID_PASTE);
     EXPECT_EQ(CaptionAnswered(Return()), L"Warning");
-    EXPECT_EQ(Content(In(L"b")), "file");
+    EXPECT_EQ(ContentOf(In(L"b")), "file");
     Put(folder.Path(), 1);
     ChooseCommand(IDR_FILES, ID_PASTE);
     EXPECT_EQ(CaptionAnswered(Return()), L"Error");

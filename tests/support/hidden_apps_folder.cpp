@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/handles.h"
+#include "tests/support/world.h"
 
 namespace test {
 
@@ -32,16 +33,7 @@ void HiddenAppsFolder::Write(const std::string& content) const {
 }
 
 std::string HiddenAppsFolder::Read(const wchar_t* suffix) const {
-    const HANDLE handle = CreateFileW(File(suffix).c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
-                                      OPEN_EXISTING, 0, nullptr);
-    if (handle == INVALID_HANDLE_VALUE) {
-        return std::string();
-    }
-    const platform::UniqueHandle file(handle);
-    std::string content(GetFileSize(handle, nullptr), '\0');
-    DWORD read = 0;
-    ReadFile(handle, content.data(), static_cast<DWORD>(content.size()), &read, nullptr);
-    return content;
+    return ContentOf(File(suffix));
 }
 
 }  // namespace test

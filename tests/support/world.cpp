@@ -74,6 +74,22 @@ std::wstring TemporaryFolder::MakeFolder(const std::wstring& name) const {
     return path;
 }
 
+std::string ContentOf(const std::wstring& path) {
+    const HANDLE handle = CreateFileW(path.c_str(), GENERIC_READ,
+                                      FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                                      nullptr, OPEN_EXISTING, 0, nullptr);
+    if (handle == INVALID_HANDLE_VALUE) {
+        return std::string();
+    }
+    const platform::UniqueHandle file(handle);
+    const DWORD size = GetFileSize(handle, nullptr);
+    std::string content(size != INVALID_FILE_SIZE ? size : 0, '\0');
+    DWORD read = 0;
+    ReadFile(handle, content.data(), static_cast<DWORD>(content.size()), &read, nullptr);
+    content.resize(read);
+    return content;
+}
+
 void CleanSettings::Remove() {
     for (const HKEY root : {HKEY_LOCAL_MACHINE, HKEY_CURRENT_USER}) {
         RegDeleteTreeW(root, key);

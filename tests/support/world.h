@@ -27,6 +27,10 @@ class TemporaryFolder {
     std::wstring path_;
 };
 
+// What a file holds; nothing of one that cannot be read. Keeps nobody from moving, replacing or
+// deleting it meanwhile, as a program under test may be about to.
+std::string ContentOf(const std::wstring& path);
+
 // Removes the program's settings at its start and its end.
 class CleanSettings {
  public:
