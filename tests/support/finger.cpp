@@ -74,7 +74,8 @@ bool IsDrag(POINT moved) {
 // for the place of the screen's own window waits for all before it, is about no window that might
 // go meanwhile, and leaves no window behind that later commands would be about. Over a window that
 // has gone the tool ends, and does nothing of what comes behind. `focus WINDOW` puts the screen's
-// keyboard there. Who has it is asked of another tool, since that leaves the window behind.
+// keyboard there, `over WINDOW` tells whether the finger is. Who has them is asked of another tool,
+// since that leaves the window behind.
 constexpr char fingerOfShell[] = R"(
 command -v finger >/dev/null || {
     tools=
@@ -110,6 +111,13 @@ command -v finger >/dev/null || {
             read -r told <&6 || { tools=; return 1; }
             [ "${told%=*}" != "$told" ] || holder=$told
         done
+    }
+    over() {
+        [ "$tools" ] || take_tools
+        printf '%s\n' 'getmouselocation --shell' >&7
+        told=
+        while [ "${told%=*}" != WINDOW ]; do read -r told <&6 || { tools=; return 1; }; done
+        [ "${told#*=}" = "$1" ]
     }
     focus() {
         find_focus && { [ "$holder" = "$1" ] || finger "windowfocus $1"; }
@@ -147,6 +155,25 @@ bool TryToSendKeys(HWND window, const std::string& commands, std::string* answer
     return *answer == "sent";
 }
 
+// What the screen calls the window that lies there; 0 when none does that it knows.
+unsigned ScreenWindowAt(POINT point) {
+    const HWND window = WindowFromPoint(point);
+    return window ? ScreenWindowOf(GetAncestor(window, GA_ROOT)) : 0;
+}
+
+// A window lies on top before the screen has it there. What is pressed then is for the one below,
+// which may take no input, and is lost.
+bool TryToPress(const std::string& way, POINT point, const std::string& press,
+                std::string* answer) {
+    const std::string window = std::to_string(ScreenWindowAt(point));
+    const std::string over =
+        window == "0" ? "" : "{ over " + window + " || { echo elsewhere; false; }; } && ";
+    *answer =
+        RunWithFinger("finger '" + way + "' && " + over + "finger '" + press + "' && echo moved")
+            .value_or("not answered");
+    return *answer != "elsewhere";
+}
+
 bool SendKeys(HWND window, const std::string& commands) {
     std::string answer;
     const bool sent = WaitFor([&] { return TryToSendKeys(window, commands, &answer); });
@@ -157,11 +184,10 @@ bool SendKeys(HWND window, const std::string& commands) {
 }  // namespace
 
 Finger& Finger::Down(POINT point) {
-    MoveTo(point);
     pressed_ = point;
     // The pace of a hand: two presses of one moment may get times in the wrong order, and are no
     // pair to the system then.
-    Add(Kind::Pointer, " sleep 0.02 mousedown 1");
+    Press(point, " sleep 0.02 mousedown 1");
     return *this;
 }
 
@@ -176,8 +202,7 @@ Finger& Finger::Up() {
 }
 
 Finger& Finger::QuickTap(POINT point) {
-    MoveTo(point);
-    Add(Kind::Pointer, " mousedown 1 mouseup 1");
+    Press(point, " mousedown 1 mouseup 1");
     return *this;
 }
 
@@ -190,8 +215,7 @@ Finger& Finger::Wait(DWORD milliseconds) {
 }
 
 Finger& Finger::RightDown(POINT point) {
-    MoveTo(point);
-    Add(Kind::Pointer, " mousedown 3");
+    Press(point, " mousedown 3");
     return *this;
 }
 
@@ -201,15 +225,14 @@ Finger& Finger::RightUp() {
 }
 
 Finger& Finger::BackButton(POINT point) {
-    MoveTo(point);
-    Add(Kind::Pointer, " click 8");
+    Press(point, " mousedown 8 mouseup 8");
     return *this;
 }
 
 Finger& Finger::Turn(POINT point, int notches) {
     MoveTo(point);
     for (int notch = 0; notch < std::abs(notches); ++notch) {
-        Add(Kind::Pointer, notches > 0 ? " click 4" : " click 5");
+        Press(point, notches > 0 ? " mousedown 4 mouseup 4" : " mousedown 5 mouseup 5");
     }
     return *this;
 }
@@ -269,9 +292,22 @@ Finger& Finger::Taken() {
 
 void Finger::Add(Kind kind, const std::string& command) {
     if (parts_.empty() || parts_.back().kind != kind) {
-        parts_.push_back(Part{kind, pressed_, ""});
+        Part part;
+        part.kind = kind;
+        part.pressed = pressed_;
+        parts_.push_back(part);
     }
     parts_.back().commands += command;
+}
+
+void Finger::Press(POINT point, const std::string& command) {
+    MoveTo(point);
+    Part& part = parts_.back();
+    if (part.firstPress == std::string::npos) {
+        part.firstPress = part.commands.size();
+        part.pressPoint = point;
+    }
+    part.commands += command;
 }
 
 bool Finger::Play() {
@@ -283,6 +319,17 @@ bool Finger::Play() {
         }
     }
     return true;
+}
+
+bool Finger::MovesFinger(const Part& part) {
+    if (part.firstPress == std::string::npos) {
+        return RunWithFinger("finger '" + part.commands + "' && echo moved") == "moved";
+    }
+    const std::string way = part.commands.substr(0, part.firstPress);
+    const std::string press = part.commands.substr(part.firstPress);
+    std::string answer;
+    return WaitFor([&] { return TryToPress(way, part.pressPoint, press, &answer); }) &&
+           answer == "moved";
 }
 
 bool Finger::PlayPart(const Part& part) const {
@@ -300,8 +347,7 @@ bool Finger::PlayPart(const Part& part) const {
             return taken;
         }
         default: {
-            const bool moved =
-                RunWithFinger("finger '" + part.commands + "' && echo moved") == "moved";
+            const bool moved = MovesFinger(part);
             EXPECT_TRUE(moved) << "the finger does not move\n" << DescribeScreen();
             return moved;
         }

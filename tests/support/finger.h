@@ -11,8 +11,9 @@ namespace test {
 // A sequence of input, collected first and then played at once without a pause but those it names.
 // Points are screen coordinates. Plays on the thread that calls Play, which returns when all of it
 // has been sent; a program under test in the same process needs another thread for its messages.
-// Keys are sent once the window in front has the keyboard: one that has just appeared gets it a
-// little later, and what is pressed before goes to nobody.
+// Keys are sent once the window in front has the keyboard, and presses once the screen shows the
+// window that lies there: one that has just appeared gets there a little later, and what is pressed
+// before goes to another one, or to nobody.
 // A program counts how long a press lasts from when it takes it, which may be long after it was
 // sent.
 class Finger {
@@ -62,12 +63,18 @@ class Finger {
     // Input of one kind in a row.
     enum class Kind { Pointer, Keys, Followed, Taken };
     struct Part {
-        Kind kind;
-        // Where the finger was pressed last.
-        POINT pressed;
+        Kind kind = Kind::Pointer;
+        // Where the finger was pressed last before.
+        POINT pressed = {};
         std::string commands;
+        // Where in the commands its first press stands, and where that is on the screen.
+        size_t firstPress = std::string::npos;
+        POINT pressPoint = {};
     };
     void Add(Kind kind, const std::string& command);
+    // Presses or turns there.
+    void Press(POINT point, const std::string& command);
+    static bool MovesFinger(const Part& part);
     bool PlayPart(const Part& part) const;
 
     std::vector<Part> parts_;

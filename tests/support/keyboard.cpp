@@ -22,11 +22,6 @@ std::string Narrow(const std::wstring& text) {
     return narrow;
 }
 
-unsigned ScreenWindowOf(HWND window) {
-    return static_cast<unsigned>(
-        reinterpret_cast<ULONG_PTR>(GetPropW(window, L"__wine_x11_whole_window")));
-}
-
 std::string Describe(HWND window) {
     if (!window) {
         return "none";
@@ -55,6 +50,11 @@ BOOL CALLBACK AddWindow(HWND window, LPARAM parameter) {
 }
 
 }  // namespace
+
+unsigned ScreenWindowOf(HWND window) {
+    return static_cast<unsigned>(
+        reinterpret_cast<ULONG_PTR>(GetPropW(window, L"__wine_x11_whole_window")));
+}
 
 KeyboardState LookAtKeyboard() {
     KeyboardState state;

@@ -21,6 +21,9 @@ struct KeyboardState {
 
 KeyboardState LookAtKeyboard();
 
+// How the screen calls a window; 0 when it does not know it.
+unsigned ScreenWindowOf(HWND window);
+
 // All top-level windows with class, caption, process and state, and which of them is in front, has
 // the keyboard or the capture. `expected` is the window that something was meant for, if any.
 std::string DescribeScreen(HWND expected = nullptr);
