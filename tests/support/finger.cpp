@@ -74,8 +74,8 @@ bool IsDrag(POINT moved) {
 // for the place of the screen's own window waits for all before it, is about no window that might
 // go meanwhile, and leaves no window behind that later commands would be about. Over a window that
 // has gone the tool ends, and does nothing of what comes behind. `focus WINDOW` puts the screen's
-// keyboard there, `over WINDOW` tells whether the finger is. Who has them is asked of another tool,
-// since that leaves the window behind.
+// keyboard there, `holds WINDOW` tells whether it is, and `over WINDOW` whether the finger is. Who
+// has them is asked of another tool, since that leaves the window behind.
 constexpr char fingerOfShell[] = R"(
 command -v finger >/dev/null || {
     tools=
@@ -119,8 +119,11 @@ command -v finger >/dev/null || {
         while [ "${told%=*}" != WINDOW ]; do read -r told <&6 || { tools=; return 1; }; done
         [ "${told#*=}" = "$1" ]
     }
+    holds() {
+        find_focus && [ "$holder" = "$1" ]
+    }
     focus() {
-        find_focus && { [ "$holder" = "$1" ] || finger "windowfocus $1"; }
+        holds "$1" || finger "windowfocus $1"
     }
 }
 )";
@@ -155,21 +158,29 @@ bool TryToSendKeys(HWND window, const std::string& commands, std::string* answer
     return *answer == "sent";
 }
 
-// What the screen calls the window that lies there; 0 when none does that it knows.
-unsigned ScreenWindowAt(POINT point) {
-    const HWND window = WindowFromPoint(point);
-    return window ? ScreenWindowOf(GetAncestor(window, GA_ROOT)) : 0;
-}
-
-// A window lies on top before the screen has it there. What is pressed then is for the one below,
-// which may take no input, and is lost.
-bool TryToPress(const std::string& way, POINT point, const std::string& press,
+// A window lies on top before the screen has it there: what is pressed then is for the one below,
+// which may take no input, and is lost. And one that is in front asks the screen for the keyboard
+// only when it has heard that it is seen. Should a press that came before have closed it by then,
+// the keyboard goes with it, and the one below, which is in front again, leaves the front. A window
+// whom the screen has refused the keyboard would be waited for in vain: it gets it in the end.
+bool TryToPress(const std::string& way, POINT point, const std::string& press, int tries,
                 std::string* answer) {
-    const std::string window = std::to_string(ScreenWindowAt(point));
-    const std::string over =
-        window == "0" ? "" : "{ over " + window + " || { echo elsewhere; false; }; } && ";
+    constexpr int enoughTries = 40;
+    const HWND window = GetAncestor(WindowFromPoint(point), GA_ROOT);
+    const unsigned screenWindow = window ? ScreenWindowOf(window) : 0;
+    const std::string number = std::to_string(screenWindow);
+    std::string ready;
+    if (screenWindow != 0) {
+        ready = "over " + number;
+    }
+    if (screenWindow != 0 && window == GetForegroundWindow()) {
+        ready += (tries < enoughTries ? " && holds " : " && focus ") + number;
+    }
+    if (!ready.empty()) {
+        ready = "{ { " + ready + "; } || { echo elsewhere; false; }; } && ";
+    }
     *answer =
-        RunWithFinger("finger '" + way + "' && " + over + "finger '" + press + "' && echo moved")
+        RunWithFinger("finger '" + way + "' && " + ready + "finger '" + press + "' && echo moved")
             .value_or("not answered");
     return *answer != "elsewhere";
 }
@@ -328,7 +339,8 @@ bool Finger::MovesFinger(const Part& part) {
     const std::string way = part.commands.substr(0, part.firstPress);
     const std::string press = part.commands.substr(part.firstPress);
     std::string answer;
-    return WaitFor([&] { return TryToPress(way, part.pressPoint, press, &answer); }) &&
+    int tries = 0;
+    return WaitFor([&] { return TryToPress(way, part.pressPoint, press, tries++, &answer); }) &&
            answer == "moved";
 }
 
