@@ -6,6 +6,7 @@
 #include "tests/support/wait.h"
 #include "tests/support/windows_seen.h"
 #include "tests/support/world.h"
+#include "tools/emulator/sweep_channel.h"
 
 using namespace test;
 
@@ -95,4 +96,32 @@ TEST_F(FrameOfTheProgram, FillsTheHandheldsScreen) {
         workArea.top = ScreenRectangleOf(strip).bottom;
     }
     EXPECT_TRUE(EqualRect(&window, &workArea));
+}
+
+TEST_F(FrameOfTheProgram, FollowsAScreenThatIsTurned) {
+    const RECT upright = ScreenRectangleOf(program.MainWindow());
+    const auto fills = [this](const RECT& area) {
+        return WaitFor([&] {
+            const RECT window = ScreenRectangleOf(program.MainWindow());
+            // Within the frame that a PC's window has.
+            constexpr int widestFrame = 8;
+            const RECT bar = ScreenRectangleOf(Bar());
+            return EqualRect(&window, &area) && area.right - bar.right < widestFrame &&
+                   area.bottom - bar.bottom < widestFrame;
+        });
+    };
+    const HWND strip = FindVisible(L"HHTaskBar", true);
+    ASSERT_EQ(strip != nullptr, RunsOnHandheld());
+    if (strip) {
+        const UINT turn = RegisterWindowMessageA(sweep::turnMessage);
+        PostMessageW(strip, turn, 1, 0);
+        EXPECT_TRUE(fills(
+            RECT{0, upright.top, GetSystemMetrics(SM_CYSCREEN), GetSystemMetrics(SM_CXSCREEN)}));
+        PostMessageW(strip, turn, 0, 0);
+    } else {
+        // A PC's screen is only said to have changed.
+        SendMessageW(program.MainWindow(), WM_DISPLAYCHANGE, 32, 0);
+    }
+    EXPECT_TRUE(fills(upright));
+    EXPECT_TRUE(OpenMenu());
 }

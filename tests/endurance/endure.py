@@ -33,6 +33,8 @@ SHOWING = ["menu", "languages", "refresh", "processes", "applications", "propert
 ROUNDS = [("once", 5, None), ("end-amid", 1, None), ("end-before", 1, None), ("once", 2, SHOWING),
           ("same", 1, CHANGING + ["start", "exit"]), ("two", 4, CHANGING), ("eight", 4, CHANGING + SHOWING),
           ("all", 4, CHANGING + SHOWING), ("end-after", 1, None)]
+ROUNDS_ON_DESKTOP = [("once", 5, None), ("end-before", 1, None), ("same", 1, CHANGING + ["exit"]), ("two", 4, CHANGING),
+                     ("eight", 4, CHANGING), ("all", 4, CHANGING)]
 
 
 def is_end(mode):
@@ -40,12 +42,20 @@ def is_end(mode):
 
 
 class Sweep:
-    """Every call of every action fails, or is the program's last."""
+    """Every call of every action of the handheld executable fails, or is the program's last."""
+
+    NAME = "sweep"
+    TITLE = "action"
+    ROUNDS = ROUNDS
+    EXTRA_ACTIONS = ["start", "exit"]
+    BUILT = ("handheld/vantor.exe", "emulator/vantor.exe.so", "desktop/tests/sweep.exe")
+    # How a call is tried again.
+    WHERE = ""
 
     def __init__(self, folder, modes=()):
         self.modes = modes
-        self.results = folder / "sweep.tsv"
-        self.key = folder / "sweep.key"
+        self.results = folder / f"{self.NAME}.tsv"
+        self.key = folder / f"{self.NAME}.key"
 
     @staticmethod
     def command(*words):
@@ -56,13 +66,12 @@ class Sweep:
         return subprocess.run(self.command(what), stdout=subprocess.PIPE, text=True, check=True).stdout.split("\n")[:-1]
 
     def actions(self):
-        return self.listed("actions") + ["start", "exit"]
+        return self.listed("actions") + self.EXTRA_ACTIONS
 
-    @staticmethod
-    def identity():
+    def identity(self):
         """Another program has other calls."""
         digest = hashlib.sha256()
-        for name in ("handheld/vantor.exe", "emulator/vantor.exe.so", "desktop/tests/sweep.exe"):
+        for name in self.BUILT:
             digest.update((BUILD / name).read_bytes())
         return digest.hexdigest()
 
@@ -94,7 +103,7 @@ class Sweep:
                 through.add((fields[0][2:], fields[1], fields[2]))
         for fields in self.trials():
             last[tuple(fields[:3])] = int(fields[3])
-        for mode, kinds, wanted in ROUNDS:
+        for mode, kinds, wanted in self.ROUNDS:
             if self.modes and mode not in self.modes:
                 continue
             for action in ended if is_end(mode) else actions:
@@ -107,7 +116,7 @@ class Sweep:
             seconds = int(until - time.time())
             if seconds <= 0:
                 return
-            print(f"{action}, {mode}, kinds {kinds}, from call {first}", flush=True)
+            print(f"{self.NAME}: {action}, {mode}, kinds {kinds}, from call {first}", flush=True)
             known = len(self.lines())
             with self.results.open("a") as results:
                 # A driver that hangs is ended with all that it has started.
@@ -130,13 +139,12 @@ class Sweep:
         ending = self.rows("ends", ENDS, [trial for trial in self.trials() if is_end(trial[1])])
         return failing + "\n\n" + ending
 
-    @staticmethod
-    def rows(head, verdicts, trials):
+    def rows(self, head, verdicts, trials):
         counts = {}
         for action, mode, kinds, _, verdict, *_ in trials:
             row = counts.setdefault((action, mode, kinds), dict.fromkeys([name for name, _ in verdicts], 0))
             row[verdict] += 1
-        out = [f"| action | {head} | kinds | calls | " + " | ".join(title for _, title in verdicts) + " |",
+        out = [f"| {self.TITLE} | {head} | kinds | calls | " + " | ".join(title for _, title in verdicts) + " |",
                "|---" * (4 + len(verdicts)) + "|"]
         sums = dict.fromkeys([name for name, _ in verdicts], 0)
         for (action, mode, kinds), row in counts.items():
@@ -152,13 +160,28 @@ class Sweep:
         found = []
         for action, mode, kinds, call, verdict, function, what, at in self.trials():
             if verdict in BAD:
-                found.append(f'./endure --try "{action}" {mode} {kinds} {call}  # {function}: {what.strip()}')
+                found.append(f'./endure --try "{action}" {mode} {kinds} {call}{self.WHERE}  # {function}: {what.strip()}')
         found += [fields[0] + " " + " ".join(fields[1:]) for fields in self.lines() if fields[0].startswith("! ")]
         return found
 
     def again(self, action, mode, kinds, calls):
         first, _, last = calls.partition("-")
         return subprocess.run(self.command("run", action, mode, kinds, first, last or first, 3600), check=False).returncode
+
+
+class SweepOnDesktop(Sweep):
+    """The same on the executable of a PC, with its calls on files."""
+
+    NAME = "sweep_on_desktop"
+    TITLE = "action, on a PC"
+    ROUNDS = ROUNDS_ON_DESKTOP
+    EXTRA_ACTIONS = ["exit"]
+    BUILT = ("desktop/vantor.exe", "desktop/tests/sweep.exe", "desktop/tests/sweep_watch.dll")
+    WHERE = " desktop"
+
+    @staticmethod
+    def command(*words):
+        return [str(ROOT / "tools/device/in_device"), str(BUILD / "desktop/tests/sweep.exe"), *map(str, words)]
 
 
 class Hostile:
@@ -264,7 +287,7 @@ class HostileOnDevice(Hostile):
 
 
 # Others join them here.
-PARTS = [Hostile, HostileOnDevice, Sweep, Monkey]
+PARTS = [Hostile, HostileOnDevice, Sweep, SweepOnDesktop, Monkey]
 
 
 def main(arguments):
@@ -275,7 +298,7 @@ def main(arguments):
         at = words.index("--modes")
         modes = tuple(words[at + 1].split(","))
         del words[at:at + 2]
-    if not set(modes) <= {mode for mode, *_ in ROUNDS}:
+    if not set(modes) <= {mode for mode, *_ in ROUNDS + ROUNDS_ON_DESKTOP}:
         print("see ./endure --help", file=sys.stderr)
         return 2
     if words[:1] == ["--actions"]:
@@ -283,6 +306,8 @@ def main(arguments):
         return 0
     if words[:1] == ["--try"] and len(words) == 5:
         return Sweep(folder).again(*words[1:])
+    if words[:1] == ["--try"] and len(words) == 6 and words[5] == "desktop":
+        return SweepOnDesktop(folder).again(*words[1:5])
     if words[:1] == ["--replay"] and len(words) == 3:
         return Monkey(folder).again(*words[1:])
     if words[:1] == ["--try-input"] and len(words) == 3:
@@ -294,7 +319,7 @@ def main(arguments):
         print("see ./endure --help", file=sys.stderr)
         return 2
     # Modes are the sweep's alone.
-    parts = [Sweep(folder, modes)] if modes else [part(folder) for part in PARTS]
+    parts = [Sweep(folder, modes), SweepOnDesktop(folder, modes)] if modes else [part(folder) for part in PARTS]
     until = time.time() + 60 * int(numbers[0] if numbers else 60)
     wrong = []
     for index, part in enumerate(parts):

@@ -25,6 +25,12 @@ bool LoadOnce(HANDLE process, void* path) {
 
 }  // namespace
 
+std::wstring LibraryBeside(const wchar_t* name) {
+    wchar_t path[MAX_PATH];
+    const std::wstring own(path, GetModuleFileNameW(nullptr, path, MAX_PATH));
+    return own.substr(0, own.rfind(L'\\') + 1) + name;
+}
+
 // A process whose own start is not far enough yet refuses.
 bool LoadInto(HANDLE process, const wchar_t* path) {
     const SIZE_T size = (std::wcslen(path) + 1) * sizeof(wchar_t);

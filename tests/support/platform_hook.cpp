@@ -6,13 +6,14 @@
 
 namespace test {
 
-void** FindImport(const char* name) {
+std::vector<Import> Imports() {
     const auto base = reinterpret_cast<char*>(GetModuleHandleW(nullptr));
     const auto dos = reinterpret_cast<const IMAGE_DOS_HEADER*>(base);
     const auto headers = reinterpret_cast<const IMAGE_NT_HEADERS*>(base + dos->e_lfanew);
     const auto& directory = headers->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT];
     auto library =
         reinterpret_cast<const IMAGE_IMPORT_DESCRIPTOR*>(base + directory.VirtualAddress);
+    std::vector<Import> imports;
     for (; library->Name; ++library) {
         auto names = reinterpret_cast<const IMAGE_THUNK_DATA*>(base + library->OriginalFirstThunk);
         auto slots = reinterpret_cast<void**>(base + library->FirstThunk);
@@ -22,9 +23,16 @@ void** FindImport(const char* name) {
             }
             const auto entry =
                 reinterpret_cast<const IMAGE_IMPORT_BY_NAME*>(base + names->u1.AddressOfData);
-            if (std::strcmp(reinterpret_cast<const char*>(entry->Name), name) == 0) {
-                return slots;
-            }
+            imports.push_back({reinterpret_cast<const char*>(entry->Name), slots});
+        }
+    }
+    return imports;
+}
+
+void** FindImport(const char* name) {
+    for (const Import& import : Imports()) {
+        if (std::strcmp(import.name, name) == 0) {
+            return import.slot;
         }
     }
     return nullptr;

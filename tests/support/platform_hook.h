@@ -1,12 +1,19 @@
 // Makes the world fail: replaces one platform function that the test executable imports.
 #pragma once
 
+#include <vector>
+
 #include "platform/windows.h"
 
 namespace test {
 
-// The place in this process's executable that holds the address of an imported function; null when
-// it imports none of this name.
+// A function that this process's executable imports by name, and the place that holds its address.
+struct Import {
+    const char* name;
+    void** slot;
+};
+std::vector<Import> Imports();
+// The place of one; null when none of this name is imported.
 void** FindImport(const char* name);
 void SetImport(void** slot, void* value);
 

@@ -32,13 +32,6 @@ std::wstring Describe(const FailingCall& call) {
            std::to_wstring(call.atLeast);
 }
 
-// The library that tells of crashes lies beside this executable.
-std::wstring CrashWatch() {
-    wchar_t path[MAX_PATH];
-    const std::wstring own(path, GetModuleFileNameW(nullptr, path, MAX_PATH));
-    return own.substr(0, own.rfind(L'\\')) + L"\\crash_watch.dll";
-}
-
 bool Runs(HANDLE process) {
     return WaitForSingleObject(process, 0) == WAIT_TIMEOUT;
 }
@@ -96,7 +89,8 @@ Program::Program(const std::wstring& arguments, const std::optional<FailingCall>
     void* const call = patched ? ReplaceCall(process_.Get(), processId_, *failing) : nullptr;
     EXPECT_TRUE(call || !patched) << failing->name << " is not called by the program";
     // The emulator notices by itself what a handheld's program does wrong, and ends it.
-    EXPECT_TRUE(RunsOnHandheld() || LoadInto(process_.Get(), CrashWatch().c_str()))
+    EXPECT_TRUE(RunsOnHandheld() ||
+                LoadInto(process_.Get(), LibraryBeside(L"crash_watch.dll").c_str()))
         << "the program is not watched";
     // A program that throws while a library is being loaded into it has ended as if nobody caught
     // what it threw, now and then.

@@ -5,6 +5,7 @@
 #include "call.h"
 #include "machine.h"
 #include "reach.h"
+#include "screen.h"
 #include "stop.h"
 
 namespace emulator {
@@ -192,8 +193,20 @@ std::uint64_t DrawFilled(Call& call) {
 std::uint64_t MonitorArea(Call& call) {
     auto* shown = call.Out<MONITORINFO>(1);
     const BOOL result = GetMonitorInfoW(call.HandleAt<HMONITOR>(0), shown);
-    shown->rcWork.top += TheMachine().device.caption;
+    shown->rcMonitor = ScreenArea();
+    shown->rcWork = WorkArea();
     return Result(result);
+}
+
+std::uint64_t SystemMetric(Call& call) {
+    switch (call.Signed(0)) {
+        case SM_CXSCREEN:
+            return Result(ScreenArea().right);
+        case SM_CYSCREEN:
+            return Result(ScreenArea().bottom);
+        default:
+            return Result(GetSystemMetrics(call.Signed(0)));
+    }
 }
 
 // The numbers of the system's colours carry a mark on a handheld.
@@ -274,7 +287,7 @@ const Services services = {
     {"GetTextColor", Direct<GetTextColor>},
     {"GetSysColor", SystemColor},
     {"GetSysColorBrush", SystemColorBrush},
-    {"GetSystemMetrics", Direct<GetSystemMetrics>},
+    {"GetSystemMetrics", SystemMetric},
     {"GetMonitorInfo", MonitorArea},
 };
 

@@ -10,6 +10,7 @@
 #include "machine.h"
 #include "paths.h"
 #include "processes.h"
+#include "screen.h"
 #include "shortcuts.h"
 #include "stop.h"
 
@@ -182,13 +183,6 @@ std::uint64_t ShortcutTarget(Call& call) {
     }
     std::memcpy(room, target->c_str(), 2 * (target->size() + 1));
     return TRUE;
-}
-
-RECT WorkArea() {
-    RECT area = {};
-    SystemParametersInfoW(SPI_GETWORKAREA, 0, &area, 0);
-    area.top += TheMachine().device.caption;
-    return area;
 }
 
 struct DevicePanel {

@@ -4,6 +4,7 @@
 #include <sstream>
 
 #include "ending.h"
+#include "failure_plan.h"
 #include "machine.h"
 #include "natural_failures.h"
 #include "stop.h"
@@ -13,17 +14,10 @@ namespace emulator {
 
 namespace {
 
-// A plan with what it has come to so far.
-struct Progress {
-    sweep::Plan plan = {};
-    std::uint32_t counted = 0;
-    std::uint32_t failures = 0;
-    std::string first;
-};
-
 // What only the description of one call says.
 struct DescribedCall {
-    Progress progress;
+    sweep::PlannedFailures planned;
+    sweep::Plan plan = {};
     Failure failure;
     // It fails only when this argument is at least so large.
     Address argument = 0;
@@ -41,76 +35,37 @@ DescribedCall ReadDescribedCall() {
     }
     std::istringstream words(description);
     std::string name;
-    if (!(words >> name >> read.failure.result >> read.failure.error >> read.progress.plan.times >>
+    if (!(words >> name >> read.failure.result >> read.failure.error >> read.plan.times >>
           read.argument >> read.atLeast) ||
         name.size() >= sweep::longestName) {
         Stop("\"%s\" does not describe a failing call", description);
     }
-    std::memcpy(read.progress.plan.only, name.c_str(), name.size() + 1);
-    read.progress.plan.first = 1;
+    std::memcpy(read.plan.only, name.c_str(), name.size() + 1);
+    read.plan.first = 1;
     return read;
-}
-
-// The names of calls carry their library, those of plans need not.
-bool IsCalled(const std::string& call, const std::string& name) {
-    const size_t library = call.find('!');
-    return call == name || (library != std::string::npos && call.substr(library + 1) == name);
-}
-
-// Counts a call and decides whether it fails.
-bool Fails(Progress* progress, const std::string& name) {
-    const sweep::Plan& plan = progress->plan;
-    if (plan.only[0] != '\0' && !IsCalled(name, plan.only)) {
-        return false;
-    }
-    ++progress->counted;
-    if (plan.first == 0 || progress->counted < plan.first || progress->failures >= plan.times) {
-        return false;
-    }
-    const bool first = progress->failures == 0;
-    // Two in a row are two calls that follow each other.
-    if (!first && plan.sameFunction != 0 && name != progress->first) {
-        return false;
-    }
-    if (first) {
-        progress->first = name;
-    }
-    ++progress->failures;
-    return true;
 }
 
 std::optional<Failure> DescribedFailureOf(const Call& call) {
     static DescribedCall described = ReadDescribedCall();
-    if (described.progress.plan.first == 0 || call.Word(described.argument) < described.atLeast ||
-        !Fails(&described.progress, call.Name())) {
+    if (described.plan.first == 0 || call.Word(described.argument) < described.atLeast ||
+        !described.planned.Meet(described.plan, call.Name())) {
         return std::nullopt;
     }
     return described.failure;
 }
 
 std::optional<Failure> SweptFailureOf(const Call& call, sweep::Channel* channel) {
-    static Progress progress;
-    if (channel->arming == sweep::Arming::Off) {
-        progress = Progress();
-        return std::nullopt;
-    }
+    static sweep::PlannedFailures planned;
     // A process can always end itself.
     const bool endsItself = std::strcmp(call.Name(), "TerminateProcess") == 0 &&
                             call.KernelHandle(0) == GetCurrentProcess();
     const NaturalFailure* const natural = endsItself ? nullptr : NaturalFailureOf(call.Name());
-    if (channel->arming == sweep::Arming::Paused || !natural ||
-        (natural->kind & channel->plan.kinds) == 0 ||
-        (channel->plan.ending == sweep::Ending::Amid && !HasMiddle(call))) {
+    const bool isLeftOut =
+        !natural || (channel->plan.ending == sweep::Ending::Amid && !HasMiddle(call));
+    if (!planned.Meet(channel, call.Name(), isLeftOut ? 0 : natural->kind)) {
         return std::nullopt;
     }
-    progress.plan = channel->plan;
-    const bool fails = Fails(&progress, call.Name());
-    channel->counted = progress.counted;
-    channel->failures = progress.failures;
-    if (!fails) {
-        return std::nullopt;
-    }
-    if (progress.failures == 1) {
+    if (planned.Failures() == 1) {
         TellFirstFailure(call, channel);
     }
     if (channel->plan.ending != sweep::Ending::None) {

@@ -1,9 +1,10 @@
 #include "natural_failures.h"
 
+#include <windows.h>
+
 #include <map>
 #include <set>
 
-#include "host.h"
 #include "sweep_channel.h"
 
 namespace emulator {

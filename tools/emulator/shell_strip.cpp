@@ -1,6 +1,8 @@
 #include "shell_strip.h"
 
 #include "machine.h"
+#include "screen.h"
+#include "sweep_channel.h"
 
 namespace emulator {
 
@@ -39,6 +41,10 @@ void Paint(HWND window) {
 }
 
 LRESULT WINAPI StripProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message == RegisterWindowMessageA(sweep::turnMessage)) {
+        TurnScreen(wParam != 0);
+        return 0;
+    }
     switch (message) {
         case WM_PAINT:
             Paint(window);
@@ -63,8 +69,15 @@ void MakeShellStrip() {
     description.lpszClassName = stripClass;
     RegisterClassW(&description);
     strip = CreateWindowExW(WS_EX_NOACTIVATE | WS_EX_TOOLWINDOW, stripClass, nullptr,
-                            WS_POPUP | WS_VISIBLE, 0, 0, GetSystemMetrics(SM_CXSCREEN),
-                            device.caption, nullptr, nullptr, description.hInstance, nullptr);
+                            WS_POPUP | WS_VISIBLE, 0, 0, ScreenArea().right, device.caption,
+                            nullptr, nullptr, description.hInstance, nullptr);
+}
+
+void PlaceShellStrip() {
+    if (strip) {
+        SetWindowPos(strip, nullptr, 0, 0, ScreenArea().right, TheMachine().device.caption,
+                     SWP_NOZORDER | SWP_NOACTIVATE);
+    }
 }
 
 void RefreshShellStrip() {

@@ -8,6 +8,8 @@ namespace emulator {
 
 // Makes the strip when the device has one.
 void MakeShellStrip();
+// Over the whole width of the screen.
+void PlaceShellStrip();
 // A window's caption or activity has changed.
 void RefreshShellStrip();
 

@@ -1,5 +1,6 @@
-// What the emulator and a program beside it that lets calls fail tell each other, in a named
-// mapping of the device. Both are built by compilers of their own: numbers of fixed size only.
+// What the emulator, or the library that watches the executable of a PC, and a program beside it
+// that lets calls fail tell each other, in a named mapping of the device. All are built by
+// compilers of their own: numbers of fixed size only.
 #pragma once
 
 #include <cstddef>
@@ -8,8 +9,12 @@
 namespace sweep {
 
 // Its value is the name of the mapping; without it nothing listens and nothing is kept.
-inline constexpr char variable[] = "VANTOR_HANDHELD_SWEEP";
+inline constexpr char variable[] = "VANTOR_SWEEP";
 inline constexpr std::uint32_t channelVersion = 2;
+
+// Registered; who posts it to the shell's strip turns the emulated screen on its side (1) or back
+// (0), as a person would.
+inline constexpr char turnMessage[] = "Vantor Screen Turned";
 
 // The kinds of calls that may fail.
 inline constexpr std::uint32_t systemCalls = 1;

@@ -151,8 +151,10 @@ bool MessageBoxDialog::LayOut() {
                   textStyle | DT_CALCRECT);
     }
     parts.text = SIZE{std::min(Width(text), widest), Height(text)};
+    // A text that cannot be measured has no room: nobody would read what is asked.
+    const bool measured = parts.text.cy > 0;
     RECT place;
-    if (!PlaceMessage(workArea, parts, &place)) {
+    if (!measured || !PlaceMessage(workArea, parts, &place)) {
         return false;
     }
     SetWindowPos(Handle(), HWND_TOPMOST, place.left, place.top, Width(place) + frame,

@@ -69,6 +69,13 @@ void Hand::Post(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
     }
 }
 
+void Hand::TurnScreen(bool turned) {
+    HWND strip = nullptr;
+    while ((strip = FindWindowExW(nullptr, strip, L"HHTaskBar", nullptr)) != nullptr) {
+        Post(strip, RegisterWindowMessageA(sweep::turnMessage), turned, 0);
+    }
+}
+
 void Hand::PostMouse(HWND window, UINT message, WPARAM wParam, POINT point) {
     // A wheel tells the place on the screen.
     if (window && message != WM_MOUSEWHEEL && message != WM_MOUSEHWHEEL) {
@@ -266,6 +273,11 @@ void Hand::Do(const Event& event) {
             const SIZE sizes[] = {
                 {height, width}, {width, height}, {width, height * values[1] / 1000}};
             const SIZE size = sizes[values[0] % 3];
+            if (Program::OnHandheld() && values[0] % 3 != 2) {
+                // The device itself is turned, or turned back.
+                TurnScreen(values[0] % 3 == 0);
+                break;
+            }
             SetWindowPos(program_.Window(), nullptr, 0, 0, size.cx, size.cy,
                          SWP_NOZORDER | SWP_NOACTIVATE | SWP_ASYNCWINDOWPOS);
             Post(program_.Window(), WM_DISPLAYCHANGE, 32, MAKELPARAM(size.cx, size.cy));
@@ -325,6 +337,7 @@ void Hand::Release() {
     if (window && (IsIconic(window) || IsZoomed(window) || !IsWindowVisible(window))) {
         ShowWindowAsync(window, SW_RESTORE);
     }
+    TurnScreen(false);
     SetWindowPos(window, nullptr, 0, 0, GetSystemMetrics(SM_CXSCREEN),
                  GetSystemMetrics(SM_CYSCREEN), SWP_NOZORDER | SWP_NOACTIVATE | SWP_ASYNCWINDOWPOS);
 }

@@ -13,7 +13,7 @@ class Hand {
 
     // Does the events until the program is no longer ready; `done` is how many of them it got.
     State Play(const Script& script, size_t* done);
-    // Nothing is pressed any more, and the window is where it was.
+    // Nothing is pressed any more, the screen stands upright, and the window is where it was.
     void Release();
     // One key, as it comes from a keyboard, to what has the keyboard.
     void PressKey(WPARAM key);
@@ -24,6 +24,8 @@ class Hand {
     void DoReal(const Event& event);
     void DoMessage(const Event& event);
     void Post(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+    // That of an emulated device.
+    void TurnScreen(bool turned);
     void PostMouse(HWND window, UINT message, WPARAM wParam, POINT point);
     // Whether what a real finger or key would do there comes to the program.
     bool ReachesProgram(POINT point) const;

@@ -1,7 +1,10 @@
 #include "tests/endurance/sweep/actions.h"
 
+#include <algorithm>
+
 #include "res/resource.h"
 #include "tests/endurance/sweep/world.h"
+#include "tests/support/windows_seen.h"
 
 namespace sweep {
 
@@ -149,18 +152,13 @@ void NoteRows(Stage& stage) {
     stage.Note("rows " + Joined(stage.Program().DrawnBy(stage.Program().List())));
 }
 
-void Resize(Stage& stage) {
-    const HWND window = stage.Program().Window();
-    RECT before = {};
-    GetWindowRect(window, &before);
-    const int width = before.right - before.left;
-    const int height = before.bottom - before.top;
-    stage.Program().Do([&] {
-        SetWindowPos(window, nullptr, before.left, before.top, height, width, SWP_NOZORDER);
-    });
-    stage.Program().Do([&] {
-        SetWindowPos(window, nullptr, before.left, before.top, width, height, SWP_NOZORDER);
-    });
+// The emulated device lies on its side, and stands upright again.
+void TurnScreen(Stage& stage) {
+    for (const bool turned : {true, false}) {
+        stage.Program().TurnScreen(turned);
+        const RECT place = test::ScreenRectangleOf(stage.Program().Window());
+        stage.Note("to " + std::to_string(place.right) + " x " + std::to_string(place.bottom));
+    }
 }
 
 void ChangeScreen(Stage& stage) {
@@ -346,7 +344,7 @@ const std::vector<Action> actions = {
     {"drag", MakeManyFiles, Drag, Nothing},
     {"wheel", MakeManyFiles, Turn, Nothing},
     {"keys", MakeManyFiles, GoThroughRows, NoteTitle},
-    {"turn", Nothing, Resize, NoteRows},
+    {"turn", Nothing, TurnScreen, NoteRows},
     {"screen changed", Nothing, ChangeScreen, NoteRows},
 };
 
@@ -354,6 +352,12 @@ const std::vector<Action> actions = {
 
 const std::vector<Action>& Actions() {
     return actions;
+}
+
+std::vector<Action> FileActions() {
+    static constexpr char last[] = "shortcut";
+    const auto isLast = [](const Action& action) { return std::string(action.name) == last; };
+    return {actions.begin(), std::find_if(actions.begin(), actions.end(), isLast) + 1};
 }
 
 const Action* FindAction(const std::string& name) {

@@ -20,6 +20,8 @@ struct Action {
 };
 
 const std::vector<Action>& Actions();
+// Those of them that work on files, which the executable of a PC does as well.
+std::vector<Action> FileActions();
 // Null for no action's name.
 const Action* FindAction(const std::string& name);
 

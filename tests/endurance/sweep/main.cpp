@@ -2,7 +2,7 @@
 // action, mode, kinds of calls, number of the call, verdict, function, what was seen, callers;
 // tabs between them.
 //
-//   sweep actions                                   names the actions
+//   sweep actions                                   names the actions: on a PC those with files
 //   sweep run ACTION MODE KINDS FROM TO SECONDS     one action, from one call to another
 //   sweep sample SEED ACTIONS                       so many actions, four calls of each, by chance
 //   sweep ends                                      names the actions that leave something behind
@@ -19,6 +19,7 @@
 #include "tests/conservation/chance.h"
 #include "tests/endurance/sweep/ends.h"
 #include "tests/endurance/sweep/trial.h"
+#include "tests/support/program.h"
 
 namespace sweep {
 
@@ -113,6 +114,10 @@ bool EndAndTell(Ordeal* trials, const std::string& action) {
     return wrong.empty();
 }
 
+std::vector<Action> ActionsHere() {
+    return test::RunsOnHandheld() ? Actions() : FileActions();
+}
+
 int Run(const std::string& action, const Mode& mode, unsigned kinds, unsigned from, unsigned to,
         unsigned seconds) {
     const Clock clock(seconds);
@@ -134,11 +139,12 @@ int Run(const std::string& action, const Mode& mode, unsigned kinds, unsigned fr
 
 int Sample(unsigned seed, unsigned actions) {
     conservation::chance.Seed(seed);
+    const std::vector<Action> all = ActionsHere();
     Trials trials;
     bool good = true;
     unsigned failures = 0;
     for (unsigned round = 0; round < actions; ++round) {
-        const std::string action = Actions()[conservation::chance.Dice(Actions().size())].name;
+        const std::string action = all[conservation::chance.Dice(all.size())].name;
         unsigned calls = 0;
         if (!PrepareAndTell(&trials, action, allKinds, &calls)) {
             return 1;
@@ -186,7 +192,7 @@ unsigned Number(const char* word) {
 int Main(int count, char** words) {
     const std::string what = count > 1 ? words[1] : "";
     if (what == "actions") {
-        for (const Action& action : Actions()) {
+        for (const Action& action : ActionsHere()) {
             std::printf("%s\n", action.name);
         }
         return 0;

@@ -4,6 +4,9 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "tests/support/loaded_library.h"
+#include "tests/support/program.h"
+
 namespace sweep {
 
 namespace {
@@ -28,6 +31,13 @@ std::wstring ComplaintFile() {
         letter = letter == L'/' ? L'\\' : letter;
     }
     return path.empty() ? path : L"\\\\?\\unix" + path;
+}
+
+std::string OneLine(std::string text) {
+    for (char& letter : text) {
+        letter = letter == '\n' || letter == '\t' ? '|' : letter;
+    }
+    return text;
 }
 
 struct Search {
@@ -108,6 +118,7 @@ void Subject::Launch(const std::wstring& arguments) {
     STARTUPINFOW startup = {};
     startup.cb = sizeof startup;
     PROCESS_INFORMATION process = {};
+    const test::CrashFile::Given given(crashes_);
     if (!CreateProcessW(path.c_str(), command.data(), nullptr, nullptr, FALSE, 0, nullptr, L"C:\\",
                         &startup, &process)) {
         std::printf("the program does not start: error %lu\n", GetLastError());
@@ -116,6 +127,11 @@ void Subject::Launch(const std::wstring& arguments) {
     CloseHandle(process.hThread);
     process_.Reset(process.hProcess);
     processId_ = process.dwProcessId;
+    if (!test::RunsOnHandheld() &&
+        !test::LoadInto(process_.Get(), test::LibraryBeside(L"sweep_watch.dll").c_str())) {
+        std::printf("the program is not watched\n");
+        std::exit(2);
+    }
 }
 
 bool Subject::Start(const std::wstring& arguments) {
@@ -128,6 +144,8 @@ bool Subject::Start(const std::wstring& arguments) {
         }
         Sleep(1);
     }
+    // On a PC it is seen only from its next message on.
+    Post(Window(), WM_NULL);
     return ComesToRest();
 }
 
@@ -153,6 +171,9 @@ DWORD Subject::ExitCode() const {
 }
 
 std::string Subject::Complaint() const {
+    if (!test::RunsOnHandheld()) {
+        return OneLine(crashes_.Told());
+    }
     const HANDLE file = CreateFileW(ComplaintFile().c_str(), GENERIC_READ,
                                     FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
                                     OPEN_EXISTING, 0, nullptr);
@@ -163,11 +184,7 @@ std::string Subject::Complaint() const {
     char text[1500];
     DWORD size = 0;
     ReadFile(file, text, sizeof text, &size, nullptr);
-    std::string complaint(text, size);
-    for (char& letter : complaint) {
-        letter = letter == '\n' ? '|' : letter;
-    }
-    return complaint;
+    return OneLine(std::string(text, size));
 }
 
 HWND Subject::Window() const {
@@ -256,6 +273,10 @@ void Subject::Key(HWND window, WPARAM key) {
     }
 }
 
+void Subject::TurnScreen(bool turned) {
+    Post(Top(L"HHTaskBar"), RegisterWindowMessageA(turnMessage), turned);
+}
+
 HWND Subject::Child(HWND parent, const wchar_t* className) const {
     Search search = {processId_, className, nullptr, 0};
     if (parent) {
@@ -279,10 +300,14 @@ HWND Subject::Dialog() const {
     return nullptr;
 }
 
-HWND Subject::Popup() const {
-    Search search = {processId_, L"kx::PopupMenu", nullptr, 0};
+HWND Subject::Top(const wchar_t* className) const {
+    Search search = {processId_, className, nullptr, 0};
     EnumWindows(VisitTop, reinterpret_cast<LPARAM>(&search));
     return search.found;
+}
+
+HWND Subject::Popup() const {
+    return Top(L"kx::PopupMenu");
 }
 
 size_t Subject::PopupCount() const {
@@ -337,11 +362,7 @@ Holding Subject::Held() {
 
 std::string Subject::NewHoldings() {
     Ask(Request::Tell);
-    std::string told(channel_->told, channel_->toldLength);
-    for (char& letter : told) {
-        letter = letter == '\n' ? '|' : letter;
-    }
-    return told;
+    return OneLine(std::string(channel_->told, channel_->toldLength));
 }
 
 }  // namespace sweep

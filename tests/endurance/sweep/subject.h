@@ -1,5 +1,6 @@
-// The program whose calls fail: the handheld executable on its emulator, led from outside by
-// messages, each of which is waited for until the program has done all that it does about it.
+// The program whose calls fail: the handheld executable on its emulator, or that of a PC with a
+// library in it that lets them fail. It is led from outside by messages, each of which is waited
+// for until the program has done all that it does about it.
 #pragma once
 
 #include <functional>
@@ -8,6 +9,7 @@
 
 #include "platform/handles.h"
 #include "platform/windows.h"
+#include "tests/support/crash_file.h"
 #include "tools/emulator/sweep_channel.h"
 
 namespace sweep {
@@ -39,7 +41,8 @@ class Subject {
     bool Runs() const;
     // Of a program that has ended; a program that has not is waited for.
     DWORD ExitCode() const;
-    // What the emulator has said when it ended the run; empty when it has not.
+    // What the emulator, or the library on a PC, has said when it ended the run; empty when it has
+    // not.
     std::string Complaint() const;
     HWND Window() const;
 
@@ -60,6 +63,8 @@ class Subject {
     void Post(HWND window, UINT message, WPARAM wParam = 0, LPARAM lParam = 0);
     void Command(WORD command) { Post(Window(), WM_COMMAND, command); }
     void Key(HWND window, WPARAM key);
+    // Turns the emulated device's screen on its side, or back.
+    void TurnScreen(bool turned);
     // Waits until the program waits, for so many milliseconds at least; false when it does not come
     // to that.
     bool ComesToRest(int milliseconds = 0);
@@ -85,10 +90,13 @@ class Subject {
     std::string NewHoldings();
 
  private:
+    // The visible window of a class that takes input, none of which lies in another.
+    HWND Top(const wchar_t* className) const;
     void Ask(Request request);
     // How many milliseconds without any call tell that it rests.
     int RestNeeded() const;
 
+    test::CrashFile crashes_;
     platform::UniqueHandle mapping_;
     Channel* channel_ = nullptr;
     platform::UniqueHandle process_;

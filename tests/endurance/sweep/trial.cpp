@@ -382,7 +382,7 @@ Result Trials::Judge(const Observation& seen, const Plan& plan) const {
     Result result;
     std::vector<std::string> wrongs = seen.wrongs;
     if (!seen.complaint.empty()) {
-        wrongs.push_back("the emulator stopped it: " + seen.complaint);
+        wrongs.push_back("it was stopped: " + seen.complaint);
     }
     if (name_ != "start") {
         const std::string lost = Lost(seen.before, clean_.disk, seen.disk);

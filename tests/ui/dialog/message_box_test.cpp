@@ -36,6 +36,14 @@ class MessageBoxKeys : public BoxTest {
         });
     }
 };
+HDC WINAPI NoWindowDC(HWND) {
+    return nullptr;
+}
+
+int WINAPI NoText(HDC, const wchar_t*, int, RECT*, UINT) {
+    return 0;
+}
+
 class MessageBoxFailure : public BoxTest {};
 
 RECT workArea = {};
@@ -301,6 +309,20 @@ TEST_F(MessageBoxFailure, WithoutItsButtonsItEndsWithTwo) {
     const PlatformHook window("CreateWindowExW", NoWindow);
     EXPECT_EQ(ui::ShowError(owner.Handle(), L"No such file."), 2);
     EXPECT_FALSE(ui::Tell(owner.Handle(), L"No such file.", IDS_ERROR));
+}
+
+TEST_F(MessageBoxFailure, ATextThatCannotBeMeasuredEndsItWithTwo) {
+    for (const bool withoutDC : {false, true}) {
+        std::unique_ptr<PlatformHook<decltype(NoWindowDC)>> dc;
+        std::unique_ptr<PlatformHook<decltype(NoText)>> text;
+        if (withoutDC) {
+            dc = std::make_unique<PlatformHook<decltype(NoWindowDC)>>("GetDC", NoWindowDC);
+        } else {
+            text = std::make_unique<PlatformHook<decltype(NoText)>>("DrawTextW", NoText);
+        }
+        EXPECT_EQ(ui::ShowError(owner.Handle(), L"No such file."), 2) << withoutDC;
+        EXPECT_FALSE(ui::Confirm(owner.Handle(), L"Really?", ui::DefaultButton::Yes));
+    }
 }
 
 TEST_F(MessageBoxFailure, AWorkAreaWithoutRoomEndsItWithTwo) {
