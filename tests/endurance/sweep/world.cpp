@@ -54,7 +54,9 @@ std::string DescribeFile(const std::wstring& path) {
         }
         size += read;
     }
-    return std::to_string(size) + " bytes " + std::to_string(hash);
+    // A PC's shortcut has the times of what it leads to.
+    const bool tellsTimes = path.ends_with(L".lnk");
+    return std::to_string(size) + " bytes " + (tellsTimes ? "of a shortcut" : std::to_string(hash));
 }
 
 void Describe(const std::wstring& folder, const std::string& prefix, bool deep, Disk* disk) {
