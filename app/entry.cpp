@@ -56,6 +56,7 @@ void ShowCurrentException() noexcept {
 int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, wchar_t*, int showCommand) {
     text::SetProgramModule(instance);
     try {
+        faults::KeepFixedMessage();
         RunProgram(instance, showCommand);
     } catch (...) {
         ShowCurrentException();

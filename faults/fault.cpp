@@ -8,8 +8,10 @@ namespace faults {
 
 namespace {
 
-// Made at the start: when it is asked for there may be no memory for it.
-const std::wstring fixedMessage(noMessage);
+const std::wstring& FixedMessage() {
+    static const std::wstring text(noMessage);
+    return text;
+}
 
 std::wstring FromCodePage(const std::string& narrow) {
     const int size = static_cast<int>(narrow.size());
@@ -62,9 +64,15 @@ const std::wstring& Fault::Message() const noexcept {
         if (message_.empty()) {
             message_ = FindMessage();
         }
-        return message_.empty() ? fixedMessage : message_;
+        return message_.empty() ? FixedMessage() : message_;
     } catch (...) {
-        return fixedMessage;
+        // The fixed one was made at the start.
+    }
+    try {
+        return FixedMessage();
+    } catch (...) {
+        static const std::wstring none;
+        return none;
     }
 }
 
@@ -140,11 +148,15 @@ std::wstring CodeText(DWORD code) {
 
 }  // namespace
 
+void KeepFixedMessage() {
+    FixedMessage();
+}
+
 std::wstring FullText(const ErrorMessage::IFaultBase& fault) noexcept {
     const ErrorMessage::IFaultBase& shown = fault.Fault();
     const std::wstring& message = shown.Message();
     try {
-        if (message != noMessage) {
+        if (!message.empty() && message != noMessage) {
             return OnOneLine(message);
         }
     } catch (...) {

@@ -33,6 +33,9 @@ class IFaultBase : public std::exception {
 // What Message gives when nothing is known.
 inline constexpr wchar_t noMessage[] = L"No error message is available.";
 
+// Makes that text, for which there may be no memory when it is asked for (std::bad_alloc).
+void KeepFixedMessage();
+
 // The code of a fault that carries only a text.
 inline constexpr HRESULT textFaultCode = static_cast<HRESULT>(0x80000008u);
 

@@ -158,3 +158,18 @@ TEST(Start, ARunLeavesNothingButItsSettings) {
                                                   L"Software\\Kelmor\\vantor: path",
                                                   L"Software\\Kelmor\\vantor: view"}));
 }
+
+TEST(Start, WithoutItsFirstBlocksOfMemoryIsTold) {
+    if (!RunsOnHandheld()) {
+        GTEST_SKIP() << "a PC's runtime needs the first ones for itself";
+    }
+    const CleanSettings settings;
+    // What exceptions are made of when there is no other memory comes first; it can do without.
+    constexpr unsigned firstOwn = 2;
+    const Program program(L"", FailingCall{"LocalAlloc", 0, ERROR_NOT_ENOUGH_MEMORY, firstOwn});
+    const HWND box = WaitForWindow(L"#32770", true);
+    ASSERT_TRUE(box);
+    EXPECT_EQ(TextOf(box), L"Application execution failed.");
+    EXPECT_TRUE(Finger().Key("Return").In(box).Play());
+    EXPECT_EQ(program.WaitForExit(), 0u);
+}
