@@ -40,7 +40,9 @@ bool FollowsFinger(POINT point) {
 // before it does. The first answer may come from a look that began before the last of the input was
 // there. And who tells a tap from a drag looks at the queue several times for other things before
 // it looks at the moves, and may answer from each of these looks. There are fewer than this. Who is
-// asked again at once may answer from within the same look: it is to find nothing in between.
+// asked again at once may answer from within the same look, as all twelve times on a processor that
+// both share: nobody outside sees where a look ends, so the other one gets the processor in between
+// and finds nothing.
 bool HasLookedAtAll(HWND window) {
     constexpr int mostLooks = 12;
     for (int look = 0; look < mostLooks; ++look) {

@@ -36,6 +36,7 @@ class MessageBoxKeys : public BoxTest {
         });
     }
 };
+
 HDC WINAPI NoWindowDC(HWND) {
     return nullptr;
 }

@@ -146,13 +146,16 @@ void TellFirstFailure(const std::string& name) {
 // How a call fails, if it has to.
 const NaturalFailure* FailureNow(const std::string& name, const NaturalFailure* natural) {
     const ErrorKept kept;
-    if (!planned->Meet(channel, name, natural ? natural->kind : 0)) {
+    // What has been called is no longer seen here: no call can be the last after it, or amid it.
+    const sweep::Ending ending = channel->plan.ending;
+    const bool canBe = ending == sweep::Ending::None || ending == sweep::Ending::Before;
+    if (!planned->Meet(channel, name, natural && canBe ? natural->kind : 0)) {
         return nullptr;
     }
     if (planned->Failures() == 1) {
         TellFirstFailure(name);
     }
-    if (channel->plan.ending != sweep::Ending::None) {
+    if (ending == sweep::Ending::Before) {
         TerminateProcess(GetCurrentProcess(), sweep::endedExitCode);
     }
     return natural;
