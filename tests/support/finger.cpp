@@ -134,14 +134,25 @@ std::optional<std::string> RunWithFinger(const std::string& line) {
     return RunUnixCommand(fingerOfShell + line);
 }
 
+// For the shell: whether a window of the screen has the keyboard. One that has just come to the
+// front gets it in its own time, and to take it from a window that has just opened would close
+// that; a window whom the screen has refused the keyboard would be waited for in vain. So it is
+// waited for at first, and put there once it was elsewhere as often as this.
+std::string HasKeyboard(const std::string& screenWindow, int timesElsewhere) {
+    constexpr int often = 40;
+    return (timesElsewhere < often ? "holds " : "focus ") + screenWindow;
+}
+constexpr char keyboardElsewhere[] = "the keyboard is elsewhere";
+
 // A window that has come to the front asks the screen for the keyboard with the time of the last
 // message that its thread has taken, and in its own time. The screen refuses when the keyboard has
 // moved since, as it does by itself when the window that had it goes; the keys then go to whatever
 // lies under the finger, or to nobody. And a window of the same program that had the keyboard gets
 // the keys meanwhile, but should it be in front again when it learns that it has lost the keyboard,
-// it leaves the front to nobody. So the screen's keyboard is put where the window in front is, in
-// the same breath in which the keys are sent.
-bool TryToSendKeys(HWND window, const std::string& commands, std::string* answer) {
+// it leaves the front to nobody. So the window in front must have the screen's keyboard, in the
+// same breath in which the keys are sent.
+bool TryToSendKeys(HWND window, const std::string& commands, int* timesElsewhere,
+                   std::string* answer) {
     const KeyboardState state = LookAtKeyboard();
     const HWND wanted = window ? GetAncestor(window, GA_ROOT) : state.front;
     if (!wanted || state.front != wanted || !state.focus || !state.screenWindow) {
@@ -154,42 +165,45 @@ bool TryToSendKeys(HWND window, const std::string& commands, std::string* answer
         *answer = "not taken by a thread that is busy";
         return false;
     }
-    *answer = RunWithFinger("focus " + std::to_string(state.screenWindow) + " && finger '" +
-                            commands + "' && echo sent || echo refused")
-                  .value_or("not answered");
+    *answer =
+        RunWithFinger("if " + HasKeyboard(std::to_string(state.screenWindow), *timesElsewhere) +
+                      "; then finger '" + commands + "' && echo sent; else echo " +
+                      keyboardElsewhere + "; fi")
+            .value_or("not answered");
+    *timesElsewhere += *answer == keyboardElsewhere;
     return *answer == "sent";
 }
 
 // A window lies on top before the screen has it there: what is pressed then is for the one below,
 // which may take no input, and is lost. And one that is in front asks the screen for the keyboard
 // only when it has heard that it is seen. Should a press that came before have closed it by then,
-// the keyboard goes with it, and the one below, which is in front again, leaves the front. A window
-// whom the screen has refused the keyboard would be waited for in vain: it gets it in the end.
-bool TryToPress(const std::string& way, POINT point, const std::string& press, int tries,
+// the keyboard goes with it, and the one below, which is in front again, leaves the front.
+bool TryToPress(const std::string& way, POINT point, const std::string& press, int* timesElsewhere,
                 std::string* answer) {
-    constexpr int enoughTries = 40;
     const HWND window = GetAncestor(WindowFromPoint(point), GA_ROOT);
     const unsigned screenWindow = window ? ScreenWindowOf(window) : 0;
     const std::string number = std::to_string(screenWindow);
     std::string ready;
     if (screenWindow != 0) {
-        ready = "over " + number;
+        ready = "if ! over " + number + "; then echo elsewhere; ";
     }
     if (screenWindow != 0 && window == GetForegroundWindow()) {
-        ready += (tries < enoughTries ? " && holds " : " && focus ") + number;
+        ready += "elif ! " + HasKeyboard(number, *timesElsewhere) + "; then echo " +
+                 keyboardElsewhere + "; ";
     }
-    if (!ready.empty()) {
-        ready = "{ { " + ready + "; } || { echo elsewhere; false; }; } && ";
-    }
-    *answer =
-        RunWithFinger("finger '" + way + "' && " + ready + "finger '" + press + "' && echo moved")
-            .value_or("not answered");
-    return *answer != "elsewhere";
+    const std::string pressed = "finger '" + press + "' && echo moved";
+    *answer = RunWithFinger("finger '" + way + "' && { " +
+                            (ready.empty() ? pressed : ready + "else " + pressed + "; fi") + "; }")
+                  .value_or("not answered");
+    *timesElsewhere += *answer == keyboardElsewhere;
+    return *answer != "elsewhere" && *answer != keyboardElsewhere;
 }
 
 bool SendKeys(HWND window, const std::string& commands) {
     std::string answer;
-    const bool sent = WaitFor([&] { return TryToSendKeys(window, commands, &answer); });
+    int timesElsewhere = 0;
+    const bool sent =
+        WaitFor([&] { return TryToSendKeys(window, commands, &timesElsewhere, &answer); });
     EXPECT_TRUE(sent) << "keys are " << answer << ':' << commands << '\n' << DescribeScreen(window);
     return sent;
 }
@@ -341,8 +355,9 @@ bool Finger::MovesFinger(const Part& part) {
     const std::string way = part.commands.substr(0, part.firstPress);
     const std::string press = part.commands.substr(part.firstPress);
     std::string answer;
-    int tries = 0;
-    return WaitFor([&] { return TryToPress(way, part.pressPoint, press, tries++, &answer); }) &&
+    int timesElsewhere = 0;
+    return WaitFor(
+               [&] { return TryToPress(way, part.pressPoint, press, &timesElsewhere, &answer); }) &&
            answer == "moved";
 }
 
@@ -382,8 +397,10 @@ bool BringToFront(HWND window) {
     // Keys are sent once all of that is done, also when there are none.
     const std::string none = " sleep 0";
     std::string answer;
-    const bool atRest =
-        WaitFor([&] { return !LookAtKeyboard().front || TryToSendKeys(nullptr, none, &answer); });
+    int timesElsewhere = 0;
+    const bool atRest = WaitFor([&] {
+        return !LookAtKeyboard().front || TryToSendKeys(nullptr, none, &timesElsewhere, &answer);
+    });
     EXPECT_TRUE(atRest) << "the window in front does not get the keyboard\n"
                         << DescribeScreen(window);
     const bool hasHeard = WaitFor([window] { return HasLookedAtAll(window); });
