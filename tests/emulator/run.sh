@@ -113,6 +113,10 @@ for line in 'screen width=240 height=320 dots=96' 'screen width=a height=320 dot
     }
 done
 
+VisibleWindows() {
+    { xdotool search --onlyvisible --class . 2>/dev/null || true; } | wc -l
+}
+
 # The program itself on every described device: it shows as many processes as there are, itself among them.
 for device in small large tall; do
     timeout 60 "$root/tools/device/in_device" --handheld "$root/tests/devices/$device.txt" \
@@ -131,7 +135,14 @@ for device in small large tall; do
         cat "$folder/said.txt" >&2
         failures=$((failures + 1))
     }
-    xdotool key F2 sleep 0.5 key Up Return
+    # The last command of the menu, which is a window of its own.
+    windows=$(VisibleWindows)
+    xdotool key F2
+    for ((attempt = 0; attempt < 100; ++attempt)); do
+        (($(VisibleWindows) == windows)) || break
+        sleep 0.1
+    done
+    xdotool key Up Return
     wait $program || { echo "FAILED: on the device $device the program ended with $?" >&2; failures=$((failures + 1)); }
 done
 

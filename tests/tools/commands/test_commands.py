@@ -490,9 +490,17 @@ class DeviceTest(CommandTest):
         self.assertNotEqual(outer, inner)
 
     def test_nothing_is_left_running(self):
-        script = '"$0" "$1" stay & sleep 1; exit 3'
-        result = self.with_device("bash", "-c", script, self.repository / "tools/device/in_device", self.program)
-        self.assertEqual(result.returncode, 3)
+        script = '"$0" "$1" stay & read -r; exit 3'
+        command = subprocess.Popen(
+            [self.repository / "tools/device/with_device", "bash", "-c", script, self.repository / "tools/device/in_device", self.program],
+            env=self.environment,
+            stdin=subprocess.PIPE,
+            stdout=subprocess.DEVNULL,
+            stderr=subprocess.DEVNULL,
+        )
+        self.wait_until_runs(b"stand in.exe")
+        command.communicate(b"\n", timeout=60)
+        self.assertEqual(command.returncode, 3)
         self.assert_nothing_runs()
 
     def runs(self, name):
@@ -504,6 +512,12 @@ class DeviceTest(CommandTest):
             except OSError:
                 pass
         return False
+
+    def wait_until_runs(self, name):
+        deadline = time.monotonic() + 60
+        while time.monotonic() < deadline and not self.runs(name):
+            time.sleep(0.01)
+        self.assertTrue(self.runs(name), name)
 
     def test_an_interruption_leaves_nothing_running(self):
         # It may come while the screen, the device or its desktop starts, or once the program runs.
@@ -523,10 +537,7 @@ class DeviceTest(CommandTest):
                 stderr=subprocess.DEVNULL,
                 start_new_session=True,
             )
-            deadline = time.monotonic() + 60
-            while time.monotonic() < deadline and not self.runs(last):
-                time.sleep(0.01)
-            self.assertTrue(self.runs(last), last)
+            self.wait_until_runs(last)
             os.killpg(command.pid, number)
             self.assertEqual(command.wait(timeout=60), code, last)
             self.assert_nothing_runs()
