@@ -24,11 +24,15 @@ bool CreateShortcut(const wchar_t* shortcut, const wchar_t* command) {
 std::optional<std::wstring> ShortcutTarget(const wchar_t* shortcut, size_t capacity) {
     std::optional<std::wstring> target(std::in_place);
     target->resize(capacity);
-    if (SHGetShortcutTarget(shortcut, target->data(), static_cast<int>(capacity))) {
-        target->resize(std::wcslen(target->c_str()));
-    } else {
-        target.reset();
+    if (!SHGetShortcutTarget(shortcut, target->data(), static_cast<int>(capacity))) {
+        return std::nullopt;
     }
+    const size_t end = target->find(L'\0');
+    if (end == std::wstring::npos) {
+        SetLastError(ERROR_INSUFFICIENT_BUFFER);
+        return std::nullopt;
+    }
+    target->resize(end);
     return target;
 }
 

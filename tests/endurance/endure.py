@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""Runs the parts of ./endure in a started device: endure.py FOLDER [MINUTES] [--fresh] [--modes ...] |
-FOLDER --try ... | FOLDER --try-input ... | FOLDER --replay ... | --actions.
+"""Runs the parts of ./endure: endure.py FOLDER [MINUTES] [--fresh] [--modes ...] starts them side by side; in a started
+device it is FOLDER --try ... | FOLDER --try-input ... | FOLDER --replay ... | FOLDER --actions.
 
 A part does its work job by job until its time is over, keeps what it has found in FOLDER, and goes on from there.
 """
@@ -286,21 +286,61 @@ class HostileOnDevice(Hostile):
         return subprocess.run(self.run_command(name, seed, 1, 600), check=False).returncode
 
 
-# Others join them here.
-PARTS = [Hostile, HostileOnDevice, Sweep, SweepOnDesktop, Monkey]
+# What runs side by side: each lane has a device and a processor of its own, and its parts share its time. Others join
+# them here.
+LANES = {
+    "handheld": lambda folder, modes: [Sweep(folder, modes), Monkey(folder, "handheld")],
+    "desktop": lambda folder, modes: [Hostile(folder), HostileOnDevice(folder), SweepOnDesktop(folder, modes),
+                                      Monkey(folder, "desktop")],
+}
 
 
-def main(arguments):
-    folder = pathlib.Path(arguments[0])
-    words = arguments[1:]
+def parts_of(lane, folder, modes):
+    """Modes are the sweep's alone."""
+    return [part for part in LANES[lane](folder, modes) if not modes or isinstance(part, Sweep)]
+
+
+def run_lane(lane, folder, modes, until, fresh):
+    parts = parts_of(lane, folder, modes)
+    for index, part in enumerate(parts):
+        part.forget_others(fresh)
+        # Each part has its share of the time that is left.
+        part.run(time.time() + (until - time.time()) / (len(parts) - index))
+
+
+def run_side_by_side(folder, options, until):
+    """Returns the lanes that did not come to their end."""
+    processors = sorted(os.sched_getaffinity(0))
+    lanes = {}
+    try:
+        for index, lane in enumerate(LANES):
+            processor = processors[index % len(processors)]
+            lanes[lane] = subprocess.Popen(["taskset", "--cpu-list", str(processor),
+                                            str(ROOT / "tools/device/with_device"), "--device",
+                                            str(folder / f"test-device-{lane}"), "--", sys.executable, "-B", __file__,
+                                            str(folder), "--lane", lane, str(until), *options])
+        return [lane for lane, process in lanes.items() if process.wait() != 0]
+    finally:
+        for process in lanes.values():
+            process.terminate()
+            process.wait()
+
+
+def options_of(words):
+    """Takes --modes and --fresh out of the words: the modes, and whether all begins anew."""
     modes = ()
     if "--modes" in words[:-1]:
         at = words.index("--modes")
         modes = tuple(words[at + 1].split(","))
         del words[at:at + 2]
-    if not set(modes) <= {mode for mode, *_ in ROUNDS + ROUNDS_ON_DESKTOP}:
-        print("see ./endure --help", file=sys.stderr)
-        return 2
+    fresh = "--fresh" in words
+    words[:] = [word for word in words if word != "--fresh"]
+    return modes, fresh
+
+
+def main(arguments):
+    folder = pathlib.Path(arguments[0])
+    words = arguments[1:]
     if words[:1] == ["--actions"]:
         print("\n".join(Sweep(folder).actions()))
         return 0
@@ -308,26 +348,28 @@ def main(arguments):
         return Sweep(folder).again(*words[1:])
     if words[:1] == ["--try"] and len(words) == 6 and words[5] == "desktop":
         return SweepOnDesktop(folder).again(*words[1:5])
-    if words[:1] == ["--replay"] and len(words) == 3:
-        return Monkey(folder).again(*words[1:])
+    if words[:1] == ["--replay"] and len(words) == 3 and words[1] in LANES:
+        return Monkey(folder, words[1]).again(words[2])
     if words[:1] == ["--try-input"] and len(words) == 3:
         # An input that was kept is a file, one on a device is known by its seed.
         return (HostileOnDevice if words[2].isdigit() else Hostile)(folder).again(*words[1:])
-    fresh = "--fresh" in words
-    numbers = [word for word in words if word != "--fresh"]
-    if len(numbers) > 1 or not all(word.isdigit() for word in numbers):
+    modes, fresh = options_of(words)
+    if not set(modes) <= {mode for mode, *_ in ROUNDS + ROUNDS_ON_DESKTOP}:
         print("see ./endure --help", file=sys.stderr)
         return 2
-    # Modes are the sweep's alone.
-    parts = [Sweep(folder, modes), SweepOnDesktop(folder, modes)] if modes else [part(folder) for part in PARTS]
-    until = time.time() + 60 * int(numbers[0] if numbers else 60)
-    wrong = []
-    for index, part in enumerate(parts):
-        part.forget_others(fresh)
-        # Each part has its share of the time that is left.
-        part.run(time.time() + (until - time.time()) / (len(parts) - index))
-        print(part.table())
-        wrong += part.wrong()
+    if words[:1] == ["--lane"] and len(words) == 3:
+        run_lane(words[1], folder, modes, int(words[2]), fresh)
+        return 0
+    if len(words) > 1 or not all(word.isdigit() for word in words):
+        print("see ./endure --help", file=sys.stderr)
+        return 2
+    options = (["--modes", ",".join(modes)] if modes else []) + (["--fresh"] if fresh else [])
+    until = int(time.time()) + 60 * int(words[0] if words else 60)
+    wrong = [f"! {lane} did not come to its end" for lane in run_side_by_side(folder, options, until)]
+    for lane in LANES:
+        for part in parts_of(lane, folder, modes):
+            print(part.table(), end="\n\n")
+            wrong += part.wrong()
     (folder / "wrong.txt").write_text("".join(line + "\n" for line in wrong))
     print("\n".join(wrong) if wrong else "Nothing ended wrong.")
     return 1 if wrong else 0

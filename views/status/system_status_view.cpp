@@ -2,12 +2,10 @@
 
 #include <dbt.h>
 
-#include "platform/files.h"
 #include "platform/handles.h"
-#include "platform/storage.h"
 #include "res/resource.h"
 #include "text/resources.h"
-#include "views/status/storage_card.h"
+#include "views/status/storage_folders.h"
 
 namespace views {
 
@@ -114,25 +112,17 @@ void SystemStatusView::Build() {
 
 void SystemStatusView::AddStorage(Gauges& gauges) {
     size_t afterStorage = gauges.Count();
-    platform::FindData found = {};
-    const platform::UniqueFlashCardSearch search(platform::FindFirstFlashCard(&found));
-    if (!search) {
-        return;
-    }
-    const StorageCards cards;
-    do {
-        const std::wstring name(found.cFileName);
-        if (cards.Have(name)) {
-            GaugeOwner card = MakeStorageCardGauge(L"\\" + name);
-            // One that has gone since it was listed keeps its row until the next update.
-            card->Update();
-            gauges.Add(std::move(card));
+    for (const StorageFolder& folder : FindStorageFolders()) {
+        const std::wstring path = L"\\" + folder.name;
+        GaugeOwner gauge = folder.isCard ? MakeStorageCardGauge(path) : MakeStorageGauge(path);
+        // A card that has gone since it was listed keeps its row until the next update.
+        gauge->Update();
+        if (folder.isCard) {
+            gauges.Add(std::move(gauge));
         } else {
-            GaugeOwner storage = MakeStorageGauge(L"\\" + name);
-            storage->Update();
-            gauges.Insert(afterStorage++, std::move(storage));
+            gauges.Insert(afterStorage++, std::move(gauge));
         }
-    } while (platform::FindNextFlashCard(search.Get(), &found));
+    }
 }
 
 void SystemStatusView::StartTimer() {

@@ -2,6 +2,7 @@
 #include "platform/files.h"
 #include "platform/clipboard.h"
 #include "platform/shortcuts.h"
+#include "tests/endurance/hostile/file_lists.h"
 #include "tests/endurance/hostile/host/system.h"
 #include "tests/endurance/hostile/parts.h"
 #include "views/files/drop_files.h"
@@ -9,33 +10,25 @@
 #include "views/files/folder_listing.h"
 #include "views/files/folder_walk.h"
 
+extern "C" {
+BOOL SHCreateShortcut(const wchar_t*, const wchar_t*) {
+    return FALSE;
+}
+// One that is cut has no end, and is told all the same.
+BOOL SHGetShortcutTarget(const wchar_t*, wchar_t* target, int capacity) {
+    const std::wstring& command = hostile::answers.command;
+    std::copy_n(command.c_str(), std::min(command.size() + 1, static_cast<size_t>(capacity)),
+                target);
+    return hostile::answers.opens;
+}
+}
+
 namespace hostile {
 
 namespace {
 
-// The paths that a sound list holds.
-std::vector<std::u16string> PathsOf(Chance& chance) {
-    std::vector<std::u16string> paths(chance.Dice(5));
-    for (std::u16string& path : paths) {
-        path = u"\\" + OddText(chance, chance.OneIn(20) ? 400 : 20);
-    }
-    return paths;
-}
-
-Bytes MakeFileList(Chance& chance, bool* whole) {
-    const unsigned gap = chance.OneIn(4) ? 2 * chance.Dice(9) : 0;
-    Block block;
-    block.Say32(20 + gap);
-    block.PutZeros(8);
-    block.Say32(0);
-    block.Say32(1);
-    block.PutZeros(gap);
-    for (const std::u16string& path : PathsOf(chance)) {
-        block.PutText(path);
-        block.Say16(0);
-    }
-    block.Say16(0);
-    return WholeOrSpoilt(block, chance, whole);
+Bytes MakeList(Chance& chance, bool* whole) {
+    return MakeFileList(chance, whole, {u"\\"});
 }
 
 // Another reader of the same list.
@@ -56,7 +49,7 @@ std::vector<std::wstring> Paths(const Bytes& block) {
     return paths;
 }
 
-std::string JudgeFileList(const Bytes& input, bool whole, bool* accepted) {
+std::string JudgeList(const Bytes& input, bool whole, bool* accepted) {
     answers = System();
     answers.clipboard = input;
     const auto bytes = platform::BytesOnClipboard(CF_HDROP);
@@ -159,6 +152,32 @@ std::string JudgeCommand(const Bytes& input, bool, bool* accepted) {
     return path == expected ? "" : "the path of a command is another";
 }
 
+// Whether the shell can read it, the room for it, and the command that a shortcut holds.
+Bytes MakeTarget(Chance& chance, bool* whole) {
+    Block block;
+    block.Put16(chance.Dice(8));
+    block.Put16(1 + chance.Dice(chance.OneIn(2) ? 40 : 600));
+    block.PutText(OddText(chance, chance.OneIn(2) ? 40 : 600));
+    *whole = false;
+    return chance.OneIn(4) ? Spoil(block, chance) : block.bytes;
+}
+
+std::string JudgeTarget(const Bytes& input, bool, bool* accepted) {
+    Taker taker(input);
+    answers = System();
+    answers.opens = taker.Take(2) % 8 != 0;
+    const size_t room = std::max<size_t>(taker.Take(2), 1);
+    answers.command = TextOf(taker.Rest());
+    const auto target = platform::ShortcutTarget(L"\\a.lnk", room);
+    *accepted = target.has_value();
+    const std::wstring expected = answers.command.substr(0, answers.command.find(L'\0'));
+    const bool fits = expected.size() < room;
+    if (target.has_value() != (answers.opens && fits)) {
+        return target ? "a command was told that is cut" : "a command was not told";
+    }
+    return target && *target != expected ? "the command is another" : "";
+}
+
 // Entries of a folder one after another, each as the file system fills it in.
 Bytes MakeNames(Chance& chance, bool* whole) {
     static constexpr const char16_t* names[] = {
@@ -244,9 +263,10 @@ std::string JudgeNames(const Bytes& input, bool, bool* accepted) {
 
 }  // namespace
 
-const Part fileLists = {"lists", MakeFileList, JudgeFileList};
+const Part fileLists = {"lists", MakeList, JudgeList};
 const Part paths = {"paths", MakePath, JudgePath};
 const Part commands = {"commands", MakeCommand, JudgeCommand};
+const Part targets = {"targets", MakeTarget, JudgeTarget};
 const Part names = {"names", MakeNames, JudgeNames};
 
 }  // namespace hostile

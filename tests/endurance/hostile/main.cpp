@@ -27,9 +27,9 @@
 namespace hostile {
 
 const std::vector<Part>& Parts() {
-    static const std::vector<Part> parts = {packs,     versions,  menus,     inserts, pictures,
-                                            fileLists, paths,     commands,  names,   numbers,
-                                            texts,     languages, processes, modules, regions};
+    static const std::vector<Part> parts = {
+        packs, versions, menus, inserts,   pictures,  fileLists, paths,   commands,      targets,
+        names, numbers,  texts, languages, processes, modules,   regions, storageFolders};
     return parts;
 }
 

@@ -95,5 +95,7 @@ extern const Part processes;
 extern const Part modules;
 extern const Part regions;
 extern const Part names;
+extern const Part targets;
+extern const Part storageFolders;
 
 }  // namespace hostile

@@ -1,6 +1,8 @@
 #include "tests/endurance/monkey/device.h"
 
 #include <aclapi.h>
+#include <ole2.h>
+#include <shlobj.h>
 #include <tlhelp32.h>
 
 #include <cstdio>
@@ -8,6 +10,8 @@
 #include <functional>
 #include <iterator>
 
+#include "platform/clipboard.h"
+#include "tests/endurance/hostile/file_lists.h"
 #include "tests/endurance/monkey/program.h"
 #include "tests/support/hidden_apps_folder.h"
 #include "tests/support/windows_seen.h"
@@ -135,6 +139,30 @@ constexpr const wchar_t* homeFiles[] = {
     L"\\x7.txt",
     L"\\read-only.txt",
 };
+
+std::u16string Wide(const std::wstring& text) {
+    return std::u16string(text.begin(), text.end());
+}
+
+// A list that another program may give of the folder's entries, with what is to be done with them.
+void PutListOnClipboard(unsigned which) {
+    hostile::Chance chance;
+    chance.Seed(which);
+    const std::wstring home = Program::OnHandheld() ? homePath : OnDrive(homePath);
+    bool whole = false;
+    const hostile::Bytes list = hostile::MakeFileList(
+        chance, &whole,
+        {Wide(home + L'\\'), Wide(home + chance.Of(homeFolders)), Wide(home + chance.Of(homeFiles)),
+         Wide(home + chance.Of(homeFiles))});
+    platform::PutOnClipboard(CF_HDROP, list.data(), list.size());
+    hostile::Block effect;
+    effect.Say32(chance.OneIn(2) ? DROPEFFECT_MOVE : DROPEFFECT_COPY);
+    const hostile::Bytes wanted = hostile::WholeOrSpoilt(effect, chance, &whole);
+    if (chance.OneIn(2)) {
+        platform::PutOnClipboard(RegisterClipboardFormatW(CFSTR_PREFERREDDROPEFFECT), wanted.data(),
+                                 wanted.size());
+    }
+}
 
 }  // namespace
 
@@ -370,16 +398,21 @@ void Device::ChangeOther(int what) {
     }
 }
 
-void Device::ChangeClipboard(int what) {
+void Device::ChangeClipboard(int what, int which) {
     if (!OpenClipboard(nullptr)) {
         return;
     }
     EmptyClipboard();
-    if (what % 3 == 1) {
-        const HGLOBAL memory = GlobalAlloc(GMEM_MOVEABLE | GMEM_ZEROINIT, 64);
-        lstrcpyW(static_cast<wchar_t*>(GlobalLock(memory)), L"a text");
-        GlobalUnlock(memory);
-        SetClipboardData(CF_UNICODETEXT, memory);
+    constexpr wchar_t text[] = L"a text";
+    switch (what % 4) {
+        case 0:
+            break;
+        case 1:
+            platform::PutOnClipboard(CF_UNICODETEXT, text, sizeof text);
+            break;
+        default:
+            PutListOnClipboard(static_cast<unsigned>(which));
+            break;
     }
     CloseClipboard();
 }

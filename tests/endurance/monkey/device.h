@@ -34,10 +34,11 @@ class Device {
     // Names what a process has loaded from elsewhere; empty when there is none.
     static std::string FromElsewhere(DWORD process);
 
-    // One thing done to the files of the folder, to a program beside, or to the clipboard.
+    // One thing done to the files of the folder, to a program beside, or to the clipboard: nothing
+    // there, a text, or a list of files of the folder, sound or spoilt, to be copied or moved.
     void ChangeFile(int what, int which);
     void ChangeOther(int what);
-    void ChangeClipboard(int what);
+    void ChangeClipboard(int what, int which);
     void ChangeColor(int which, int color);
     // Ends what was started meanwhile, but for one process; the colors are as they were.
     void Tidy(DWORD spared);

@@ -36,7 +36,7 @@ constexpr KindName names[] = {
     {Kind::Message, "message", 4, 60},    {Kind::Setting, "setting", 1, 6},
     {Kind::Color, "color", 2, 1},         {Kind::Turn, "turn", 2, 8},
     {Kind::File, "file", 2, 30},          {Kind::Other, "other", 1, 5},
-    {Kind::Clipboard, "clipboard", 1, 5}, {Kind::Rest, "rest", 1, 2},
+    {Kind::Clipboard, "clipboard", 2, 8}, {Kind::Rest, "rest", 1, 2},
 };
 
 const KindName& NameOf(Kind kind) {

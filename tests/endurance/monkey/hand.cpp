@@ -290,7 +290,7 @@ void Hand::Do(const Event& event) {
             device_.ChangeOther(values[0]);
             break;
         case Kind::Clipboard:
-            device_.ChangeClipboard(values[0]);
+            device_.ChangeClipboard(values[0], values[1]);
             break;
         case Kind::Rest:
             // An event of its own: a hand that rests, as long as the seed says. Nothing waits on

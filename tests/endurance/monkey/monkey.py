@@ -1,4 +1,4 @@
-"""The monkey as a part of ./endure: plays with both executables in turn, seed by seed."""
+"""The monkey as a part of ./endure: plays with one of the executables, seed by seed."""
 
 import hashlib
 import os
@@ -25,20 +25,19 @@ SPARE = 900
 class Monkey:
     """Plays as one who knows nothing of the program."""
 
-    def __init__(self, folder):
+    def __init__(self, folder, kind):
+        self.kind = kind
         self.folder = folder / "monkey"
-        self.results = self.folder / "monkey.tsv"
-        self.key = self.folder / "monkey.key"
+        self.results = self.folder / f"{kind}.tsv"
+        self.key = self.folder / f"{kind}.key"
 
-    @staticmethod
-    def command(kind, folder, *words):
-        return [str(ROOT / "tests/endurance/monkey/run"), kind, str(folder), *map(str, words)]
+    def command(self, *words):
+        return [str(ROOT / "tests/endurance/monkey/run"), self.kind, str(self.folder), *map(str, words)]
 
-    @staticmethod
-    def identity():
+    def identity(self):
         """Another program is played with anew."""
         digest = hashlib.sha256()
-        for name in sorted({name for names in EXECUTABLES.values() for name in names} | {"desktop/tests/monkey.exe"}):
+        for name in [*EXECUTABLES[self.kind], "desktop/tests/monkey.exe"]:
             digest.update((BUILD / name).read_bytes())
         return digest.hexdigest()
 
@@ -55,32 +54,24 @@ class Monkey:
         return [line.split("\t") for line in self.results.read_text().split("\n") if line]
 
     def sums(self):
-        """Of each executable: seeds, rounds, events, starts, its own ends, milliseconds."""
-        sums = {kind: [0] * 6 for kind in EXECUTABLES}
-        for kind, *fields in self.lines():
-            if fields[0].startswith("# "):
-                numbers = [1, *map(int, fields[1:6])]
-                sums[kind] = [one + other for one, other in zip(sums[kind], numbers)]
-        return sums
+        """Seeds, rounds, events, starts, its own ends, milliseconds."""
+        ends = [fields for fields in self.lines() if fields[0].startswith("# ")]
+        return [len(ends), *(sum(int(fields[column]) for fields in ends) for column in range(1, 6))]
 
     def next_seed(self):
-        seeds = [int(fields[1].lstrip("# ")) for fields in self.lines() if fields[1].lstrip("# ").isdigit()]
+        seeds = [int(fields[0].lstrip("# ")) for fields in self.lines() if fields[0].lstrip("# ").isdigit()]
         return max(seeds, default=0) + 1
 
     def run(self, until):
-        while time.time() < until:
-            for kind in EXECUTABLES:
-                seconds = int(min(until - time.time(), SECONDS))
-                if seconds <= 0:
-                    return
-                seed = self.next_seed()
-                print(f"monkey, {kind}, seed {seed}", flush=True)
-                self.play(kind, seed, seconds)
+        while (seconds := int(min(until - time.time(), SECONDS))) > 0:
+            seed = self.next_seed()
+            print(f"monkey, {self.kind}, seed {seed}", flush=True)
+            self.play(seed, seconds)
 
-    def play(self, kind, seed, seconds):
-        words = (seed, 1000000, EVENTS, seconds, SHRINKING)
-        process = subprocess.Popen(self.command(kind, self.folder, *words), stdout=subprocess.PIPE, text=True,
-                                   stderr=subprocess.DEVNULL, stdin=subprocess.DEVNULL, start_new_session=True)
+    def play(self, seed, seconds):
+        process = subprocess.Popen(self.command(seed, 1000000, EVENTS, seconds, SHRINKING), stdout=subprocess.PIPE,
+                                   text=True, stderr=subprocess.DEVNULL, stdin=subprocess.DEVNULL,
+                                   start_new_session=True)
         try:
             output, _ = process.communicate(timeout=seconds + SHRINKING + SPARE)
         except subprocess.TimeoutExpired:
@@ -88,25 +79,24 @@ class Monkey:
             output, _ = process.communicate()
         lines = [line for line in output.split("\n") if line.count("\t") >= 4]
         if not any(line.startswith("# ") for line in lines):
-            lines.append(f"{seed}\t0\tmonkey\tit came to no end\t{kind}")
+            lines.append(f"{seed}\t0\tmonkey\tit came to no end\t")
         with self.results.open("a") as results:
-            results.writelines(f"{kind}\t{line.rstrip()}\n" for line in lines)
+            results.writelines(f"{line.rstrip()}\n" for line in lines)
 
     def failures(self):
-        return [fields for fields in self.lines() if not fields[1].startswith("#")]
+        return [fields for fields in self.lines() if not fields[0].startswith("#")]
 
     def table(self):
-        out = ["| executable | seeds | rounds | events | starts | ended by itself | events a second | WRONG |",
-               "|---|---|---|---|---|---|---|---|"]
-        for kind, (seeds, rounds, events, starts, ends, milliseconds) in self.sums().items():
-            wrong = sum(fields[0] == kind for fields in self.failures())
-            pace = events * 1000 // max(milliseconds, 1)
-            out.append(f"| {kind} | {seeds} | {rounds} | {events} | {starts} | {ends} | {pace} | {wrong or '·'} |")
-        return "\n".join(out)
+        seeds, rounds, events, starts, ends, milliseconds = self.sums()
+        wrong = len(self.failures())
+        pace = events * 1000 // max(milliseconds, 1)
+        return ("| executable | seeds | rounds | events | starts | ended by itself | events a second | WRONG |\n"
+                "|---|---|---|---|---|---|---|---|\n"
+                f"| {self.kind} | {seeds} | {rounds} | {events} | {starts} | {ends} | {pace} | {wrong or '·'} |")
 
     def wrong(self):
-        return [f"./endure --replay {kind} {script.split(' (')[0]}  # {what}"
-                for kind, _, _, _, what, script, *_ in (fields + [""] for fields in self.failures())]
+        return [f"./endure --replay {self.kind} {script.split(' (')[0]}  # {what}"
+                for _, _, _, what, script, *_ in (fields + [""] for fields in self.failures())]
 
-    def again(self, kind, path):
-        return subprocess.run(self.command(kind, self.folder, "--replay", path), check=False).returncode
+    def again(self, path):
+        return subprocess.run(self.command("--replay", path), check=False).returncode

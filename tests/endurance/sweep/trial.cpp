@@ -421,8 +421,8 @@ Result Trials::Judge(const Observation& seen, const Plan& plan) const {
     if (!told && !silent && !asWanted && !change.empty() && name_ != "start") {
         wrongs.push_back("partly done without a word:" + change);
     }
-    if (!told && !asWanted && change.empty() && seen.questions.size() >= clean_.questions.size() &&
-        name_ != "start") {
+    if (!told && !silent && !asWanted && change.empty() &&
+        seen.questions.size() >= clean_.questions.size() && name_ != "start") {
         wrongs.push_back("nothing done without a word");
     }
     if (seen.settings != clean_.settings && !told && !toldAtEnd) {

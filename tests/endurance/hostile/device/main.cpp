@@ -19,8 +19,8 @@
 namespace hostile {
 
 const std::vector<Part>& Parts() {
-    static const std::vector<Part> parts = {hiddenApps, values,   clipboard, entries, loadedPacks,
-                                            formats,    versions, menus,     starts};
+    static const std::vector<Part> parts = {hiddenApps,  values,  clipboard, shortcuts, entries,
+                                            loadedPacks, formats, versions,  menus,     starts};
     return parts;
 }
 

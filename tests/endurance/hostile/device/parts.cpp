@@ -7,6 +7,7 @@
 #include "platform/files.h"
 #include "platform/handles.h"
 #include "platform/toolhelp.h"
+#include "tests/endurance/hostile/file_lists.h"
 #include "tests/support/crash.h"
 #include "tests/support/hidden_apps_folder.h"
 #include "tests/support/platform_hook.h"
@@ -125,16 +126,7 @@ std::string Shown(const std::wstring& text) {
 }
 
 Bytes MakeList(Chance& chance, bool* whole) {
-    Block block;
-    block.Say32(20);
-    block.PutZeros(12);
-    block.Say32(1);
-    for (unsigned path = chance.Dice(4); path-- > 0;) {
-        block.PutText(u"C:\\" + OddText(chance, chance.OneIn(10) ? 400 : 12));
-        block.Put16(0);
-    }
-    block.Put16(0);
-    Bytes bytes = WholeOrSpoilt(block, chance, whole);
+    Bytes bytes = MakeFileList(chance, whole, {u"C:\\"});
     // The clipboard has no empty blocks.
     if (bytes.empty()) {
         bytes.push_back(0);

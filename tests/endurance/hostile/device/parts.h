@@ -8,6 +8,7 @@ namespace hostile {
 extern const Part hiddenApps;
 extern const Part values;
 extern const Part clipboard;
+extern const Part shortcuts;
 extern const Part entries;
 extern const Part loadedPacks;
 extern const Part formats;

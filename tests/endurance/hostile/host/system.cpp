@@ -98,7 +98,7 @@ int WINAPI LoadStringW(HINSTANCE, UINT, wchar_t*, int) {
 // Files.
 HANDLE WINAPI CreateFileW(const wchar_t*, DWORD, DWORD, SECURITY_ATTRIBUTES*, DWORD, DWORD,
                           HANDLE) {
-    return INVALID_HANDLE_VALUE;
+    return answers.opens ? Give() : INVALID_HANDLE_VALUE;
 }
 DWORD WINAPI GetFileSize(HANDLE, DWORD*) {
     return 0;

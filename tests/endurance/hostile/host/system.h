@@ -26,6 +26,10 @@ struct System {
     // What a search, or a walk through a snapshot, finds: the bytes of one entry after the other.
     std::vector<Bytes> entries;
     size_t entry = 0;
+    // Whether what is there can be opened: a store, a shortcut.
+    bool opens = false;
+    // What a shortcut holds.
+    std::wstring command;
     // The regions of memory: their sizes and states.
     std::vector<MEMORY_BASIC_INFORMATION> regionsFound;
     // Handles and blocks that were given out and have not come back.

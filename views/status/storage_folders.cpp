@@ -1,6 +1,7 @@
-#include "views/status/storage_card.h"
+#include "views/status/storage_folders.h"
 
 #include <algorithm>
+#include <string_view>
 
 #include "platform/storage.h"
 #include "views/status/gauge_rules.h"
@@ -16,7 +17,9 @@ std::wstring_view NameIn(const wchar_t (&field)[size]) {
     return whole.substr(0, whole.find(L'\0'));
 }
 
-void AddVolumes(const platform::StoreInfo& info, std::vector<std::wstring>& volumes) {
+using Volumes = std::vector<std::wstring>;
+
+void AddVolumes(const platform::StoreInfo& info, Volumes& volumes) {
     std::wstring path;
     if (!StorePath(NameIn(info.szDeviceName), &path)) {
         return;
@@ -34,23 +37,37 @@ void AddVolumes(const platform::StoreInfo& info, std::vector<std::wstring>& volu
     }
 }
 
-}  // namespace
-
-StorageCards::StorageCards() {
+Volumes FindVolumes() {
+    Volumes volumes;
     platform::StoreInfo store;
     const platform::UniqueStoreSearch search(platform::FindFirstStore(&store));
     for (bool found = static_cast<bool>(search); found;
          found = platform::FindNextStore(search.Get(), &store)) {
         if (store.dwPartitionCount > 0) {
-            AddVolumes(store, volumes_);
+            AddVolumes(store, volumes);
         }
     }
+    return volumes;
 }
 
-bool StorageCards::Have(std::wstring_view folder) const {
-    return std::any_of(volumes_.begin(), volumes_.end(), [folder](const std::wstring& volume) {
-        return IsVolumeOfFolder(volume, folder);
-    });
+}  // namespace
+
+std::vector<StorageFolder> FindStorageFolders() {
+    std::vector<StorageFolder> folders;
+    platform::FindData found = {};
+    const platform::UniqueFlashCardSearch search(platform::FindFirstFlashCard(&found));
+    if (!search) {
+        return folders;
+    }
+    const Volumes volumes = FindVolumes();
+    do {
+        const std::wstring_view name = NameIn(found.cFileName);
+        const bool isCard = std::any_of(
+            volumes.begin(), volumes.end(),
+            [name](const std::wstring& volume) { return IsVolumeOfFolder(volume, name); });
+        folders.push_back(StorageFolder{std::wstring(name), isCard});
+    } while (platform::FindNextFlashCard(search.Get(), &found));
+    return folders;
 }
 
 }  // namespace views
