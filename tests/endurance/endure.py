@@ -5,7 +5,6 @@ device it is FOLDER --try ... | FOLDER --try-input ... | FOLDER --replay ... | F
 A part does its work job by job until its time is over, keeps what it has found in FOLDER, and goes on from there.
 """
 
-import hashlib
 import os
 import pathlib
 import signal
@@ -14,9 +13,7 @@ import sys
 import time
 
 from monkey.monkey import Monkey
-
-ROOT = pathlib.Path(__file__).resolve().parent.parent.parent
-BUILD = pathlib.Path(os.environ.get("VANTOR_BUILD_FOLDER", ROOT / "build"))
+from part import BUILD, ROOT, Part
 
 # What becomes of a failure, as the sweep names it, and as the table does.
 VERDICTS = [("same", "as if nothing failed"), ("told", "told"), ("less", "silent, less"), ("ended", "ended, told"),
@@ -41,7 +38,7 @@ def is_end(mode):
     return mode.startswith("end-")
 
 
-class Sweep:
+class Sweep(Part):
     """Every call of every action of the handheld executable fails, or is the program's last."""
 
     NAME = "sweep"
@@ -53,9 +50,8 @@ class Sweep:
     WHERE = ""
 
     def __init__(self, folder, modes=()):
+        super().__init__(folder)
         self.modes = modes
-        self.results = folder / f"{self.NAME}.tsv"
-        self.key = folder / f"{self.NAME}.key"
 
     @staticmethod
     def command(*words):
@@ -67,24 +63,6 @@ class Sweep:
 
     def actions(self):
         return self.listed("actions") + self.EXTRA_ACTIONS
-
-    def identity(self):
-        """Another program has other calls."""
-        digest = hashlib.sha256()
-        for name in self.BUILT:
-            digest.update((BUILD / name).read_bytes())
-        return digest.hexdigest()
-
-    def forget_others(self, fresh):
-        identity = self.identity()
-        if fresh or not self.key.exists() or self.key.read_text() != identity:
-            self.results.unlink(missing_ok=True)
-            self.key.write_text(identity)
-
-    def lines(self):
-        if not self.results.exists():
-            return []
-        return [line.split("\t") for line in self.results.read_text().split("\n") if line]
 
     def trials(self):
         """Action, mode, kinds, call, verdict, function, what, callers."""
@@ -184,19 +162,21 @@ class SweepOnDesktop(Sweep):
         return [str(ROOT / "tools/device/in_device"), str(BUILD / "desktop/tests/sweep.exe"), *map(str, words)]
 
 
-class Hostile:
+class Hostile(Part):
     """What comes from outside, spoilt, and given to the readers of it within this machine's own process."""
 
     NAME = "hostile"
+    BUILT = ("hostile/hostile",)
     TITLE = "input"
     # So many of each kind are enough.
     WANTED = 1000000
+    # How an input is tried again.
+    WHERE = ""
 
     def __init__(self, folder):
-        self.results = folder / f"{self.NAME}.tsv"
-        self.key = folder / f"{self.NAME}.key"
+        super().__init__(folder)
         self.kept = folder / self.NAME
-        self.program = BUILD / "hostile/hostile"
+        self.program = BUILD / self.BUILT[0]
 
     def command(self, *words):
         return [str(self.program), *map(str, words)]
@@ -205,17 +185,8 @@ class Hostile:
         return self.command("run", name, first, count, seconds, self.kept)
 
     def forget_others(self, fresh):
-        """Another program has other mistakes."""
-        identity = hashlib.sha256(self.program.read_bytes()).hexdigest()
-        if fresh or not self.key.exists() or self.key.read_text() != identity:
-            self.results.unlink(missing_ok=True)
-            self.key.write_text(identity)
+        super().forget_others(fresh)
         self.kept.mkdir(exist_ok=True)
-
-    def lines(self):
-        if not self.results.exists():
-            return []
-        return [line.split("\t") for line in self.results.read_text().split("\n") if line]
 
     def counts(self):
         """Of each kind: the next seed, and how many were tried, accepted and wrong."""
@@ -227,9 +198,11 @@ class Hostile:
                 found[name] = (int(following), *(old + int(new) for old, new in zip(before[1:], numbers)))
         return found
 
+    def names(self):
+        return subprocess.run(self.command("parts"), stdout=subprocess.PIPE, text=True, check=True).stdout.split()
+
     def run(self, until):
-        listed = subprocess.run(self.command("parts"), stdout=subprocess.PIPE, text=True, check=True)
-        names = listed.stdout.split()
+        names = self.names()
         for index, name in enumerate(names):
             following, tried, _, wrong = self.counts().get(name, (1, 0, 0, 0))
             seconds = int((until - time.time()) / (len(names) - index))
@@ -259,7 +232,7 @@ class Hostile:
         return "\n".join(out)
 
     def wrong(self):
-        return [f'./endure --try-input {name} "{(file or [seed])[0] or seed}"  # {what} (seed {seed})'
+        return [f'./endure --try-input {name} "{(file or [seed])[0] or seed}"{self.WHERE}  # {what} (seed {seed})'
                 for mark, name, seed, what, *file in self.lines() if mark == "WRONG"]
 
     def again(self, name, file):
@@ -271,13 +244,10 @@ class HostileOnDevice(Hostile):
 
     NAME = "hostile_on_device"
     TITLE = "input, on a device"
-
-    def __init__(self, folder):
-        super().__init__(folder)
-        self.program = BUILD / "desktop/tests/hostile_input.exe"
+    BUILT = ("desktop/tests/hostile_input.exe", "desktop/vantor.exe")
 
     def command(self, *words):
-        return [str(ROOT / "tools/device/in_device"), *super().command(*words)]
+        return [str(ROOT / "tools/device/in_device"), str(self.program), *map(str, words)]
 
     def run_command(self, name, first, count, seconds):
         return self.command("run", name, first, count, seconds)
@@ -286,10 +256,26 @@ class HostileOnDevice(Hostile):
         return subprocess.run(self.run_command(name, seed, 1, 600), check=False).returncode
 
 
+class HostileOnHandheld(HostileOnDevice):
+    """The handheld executable, started on what it finds."""
+
+    NAME = "hostile_on_handheld"
+    TITLE = "input, on a handheld"
+    BUILT = ("desktop/tests/hostile_input.exe", "handheld/vantor.exe", "emulator/vantor.exe.so")
+    WHERE = " handheld"
+
+    def command(self, *words):
+        return [str(ROOT / "tools/device/in_device"), "--handheld", str(ROOT / "tests/devices/large.txt"),
+                str(self.program), *map(str, words)]
+
+    def names(self):
+        return ["starts"]
+
+
 # What runs side by side: each lane has a device and a processor of its own, and its parts share its time. Others join
 # them here.
 LANES = {
-    "handheld": lambda folder, modes: [Sweep(folder, modes), Monkey(folder, "handheld")],
+    "handheld": lambda folder, modes: [HostileOnHandheld(folder), Sweep(folder, modes), Monkey(folder, "handheld")],
     "desktop": lambda folder, modes: [Hostile(folder), HostileOnDevice(folder), SweepOnDesktop(folder, modes),
                                       Monkey(folder, "desktop")],
 }
@@ -350,6 +336,8 @@ def main(arguments):
         return SweepOnDesktop(folder).again(*words[1:5])
     if words[:1] == ["--replay"] and len(words) == 3 and words[1] in LANES:
         return Monkey(folder, words[1]).again(words[2])
+    if words[:1] == ["--try-input"] and len(words) == 4 and words[3] == "handheld":
+        return HostileOnHandheld(folder).again(*words[1:3])
     if words[:1] == ["--try-input"] and len(words) == 3:
         # An input that was kept is a file, one on a device is known by its seed.
         return (HostileOnDevice if words[2].isdigit() else Hostile)(folder).again(*words[1:])

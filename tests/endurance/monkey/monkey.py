@@ -1,14 +1,11 @@
 """The monkey as a part of ./endure: plays with one of the executables, seed by seed."""
 
-import hashlib
 import os
-import pathlib
 import signal
 import subprocess
 import time
 
-ROOT = pathlib.Path(__file__).resolve().parent.parent.parent.parent
-BUILD = pathlib.Path(os.environ.get("VANTOR_BUILD_FOLDER", ROOT / "build"))
+from part import ROOT, Part
 
 EXECUTABLES = {
     "desktop": ["desktop/vantor.exe"],
@@ -22,36 +19,21 @@ SHRINKING = 300
 SPARE = 900
 
 
-class Monkey:
+class Monkey(Part):
     """Plays as one who knows nothing of the program."""
 
     def __init__(self, folder, kind):
-        self.kind = kind
+        self.NAME = self.kind = kind
+        self.BUILT = (*EXECUTABLES[kind], "desktop/tests/monkey.exe")
         self.folder = folder / "monkey"
-        self.results = self.folder / f"{kind}.tsv"
-        self.key = self.folder / f"{kind}.key"
+        super().__init__(self.folder)
 
     def command(self, *words):
         return [str(ROOT / "tests/endurance/monkey/run"), self.kind, str(self.folder), *map(str, words)]
 
-    def identity(self):
-        """Another program is played with anew."""
-        digest = hashlib.sha256()
-        for name in [*EXECUTABLES[self.kind], "desktop/tests/monkey.exe"]:
-            digest.update((BUILD / name).read_bytes())
-        return digest.hexdigest()
-
     def forget_others(self, fresh):
         self.folder.mkdir(parents=True, exist_ok=True)
-        identity = self.identity()
-        if fresh or not self.key.exists() or self.key.read_text() != identity:
-            self.results.unlink(missing_ok=True)
-            self.key.write_text(identity)
-
-    def lines(self):
-        if not self.results.exists():
-            return []
-        return [line.split("\t") for line in self.results.read_text().split("\n") if line]
+        super().forget_others(fresh)
 
     def sums(self):
         """Seeds, rounds, events, starts, its own ends, milliseconds."""
