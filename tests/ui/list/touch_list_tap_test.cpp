@@ -59,8 +59,12 @@ DWORD WINAPI WaitWakesEarly(DWORD count, const HANDLE* handles, DWORD millisecon
 // The finger leaves the threshold and is lifted before anybody looks.
 HWND pressed = nullptr;
 DWORD WINAPI WaitForAFlick(DWORD, const HANDLE*, DWORD, DWORD, DWORD) {
-    PostMessageW(pressed, WM_MOUSEMOVE, MK_LBUTTON, MAKELPARAM(5, 200));
-    PostMessageW(pressed, WM_LBUTTONUP, 0, MAKELPARAM(5, 200));
+    POINT finger = {};
+    GetCursorPos(&finger);
+    ScreenToClient(pressed, &finger);
+    const LPARAM place = MAKELPARAM(finger.x, finger.y + 200);
+    PostMessageW(pressed, WM_MOUSEMOVE, MK_LBUTTON, place);
+    PostMessageW(pressed, WM_LBUTTONUP, 0, place);
     return WAIT_OBJECT_0;
 }
 DWORD WINAPI WaitForAFarMove(DWORD, const HANDLE*, DWORD, DWORD, DWORD) {
@@ -534,7 +538,7 @@ TEST_F(GestureTracking, ATapLastsHalfASecondAtTheMost) {
 TEST_F(GestureTracking, AFingerLiftedBeforeAnybodyLookedHasTapped) {
     OpenOwner();
     pressed = owner.Handle();
-    GestureInfo info;
+    GestureInfo info = PressAtTheFinger();
     const PlatformHook wait("MsgWaitForMultipleObjectsEx", WaitForAFlick);
     EXPECT_EQ(TrackGesture(owner.Handle(), info, gestureTimeout), GestureTap);
     MSG message;
