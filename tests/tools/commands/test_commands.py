@@ -425,6 +425,13 @@ class DeviceTest(CommandTest):
         self.make_device("--device", self.device, "--fresh")
         self.assertFalse(note.exists())
 
+    def test_a_template_alone_makes_no_device(self):
+        template = self.build / "device-template"
+        self.assertEqual(len(os.listdir(template)), 1)
+        self.make_device("--device", self.build / "another", "--template")
+        self.assertEqual(len(os.listdir(template)), 1)
+        self.assertFalse((self.build / "another").exists())
+
     def test_a_fresh_device_is_as_the_first_one(self):
         def described():
             entries = {}
