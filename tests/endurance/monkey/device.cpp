@@ -78,6 +78,23 @@ void MakeFile(const std::wstring& path, size_t size) {
     WriteFile(file.Get(), contents.data(), static_cast<DWORD>(contents.size()), &written, nullptr);
 }
 
+// Where the monkey's own programs lie, with a separator at its end.
+std::wstring ToolFolder() {
+    wchar_t own[MAX_PATH] = {};
+    GetModuleFileNameW(nullptr, own, MAX_PATH);
+    return std::wstring(own).substr(0, std::wstring(own).rfind(L'\\') + 1);
+}
+
+// To start a program that edits or shows costs as much as hundreds of events.
+void OpenDocumentsWithSample() {
+    const std::wstring command = L'"' + ToolFolder() + L"sample_program.exe\" polite \"%1\"";
+    for (const wchar_t* kind : {L"txtfile", L"csvfile", L"htmlfile", L"xmlfile", L"picturefile"}) {
+        const std::wstring key = kind + std::wstring(L"\\shell\\open\\command");
+        RegSetKeyValueW(HKEY_CLASSES_ROOT, key.c_str(), nullptr, REG_SZ, command.c_str(),
+                        static_cast<DWORD>((command.size() + 1) * sizeof(wchar_t)));
+    }
+}
+
 // What the program and the system write to by themselves.
 bool IsWrittenTo(const std::wstring& path) {
     for (const wchar_t* folder : {L"C:\\A Monkey", L"C:\\users", L"C:\\Temp", L"C:\\ProgramData",
@@ -171,6 +188,7 @@ Device::Device() {
         Refuse("there are other drives");
     }
     CreateDirectoryW(OnDrive(homePath).c_str(), nullptr);
+    OpenDocumentsWithSample();
     VisitProcesses([this](DWORD process, const wchar_t*) {
         processes_.insert(process);
         const std::string elsewhere = FromElsewhere(process);
@@ -357,10 +375,7 @@ void Device::StartSample(int manners) {
     // would count as a leak.
     constexpr const wchar_t* names[] = {L"polite",  L"stubborn", L"slow",
                                         L"dialogs", L"cursor",   L"barred"};
-    wchar_t own[MAX_PATH] = {};
-    GetModuleFileNameW(nullptr, own, MAX_PATH);
-    const std::wstring path =
-        std::wstring(own).substr(0, std::wstring(own).rfind(L'\\')) + L"\\sample_program.exe";
+    const std::wstring path = ToolFolder() + L"sample_program.exe";
     const int index = manners % static_cast<int>(std::size(names));
     std::wstring command =
         L'"' + path + L"\" " + names[index] + L" \"! Sample " + std::to_wstring(index) + L'"';
