@@ -170,8 +170,9 @@ std::wstring Program::Title() const {
 }
 
 std::vector<HWND> Program::TopWindows(bool hidden) const {
+    // Its windows are all of one thread, and to ask each window of the screen takes long.
     Search search = {this, hidden, {}};
-    EnumWindows(VisitTop, reinterpret_cast<LPARAM>(&search));
+    EnumThreadWindows(channel_->thread, VisitTop, reinterpret_cast<LPARAM>(&search));
     return search.found;
 }
 
