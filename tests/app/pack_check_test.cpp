@@ -201,6 +201,38 @@ TEST_F(HostilePacks, WithSectionsInEachOthersPlaceLeaveEnglish) {
     EXPECT_FALSE(withSections(0x800, 0x200, 0xFFFFFFFF));
 }
 
+// A loader takes as much memory as the image says, and puts headers and sections where they say.
+TEST_F(HostilePacks, WithSectionsOutsideTheImageLeaveEnglish) {
+    const std::vector<BYTE> sound = SoundPack();
+    const auto header =
+        static_cast<size_t>(reinterpret_cast<const IMAGE_DOS_HEADER*>(sound.data())->e_lfanew);
+    const auto withSizes = [&](DWORD imageSize, DWORD headers, DWORD sectionSize) {
+        std::vector<BYTE> bytes = sound;
+        auto* const image = reinterpret_cast<IMAGE_NT_HEADERS64*>(&bytes[header]);
+        image->OptionalHeader.SizeOfImage = imageSize;
+        image->OptionalHeader.SizeOfHeaders = headers;
+        IMAGE_FIRST_SECTION(image)->Misc.VirtualSize = sectionSize;
+        return text::IsWholeModule(bytes.data(), bytes.size());
+    };
+    const auto* const image = reinterpret_cast<const IMAGE_NT_HEADERS64*>(&sound[header]);
+    const DWORD headers = image->OptionalHeader.SizeOfHeaders;
+    const DWORD start = IMAGE_FIRST_SECTION(image)->VirtualAddress;
+    const DWORD size = IMAGE_FIRST_SECTION(image)->SizeOfRawData;
+    EXPECT_TRUE(withSizes(start + size, headers, 0));
+    EXPECT_FALSE(withSizes(start + size - 1, headers, 0));
+    EXPECT_TRUE(withSizes(start + size + 1, headers, size + 1));
+    EXPECT_FALSE(withSizes(start + size, headers, size + 1));
+    EXPECT_FALSE(withSizes(0, headers, 0));
+    // No more than there are addresses in a process.
+    EXPECT_TRUE(withSizes(0x02000000, headers, 0));
+    EXPECT_FALSE(withSizes(0x02000001, headers, 0));
+    EXPECT_FALSE(withSizes(0x80000000, headers, 0x7FFF0000));
+    const auto whole = static_cast<DWORD>(sound.size());
+    ASSERT_LT(whole, start);
+    EXPECT_TRUE(withSizes(0x02000000, whole, 0));
+    EXPECT_FALSE(withSizes(0x02000000, whole + 1, 0));
+}
+
 // Each address would be looked for in all of them.
 TEST_F(HostilePacks, WithMoreSectionsThanALoaderTakesLeaveEnglish) {
     const std::vector<BYTE> sound = SoundPack();

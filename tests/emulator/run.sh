@@ -73,6 +73,8 @@ Expect free-paint-while-erasing 99 'BeginPaint: 64 bytes at .* may not be writte
 Expect free-answer-while-sending 99 'SendMessageTimeout: 4 bytes at .* may not be written: 0 bytes into a freed block'
 Expect identify-files 7 'a file of 5 bytes with one link' '^the same as before' 'not the same as the other' \
     'with an identifier' 'a folder is refused'
+Expect load-modules-that-lie 7 'a sound one is loaded' 'an empty one is refused' 'a huge one is refused' \
+    'headers behind the file are refused'
 sed 's/^store .*/& identity=no/' "$root/tests/devices/small.txt" >"$folder/nameless.txt"
 device=$folder/nameless.txt Expect identify-files 7 'a file of 5 bytes with one link' '^the same as the other' \
     'without an identifier'

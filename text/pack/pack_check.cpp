@@ -19,7 +19,11 @@ constexpr unsigned entryLimit = 4096;
 // The most sections that a loader takes; a pack has one or two.
 constexpr size_t sectionLimit = 96;
 
-// Where the size of all headers stands among the image's own words.
+// The most memory that a loader has for an image: the addresses of one process.
+constexpr uint32_t largestImage = 32 * 1024 * 1024;
+
+// Where the sizes of the image in memory and of all headers stand among the image's own words.
+constexpr size_t imageSizeOffset = 56;
 constexpr size_t headersOffset = 60;
 constexpr size_t sectionHeaderSize = 40;
 constexpr size_t folderHeaderSize = 16;
@@ -62,7 +66,8 @@ class ModuleReader {
             return false;
         }
         const uint32_t root = Word(optional + resources);
-        if (root % alignment != 0 || !SectionsAreWhole(Word(optional + headersOffset))) {
+        if (root % alignment != 0 ||
+            !SectionsAreWhole(Word(optional + headersOffset), Word(optional + imageSizeOffset))) {
             return false;
         }
         const Place place = PlaceOf(root, folderHeaderSize);
@@ -79,9 +84,14 @@ class ModuleReader {
     bool HasBesideRoot(size_t offset, size_t length) const {
         return offset <= end_ && length <= end_ - offset;
     }
-    // Whether what the sections have of the file is there, and each lies behind the one before and
-    // all behind the headers: not every loader looks for an address in the same order.
-    bool SectionsAreWhole(uint64_t end) const {
+    // Whether what headers and sections have of the file is there, each section lies behind the one
+    // before and all behind the headers (not every loader looks for an address in the same order),
+    // and the image is as large as they are: a loader puts them where they say.
+    bool SectionsAreWhole(uint32_t headers, uint32_t imageSize) const {
+        if (imageSize > largestImage || !Has(0, headers)) {
+            return false;
+        }
+        uint64_t end = headers;
         for (size_t index = 0; index < sectionCount_; ++index) {
             const size_t section = sections_ + index * sectionHeaderSize;
             const uint32_t start = Word(section + 12);
@@ -91,7 +101,7 @@ class ModuleReader {
             }
             end = uint64_t{start} + std::max(Word(section + 8), inFile);
         }
-        return true;
+        return end <= imageSize;
     }
     // Where bytes stand in the file, 0 when they do not, and how many are there.
     struct Place {

@@ -8,8 +8,8 @@
 
 namespace text {
 
-// Whether the bytes of a module are all there: its sections lie in the file and its resources in
-// its sections. `size` is in bytes.
+// Whether the bytes of a module are all there: its sections lie in the file and in the memory that
+// it asks for, and its resources in its sections. `size` is in bytes.
 bool IsWholeModule(const uint8_t* bytes, size_t size);
 
 // Whether a file can be read and is no whole module (CreateFileW, ReadFile), or larger than any

@@ -17,6 +17,9 @@ namespace {
 constexpr WORD machineArm = 0x01C0;
 constexpr WORD subsystemCe = 9;
 
+// What a process has of the addresses, in bytes.
+constexpr Address processRoom = 32 * 1024 * 1024;
+
 template <class Type>
 Type ValueAt(Address address) {
     Type value;
@@ -89,21 +92,29 @@ bool Image::LoadData(const std::string& path) {
     // Resources stand at the same places in files for 32 and for 64 bits but for the headers.
     IMAGE_NT_HEADERS32 headers;
     std::memcpy(&headers, &file_[header_], sizeof headers);
-    size_ = RoundUpToPage(headers.OptionalHeader.SizeOfImage);
-    base_ = Memory::Reserve(0, size_);
-    std::memcpy(PointerTo(base_), file_.data(), headers.OptionalHeader.SizeOfHeaders);
-    Address section = header_ + 24 + headers.FileHeader.SizeOfOptionalHeader;
-    for (unsigned i = 0; i < headers.FileHeader.NumberOfSections; ++i, section += 40) {
-        IMAGE_SECTION_HEADER description;
-        std::memcpy(&description, &file_[section], sizeof description);
-        if (description.VirtualAddress >= size_ ||
-            description.PointerToRawData + description.SizeOfRawData > file_.size()) {
+    const Address size = headers.OptionalHeader.SizeOfImage;
+    const Address headersSize = headers.OptionalHeader.SizeOfHeaders;
+    const size_t table = size_t{header_} + 24 + headers.FileHeader.SizeOfOptionalHeader;
+    std::vector<IMAGE_SECTION_HEADER> sections(headers.FileHeader.NumberOfSections);
+    const size_t tableSize = sections.size() * sizeof sections[0];
+    if (size == 0 || size > processRoom || headersSize > size || headersSize > file_.size() ||
+        table + tableSize > file_.size()) {
+        return false;
+    }
+    std::memcpy(sections.data(), file_.data() + table, tableSize);
+    for (const IMAGE_SECTION_HEADER& section : sections) {
+        const std::uint64_t stored = section.SizeOfRawData;
+        if (section.VirtualAddress + stored > size ||
+            section.PointerToRawData + stored > file_.size()) {
             return false;
         }
-        std::memcpy(
-            PointerTo(base_ + description.VirtualAddress),
-            file_.data() + description.PointerToRawData,
-            std::min<Address>(description.SizeOfRawData, size_ - description.VirtualAddress));
+    }
+    size_ = RoundUpToPage(size);
+    base_ = Memory::Reserve(0, size_);
+    std::memcpy(PointerTo(base_), file_.data(), headersSize);
+    for (const IMAGE_SECTION_HEADER& section : sections) {
+        std::memcpy(PointerTo(base_ + section.VirtualAddress),
+                    file_.data() + section.PointerToRawData, section.SizeOfRawData);
     }
     Show(false, path);
     return true;

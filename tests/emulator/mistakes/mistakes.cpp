@@ -286,6 +286,40 @@ bool AreSame(const Identity& left, const Identity& right) {
            left.information.dwVolumeSerialNumber == right.information.dwVolumeSerialNumber;
 }
 
+// A module without sections that says how large it and its headers are in memory.
+bool IsLoaded(DWORD imageSize, DWORD headersSize) {
+    constexpr const wchar_t* name = L"\\Temp\\module.dll";
+    constexpr DWORD length = 0x200;
+    auto* const bytes = static_cast<BYTE*>(LocalAlloc(LMEM_ZEROINIT, length));
+    auto* const dos = reinterpret_cast<IMAGE_DOS_HEADER*>(bytes);
+    dos->e_magic = IMAGE_DOS_SIGNATURE;
+    dos->e_lfanew = 64;
+    auto* const headers = reinterpret_cast<IMAGE_NT_HEADERS*>(bytes + 64);
+    headers->Signature = IMAGE_NT_SIGNATURE;
+    headers->FileHeader.SizeOfOptionalHeader = sizeof headers->OptionalHeader;
+    headers->OptionalHeader.SizeOfImage = imageSize;
+    headers->OptionalHeader.SizeOfHeaders = headersSize;
+    const HANDLE file = CreateFileW(name, GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
+    DWORD written = 0;
+    WriteFile(file, bytes, length, &written, nullptr);
+    CloseHandle(file);
+    LocalFree(bytes);
+    const HMODULE module = LoadLibraryExW(name, nullptr, LOAD_LIBRARY_AS_DATAFILE);
+    if (module) {
+        FreeLibrary(module);
+    }
+    DeleteFileW(name);
+    return module != nullptr;
+}
+
+void LoadModulesThatLie() {
+    Tell(IsLoaded(0x1000, 0x200) ? L"a sound one is loaded" : L"a sound one is refused");
+    Tell(IsLoaded(0, 0) ? L"an empty one is loaded" : L"an empty one is refused");
+    Tell(IsLoaded(0x80000000, 0x200) ? L"a huge one is loaded" : L"a huge one is refused");
+    Tell(IsLoaded(0x1000, 0x1000) ? L"headers behind the file are loaded"
+                                  : L"headers behind the file are refused");
+}
+
 void IdentifyFiles() {
     const wchar_t* names[] = {L"\\Temp\\first.txt", L"\\Temp\\second.txt"};
     for (const wchar_t* name : names) {
@@ -345,6 +379,7 @@ constexpr Mistake mistakes[] = {
     {L"look-up-stores", LookUpStores},
     {L"leave-search-open", LeaveSearchOpen},
     {L"identify-files", IdentifyFiles},
+    {L"load-modules-that-lie", LoadModulesThatLie},
     {L"take-messages", TakeMessages},
     {L"free-message-while-waiting", FreeMessageWhileWaiting},
     {L"free-text-while-asking", FreeTextWhileAsking},

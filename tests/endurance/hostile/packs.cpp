@@ -14,6 +14,8 @@ namespace {
 constexpr uint32_t subfolder = 0x80000000;
 constexpr uint32_t textType = 6;
 constexpr uint32_t addressStep = 0x1000;
+// What a process has of a handheld's addresses, in bytes.
+constexpr uint32_t processRoom = 32 * 1024 * 1024;
 
 struct Resource {
     uint32_t type;
@@ -210,6 +212,8 @@ class TrustingLoader {
             // Headers are where they are; they are asked for first.
             const uint32_t headers = Raw(optional_ + 60, 4);
             rootPlace_ = root_ < headers ? root_ : PlaceInFile(root_);
+        } else {
+            MapSections();
         }
         Folder(0, 1, 0);
         return wrong_;
@@ -240,6 +244,23 @@ class TrustingLoader {
     void Wrong(const char* what) {
         if (wrong_.empty()) {
             wrong_ = std::string(what) + (mapped_ ? ", loaded" : ", in the file");
+        }
+    }
+    // The image gets as much memory as it asks for, and headers and sections are put into it.
+    void MapSections() {
+        const uint64_t room = Raw(optional_ + 56, 4);
+        const uint64_t headers = Raw(optional_ + 60, 4);
+        if (room == 0 || room > processRoom) {
+            Wrong("no process has as much room as the image wants");
+        }
+        if (headers > room || headers > file_.size()) {
+            Wrong("the headers do not fit");
+        }
+        for (size_t index = 0; index < count_; ++index) {
+            const Section section = SectionAt(index);
+            if (section.address + uint64_t{std::max(section.size, section.stored)} > room) {
+                Wrong("a section lies outside the image");
+            }
         }
     }
     // By the lengths of sections in the file alone.
