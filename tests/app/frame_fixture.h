@@ -27,13 +27,14 @@ class FrameFixture : public testing::Test {
     void Command(UINT command) const;
     std::wstring Caption() const;
     bool WaitForCaption(const std::wstring& caption) const;
-    // An item's state in the bar's menu; all bits set when the menu has no such item.
+    // An item's state in the bar's menu, `noItem` when the menu has no such item.
+    static constexpr UINT noItem = ~0u;
     UINT ItemState(UINT command);
     bool IsChecked(UINT command) {
         // As the popup does when it opens.
         SendMessageW(frame.Handle(), WM_INITMENUPOPUP, 0, 0);
         const UINT state = ItemState(command);
-        return state != ~0u && (state & MF_CHECKED) != 0;
+        return state != noItem && (state & MF_CHECKED) != 0;
     }
 
     const CleanSettings settings;

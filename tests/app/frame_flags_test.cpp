@@ -8,8 +8,6 @@ using namespace test;
 
 namespace {
 
-constexpr UINT noItem = ~0u;
-
 struct Flag {
     UINT command;
     DWORD mask;

@@ -20,10 +20,6 @@ LRESULT CALLBACK AnySize(HWND window, UINT message, WPARAM wParam, LPARAM lParam
     return result;
 }
 
-bool StartsWith(const std::wstring& text, const std::wstring& start) {
-    return text.compare(0, start.size(), start) == 0;
-}
-
 // The frame on a device with another screen; its upper left part is seen on this machine's.
 class FrameSlideBar : public FrameFixture {
  protected:
@@ -87,10 +83,10 @@ class FrameSlideBar : public FrameFixture {
             EXPECT_TRUE(WaitForCaption(L"System Status"));
             EXPECT_TRUE(ShowsCurrent(3));
             Finger().Tap(EntryPoint(1)).Play();
-            EXPECT_TRUE(WaitFor([this] { return StartsWith(Caption(), L"Applications ("); }));
+            EXPECT_TRUE(WaitFor([this] { return Caption().starts_with(L"Applications ("); }));
             EXPECT_TRUE(ShowsCurrent(1));
             Finger().Tap(EntryPoint(2)).Play();
-            EXPECT_TRUE(WaitFor([this] { return StartsWith(Caption(), L"Processes ("); }));
+            EXPECT_TRUE(WaitFor([this] { return Caption().starts_with(L"Processes ("); }));
             EXPECT_TRUE(ShowsCurrent(2));
             Finger().Tap(EntryPoint(0)).Play();
             EXPECT_TRUE(WaitForCaption(L"\\"));
@@ -192,6 +188,6 @@ TEST_F(FrameSlideBar, SlidingOffItDoesNothing) {
         // The tap after it is taken later than anything that the slide would have done.
         Finger().Tap(EntryPoint(2)).Play();
         EXPECT_TRUE(WaitFor([this] { return Caption() != L"\\"; }));
-        EXPECT_TRUE(StartsWith(Caption(), L"Processes ("));
+        EXPECT_TRUE(Caption().starts_with(L"Processes ("));
     });
 }

@@ -14,12 +14,6 @@ using namespace test;
 
 namespace {
 
-constexpr UINT noItem = ~0u;
-
-bool StartsWith(const std::wstring& text, const std::wstring& start) {
-    return text.compare(0, start.size(), start) == 0;
-}
-
 using FileInfo = DWORD_PTR(const wchar_t*, DWORD, SHFILEINFOW*, UINT, UINT);
 FileInfo* fileInfo = nullptr;
 int breaks = 0;
@@ -113,7 +107,7 @@ TEST_F(FrameViews, OpenOnTheStoredOne) {
     for (DWORD view = 0; view < 4; ++view) {
         CleanSettings::SetNumber(L"view", view);
         Open();
-        EXPECT_TRUE(StartsWith(Caption(), captions[view])) << view;
+        EXPECT_TRUE(Caption().starts_with(captions[view])) << view;
         frame.Destroy();
     }
 }
@@ -130,11 +124,11 @@ TEST_F(FrameViews, OpenOnFilesWhenTheStoredOneIsNone) {
 TEST_F(FrameViews, AreSwitchedByTheirCommands) {
     Open();
     Command(ID_SHOW_APPLICATIONS);
-    EXPECT_TRUE(StartsWith(Caption(), L"Applications (")) << testing::PrintToString(Caption());
+    EXPECT_TRUE(Caption().starts_with(L"Applications (")) << testing::PrintToString(Caption());
     Command(ID_SHOW_PROCESSES);
-    EXPECT_TRUE(StartsWith(Caption(), L"Processes (")) << testing::PrintToString(Caption());
+    EXPECT_TRUE(Caption().starts_with(L"Processes (")) << testing::PrintToString(Caption());
     Command(ID_SHOW_DLLS);
-    EXPECT_TRUE(StartsWith(Caption(), L"Dlls (")) << testing::PrintToString(Caption());
+    EXPECT_TRUE(Caption().starts_with(L"Dlls (")) << testing::PrintToString(Caption());
     Command(ID_SHOW_SYSTEM_STATUS);
     EXPECT_EQ(Caption(), L"System Status");
     Command(ID_SHOW_FILES);
@@ -195,9 +189,9 @@ TEST_F(FrameViews, AreSwitchedByTheNumberKeys) {
         Finger().Key("4").Play();
         EXPECT_TRUE(WaitForCaption(L"System Status"));
         Finger().Key("2").Play();
-        EXPECT_TRUE(WaitFor([this] { return StartsWith(Caption(), L"Applications ("); }));
+        EXPECT_TRUE(WaitFor([this] { return Caption().starts_with(L"Applications ("); }));
         Finger().Key("3").Play();
-        EXPECT_TRUE(WaitFor([this] { return StartsWith(Caption(), L"Processes ("); }));
+        EXPECT_TRUE(WaitFor([this] { return Caption().starts_with(L"Processes ("); }));
         Finger().Key("1").Play();
         EXPECT_TRUE(WaitForCaption(L"\\"));
         Finger().Key("5").Key("4").Play();
@@ -226,7 +220,7 @@ TEST_F(FrameViews, ThatFailToOpenAreReportedAndTheProgramGoesOn) {
         Finger().Key("Return").Play();
         EXPECT_TRUE(WaitFor([&] { return !IsWindow(box); }));
         PostMessageW(frame.Handle(), WM_COMMAND, ID_SHOW_APPLICATIONS, 0);
-        EXPECT_TRUE(WaitFor([this] { return StartsWith(Caption(), L"Applications ("); }));
+        EXPECT_TRUE(WaitFor([this] { return Caption().starts_with(L"Applications ("); }));
         PostMessageW(frame.Handle(), WM_COMMAND, ID_SHOW_FILES, 0);
         EXPECT_TRUE(WaitForCaption(L"\\"));
     });

@@ -55,7 +55,7 @@ LSTATUS WINAPI FailAlways(HKEY, DWORD, LPWSTR, LPDWORD, LPDWORD, LPDWORD, LPBYTE
     return ERROR_NOT_ENOUGH_MEMORY;
 }
 
-LSTATUS WINAPI FailToSet(HKEY, LPCWSTR, DWORD, DWORD, const BYTE*, DWORD) {
+LSTATUS WINAPI RefuseToSet(HKEY, LPCWSTR, DWORD, DWORD, const BYTE*, DWORD) {
     return ERROR_NOT_ENOUGH_MEMORY;
 }
 
@@ -131,7 +131,7 @@ TEST_F(SettingsPage, WithAListThatIsCutOffIsAFault) {
 }
 
 TEST_F(SettingsPage, StaysOpenWhenTheLanguageCannotBeStored) {
-    const PlatformHook<decltype(FailToSet)> hook("RegSetValueExW", FailToSet);
+    const PlatformHook<decltype(RefuseToSet)> hook("RegSetValueExW", RefuseToSet);
     bool stayed = false;
     WhileUser(
         [&] {

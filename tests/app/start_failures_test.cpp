@@ -39,7 +39,7 @@ void WINAPI NoteComEnd() {
 const wchar_t* failingClass = nullptr;
 using WindowMaker = HWND(DWORD, const wchar_t*, const wchar_t*, DWORD, int, int, int, int, HWND,
                          HMENU, HINSTANCE, void*);
-WindowMaker* createWindow = nullptr;
+WindowMaker* makeWindow = nullptr;
 
 HWND WINAPI FailToCreateWindow(DWORD extendedStyle, const wchar_t* className, const wchar_t* title,
                                DWORD style, int x, int y, int width, int height, HWND parent,
@@ -48,8 +48,8 @@ HWND WINAPI FailToCreateWindow(DWORD extendedStyle, const wchar_t* className, co
         SetLastError(ERROR_NOT_ENOUGH_MEMORY);
         return nullptr;
     }
-    return createWindow(extendedStyle, className, title, style, x, y, width, height, parent, menu,
-                        instance, parameter);
+    return makeWindow(extendedStyle, className, title, style, x, y, width, height, parent, menu,
+                      instance, parameter);
 }
 
 using CreateEventHook = HANDLE(SECURITY_ATTRIBUTES*, BOOL, BOOL, const wchar_t*);
@@ -228,7 +228,7 @@ TEST_F(StartFailure, OfTheModuleIsShown) {
 
 TEST_F(StartFailure, OfTheMainWindowIsShown) {
     const PlatformHook<WindowMaker> hook("CreateWindowExW", FailToCreateWindow);
-    createWindow = hook.Original();
+    makeWindow = hook.Original();
     failingClass = L"Vantor Main Window";
     RunToMessage();
     ExpectShown(L"Cannot create main window");
@@ -238,7 +238,7 @@ TEST_F(StartFailure, OfTheMainWindowIsShown) {
 
 TEST_F(StartFailure, OfAWindowInTheMainWindowIsShownAndNothingSaved) {
     const PlatformHook<WindowMaker> hook("CreateWindowExW", FailToCreateWindow);
-    createWindow = hook.Original();
+    makeWindow = hook.Original();
     for (const wchar_t* name : {L"kx::ViewPane", L"kx::CmdBar", L"kx::TouchList"}) {
         SetEvent(event.Get());
         failingClass = name;

@@ -10,15 +10,11 @@ using namespace test;
 
 namespace {
 
-bool StartsWith(const std::wstring& text, const std::wstring& start) {
-    return text.compare(0, start.size(), start) == 0;
-}
-
 // Starts the program and tells whether its first view's caption begins so.
 bool OpensOn(const std::wstring& caption, const std::wstring& arguments = L"") {
     const Program program(arguments);
     return program.WaitForMainWindow() &&
-           WaitFor([&] { return StartsWith(TextOf(program.MainWindow()), caption); });
+           WaitFor([&] { return TextOf(program.MainWindow()).starts_with(caption); });
 }
 
 class StartView : public testing::Test {
@@ -55,7 +51,7 @@ TEST_F(StartView, AfterDllsIsProcesses) {
         const Program program;
         ASSERT_TRUE(program.WaitForMainWindow());
         PostMessageW(program.MainWindow(), WM_COMMAND, ID_SHOW_DLLS, 0);
-        EXPECT_TRUE(WaitFor([&] { return StartsWith(TextOf(program.MainWindow()), L"Dlls ("); }));
+        EXPECT_TRUE(WaitFor([&] { return TextOf(program.MainWindow()).starts_with(L"Dlls ("); }));
         EXPECT_EQ(program.Close(), 0u);
     }
     EXPECT_EQ(CleanSettings::Number(L"view"), 2u);

@@ -60,9 +60,9 @@ class ComFault : public testing::Test {
     ErrorObject object;
 };
 
-using LookUp = DWORD(DWORD, const void*, DWORD, DWORD, wchar_t*, DWORD, char**);
+using TextLookUp = DWORD(DWORD, const void*, DWORD, DWORD, wchar_t*, DWORD, char**);
 
-DWORD WINAPI FindNothing(DWORD, const void*, DWORD, DWORD, wchar_t*, DWORD, char**) {
+DWORD WINAPI FindNoText(DWORD, const void*, DWORD, DWORD, wchar_t*, DWORD, char**) {
     return 0;
 }
 
@@ -95,7 +95,7 @@ TEST_F(ComFault, FallsBackToTheCodeWithoutAnErrorObject) {
 }
 
 TEST_F(ComFault, ShowsTheWholeCodeWhenNothingIsKnown) {
-    const test::PlatformHook<LookUp> hook("FormatMessageW", FindNothing);
+    const test::PlatformHook<TextLookUp> hook("FormatMessageW", FindNoText);
     EXPECT_EQ(FullText(COMFault(E_NOINTERFACE)), L"0x80004002");
 }
 

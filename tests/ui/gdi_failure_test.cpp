@@ -4,6 +4,7 @@
 #include "tests/support/platform_hook.h"
 #include "tests/support/world.h"
 #include "tests/ui/bar/sample_bar.h"
+#include "tests/ui/failing_drawing.h"
 #include "ui/bar/page_slider.h"
 #include "ui/bar/slide_bar.h"
 #include "ui/dialog/form_rows.h"
@@ -14,20 +15,8 @@ using namespace test;
 
 namespace {
 
-HDC WINAPI NoMemoryDC(HDC) {
-    return nullptr;
-}
-HBITMAP WINAPI NoBitmap(HDC, int, int) {
-    return nullptr;
-}
-HBITMAP WINAPI NoSection(HDC, const BITMAPINFO*, UINT, void**, HANDLE, DWORD) {
-    return nullptr;
-}
 HDC WINAPI NoPaint(HWND window, PAINTSTRUCT*) {
     ValidateRect(window, nullptr);
-    return nullptr;
-}
-HFONT WINAPI NoFont(const LOGFONTW*) {
     return nullptr;
 }
 HBRUSH WINAPI NoBrush(COLORREF) {
@@ -123,7 +112,7 @@ class GdiFailure : public BarTest {
 
 TEST_F(GdiFailure, WithoutDeviceContextsEverythingActs) {
     {
-        const PlatformHook<HDC WINAPI(HDC)> hook("CreateCompatibleDC", NoMemoryDC);
+        const PlatformHook<HDC WINAPI(HDC)> hook("CreateCompatibleDC", NoDC);
         UseEverything();
     }
     ExpectNothingHeld();

@@ -56,13 +56,13 @@ HANDLE WINAPI CountOpenings(DWORD access, BOOL inherit, DWORD process) {
 
 // A window that, asked for its title, activates the one that asks.
 views::ApplicationsView* resumed = nullptr;
-LRESULT(WINAPI* realSend)(HWND, UINT, WPARAM, LPARAM, UINT, UINT, DWORD_PTR*) = nullptr;
+LRESULT(WINAPI* sendOn)(HWND, UINT, WPARAM, LPARAM, UINT, UINT, DWORD_PTR*) = nullptr;
 LRESULT WINAPI SendAndActivate(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT flags,
                                UINT timeout, DWORD_PTR* answer) {
     if (resumed) {
         resumed->Resume();
     }
-    return realSend(window, message, wParam, lParam, flags, timeout, answer);
+    return sendOn(window, message, wParam, lParam, flags, timeout, answer);
 }
 
 // How long windows of certain processes are waited for.
@@ -75,7 +75,7 @@ LRESULT WINAPI NoteWait(HWND window, UINT message, WPARAM wParam, LPARAM lParam,
     if (std::find(hungProcesses.begin(), hungProcesses.end(), process) != hungProcesses.end()) {
         hungWaits.push_back(timeout);
     }
-    return realSend(window, message, wParam, lParam, flags, timeout, answer);
+    return sendOn(window, message, wParam, lParam, flags, timeout, answer);
 }
 
 }  // namespace
@@ -87,7 +87,7 @@ TEST_F(ApplicationsList, ListsNothingTwiceWhenItIsActivatedMeanwhile) {
     {
         const PlatformHook<LRESULT WINAPI(HWND, UINT, WPARAM, LPARAM, UINT, UINT, DWORD_PTR*)> send(
             "SendMessageTimeoutW", SendAndActivate);
-        realSend = send.Original();
+        sendOn = send.Original();
         resumed = view.get();
         view->Refresh();
         resumed = nullptr;
@@ -331,7 +331,7 @@ TEST_F(ApplicationsList, WaitsForAllThatHangOnlyOnceInARefresh) {
     const SampleProgram other(L"hung", L"Sample hung 2");
     Open();
     const PlatformHook<decltype(NoteWait)> send("SendMessageTimeoutW", NoteWait);
-    realSend = send.Original();
+    sendOn = send.Original();
     hungProcesses = {one.ProcessId(), other.ProcessId()};
     hungWaits.clear();
     view->Refresh();

@@ -31,7 +31,7 @@ BOOL WINAPI NoteIcon(HDC dc, int x, int y, int width, int height, HDC source, in
 }
 
 constexpr int rowWidth = 460;
-constexpr COLORREF red = 200;
+constexpr COLORREF drawnRed = 200;
 
 }  // namespace
 
@@ -123,18 +123,18 @@ TEST_F(StatusRowLook, TheBarIsFilledToThePercentageInItsColor) {
     View().Refresh();
     const DrawnRow full = Draw(0);
     EXPECT_NEAR(CountColor(full, BarLine(full), GetSysColor(COLOR_HIGHLIGHT)), 2 * filled, 1);
-    EXPECT_EQ(CountColor(full, BarLine(full), red), 0);
+    EXPECT_EQ(CountColor(full, BarLine(full), drawnRed), 0);
 }
 
 TEST_F(StatusRowLook, ALowBatteryHasARedBar) {
     device.batteryPercent = 10;
     Open();
     const DrawnRow low = Draw(0);
-    EXPECT_GT(CountColor(low, BarLine(low), red), 10);
+    EXPECT_GT(CountColor(low, BarLine(low), drawnRed), 10);
     device.batteryPercent = 11;
     View().Refresh();
     const DrawnRow enough = Draw(0);
-    EXPECT_EQ(CountColor(enough, BarLine(enough), red), 0);
+    EXPECT_EQ(CountColor(enough, BarLine(enough), drawnRed), 0);
 }
 
 TEST_F(StatusRowLook, NoBatteryIsAnEmptyBar) {
@@ -143,7 +143,7 @@ TEST_F(StatusRowLook, NoBatteryIsAnEmptyBar) {
     const DrawnRow row = Draw(0);
     EXPECT_EQ(row.Texts().at(1).text, L"Unknown");
     EXPECT_EQ(icons.at(0).sourceX, 2 * ui::Resources().StatusStrip().IconSize());
-    EXPECT_EQ(CountColor(row, BarLine(row), red), 0);
+    EXPECT_EQ(CountColor(row, BarLine(row), drawnRed), 0);
     EXPECT_EQ(CountColor(row, BarLine(row), GetSysColor(COLOR_HIGHLIGHT)), 0);
 }
 

@@ -14,8 +14,6 @@ using namespace test;
 
 namespace {
 
-const std::vector<UINT> yesNo = {IDS_BUTTON_YES, IDS_BUTTON_NO};
-
 COLORREF Normal() {
     return GetSysColor(COLOR_BTNFACE);
 }

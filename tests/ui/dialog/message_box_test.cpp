@@ -9,7 +9,6 @@ using namespace test;
 
 namespace {
 
-const std::vector<UINT> yesNo = {IDS_BUTTON_YES, IDS_BUTTON_NO};
 const std::vector<UINT> yesNoCancel = {IDS_BUTTON_YES, IDS_BUTTON_NO, IDS_BUTTON_CANCEL};
 
 class MessageBoxResult : public BoxTest {};

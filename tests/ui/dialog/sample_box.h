@@ -9,6 +9,8 @@ namespace test {
 
 class BoxTest : public testing::Test {
  protected:
+    static inline const std::vector<UINT> yesNo = {IDS_BUTTON_YES, IDS_BUTTON_NO};
+
     void SetUp() override;
     // Shows a box beside the user's script; what it returned.
     int Show(const std::wstring& text, const std::vector<UINT>& buttons, unsigned defaultButton,

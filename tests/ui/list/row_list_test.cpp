@@ -16,11 +16,13 @@ using namespace ui;
 namespace {
 
 // A row that counts itself.
-struct Word {
-    explicit Word(std::wstring text, int mark = 0) : text(std::move(text)), mark(mark) { ++alive; }
-    ~Word() { --alive; }
-    Word(const Word&) = delete;
-    Word& operator=(const Word&) = delete;
+struct CountedWord {
+    explicit CountedWord(std::wstring text, int mark = 0) : text(std::move(text)), mark(mark) {
+        ++alive;
+    }
+    ~CountedWord() { --alive; }
+    CountedWord(const CountedWord&) = delete;
+    CountedWord& operator=(const CountedWord&) = delete;
 
     std::wstring text;
     // Tells rows of one text apart.
@@ -30,21 +32,21 @@ struct Word {
 
 size_t comparisons = 0;
 
-bool OrdersBefore(const Word& first, const Word& second) {
+bool OrdersBefore(const CountedWord& first, const CountedWord& second) {
     ++comparisons;
     return first.text < second.text;
 }
 
-using Words = RowList<Word>;
+using Words = RowList<CountedWord>;
 
-class Owner final : public RowListOwner, public RowPainter<Word> {
+class Owner final : public RowListOwner, public RowPainter<CountedWord> {
  public:
     void OnSelected() override { ++selections; }
-    int RowHeight(const Word& word) const override {
+    int RowHeight(const CountedWord& word) const override {
         ++measured;
         return 10 + static_cast<int>(word.text.size());
     }
-    void DrawRow(const DRAWITEMSTRUCT&, const Word&) const override { ++drawn; }
+    void DrawRow(const DRAWITEMSTRUCT&, const CountedWord&) const override { ++drawn; }
 
     int selections = 0;
     mutable int measured = 0;
@@ -64,7 +66,7 @@ class RowListTest : public testing::Test {
     static Words::Rows Made(std::initializer_list<const wchar_t*> texts) {
         Words::Rows rows;
         for (const wchar_t* text : texts) {
-            rows.Add(std::make_unique<Word>(text, static_cast<int>(rows.Count())));
+            rows.Add(std::make_unique<CountedWord>(text, static_cast<int>(rows.Count())));
         }
         return rows;
     }
@@ -86,10 +88,10 @@ class RowListTest : public testing::Test {
 TEST_F(RowListTest, KeepsRowsInTheirOrder) {
     list.ShowSorted(Made({L"d", L"b", L"a", L"c"}));
     EXPECT_EQ(Shown(), L"a b c d ");
-    EXPECT_EQ(list.Insert(std::make_unique<Word>(L"bb")), 2u);
+    EXPECT_EQ(list.Insert(std::make_unique<CountedWord>(L"bb")), 2u);
     EXPECT_EQ(Shown(), L"a b bb c d ");
-    EXPECT_EQ(list.LowerBound(Word(L"bb")), 2u);
-    EXPECT_EQ(list.LowerBound(Word(L"z")), 5u);
+    EXPECT_EQ(list.LowerBound(CountedWord(L"bb")), 2u);
+    EXPECT_EQ(list.LowerBound(CountedWord(L"z")), 5u);
 }
 
 TEST_F(RowListTest, PutsTheLaterOfEqualRowsFirstHoweverTheyCome) {
@@ -99,7 +101,7 @@ TEST_F(RowListTest, PutsTheLaterOfEqualRowsFirstHoweverTheyCome) {
         marks.push_back(list[row].mark);
     }
     EXPECT_EQ(marks, (std::vector<int>{3, 1, 0}));
-    list.Insert(std::make_unique<Word>(L"a", 9));
+    list.Insert(std::make_unique<CountedWord>(L"a", 9));
     EXPECT_EQ(list[0].mark, 9);
 }
 
@@ -107,13 +109,13 @@ TEST_F(RowListTest, SortsAnyNumberInAnyOrder) {
     for (int count = 0; count < 40; ++count) {
         Words::Rows rows = Made({});
         for (int row = 0; row < count; ++row) {
-            rows.Add(std::make_unique<Word>(std::to_wstring(row * 7919 % 13 + 10), row));
+            rows.Add(std::make_unique<CountedWord>(std::to_wstring(row * 7919 % 13 + 10), row));
         }
         list.ShowSorted(std::move(rows));
         ASSERT_EQ(list.GetCount(), static_cast<unsigned>(count));
         for (unsigned row = 1; row < list.GetCount(); ++row) {
-            const Word& above = list[row - 1];
-            const Word& below = list[row];
+            const CountedWord& above = list[row - 1];
+            const CountedWord& below = list[row];
             EXPECT_TRUE(above.text < below.text ||
                         (above.text == below.text && above.mark > below.mark))
                 << count << ' ' << row;
@@ -140,7 +142,7 @@ constexpr size_t halvings = 14;
 TEST_F(RowListTest, ComparesTenThousandRowsInTheirOrderOnce) {
     Words::Rows rows = Made({});
     for (const std::wstring& text : ManyTexts()) {
-        rows.Add(std::make_unique<Word>(text));
+        rows.Add(std::make_unique<CountedWord>(text));
     }
     comparisons = 0;
     list.ShowSorted(std::move(rows));
@@ -161,7 +163,7 @@ TEST_F(RowListTest, ComparesTenThousandRowsInAnyOrderAsOftenAsAnyGoodSort) {
     for (const auto& [name, textAt] : orders) {
         Words::Rows rows = Made({});
         for (size_t place = 0; place < count; ++place) {
-            rows.Add(std::make_unique<Word>(ascending[textAt(place)]));
+            rows.Add(std::make_unique<CountedWord>(ascending[textAt(place)]));
         }
         comparisons = 0;
         list.ShowSorted(std::move(rows));
@@ -173,7 +175,7 @@ TEST_F(RowListTest, ComparesTenThousandRowsInAnyOrderAsOftenAsAnyGoodSort) {
 TEST_F(RowListTest, InsertingManyRowsComparesEachByHalvesAndDrawsOnceAtTheEnd) {
     Words::Rows rows = Made({});
     for (const std::wstring& text : ManyTexts()) {
-        rows.Add(std::make_unique<Word>(text));
+        rows.Add(std::make_unique<CountedWord>(text));
     }
     list.ShowSorted(std::move(rows));
     UpdateWindow(list.Handle());
@@ -181,7 +183,7 @@ TEST_F(RowListTest, InsertingManyRowsComparesEachByHalvesAndDrawsOnceAtTheEnd) {
     owner.measured = owner.drawn = 0;
     for (int number = 0; number < 2000; ++number) {
         const std::wstring text = std::to_wstring(100000 + number * 7919 % 10000) + L'a';
-        list.Insert(std::make_unique<Word>(text));
+        list.Insert(std::make_unique<CountedWord>(text));
     }
     EXPECT_EQ(owner.measured, 2000);
     EXPECT_LE(comparisons, 2000 * halvings);
@@ -194,7 +196,7 @@ TEST_F(RowListTest, InsertingManyRowsComparesEachByHalvesAndDrawsOnceAtTheEnd) {
 TEST_F(RowListTest, RemovingManyRowsMeasuresNoneAndDrawsOnceAtTheEnd) {
     Words::Rows rows = Made({});
     for (const std::wstring& text : ManyTexts()) {
-        rows.Add(std::make_unique<Word>(text));
+        rows.Add(std::make_unique<CountedWord>(text));
     }
     list.ShowSorted(std::move(rows));
     UpdateWindow(list.Handle());
@@ -211,9 +213,9 @@ TEST_F(RowListTest, RemovingManyRowsMeasuresNoneAndDrawsOnceAtTheEnd) {
 TEST_F(RowListTest, RowsThatNoListTakesAreFreed) {
     {
         const Words::Rows rows = Made({L"a", L"b"});
-        EXPECT_EQ(Word::alive, 2);
+        EXPECT_EQ(CountedWord::alive, 2);
     }
-    EXPECT_EQ(Word::alive, 0);
+    EXPECT_EQ(CountedWord::alive, 0);
 }
 
 TEST_F(RowListTest, ShowsRowsAsTheyComeWhereTheyHaveNoOrder) {
@@ -223,20 +225,20 @@ TEST_F(RowListTest, ShowsRowsAsTheyComeWhereTheyHaveNoOrder) {
 
 TEST_F(RowListTest, OwnsItsRows) {
     list.ShowSorted(Made({L"a", L"b", L"c"}));
-    EXPECT_EQ(Word::alive, 3);
+    EXPECT_EQ(CountedWord::alive, 3);
     list.RemoveItem(1);
-    EXPECT_EQ(Word::alive, 2);
+    EXPECT_EQ(CountedWord::alive, 2);
     list.ShowSorted(Made({L"x"}));
-    EXPECT_EQ(Word::alive, 1);
+    EXPECT_EQ(CountedWord::alive, 1);
     {
         Words other(owner, owner);
         ASSERT_TRUE(other.Open(GetParent(list.Handle()), 2, L"TestRowList", childStyle));
         other.ShowSorted(Made({L"a", L"b"}));
-        EXPECT_EQ(Word::alive, 3);
+        EXPECT_EQ(CountedWord::alive, 3);
     }
-    EXPECT_EQ(Word::alive, 1) << "a list with a window";
+    EXPECT_EQ(CountedWord::alive, 1) << "a list with a window";
     DestroyWindow(list.Handle());
-    EXPECT_EQ(Word::alive, 0) << "a window without its list";
+    EXPECT_EQ(CountedWord::alive, 0) << "a window without its list";
 }
 
 TEST_F(RowListTest, LosesItsMarksWithItsWindow) {
@@ -253,21 +255,21 @@ TEST_F(RowListTest, LosesItsMarksWithItsWindow) {
 TEST_F(RowListTest, StaysWhereItIsAndOnItsRowWhenItIsFilledAnew) {
     Words::Rows rows = Made({});
     for (wchar_t letter = L'a'; letter <= L'z'; ++letter) {
-        rows.Add(std::make_unique<Word>(std::wstring(1, letter)));
+        rows.Add(std::make_unique<CountedWord>(std::wstring(1, letter)));
     }
     list.ShowSorted(std::move(rows));
     list.SetTopIndex(5);
     list.SetSelection(7);
     Words::Rows others = Made({});
     for (wchar_t letter = L'z'; letter >= L'b'; --letter) {
-        others.Add(std::make_unique<Word>(std::wstring(1, letter)));
+        others.Add(std::make_unique<CountedWord>(std::wstring(1, letter)));
     }
-    list.Refill(std::move(others), [](const Word& word) { return word.text == L"h"; });
+    list.Refill(std::move(others), [](const CountedWord& word) { return word.text == L"h"; });
     EXPECT_EQ(list.GetTopIndex(), 5u);
     ASSERT_NE(list.Selected(), nullptr);
     EXPECT_EQ(list.Selected()->text, L"h");
     EXPECT_EQ(list.GetSelection(), 6u);
-    list.Refill(Made({L"x"}), [](const Word&) { return false; });
+    list.Refill(Made({L"x"}), [](const CountedWord&) { return false; });
     EXPECT_EQ(list.GetTopIndex(), 0u);
     EXPECT_EQ(list.Selected(), nullptr);
 }
@@ -275,12 +277,12 @@ TEST_F(RowListTest, StaysWhereItIsAndOnItsRowWhenItIsFilledAnew) {
 TEST_F(RowListTest, MeasuresOnlyTheRowThatIsInserted) {
     Words::Rows rows = Made({});
     for (int count = 0; count < 50; ++count) {
-        rows.Add(std::make_unique<Word>(L"w" + std::to_wstring(100 + count)));
+        rows.Add(std::make_unique<CountedWord>(L"w" + std::to_wstring(100 + count)));
     }
     list.ShowSorted(std::move(rows));
     owner.measured = 0;
     const int height = list.GetTotalHeight();
-    list.Insert(std::make_unique<Word>(L"w1005"));
+    list.Insert(std::make_unique<CountedWord>(L"w1005"));
     EXPECT_EQ(owner.measured, 1);
     EXPECT_EQ(list.GetTotalHeight(), height + 15);
     list.RemoveItem(0);

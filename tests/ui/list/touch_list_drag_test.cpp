@@ -1,5 +1,6 @@
 #include "tests/support/keyboard.h"
 #include "tests/support/platform_hook.h"
+#include "tests/ui/failing_drawing.h"
 #include "tests/ui/list/sample_list.h"
 
 using namespace test;
@@ -26,21 +27,11 @@ class TouchListDrag : public ListTest {
 class TouchListSnap : public TouchListDrag {};
 class TouchListRefusal : public TouchListDrag {};
 
-BOOL WINAPI NoClient(HWND, RECT*) {
-    return FALSE;
-}
-HDC WINAPI NoDC(HDC) {
-    return nullptr;
-}
-
 // What was asked to be drawn anew: the whole window or not, with its background or not.
 std::vector<std::pair<bool, bool>> invalidated;
 BOOL WINAPI NoteInvalid(HWND, const RECT* area, BOOL erase) {
     invalidated.emplace_back(area == nullptr, erase != FALSE);
     return TRUE;
-}
-HBITMAP WINAPI NoBitmap(HDC, int, int) {
-    return nullptr;
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 #include "tests/support/platform_hook.h"
 #include "tests/support/world.h"
 #include "tests/ui/canvas.h"
+#include "tests/ui/failing_drawing.h"
 #include "tests/ui/list/sample_list.h"
 #include "ui/list/scroll_indicator.h"
 #include "ui/paint/paint.h"
@@ -9,16 +10,6 @@ using namespace test;
 using namespace ui;
 
 namespace {
-
-BOOL WINAPI NoClient(HWND, RECT*) {
-    return FALSE;
-}
-HDC WINAPI NoDC(HDC) {
-    return nullptr;
-}
-HBITMAP WINAPI NoBitmap(HDC, int, int) {
-    return nullptr;
-}
 
 // A device of 192 dots per inch has borders of two pixels.
 int border = 1;

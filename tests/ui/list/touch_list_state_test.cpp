@@ -2,16 +2,13 @@
 
 #include "tests/support/platform_hook.h"
 #include "tests/support/world.h"
+#include "tests/ui/failing_drawing.h"
 #include "tests/ui/list/sample_list.h"
 
 using namespace test;
 using ui::noRow;
 
 namespace {
-
-BOOL WINAPI NoClient(HWND, RECT*) {
-    return FALSE;
-}
 
 class TouchListState : public ListTest {};
 class TouchListSelection : public ListTest {};

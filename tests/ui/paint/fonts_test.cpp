@@ -7,6 +7,7 @@
 
 #include "tests/support/platform_hook.h"
 #include "tests/support/world.h"
+#include "tests/ui/failing_drawing.h"
 
 using ui::FontSet;
 
@@ -34,9 +35,6 @@ HFONT(WINAPI* makeFont)(const LOGFONTW*) = nullptr;
 HFONT WINAPI NoteFont(const LOGFONTW* description) {
     madeHeights.push_back(description->lfHeight);
     return makeFont(description);
-}
-HFONT WINAPI NoFont(const LOGFONTW*) {
-    return nullptr;
 }
 
 std::vector<HGDIOBJ> deleted;
@@ -148,7 +146,7 @@ TEST(FontSet, ReloadingDeletesTheOldSet) {
 TEST(FontSet, AFontThatCannotBeMadeIsTheStockFont) {
     FontSet fonts;
     {
-        const test::PlatformHook make("CreateFontIndirectW", NoFont);
+        const test::PlatformHook make("CreateFontIndirectW", test::NoFont);
         fonts.Load();
     }
     EXPECT_EQ(fonts.Bold(), fonts.Base());

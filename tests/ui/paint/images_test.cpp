@@ -11,6 +11,7 @@
 #include "tests/support/resource_module.h"
 #include "tests/support/world.h"
 #include "tests/ui/canvas.h"
+#include "tests/ui/failing_drawing.h"
 #include "text/resources.h"
 #include "ui/paint/drawing_resources.h"
 #include "ui/paint/screen_metrics.h"
@@ -44,9 +45,6 @@ HGLOBAL WINAPI NotLoaded(HMODULE, HRSRC) {
 }
 DWORD WINAPI TooSmall(HMODULE, HRSRC) {
     return 23;
-}
-HDC WINAPI NoDC(HDC) {
-    return nullptr;
 }
 
 DWORD(WINAPI* systemColor)(int) = nullptr;
@@ -393,7 +391,7 @@ TEST(ImageStrip, HasNoIconOutsideIt) {
     EXPECT_FALSE(strip.Draw(canvas.DC(), 0, 0, 3));
     EXPECT_FALSE(strip.Draw(canvas.DC(), 0, 0, -1));
     EXPECT_FALSE(ImageStrip().Draw(canvas.DC(), 0, 0, 0));
-    const test::PlatformHook dc("CreateCompatibleDC", NoDC);
+    const test::PlatformHook dc("CreateCompatibleDC", test::NoDC);
     EXPECT_FALSE(strip.Draw(canvas.DC(), 0, 0, 0));
 }
 

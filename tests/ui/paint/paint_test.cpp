@@ -7,22 +7,13 @@
 #include "tests/support/platform_hook.h"
 #include "tests/support/world.h"
 #include "tests/ui/canvas.h"
+#include "tests/ui/failing_drawing.h"
 
 using namespace ui;
 
 namespace {
 
 constexpr COLORREF magenta = RGB(255, 0, 255);
-
-HDC WINAPI NoDC(HDC) {
-    return nullptr;
-}
-HBITMAP WINAPI NoBitmap(HDC, int, int) {
-    return nullptr;
-}
-HBITMAP WINAPI NoSection(HDC, const BITMAPINFO*, UINT, void**, HANDLE, DWORD) {
-    return nullptr;
-}
 
 // How far the corner keeps a line's ends from the sides, found without a decision variable: a
 // point of an octant belongs to the circle when the circle passes within half a pixel of it.
@@ -165,7 +156,7 @@ TEST(RoundedRectangle, ARadiusLargerThanTheSurfaceIsCutToIt) {
 }
 
 TEST(BlendSurface, WithoutMemoryIsEmptyAndDrawsNothing) {
-    const test::PlatformHook section("CreateDIBSection", NoSection);
+    const test::PlatformHook section("CreateDIBSection", test::NoSection);
     BlendSurface surface(nullptr, 8, 8);
     EXPECT_FALSE(surface);
     surface.BlendRoundedRectangle(2, 0, 255);
@@ -192,10 +183,10 @@ TEST(OffscreenBitmap, UsesTheTargetsCoordinatesAndShowsAllAtOnce) {
 TEST(OffscreenBitmap, IsEmptyWithoutDeviceContextOrBitmap) {
     const test::Canvas target(40, 30);
     {
-        const test::PlatformHook dc("CreateCompatibleDC", NoDC);
+        const test::PlatformHook dc("CreateCompatibleDC", test::NoDC);
         EXPECT_FALSE(OffscreenBitmap(target.DC(), RECT{0, 0, 4, 4}));
     }
-    const test::PlatformHook bitmap("CreateCompatibleBitmap", NoBitmap);
+    const test::PlatformHook bitmap("CreateCompatibleBitmap", test::NoBitmap);
     EXPECT_FALSE(OffscreenBitmap(target.DC(), RECT{0, 0, 4, 4}));
 }
 
@@ -225,7 +216,7 @@ TEST(PaintingHelpers, GiveBackEveryObject) {
         FillWithSystemColor(frame.DC(), RECT{0, 0, 9, 9}, COLOR_WINDOW);
         BlendSurface surface(frame.DC(), 6, 20);
         surface.BlendRoundedRectangle(3, 0x808080, 200);
-        const test::PlatformHook bitmap("CreateCompatibleBitmap", NoBitmap);
+        const test::PlatformHook bitmap("CreateCompatibleBitmap", test::NoBitmap);
         const OffscreenBitmap failed(target.DC(), RECT{0, 0, 20, 20});
     };
     round();
