@@ -479,6 +479,10 @@ LRESULT MainFrame::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
             // Minimised, a window has no place for anything, and comes back as large as it was.
             if (wParam != SIZE_MINIMIZED) {
                 Arrange();
+                // Meanwhile it could give the keyboard to none of its parts either.
+                if (open_ && GetFocus() == Handle()) {
+                    Current().Focus();
+                }
             }
             return 0;
         case WM_PAINT:

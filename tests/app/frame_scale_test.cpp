@@ -182,6 +182,34 @@ TEST_F(FrameOnAPC, ComesBackAsItWasAfterItWasMinimised) {
     ExpectEverythingInPlace();
 }
 
+// A window that is minimised gives the keyboard to none of its parts.
+TEST_F(FrameOnAPC, GivesTheKeyboardToItsRowsAfterAPageWasClosedWhileItWasMinimised) {
+    Open();
+    const HWND window = frame.Handle();
+    const auto seen = [window] {
+        GUITHREADINFO thread = {};
+        thread.cbSize = sizeof thread;
+        GetGUIThreadInfo(GetWindowThreadProcessId(window, nullptr), &thread);
+        return thread;
+    };
+    RunFrame([&] {
+        ASSERT_TRUE(WaitFor([&] { return seen().hwndFocus == List(); }));
+        PostMessageW(window, WM_SYSCOMMAND, SC_MINIMIZE, 0);
+        ASSERT_TRUE(WaitFor([&] { return IsIconic(window); }));
+        PostMessageW(window, WM_COMMAND, ID_ABOUT, 0);
+        HWND page = nullptr;
+        ASSERT_TRUE(WaitFor([&] {
+            page = seen().hwndActive;
+            return page && page != window;
+        }));
+        PostMessageW(page, WM_COMMAND, IDCANCEL, 0);
+        ASSERT_TRUE(WaitFor([&] { return IsWindowEnabled(window) && !IsWindow(page); }));
+        ASSERT_TRUE(WaitFor([&] { return seen().hwndFocus == window; }));
+        ShowWindowAsync(window, SW_RESTORE);
+        EXPECT_TRUE(WaitFor([&] { return seen().hwndFocus == List(); }));
+    });
+}
+
 TEST_F(FrameOnAPC, OpensAtTheScaleOfItsMonitor) {
     const Monitor monitor(largeScreen);
     int heights[2] = {};
