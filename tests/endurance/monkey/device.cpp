@@ -281,6 +281,8 @@ void Device::MakeHome() {
     for (const wchar_t* folder : homeFolders) {
         CreateDirectoryW((home + folder).c_str(), nullptr);
     }
+    // One that was hidden has no row.
+    SetFileAttributesW(home.c_str(), FILE_ATTRIBUTE_NORMAL);
     size_t size = 3;
     for (const wchar_t* file : homeFiles) {
         MakeFile(home + file, size);
@@ -324,6 +326,12 @@ std::string Device::LookAround() {
         wrong += " gone: " + Narrow(path);
     }
     return wrong;
+}
+
+size_t Device::EntriesOfRoot() {
+    size_t count = 0;
+    VisitEntries(L"C:", [&](const std::wstring&, const WIN32_FIND_DATAW&) { ++count; });
+    return count;
 }
 
 void Device::ChangeFile(int what, int which) {

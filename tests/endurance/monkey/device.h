@@ -33,6 +33,8 @@ class Device {
     std::string LookAround();
     // Names what a process has loaded from elsewhere; empty when there is none.
     static std::string FromElsewhere(DWORD process);
+    // How many entries lie where the folder does.
+    static size_t EntriesOfRoot();
 
     // One thing done to the files of the folder, to a program beside, or to the clipboard: nothing
     // there, a text, or a list of files of the folder, sound or spoilt, to be copied or moved.

@@ -37,6 +37,7 @@ constexpr KindName names[] = {
     {Kind::Color, "color", 2, 1},         {Kind::Turn, "turn", 2, 8},
     {Kind::File, "file", 2, 30},          {Kind::Other, "other", 1, 5},
     {Kind::Clipboard, "clipboard", 2, 8}, {Kind::Rest, "rest", 1, 2},
+    {Kind::Home, "home", 0, 0},
 };
 
 const KindName& NameOf(Kind kind) {

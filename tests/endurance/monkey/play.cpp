@@ -95,6 +95,7 @@ bool Play::CloseWhatIsOpen() {
 
 bool Play::GoHome() {
     constexpr int deepest = 40;
+    way_.clear();
     PostMessageW(program_.Window(), WM_COMMAND, ID_SHOW_FILES, 0);
     // Rows that are marked are so no longer.
     hand_.PressKey(VK_ESCAPE);
@@ -103,16 +104,18 @@ bool Play::GoHome() {
             return false;
         }
         const std::wstring folder = FolderOf(program_.Title());
+        way_ += L'|' + folder;
         if (folder == homePath || folder == L"\\") {
             break;
         }
         hand_.PressKey(VK_BACK);
     }
-    constexpr int mostRows = 8;
-    for (int row = 0; row < mostRows && FolderOf(program_.Title()) != homePath; ++row) {
+    // What was pasted there may stand before it.
+    const size_t mostRows = device_.EntriesOfRoot();
+    for (size_t row = 0; row < mostRows && FolderOf(program_.Title()) != homePath; ++row) {
         PostMessageW(program_.Window(), WM_COMMAND, ID_REFRESH, 0);
         hand_.PressKey(VK_HOME);
-        for (int down = 0; down < row; ++down) {
+        for (size_t down = 0; down < row; ++down) {
             hand_.PressKey(VK_DOWN);
         }
         hand_.PressKey(VK_RETURN);
@@ -120,6 +123,7 @@ bool Play::GoHome() {
             return false;
         }
         const std::wstring folder = FolderOf(program_.Title());
+        way_ += L'>' + folder;
         if (folder != homePath && folder != L"\\") {
             hand_.PressKey(VK_BACK);
         }
@@ -134,10 +138,13 @@ bool Play::GoHome() {
 
 Wrong Play::ComeHome() {
     device_.Tidy(program_.Id());
-    device_.MakeHome();
     constexpr int mostTries = 3;
     for (int attempt = 0; attempt < mostTries; ++attempt) {
-        const bool home = CloseWhatIsOpen() && GoHome() && CloseWhatIsOpen();
+        bool home = CloseWhatIsOpen();
+        // What was open may have been a paste's question, and the paste that goes on behind it may
+        // move the folder itself.
+        device_.MakeHome();
+        home = home && GoHome() && CloseWhatIsOpen();
         const State state = program_.Settle();
         if (state == State::Ended) {
             return Again();
@@ -150,7 +157,8 @@ Wrong Play::ComeHome() {
         }
     }
     return Wrong{"lost", "it does not come back to the folder but is in \"" +
-                             Narrow(program_.Title()) + "\": " + program_.Trouble()};
+                             Narrow(program_.Title()) + "\": " + Narrow(way_) + ' ' +
+                             program_.Trouble()};
 }
 
 // A program that ends as it should meanwhile is started again.

@@ -54,6 +54,8 @@ class Play {
     Program program_;
     Hand hand_;
     Script played_;
+    // The folders that it went through on its last way home.
+    std::wstring way_;
     Counts highest_ = {};
     // Rounds since the program was started.
     unsigned warm_ = 0;

@@ -26,11 +26,14 @@ struct WatchChannel {
     volatile unsigned gdiObjects;
     volatile unsigned handles;
     volatile unsigned blocks;
-    // What the thread has taken: how many, and the last ones with their windows.
+    // What the thread has taken: how many, and the last ones with their windows, their first values
+    // and the keys that were held for it: 1 Shift, 2 Ctrl, 4 Alt.
     volatile unsigned taken;
     struct {
         HWND window;
         UINT message;
+        WORD value;
+        BYTE held;
     } last[lastMessages];
 };
 

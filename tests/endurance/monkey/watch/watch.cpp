@@ -23,6 +23,12 @@ bool TakesInput(HWND window) {
     return IsWindowEnabled(window) && IsWindowEnabled(GetAncestor(window, GA_ROOT));
 }
 
+BYTE KeysHeld() {
+    return static_cast<BYTE>((GetKeyState(VK_SHIFT) < 0 ? 1 : 0) +
+                             (GetKeyState(VK_CONTROL) < 0 ? 2 : 0) +
+                             (GetKeyState(VK_MENU) < 0 ? 4 : 0));
+}
+
 LRESULT CALLBACK WatchMessage(int code, WPARAM wParam, LPARAM lParam) {
     MSG& message = *reinterpret_cast<MSG*>(lParam);
     if (code == HC_ACTION && wParam == PM_REMOVE) {
@@ -33,7 +39,8 @@ LRESULT CALLBACK WatchMessage(int code, WPARAM wParam, LPARAM lParam) {
             channel->mark = static_cast<LONG>(message.wParam);
             SetEvent(marked);
         } else {
-            channel->last[channel->taken % monkey::lastMessages] = {message.hwnd, message.message};
+            channel->last[channel->taken % monkey::lastMessages] = {
+                message.hwnd, message.message, static_cast<WORD>(message.wParam), KeysHeld()};
             channel->taken = channel->taken + 1;
         }
     }
