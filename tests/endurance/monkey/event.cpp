@@ -39,6 +39,8 @@ constexpr KindName names[] = {
     {Kind::Clipboard, "clipboard", 2, 8}, {Kind::Rest, "rest", 1, 2},
     {Kind::Home, "home", 0, 0},
 };
+// What has no name would be read as something else.
+static_assert(std::size(names) == static_cast<size_t>(Kind::Home) + 1);
 
 const KindName& NameOf(Kind kind) {
     for (const KindName& name : names) {
