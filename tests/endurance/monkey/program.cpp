@@ -374,8 +374,7 @@ std::string Program::Trouble() {
     words += ", took " + std::to_string(channel_->taken - taken) + " messages meanwhile, the last:";
     for (unsigned index = 0; index < lastMessages; ++index) {
         const auto& last = channel_->last[(channel_->taken + index) % lastMessages];
-        std::snprintf(text, sizeof text, " %x(%x)%s", last.message, last.value,
-                      last.held ? std::to_string(last.held).insert(0, 1, '+').c_str() : "");
+        std::snprintf(text, sizeof text, " %x(%x+%x)", last.message, last.value, last.held);
         words += text + std::string("@") + Narrow(test::ClassOf(last.window));
     }
     for (const std::wstring& file : {crashes_, complaints_}) {
