@@ -88,6 +88,30 @@ TEST_F(Accessibility, ARowTellsAllThatItShowsWholeAndWhereItIs) {
         0x04);
 }
 
+TEST_F(Accessibility, OnePartLeadsToTheNextAndToTheOneBefore) {
+    Listen([this] {
+        const Told list(List());
+        EXPECT_EQ(list.To(NAVDIR_FIRSTCHILD, 0), 1);
+        EXPECT_EQ(list.To(NAVDIR_LASTCHILD, 0), 3);
+        EXPECT_EQ(list.To(NAVDIR_NEXT, 1), 2);
+        EXPECT_EQ(list.To(NAVDIR_PREVIOUS, 3), 2);
+        EXPECT_EQ(list.To(NAVDIR_UP, 2), 1);
+        EXPECT_EQ(list.To(NAVDIR_NEXT, 3), 0);
+        EXPECT_EQ(list.To(NAVDIR_PREVIOUS, 1), 0);
+        EXPECT_EQ(list.To(NAVDIR_NEXT, 4), 0);
+    });
+}
+
+TEST_F(Accessibility, TheRoomBelowTheRowsIsNone) {
+    Listen([this] {
+        const Told list(List());
+        const RECT window = ScreenRectangleOf(List());
+        EXPECT_EQ(list.At(POINT{window.left + 5, window.bottom - 5}), CHILDID_SELF);
+        EXPECT_EQ(list.State(CHILDID_SELF) & STATE_SYSTEM_UNAVAILABLE, 0);
+        EXPECT_EQ(list.State(1) & STATE_SYSTEM_UNAVAILABLE, 0);
+    });
+}
+
 std::atomic<int> described = 0;
 HDC(WINAPI* createCompatible)(HDC) = nullptr;
 HDC WINAPI NoteRead(HDC dc) {

@@ -39,6 +39,12 @@ BOOL WINAPI NoteStart(LPCWSTR program, LPWSTR arguments, LPSECURITY_ATTRIBUTES,
     return TRUE;
 }
 
+int beeps = 0;
+BOOL WINAPI CountBeep(UINT) {
+    ++beeps;
+    return TRUE;
+}
+
 LSTATUS WINAPI FailAlways(HKEY, DWORD, LPWSTR, LPDWORD, LPDWORD, LPDWORD, LPBYTE, LPDWORD) {
     return ERROR_NOT_ENOUGH_MEMORY;
 }
@@ -161,6 +167,23 @@ TEST_F(LanguageMenu, OfAnItemWithoutALanguageStoresNone) {
     Choose(0);
     EXPECT_FALSE(CleanSettings::Number(L"langid"));
     EXPECT_TRUE(questions.empty());
+}
+
+// Its items are those of a filling that nobody stands for any more.
+TEST_F(LanguageMenu, ThatCannotBeFilledAgainBeeps) {
+    MakePack(L"vantor.exe.0407.ui", german, L"Gut");
+    OpenMenu();
+    ASSERT_EQ(Languages().size(), 2u);
+    SetOverride(folder.MakeFile(L"anything.dll"));
+    const PlatformHook<decltype(FailAlways)> hook("RegEnumValueW", FailAlways);
+    const PlatformHook<decltype(CountBeep)> beep("MessageBeep", CountBeep);
+    OpenMenu();
+    ASSERT_EQ(Languages().size(), 2u);
+    beeps = 0;
+    Choose(0);
+    EXPECT_FALSE(CleanSettings::Number(L"langid"));
+    EXPECT_TRUE(questions.empty());
+    EXPECT_EQ(beeps, 1);
 }
 
 TEST_F(LanguageMenu, StoresTheLanguageInUseWithoutAQuestion) {

@@ -287,6 +287,27 @@ TEST_F(HostilePacks, WithOtherInsertsLeaveThePatternEnglish) {
     EXPECT_EQ(text::FormatText(IDS_ACTION_FAILED, L"x").substr(0, 10), L"The action");
 }
 
+TEST_F(HostilePacks, WithAnInsertAtTheirEndAreReadNoFurther) {
+    EXPECT_TRUE(text::InsertsFit(std::wstring_view(L"%12", 2), L"%1"));
+    EXPECT_FALSE(text::InsertsFit(L"%12", L"%1"));
+}
+
+TEST_F(HostilePacks, WithAMenuBehindALongerHeadAreTaken) {
+    const std::vector<BYTE> menu = {0, 0, 4, 0, 1, 1, 1, 1, 0x80, 0, 77, 0, 'D', 0, 0, 0};
+    EXPECT_TRUE(text::IsSoundMenu({menu.data(), menu.size()}));
+}
+
+TEST_F(HostilePacks, WithoutResourcesLeaveEnglish) {
+    std::vector<BYTE> bytes = SoundPack();
+    ASSERT_TRUE(text::IsWholeModule(bytes.data(), bytes.size()));
+    const size_t header = bytes[0x3C] | static_cast<size_t>(bytes[0x3D]) << 8;
+    const size_t optional = header + 24;
+    const size_t directories = bytes[optional + 1] == 2 ? 112 : 96;
+    const size_t resources = optional + directories + size_t{8} * IMAGE_DIRECTORY_ENTRY_RESOURCE;
+    std::fill_n(bytes.begin() + static_cast<ptrdiff_t>(resources), 4, BYTE{0});
+    EXPECT_FALSE(text::IsWholeModule(bytes.data(), bytes.size()));
+}
+
 TEST_F(HostilePacks, WithAMenuOfTenThousandItemsLeaveTheMenuEnglish) {
     std::vector<BYTE> menu(4);
     for (int item = 0; item < 10000; ++item) {

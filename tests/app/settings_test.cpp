@@ -146,6 +146,16 @@ TEST_F(Settings, KeepTexts) {
     EXPECT_EQ(ReadText(L"path"), longText);
 }
 
+// A byte more would be whatever lies behind the text.
+TEST_F(Settings, TextsAreStoredWithOneEnd) {
+    WriteText(L"path", L"\\a");
+    DWORD size = 0;
+    EXPECT_EQ(RegGetValueW(HKEY_LOCAL_MACHINE, L"Software\\Kelmor\\vantor", L"path", RRF_RT_REG_SZ,
+                           nullptr, nullptr, &size),
+              ERROR_SUCCESS);
+    EXPECT_EQ(size, 3 * sizeof(wchar_t));
+}
+
 TEST_F(Settings, HaveOneTypeEach) {
     WriteText(L"text", L"12");
     EXPECT_FALSE(ReadNumber(L"text"));

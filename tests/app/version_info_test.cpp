@@ -1,5 +1,7 @@
 #include "text/pack/version_info.h"
 
+#include <algorithm>
+
 #include "tests/app/language_fixture.h"
 #include "text/resources.h"
 
@@ -69,6 +71,27 @@ TEST(VersionInfo, IsNoneWhenShortOrUnsigned) {
     EXPECT_FALSE(VersionInfo::Parse({block.data(), 0}));
     block[40] ^= 1;
     EXPECT_FALSE(Parse(block));
+}
+
+TEST(VersionInfo, IsNoneWhereItsValueHasNoRoomForTheSign) {
+    Bytes block = German();
+    block[2] = 3;
+    EXPECT_FALSE(Parse(block));
+    block[2] = 4;
+    EXPECT_TRUE(Parse(block));
+}
+
+TEST(VersionInfo, TextsAreNamedByWhatLiesInThem) {
+    Bytes block = German();
+    const std::wstring name = L"Translated";
+    const auto* letters = reinterpret_cast<const BYTE*>(name.data());
+    const auto found = std::search(block.begin(), block.end(), letters,
+                                   letters + name.size() * sizeof(wchar_t));
+    ASSERT_NE(found, block.end());
+    // The text ends within its own name; the rest of the name stands behind it.
+    const size_t node = static_cast<size_t>(found - block.begin()) - 6;
+    block[node] = 6 + 9 * sizeof(wchar_t);
+    EXPECT_FALSE(Parse(block)->GetVersionString(name.c_str(), german));
 }
 
 // Every length in the block takes every extreme; nothing may be read that lies outside.

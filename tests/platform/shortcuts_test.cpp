@@ -163,6 +163,11 @@ TEST(Shortcut, WithAnOverlongCommandFails) {
     const std::wstring path = folder.Path() + L"\\a.lnk";
     EXPECT_FALSE(CreateShortcut(path.c_str(), (L"\"\\" + std::wstring(300, L'x')).c_str()));
     EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_FILENAME_EXCED_RANGE));
+    // One character more than a path has.
+    const std::wstring tooLong = L"\"\\" + std::wstring(MAX_PATH - 1, L'x') + L'"';
+    SetLastError(ERROR_SUCCESS);
+    EXPECT_FALSE(CreateShortcut(path.c_str(), tooLong.c_str()));
+    EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_FILENAME_EXCED_RANGE));
     EXPECT_FALSE(CreateShortcut(path.c_str(), (L"\\a " + std::wstring(1100, L'x')).c_str()));
     EXPECT_EQ(GetFileAttributesW(path.c_str()), INVALID_FILE_ATTRIBUTES);
 }

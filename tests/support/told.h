@@ -5,6 +5,7 @@
 #include <oleacc.h>
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/bstr.h"
@@ -61,6 +62,17 @@ class Told {
         VARIANT child = {};
         return object_->accHitTest(point.x, point.y, &child) == S_OK ? child.lVal : -1;
     }
+    // Where a direction (NAVDIR_NEXT) leads from a part: 0 to nowhere. What was in the answer's
+    // place has gone in any case.
+    LONG To(LONG direction, LONG part) const {
+        VARIANT to = {};
+        to.vt = VT_BOOL;
+        const HRESULT result = object_->accNavigate(direction, Child(part), &to);
+        EXPECT_EQ(to.vt, result == S_OK ? VT_I4 : VT_EMPTY);
+        return result == S_OK ? to.lVal : 0;
+    }
+    // Gives the object back; how many references to it are left.
+    ULONG Release() { return std::exchange(object_, nullptr)->Release(); }
     RECT Place(LONG part) const {
         LONG left = 0;
         LONG top = 0;

@@ -67,7 +67,7 @@ LRESULT WINAPI TellOwnIcon(HWND window, UINT message, WPARAM wParam, LPARAM lPar
     if (window != askedWindow || message != WM_GETICON) {
         return realSend(window, message, wParam, lParam, flags, timeout, answer);
     }
-    iconQueries += wParam == ICON_BIG ? 'B' : wParam == ICON_SMALL ? 'S' : '?';
+    iconQueries += lParam != 0 ? '!' : wParam == ICON_BIG ? 'B' : wParam == ICON_SMALL ? 'S' : '?';
     *answer = reinterpret_cast<DWORD_PTR>(ownIcons[wParam == ICON_SMALL]);
     return TRUE;
 }

@@ -29,6 +29,11 @@ DWORD WINAPI AllExists(const wchar_t*) {
     return FILE_ATTRIBUTE_DIRECTORY;
 }
 
+DWORD WINAPI AllButTheLastExist(const wchar_t* path) {
+    const std::wstring_view name(path);
+    return name.ends_with(L" 255") ? INVALID_FILE_ATTRIBUTES : FILE_ATTRIBUTE_DIRECTORY;
+}
+
 HRESULT CodeOf(const std::function<void()>& action) {
     try {
         action();
@@ -98,6 +103,11 @@ TEST(FileNames, NewFoldersAreNumberedFromTheSecondOn) {
     folder.MakeFolder(L"New Folder");
     folder.MakeFile(L"New Folder 1");
     EXPECT_EQ(UniqueFolderName(folder.Path()), L"New Folder 2");
+}
+
+TEST(FileNames, TheLastNumberIsTried) {
+    const PlatformHook<DWORD WINAPI(const wchar_t*)> hook("GetFileAttributesW", AllButTheLastExist);
+    EXPECT_EQ(UniqueFolderName(L"\\Temp"), L"New Folder 255");
 }
 
 TEST(FileNames, AfterTheLastNumberTheNameIsInvalid) {

@@ -337,6 +337,22 @@ TEST_F(FailingTransfer, AFileSetAsideGetsANameThatNothingHas) {
         (Tree{{L"D", "new"}, {L"D.vantor-replaced", "older"}, {L"D.vantor-replaced-1", "oldest"}}));
 }
 
+TEST_F(FailingTransfer, AFileSetAsideHasAPathThatFits) {
+    const auto isThere = [](const std::wstring& file) {
+        return GetFileAttributesW(file.c_str()) != INVALID_FILE_ATTRIBUTES;
+    };
+    const std::wstring name(MAX_PATH - 2 - to.size(), L'n');
+    const std::wstring path = to + L'\\' + name;
+    folder.MakeFile(path.substr(folder.Path().size() + 1), "old");
+    {
+        const SetAside aside(path);
+        EXPECT_FALSE(isThere(path));
+        const std::wstring suffix = L".vantor-replaced";
+        EXPECT_TRUE(isThere(path.substr(0, path.size() - suffix.size()) + suffix));
+    }
+    EXPECT_TRUE(isThere(path));
+}
+
 TEST_F(FailingTransfer, FilesWithoutAnIdentityAreComparedByTheirPaths) {
     MakeTree(from, {{L"D", "new"}});
     MakeTree(to, {{L"D", "old"}});

@@ -303,8 +303,9 @@ Wrong Play::End() {
     if (!program_.Runs()) {
         return Wrong();
     }
+    // What a real finger did last may have opened something, and so may what is still on its way.
+    State state = CloseWhatIsOpen() ? State::Ready : program_.Settle();
     PostMessageW(program_.Window(), WM_COMMAND, ID_EXIT, 0);
-    State state = State::Ready;
     test::WaitFor([&] {
         state = program_.Settle();
         return state != State::Ready;

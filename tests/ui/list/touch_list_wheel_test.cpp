@@ -104,6 +104,14 @@ TEST_F(TouchListWheel, ATurnBackBeginsAnew) {
     EXPECT_EQ(TopAfter(1), 9u);
 }
 
+TEST_F(TouchListWheel, ATurnOfNothingKeepsThePartOfANotch) {
+    Open(EqualHeights(40, 40));
+    list.SetTopIndex(10);
+    EXPECT_EQ(TopAfter(39), 10u);
+    EXPECT_EQ(TopAfter(0), 10u);
+    EXPECT_EQ(TopAfter(1), 9u);
+}
+
 TEST_F(TouchListWheel, ThatIsTurnedInADragDoesNothing) {
     Open(EqualHeights(40, 40));
     Run([&] {

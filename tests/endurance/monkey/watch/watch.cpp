@@ -1,6 +1,7 @@
 // Loaded into the program under test: says how far it has come with its messages, and counts what
 // its process holds.
 #include "tests/endurance/monkey/watch/channel.h"
+#include "tests/support/platform_hook.h"
 #include "tests/support/world.h"
 
 namespace {
@@ -47,7 +48,9 @@ LRESULT CALLBACK WatchMessage(int code, WPARAM wParam, LPARAM lParam) {
     return CallNextHookEx(nullptr, code, wParam, lParam);
 }
 
-unsigned CountBlocks() {
+constexpr DWORD anySize = 0;
+
+unsigned CountBlocks(DWORD size) {
     constexpr DWORD mostHeaps = 64;
     HANDLE heaps[mostHeaps];
     const DWORD count = GetProcessHeaps(mostHeaps, heaps);
@@ -56,11 +59,32 @@ unsigned CountBlocks() {
         PROCESS_HEAP_ENTRY entry = {};
         HeapLock(heaps[index]);
         while (HeapWalk(heaps[index], &entry)) {
-            blocks += (entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) != 0;
+            blocks += (entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) != 0 &&
+                      (size == anySize || entry.cbData == size);
         }
         HeapUnlock(heaps[index]);
     }
     return blocks;
+}
+
+// Wine reads the clipboard through a buffer of this many bytes, and loses it where the process has
+// the data already, as one has that put them there: so does any program that puts and reads them.
+constexpr DWORD clipboardBuffer = 1024;
+unsigned lostBuffers = 0;
+
+decltype(GetClipboardData)* getClipboardData = nullptr;
+HANDLE WINAPI CountLostBuffer(UINT format) {
+    const unsigned before = CountBlocks(clipboardBuffer);
+    const HANDLE data = getClipboardData(format);
+    lostBuffers += CountBlocks(clipboardBuffer) - before;
+    return data;
+}
+
+void WatchClipboard() {
+    if (void** const import = test::FindImport("GetClipboardData")) {
+        getClipboardData = reinterpret_cast<decltype(GetClipboardData)*>(*import);
+        test::SetImport(import, reinterpret_cast<void*>(CountLostBuffer));
+    }
 }
 
 // The first question comes when there is a thread to watch.
@@ -74,7 +98,7 @@ DWORD WINAPI Serve(void*) {
         const test::Held held = test::CountHeld();
         channel->gdiObjects = held.gdiObjects;
         channel->handles = held.handles;
-        channel->blocks = CountBlocks();
+        channel->blocks = CountBlocks(anySize) - lostBuffers;
         SetEvent(answer);
     }
 }
@@ -108,6 +132,7 @@ BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, void*) {
     if (!channel || !ask || !answer || !marked) {
         return FALSE;
     }
+    WatchClipboard();
     CloseHandle(CreateThread(nullptr, 0, Serve, nullptr, 0, nullptr));
     return TRUE;
 }
