@@ -344,7 +344,10 @@ def read_known():
     with open(os.path.join(HERE, "known.txt"), encoding="utf-8") as file:
         for line in file:
             if line.strip() and not line.startswith("#"):
-                path, code, words, reason = (part.strip() for part in line.split(" | ", 3))
+                path, rest = line.strip().split(" | ", 1)
+                # Code may have the sign itself.
+                rest, reason = rest.rsplit(" | ", 1)
+                code, words = rest.rsplit(" | ", 1)
                 known[(path, code, words)] = reason
     return known
 

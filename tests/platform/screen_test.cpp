@@ -138,6 +138,11 @@ TEST(SystemFont, IsReadableAtAHandheldsProportions) {
     EXPECT_EQ(font.lfHeight, -MulDiv(12, platform::desktop::DotsPerInch(), 96));
     EXPECT_EQ(font.lfWeight, FW_NORMAL);
     EXPECT_EQ(platform::SystemFont(), platform::SystemFont());
+    const PlatformHook<DeviceCaps> hook("GetDeviceCaps", TellDots);
+    dots = 480;
+    const platform::UniqueFont large(platform::desktop::CreateSystemFont());
+    ASSERT_TRUE(GetObjectW(large.Get(), sizeof font, &font));
+    EXPECT_EQ(font.lfHeight, -60);
 }
 
 TEST(MenuBarOfAWindow, IsAbsentOnAPC) {

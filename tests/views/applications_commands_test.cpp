@@ -440,6 +440,13 @@ TEST_F(ApplicationsCommands, HaveAKeyboardsKeysToo) {
     EXPECT_TRUE(program.Runs());
 }
 
+TEST_F(ApplicationsCommands, FollowTheRowsThatAreReadAnew) {
+    Open();
+    frame.menuChanges = 0;
+    view->Command(ID_REFRESH);
+    EXPECT_GT(frame.menuChanges, 0);
+}
+
 TEST_F(ApplicationsCommands, InformationShowsTheWindowAsItIs) {
     const SampleProgram program(L"polite", L"  Sample 1");
     Open();

@@ -29,8 +29,17 @@ DWORD WINAPI SlowTime() {
     return realTime() + timeTaken;
 }
 
+// A window of which a part is to be drawn anew at each entry, and how many entries have found that
+// of the one before not drawn yet.
+HWND shown = nullptr;
+int notDrawn = 0;
+
 void TakeTime() {
     timeTaken += timeOfEntry;
+    if (shown) {
+        notDrawn += GetUpdateRect(shown, nullptr, FALSE) != 0;
+        InvalidateRect(shown, nullptr, FALSE);
+    }
     if (++entries != waitsBefore) {
         return;
     }
@@ -70,6 +79,8 @@ class LongWork : public OperationsFixture {
         waitsBefore = 0;
         entries = 0;
         userIsDone = false;
+        shown = nullptr;
+        notDrawn = 0;
         folder.MakeFolder(L"tree");
         for (const wchar_t* name : names) {
             folder.MakeFile(std::wstring(L"tree\\") + name);
@@ -145,6 +156,15 @@ TEST_F(LongWork, TellsWhatIsCopiedAndHowFarItIs) {
     });
     EXPECT_FALSE(Band());
     EXPECT_EQ(FilesIn(L"here\\tree"), 12);
+}
+
+TEST_F(LongWork, DrawsWhatIsToBeDrawnMeanwhile) {
+    PutTree();
+    shown = List().Handle();
+    UpdateWindow(shown);
+    Give(ID_PASTE);
+    EXPECT_EQ(notDrawn, 0);
+    EXPECT_GE(entries, 12);
 }
 
 TEST_F(LongWork, GivesBackEveryObject) {

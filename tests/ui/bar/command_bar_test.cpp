@@ -49,6 +49,15 @@ DWORD WINAPI NoteWait(DWORD count, const HANDLE* handles, DWORD milliseconds, DW
     return waitForInput(count, handles, milliseconds, mask, flags);
 }
 
+// A clock that goes on by so much each time the bar's thread looks at it.
+constexpr DWORD clockStep = 100;
+DWORD barThread = 0;
+DWORD clockTime = 0;
+DWORD(WINAPI* realClock)() = nullptr;
+DWORD WINAPI SteppingClock() {
+    return GetCurrentThreadId() == barThread ? clockTime += clockStep : realClock();
+}
+
 class CommandBarTap : public BarTest {};
 class CommandBarMenu : public BarTest {};
 class CommandBarPress : public BarTest {
@@ -86,6 +95,26 @@ TEST_F(CommandBarTap, AQuickOneIsNotTracked) {
         input.Play(Finger().Up());
     });
     EXPECT_EQ(Commands(), (std::vector<Command>{CommandOf(10)}));
+}
+
+TEST_F(CommandBarTap, AQuickOneIsWaitedForAsLongAsItMayStillLast) {
+    Open(twoCommands);
+    const PlatformHook<decltype(NoteWait)> hook("MsgWaitForMultipleObjectsEx", NoteWait);
+    waitForInput = hook.Original();
+    const PlatformHook<decltype(SteppingClock)> clock("GetTickCount", SteppingClock);
+    realClock = clock.Original();
+    barThread = GetCurrentThreadId();
+    waits.clear();
+    Run([&] { input.Play(Finger().Down(ButtonPoint(0)).Wait(600).Up()); });
+    barThread = 0;
+    std::vector<DWORD> times;
+    for (const Waited& wait : waits) {
+        if (wait.mask == QS_MOUSEBUTTON) {
+            times.push_back(wait.milliseconds);
+        }
+    }
+    ASSERT_FALSE(times.empty());
+    EXPECT_EQ(times[0], 350 - clockStep);
 }
 
 TEST_F(CommandBarTap, AQuickOneCountsWhereItBegan) {

@@ -258,6 +258,14 @@ TEST_F(MessageBoxKeys, OtherKeysAreIgnored) {
     EXPECT_EQ(After(yesNo, 1, {"a", "y", "space", "Home", "F1", "Return"}), IDS_BUTTON_NO);
 }
 
+TEST_F(MessageBoxFailure, AskingToEraseIsAnsweredWithoutDrawing) {
+    Show(L"Really?", {IDS_BUTTON_OK}, 0, [&] {
+        const HWND box = WaitForBox();
+        EXPECT_EQ(SendMessageW(box, WM_ERASEBKGND, 0, 0), 1);
+        Finger().Key("Return").Play();
+    });
+}
+
 TEST_F(MessageBoxFailure, WithoutMemoryForItsTemplateItIsNotCreated) {
     const PlatformHook memory("LocalAlloc", NoMemory);
     SetLastError(0);
