@@ -85,8 +85,8 @@ TEST(VersionInfo, TextsAreNamedByWhatLiesInThem) {
     Bytes block = German();
     const std::wstring name = L"Translated";
     const auto* letters = reinterpret_cast<const BYTE*>(name.data());
-    const auto found = std::search(block.begin(), block.end(), letters,
-                                   letters + name.size() * sizeof(wchar_t));
+    const auto found =
+        std::search(block.begin(), block.end(), letters, letters + name.size() * sizeof(wchar_t));
     ASSERT_NE(found, block.end());
     // The text ends within its own name; the rest of the name stands behind it.
     const size_t node = static_cast<size_t>(found - block.begin()) - 6;
