@@ -50,6 +50,18 @@ TEST_F(FormListMeasure, LeavesSixteenBordersAndAThirdOfTheHeight) {
     }
 }
 
+TEST_F(FormListMeasure, OwnsItsRows) {
+    std::vector<RowScript> none;
+    Open(none);
+    RowScript script;
+    auto form = std::make_unique<ui::FormList>();
+    ASSERT_TRUE(form->Open(owner.Handle(), RECT{0, 0, 100, 100}, 7));
+    form->AddRow(std::make_unique<SampleRow>(script));
+    EXPECT_EQ(script.deleted, 0);
+    form.reset();
+    EXPECT_EQ(script.deleted, 1);
+}
+
 TEST_F(FormListMeasure, AWindowWithoutRoomHasNone) {
     std::vector<RowScript> rows(1);
     Open(rows);
