@@ -50,16 +50,21 @@ TEST_F(FormListMeasure, LeavesSixteenBordersAndAThirdOfTheHeight) {
     }
 }
 
-TEST_F(FormListMeasure, OwnsItsRows) {
+TEST_F(FormListMeasure, OwnsItsRowsWithAWindowAndWithout) {
     std::vector<RowScript> none;
     Open(none);
-    RowScript script;
-    auto form = std::make_unique<ui::FormList>();
-    ASSERT_TRUE(form->Open(owner.Handle(), RECT{0, 0, 100, 100}, 7));
-    form->AddRow(std::make_unique<SampleRow>(script));
-    EXPECT_EQ(script.deleted, 0);
-    form.reset();
-    EXPECT_EQ(script.deleted, 1);
+    for (const bool opened : {true, false}) {
+        RowScript script;
+        {
+            ui::FormList form;
+            if (opened) {
+                ASSERT_TRUE(form.Open(owner.Handle(), RECT{0, 0, 100, 100}, 7));
+            }
+            form.AddRow(std::make_unique<SampleRow>(script));
+            EXPECT_EQ(script.deleted, 0);
+        }
+        EXPECT_EQ(script.deleted, 1) << opened;
+    }
 }
 
 TEST_F(FormListMeasure, AWindowWithoutRoomHasNone) {
