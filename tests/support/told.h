@@ -5,7 +5,6 @@
 #include <oleacc.h>
 
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "platform/bstr.h"
@@ -71,8 +70,6 @@ class Told {
         EXPECT_EQ(to.vt, result == S_OK ? VT_I4 : VT_EMPTY);
         return result == S_OK ? to.lVal : 0;
     }
-    // Gives the object back; how many references to it are left.
-    ULONG Release() { return std::exchange(object_, nullptr)->Release(); }
     RECT Place(LONG part) const {
         LONG left = 0;
         LONG top = 0;
