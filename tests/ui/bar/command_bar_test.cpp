@@ -49,13 +49,19 @@ DWORD WINAPI NoteWait(DWORD count, const HANDLE* handles, DWORD milliseconds, DW
     return waitForInput(count, handles, milliseconds, mask, flags);
 }
 
-// A clock that goes on by so much each time the bar's thread looks at it.
+// A clock that goes on by so much each time somebody looks at it.
 constexpr DWORD clockStep = 100;
-DWORD barThread = 0;
 DWORD clockTime = 0;
-DWORD(WINAPI* realClock)() = nullptr;
 DWORD WINAPI SteppingClock() {
-    return GetCurrentThreadId() == barThread ? clockTime += clockStep : realClock();
+    return clockTime += clockStep;
+}
+// The finger is lifted while the bar waits.
+HWND pressedBar = nullptr;
+DWORD WINAPI LiftMeanwhile(DWORD count, const HANDLE*, DWORD milliseconds, DWORD mask,
+                           DWORD flags) {
+    waits.push_back(Waited{count, milliseconds, mask, flags});
+    PostMessageW(pressedBar, WM_LBUTTONUP, 0, 0);
+    return WAIT_OBJECT_0;
 }
 
 class CommandBarTap : public BarTest {};
@@ -99,22 +105,17 @@ TEST_F(CommandBarTap, AQuickOneIsNotTracked) {
 
 TEST_F(CommandBarTap, AQuickOneIsWaitedForAsLongAsItMayStillLast) {
     Open(twoCommands);
-    const PlatformHook<decltype(NoteWait)> hook("MsgWaitForMultipleObjectsEx", NoteWait);
-    waitForInput = hook.Original();
-    const PlatformHook<decltype(SteppingClock)> clock("GetTickCount", SteppingClock);
-    realClock = clock.Original();
-    barThread = GetCurrentThreadId();
-    waits.clear();
-    Run([&] { input.Play(Finger().Down(ButtonPoint(0)).Wait(600).Up()); });
-    barThread = 0;
-    std::vector<DWORD> times;
-    for (const Waited& wait : waits) {
-        if (wait.mask == QS_MOUSEBUTTON) {
-            times.push_back(wait.milliseconds);
-        }
+    {
+        const PlatformHook<decltype(LiftMeanwhile)> wait("MsgWaitForMultipleObjectsEx",
+                                                         LiftMeanwhile);
+        const PlatformHook<decltype(SteppingClock)> clock("GetTickCount", SteppingClock);
+        pressedBar = bar.Handle();
+        waits.clear();
+        SendMessageW(bar.Handle(), WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(5, 5));
     }
-    ASSERT_FALSE(times.empty());
-    EXPECT_EQ(times[0], 350 - clockStep);
+    ASSERT_EQ(waits.size(), 1u);
+    EXPECT_EQ(waits[0].milliseconds, 350 - clockStep);
+    EXPECT_EQ(waits[0].mask, static_cast<DWORD>(QS_MOUSEBUTTON));
 }
 
 TEST_F(CommandBarTap, AQuickOneCountsWhereItBegan) {
