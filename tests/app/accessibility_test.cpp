@@ -219,6 +219,31 @@ TEST_F(Accessibility, APageTellsItsLines) {
     });
 }
 
+TEST_F(Accessibility, BesideTheOnlyButtonOfABarIsNone) {
+    Listen([this] {
+        PostMessageW(frame.Handle(), WM_COMMAND, ID_ABOUT, 0);
+        const HWND page = WaitForWindow(L"#32770");
+        ASSERT_TRUE(page);
+        const Told bar(FindChild(page, L"kx::CmdBar"));
+        EXPECT_EQ(bar.Count(), 1);
+        const RECT button = bar.Place(1);
+        EXPECT_EQ(bar.At(POINT{button.left + 5, button.top + 5}), 1);
+        EXPECT_EQ(bar.At(POINT{button.right + 5, button.top + 5}), CHILDID_SELF);
+        Finger().Key("Escape").Play();
+        EXPECT_TRUE(WaitFor([&] { return !IsWindow(page); }));
+    });
+}
+
+TEST_F(Accessibility, WhatIsToldGoesWithItsLastReader) {
+    Listen([this] {
+        void* found = nullptr;
+        ASSERT_EQ(AccessibleObjectFromWindow(List(), static_cast<DWORD>(OBJID_CLIENT),
+                                             IID_IAccessible, &found),
+                  S_OK);
+        EXPECT_EQ(static_cast<IAccessible*>(found)->Release(), 0u);
+    });
+}
+
 TEST_F(Accessibility, ANumberThatNobodyAskedWithIsNoQuestion) {
     Listen([this] {
         for (const WPARAM number : {WPARAM{0}, WPARAM{1}, ~WPARAM{0}}) {

@@ -88,6 +88,18 @@ TEST_F(SettingsPage, TellsTheTranslatorOfTheSelectedPack) {
     EXPECT_TRUE(texts.Shows(L"Mit Dank")) << texts.All();
 }
 
+TEST_F(SettingsPage, ShowsALongRemarkOfTheSelectedPackWhole) {
+    std::wstring remark;
+    for (int word = 0; word < 40; ++word) {
+        remark += L"Dank ";
+    }
+    ResourceModule(german)
+        .Raw(16, 1, VersionBlock(L"040704B0", {{L"TranslatedInfo", remark + L"und Gruss"}}))
+        .Write(folder.Path() + L"\\vantor.exe.0407.ui");
+    Press({"Down", "space", "Escape"});
+    EXPECT_TRUE(texts.Contains(L"Gruss")) << texts.All();
+}
+
 TEST_F(SettingsPage, StoresTheSelectedLanguage) {
     Press({"Down", "space", "F1"});
     EXPECT_EQ(chosen, german);

@@ -35,6 +35,13 @@ DWORD WINAPI FindTooMuch(DWORD, const void*, DWORD, DWORD, wchar_t*, DWORD, char
     throw std::bad_alloc();
 }
 
+// Before any other test asks for it. Texts cannot be made there, so only the answer is kept.
+const bool keptFromTheStart = [] {
+    KeepFixedMessage();
+    const NoMemory none;
+    return W32Fault(E_OUTOFMEMORY).Message() == noMessage;
+}();
+
 using Format = DWORD(DWORD, const void*, DWORD, DWORD, wchar_t*, DWORD, char**);
 
 // The system's text of an error, with its line break.
@@ -211,6 +218,10 @@ TEST(FullFaultText, OfTheLastErrorIsTheSystemsTextOnOneLine) {
     ASSERT_EQ(expected.substr(expected.size() - 2), L"\r\n");
     expected.replace(expected.size() - 2, 2, L" ");
     EXPECT_EQ(FullText(fault), expected);
+}
+
+TEST(FaultMessage, ThatIsFixedNeedsNoMemoryOnceItIsKept) {
+    EXPECT_TRUE(keptFromTheStart);
 }
 
 TEST(FullFaultText, WithoutAMessageIsTheCode) {

@@ -4,7 +4,9 @@
 #include <objbase.h>
 #include <shlobj.h>
 
+#include <algorithm>
 #include <string>
+#include <utility>
 
 #include "platform/handles.h"
 #include "tests/support/platform_hook.h"
@@ -53,6 +55,30 @@ class ForeignShortcut {
 
 HRESULT WINAPI NoObject(REFCLSID, IUnknown*, DWORD, REFIID, void**) {
     return REGDB_E_CLASSNOTREG;
+}
+
+// A shell link whose GetPath notes how it was asked.
+decltype(CoCreateInstance)* createObject = nullptr;
+constexpr size_t methodsOfLink = 21;
+constexpr size_t getPath = 3;
+void* methods[methodsOfLink] = {};
+void* realGetPath = nullptr;
+DWORD pathKind = ~0u;
+HRESULT WINAPI NoteGetPath(IShellLinkW* link, wchar_t* path, int size, WIN32_FIND_DATAW* found,
+                           DWORD kind) {
+    pathKind = kind;
+    return reinterpret_cast<decltype(&NoteGetPath)>(realGetPath)(link, path, size, found, kind);
+}
+HRESULT WINAPI CreateNotedLink(REFCLSID kind, IUnknown* outer, DWORD context, REFIID face,
+                               void** object) {
+    const HRESULT result = createObject(kind, outer, context, face, object);
+    if (SUCCEEDED(result) && face == IID_IShellLinkW) {
+        void*** const table = static_cast<void***>(*object);
+        std::copy_n(*table, methodsOfLink, methods);
+        realGetPath = std::exchange(methods[getPath], reinterpret_cast<void*>(NoteGetPath));
+        *table = methods;
+    }
+    return result;
 }
 
 }  // namespace
@@ -170,6 +196,13 @@ TEST(Shortcut, WithAnOverlongCommandFails) {
     EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_FILENAME_EXCED_RANGE));
     EXPECT_FALSE(CreateShortcut(path.c_str(), (L"\\a " + std::wstring(1100, L'x')).c_str()));
     EXPECT_EQ(GetFileAttributesW(path.c_str()), INVALID_FILE_ATTRIBUTES);
+}
+
+TEST(Shortcut, TellsTheLongPathAndNotTheShortOne) {
+    const PlatformHook<decltype(CreateNotedLink)> hook("CoCreateInstance", CreateNotedLink);
+    createObject = hook.Original();
+    EXPECT_EQ(Kept(L"\"\\Program Files\\a.exe\""), L"\"\\Program Files\\a.exe\"");
+    EXPECT_EQ(pathKind, 0u);
 }
 
 TEST(Shortcut, WhoseCommandDoesNotFitIsNotRead) {

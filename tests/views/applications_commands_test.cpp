@@ -139,6 +139,28 @@ class ApplicationsCommands : public ApplicationsFixture {
         EXPECT_FALSE(asked);
     }
 
+    // Shows a window's information with texts of a pack while the user looks at it.
+    void ShowInformationFrom(const ResourceModule& texts, const std::function<void()>& look) {
+        const SampleProgram program(L"polite", L"Sample 1");
+        const TemporaryFolder folder;
+        const std::wstring path = folder.Path() + L"\\pack.dll";
+        texts.Write(path);
+        const platform::UniqueModule pack(
+            LoadLibraryExW(path.c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE));
+        ASSERT_TRUE(pack);
+        Open();
+        Select(L"Sample 1");
+        text::SetResourceModule(pack.Get(), 0x0407);
+        WhileUser(
+            [&] {
+                const HWND page = WaitForBox();
+                look();
+                AnswerBox(page, Finger().Key("Return"));
+            },
+            [&] { view->Command(ID_PROPERTIES); });
+        text::SetProgramModule(text::ProgramModule());
+    }
+
     DrawnTexts texts;
 
  private:
@@ -470,28 +492,25 @@ TEST_F(ApplicationsCommands, InformationShowsTheWindowAsItIs) {
 }
 
 TEST_F(ApplicationsCommands, InformationIsAWholeTextWhereAPackPutsTheNumberElsewhere) {
-    const SampleProgram program(L"polite", L"Sample 1");
-    const TemporaryFolder folder;
-    const std::wstring path = folder.Path() + L"\\pack.dll";
-    ResourceModule(0x0407)
-        .Text(IDS_WINDOW_HANDLE, L"Handle %1!#x! of it")
-        .Text(IDS_OWNER_PROCESS, L"%1!#x! owns it")
-        .Write(path);
-    const platform::UniqueModule pack(
-        LoadLibraryExW(path.c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE));
-    ASSERT_TRUE(pack);
-    Open();
-    Select(L"Sample 1");
-    text::SetResourceModule(pack.Get(), 0x0407);
-    WhileUser(
-        [&] {
-            const HWND page = WaitForBox();
+    ShowInformationFrom(
+        ResourceModule(0x0407)
+            .Text(IDS_WINDOW_HANDLE, L"Handle %1!#x! of it")
+            .Text(IDS_OWNER_PROCESS, L"%1!#x! owns it"),
+        [this] {
             EXPECT_TRUE(WaitFor([&] { return Shows(L" of it") && Shows(L" owns it"); }, 3000))
                 << texts.All();
-            AnswerBox(page, Finger().Key("Return"));
-        },
-        [&] { view->Command(ID_PROPERTIES); });
-    text::SetProgramModule(text::ProgramModule());
+        });
+}
+
+TEST_F(ApplicationsCommands, InformationTellsAnyNumberFromItsText) {
+    ShowInformationFrom(ResourceModule(0x0407)
+                            .Text(IDS_WINDOW_HANDLE, L"Handle: 9")
+                            .Text(IDS_OWNER_PROCESS, L"By: 0"),
+                        [this] {
+                            for (const wchar_t* text : {L"Handle:", L"9", L"By:", L"0"}) {
+                                EXPECT_TRUE(texts.Shows(text)) << texts.All();
+                            }
+                        });
 }
 
 TEST_F(ApplicationsCommands, InformationTakesTheFirstIconThatTheWindowTells) {

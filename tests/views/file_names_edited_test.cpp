@@ -1,6 +1,7 @@
 #include "faults/fault.h"
 #include "res/resource.h"
 #include "tests/views/operations_fixture.h"
+#include "ui/window/held_fault.h"
 
 using namespace test;
 using namespace views;
@@ -69,6 +70,19 @@ TEST_F(Renaming, EscapeChangesNothing) {
     EXPECT_EQ(Rows(), (Names{L"Docs", L"b.txt", L"m.txt"}));
     EXPECT_TRUE(Exists(L"b.txt"));
     EXPECT_EQ(Selected(), L"b.txt");
+}
+
+TEST_F(Renaming, AMenuThatCannotFollowItsEndIsReportedAfterwards) {
+    Select(L"b.txt");
+    Give(ID_RENAME, [&] {
+        WaitForEditor();
+        frame.menuFails = true;
+        Finger().Key("Escape").Play();
+        EXPECT_TRUE(EditorGone());
+    });
+    EXPECT_FALSE(frame.menuFails);
+    EXPECT_THROW(ui::RethrowHeldException(), faults::W32Fault);
+    EXPECT_EQ(Rows(), (Names{L"Docs", L"b.txt", L"m.txt"}));
 }
 
 TEST_F(Renaming, HasTheBarDoneAndCancelWhileItLasts) {

@@ -40,6 +40,13 @@ void OneViewFrame::TitleChanged() {
     }
 }
 
+void OneViewFrame::MenuStateChanged() {
+    ++menuChanges;
+    if (std::exchange(menuFails, false)) {
+        throw faults::W32Fault(faults::ResultFromError(ERROR_NOT_ENOUGH_MEMORY));
+    }
+}
+
 LRESULT OneViewFrame::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
         case WM_COMMAND:

@@ -29,7 +29,7 @@ class OneViewFrame final : public ui::Window, public views::Frame {
     DWORD Flags() const override { return flags; }
     void SwitchTo(views::ViewIndex, const views::ViewArgument&) override {}
     void TitleChanged() override;
-    void MenuStateChanged() override { ++menuChanges; }
+    void MenuStateChanged() override;
     views::AppCloser& Closer() override { return closer; }
     bool FrameKey(WPARAM) override { return false; }
     std::optional<std::wstring> StoredText(const wchar_t* name) const override;
@@ -43,6 +43,8 @@ class OneViewFrame final : public ui::Window, public views::Frame {
     // The next title cannot be shown.
     bool titleFails = false;
     int menuChanges = 0;
+    // The menu cannot be brought up to date the next time.
+    bool menuFails = false;
     // The commands that reached the window.
     std::vector<WORD> commands;
     views::View* view = nullptr;

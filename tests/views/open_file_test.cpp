@@ -299,6 +299,24 @@ TEST_F(OpenFile, OfAFolderByTwoQuickTapsOpensNothingInIt) {
     EXPECT_TRUE(asked.empty());
 }
 
+// The pair has come as a whole before the program looks at its first press.
+TEST_F(OpenFile, OfAFolderByTwoQuickTapsThatWaitOpensNothingInIt) {
+    const LongDoubleClick pairs;
+    const ExecutionHook hook("ShellExecuteExW", NoteExecution);
+    const std::wstring inner = folder.MakeFolder(L"inner");
+    folder.MakeFile(L"inner\\a.txt");
+    OpenFolder();
+    View().Focus();
+    const POINT point = PointOf(L"inner");
+    PumpUntil([&] { return GetForegroundWindow() == frame.Handle(); });
+    EXPECT_TRUE(Finger().Tap(point).Tap(point).Play());
+    const InputTaken input;
+    PumpWhileUser([&] { input.Play(Finger()); });
+    EXPECT_EQ(View().Title(), inner);
+    EXPECT_EQ(Selected(), L"");
+    EXPECT_TRUE(asked.empty());
+}
+
 TEST_F(OpenFile, OfAFolderAndAHoldAtOnceSelectsInIt) {
     const ExecutionHook hook("ShellExecuteExW", NoteExecution);
     const std::wstring inner = folder.MakeFolder(L"inner");

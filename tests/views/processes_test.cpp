@@ -16,6 +16,7 @@
 #include "tests/views/drawn_row.h"
 #include "tests/views/processes_fixture.h"
 #include "ui/paint/drawing_resources.h"
+#include "ui/paint/spacing.h"
 #include "views/processes/process_info.h"
 
 using namespace test;
@@ -55,6 +56,31 @@ class FakeDeviceProcesses : public Processes {
 
     FakeProcesses device;
 };
+
+using PutText = BOOL(HDC, int, int, UINT, const RECT*, LPCWSTR, UINT, const INT*);
+PutText* putText = nullptr;
+// Where the page's texts begin.
+std::map<std::wstring, int> textPlaces;
+BOOL WINAPI NotePlace(HDC dc, int x, int y, UINT options, const RECT* area, LPCWSTR text,
+                      UINT length, const INT* distances) {
+    textPlaces[std::wstring(text, length)] = x;
+    return putText(dc, x, y, options, area, text, length, distances);
+}
+DWORD_PTR WINAPI NoIcon(const wchar_t*, DWORD, SHFILEINFOW*, UINT, UINT) {
+    return 0;
+}
+
+// The icons of a device with others than this one's.
+int iconHeight = 0;
+int iconTop = 0;
+BOOL WINAPI TellIconSize(HIMAGELIST, int* width, int* height) {
+    *width = *height = iconHeight;
+    return TRUE;
+}
+BOOL WINAPI NoteIconTop(HIMAGELIST, int, HDC, int, int y, UINT) {
+    iconTop = y;
+    return TRUE;
+}
 
 class CurrentFolder {
  public:
@@ -381,6 +407,49 @@ TEST_F(FakeDeviceProcesses, TellTheirMemoryAndHeapsOnAPage) {
             AnswerBox(page, Finger().Key("Return"));
         },
         [&] { view.Command(ID_PROPERTIES); });
+}
+
+TEST_F(FakeDeviceProcesses, WithoutAnIconTellTheirNameBehindAMargin) {
+    Open();
+    Select(L"process2.exe");
+    const PlatformHook<decltype(NoIcon)> icons("SHGetFileInfoW", NoIcon);
+    const PlatformHook<PutText> place("ExtTextOutW", NotePlace);
+    putText = place.Original();
+    textPlaces.clear();
+    texts.Forget();
+    WhileUser(
+        [&] {
+            const HWND page = WaitForBox();
+            EXPECT_TRUE(texts.Shows(L"Heaps:")) << texts.All();
+            AnswerBox(page, Finger().Key("Return"));
+        },
+        [&] { view.Command(ID_PROPERTIES); });
+    const platform::WindowDC dc(nullptr);
+    const int row = ui::FormRowHeight(ui::TextHeight(dc, ui::Fonts().Base()));
+    EXPECT_EQ(textPlaces.at(L"process2.exe") - textPlaces.at(L"Process id:"),
+              2 * ui::RowMargin(row));
+}
+
+TEST_F(FakeDeviceProcesses, HaveTheirIconsAtTheTopOfARowWithRoomAndInTheMiddleOfOthers) {
+    const PlatformHook<decltype(TellIconSize)> size("ImageList_GetIconSize", TellIconSize);
+    const PlatformHook<decltype(NoteIconTop)> draw("ImageList_Draw", NoteIconTop);
+    const platform::WindowDC dc(nullptr);
+    const int margin = ui::RowMargin(ui::TextHeight(dc, ui::Fonts().Base()));
+    wchar_t program[MAX_PATH] = {};
+    GetModuleFileNameW(nullptr, program, MAX_PATH);
+    device.processes = {{1, L"a.exe", program, 0x10000}};
+    for (iconHeight = 8; iconHeight <= 64; ++iconHeight) {
+        Open();
+        while (view.Idle()) {
+        }
+        const int height = HeightOf(List(), 0);
+        iconTop = 0;
+        const DrawnRow row(List(), 0, SIZE{300, height});
+        // The row is drawn seven pixels below the picture's upper edge.
+        EXPECT_EQ(iconTop - 7,
+                  iconHeight + 2 * margin < height ? margin : (height - iconHeight) / 2)
+            << iconHeight;
+    }
 }
 
 TEST_F(Processes, HaveTheRealOnesWithThisOneAmongThem) {

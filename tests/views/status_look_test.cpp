@@ -30,6 +30,12 @@ BOOL WINAPI NoteIcon(HDC dc, int x, int y, int width, int height, HDC source, in
                            sourceHeight, transparent);
 }
 
+// A screen whose lines are two pixels wide.
+decltype(GetSystemMetrics)* systemMetric = nullptr;
+int WINAPI TellWideBorder(int metric) {
+    return metric == SM_CXBORDER ? 2 : systemMetric(metric);
+}
+
 constexpr int rowWidth = 460;
 constexpr COLORREF drawnRed = 200;
 
@@ -179,6 +185,25 @@ TEST_F(StatusRowLook, ASelectedRowIsCoveredByATranslucentRoundedRectangle) {
             ASSERT_EQ(selected.At(x, y), blended(plain.At(x, y))) << x << ", " << y;
         }
     }
+}
+
+TEST_F(StatusRowLook, TheCornersOfASelectionGrowWithTheBorder) {
+    Open();
+    const auto corner = [this] {
+        const DrawnRow plain = Draw(0);
+        const DrawnRow selected = Draw(0, true);
+        int x = 0;
+        while (x < rowWidth && selected.At(x, 0) == plain.At(x, 0)) {
+            ++x;
+        }
+        return x;
+    };
+    const int usual = corner();
+    EXPECT_GT(usual, 0);
+    const PlatformHook<decltype(TellWideBorder)> metrics("GetSystemMetrics", TellWideBorder);
+    systemMetric = metrics.Original();
+    EXPECT_GT(corner(), usual);
+    EXPECT_LT(corner(), rowWidth / 4);
 }
 
 TEST_F(StatusRowLook, ATextThatDoesNotFitIsCut) {

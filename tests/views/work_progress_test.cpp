@@ -6,6 +6,7 @@
 #include "tests/views/operations_fixture.h"
 #include "ui/bar/progress_band.h"
 #include "views/files/folder_walk.h"
+#include "views/files/work_progress.h"
 
 using namespace test;
 using namespace views;
@@ -66,6 +67,25 @@ BOOL WINAPI DeleteSlowly(const wchar_t* path) {
     }
     return deleteFile(path);
 }
+
+// Asks to be drawn as long as somebody listens.
+class NeverDrawn final : public ui::Window {
+ public:
+    ~NeverDrawn() override { Destroy(); }
+    bool Open() {
+        return Create(L"NeverDrawn", L"", WS_POPUP | WS_VISIBLE, RECT{0, 0, 100, 100}, nullptr);
+    }
+    int asked = 0;
+
+ protected:
+    LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override {
+        if (message == WM_PAINT) {
+            ++asked;
+            return 0;
+        }
+        return Default(message, wParam, lParam);
+    }
+};
 
 class LongWork : public OperationsFixture {
  protected:
@@ -165,6 +185,16 @@ TEST_F(LongWork, DrawsWhatIsToBeDrawnMeanwhile) {
     Give(ID_PASTE);
     EXPECT_EQ(notDrawn, 0);
     EXPECT_GE(entries, 12);
+}
+
+TEST_F(LongWork, GoesOnBesideAWindowThatCannotBeDrawn) {
+    RedrawWindow(frame.Handle(), nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
+    NeverDrawn window;
+    ASSERT_TRUE(window.Open());
+    WorkProgress progress(frame.Handle(), IDS_COPYING);
+    timeTaken += 100;
+    EXPECT_TRUE(progress.OnProgress(L"\\a"));
+    EXPECT_EQ(window.asked, 16);
 }
 
 TEST_F(LongWork, GivesBackEveryObject) {

@@ -45,11 +45,15 @@ bool TakeMoves(HWND window, GestureInfo& info, const DragThreshold& threshold) {
 
 // Dispatches what waits and is no input, one message of a kind. False when nothing waits.
 bool DispatchOthers() {
+    // A press of the mouse counts for a PC as one outside the client area until it is looked at,
+    // and the second of a pair that is looked at in vain is the second of none any more.
     constexpr struct {
         UINT first;
         UINT last;
-    } ranges[] = {
-        {WM_NULL, WM_KEYFIRST - 1}, {WM_KEYLAST + 1, WM_MOUSEFIRST - 1}, {WM_MOUSELAST + 1, ~0u}};
+    } ranges[] = {{WM_NULL, WM_NCMOUSEMOVE - 1},
+                  {WM_NCXBUTTONDBLCLK + 1, WM_KEYFIRST - 1},
+                  {WM_KEYLAST + 1, WM_MOUSEFIRST - 1},
+                  {WM_MOUSELAST + 1, ~0u}};
     bool dispatched = false;
     for (const auto& range : ranges) {
         MSG message;

@@ -175,6 +175,22 @@ TEST_F(MessageBoxStylus, ATimerNoticesThatItHasLeft) {
     });
 }
 
+TEST_F(MessageBoxStylus, StaysHotUnderAStylusThatRests) {
+    Show(L"Really?", yesNo, 1, [&] {
+        const HWND box = WaitForBox();
+        Finger().MoveTo(ButtonPoint(box, 0, 2)).Play();
+        EXPECT_TRUE(IsHot(box, 0));
+        // The bar looks where the stylus is.
+        const LONG ticks = InputTaken::Count(WM_TIMER);
+        EXPECT_TRUE(WaitFor([&] { return InputTaken::Count(WM_TIMER) > ticks; }));
+        SendMessageW(Bar(box), WM_TIMER, 1, 0);
+        const Picture bar = Picture::OfWindowDrawnAnew(Bar(box));
+        EXPECT_NE(bar.At(bar.Width() / 4, 4), Normal());
+        EXPECT_EQ(bar.At(bar.Width() * 3 / 4, 4), Normal());
+        End();
+    });
+}
+
 TEST_F(MessageBoxStylus, TheHotButtonIsFoundAgainAfterARelease) {
     Show(L"Really?", yesNo, 1, [&] {
         const HWND box = WaitForBox();

@@ -355,6 +355,29 @@ TEST_F(MessageBoxFailure, AMonitorThatCannotBeReadIsTheFullScreen) {
     EXPECT_EQ(ui::ShowError(owner.Handle(), L"No such file."), 2);
 }
 
+TEST_F(MessageBoxFailure, TheFullScreenBeginsInItsCorner) {
+    const auto place = [&] {
+        RECT box = {};
+        Show(L"Hm", {IDS_BUTTON_OK}, 0, [&] {
+            box = ScreenRectangleOf(WaitForBox());
+            End();
+        });
+        return box;
+    };
+    const PlatformHook monitor("GetMonitorInfoW", OtherWorkArea);
+    const PlatformHook metrics("GetSystemMetrics", SmallFullScreen);
+    systemMetric = metrics.Original();
+    // Half a pixel is seen at one of two sizes.
+    for (const int size : {220, 221}) {
+        workArea = RECT{0, 0, size, size};
+        const RECT readable = place();
+        workArea = RECT{};
+        smallFullScreen = size;
+        const RECT unreadable = place();
+        EXPECT_TRUE(EqualRect(&readable, &unreadable)) << size;
+    }
+}
+
 TEST_F(MessageBoxFailure, AQuitEndsItAndIsPostedAgain) {
     const DWORD program = GetCurrentThreadId();
     int code = 0;

@@ -137,6 +137,14 @@ TEST_F(PageResult, TheSoftKeysAreOneAndTwo) {
     }
 }
 
+TEST_F(PagePlace, AskingToEraseIsAnsweredWithoutDrawing) {
+    SamplePage page(IDR_DONE);
+    Show(page, [&] {
+        EXPECT_EQ(SendMessageW(WaitForPage(), WM_ERASEBKGND, 0, 0), 1);
+        Finger().Key("Escape").Play();
+    });
+}
+
 TEST_F(PageFocus, TheWheelScrollsTheRowsFromTheBarAsWell) {
     SamplePage page(IDR_DONE_CANCEL);
     page.fill = [](ui::FormList& list) {

@@ -52,6 +52,8 @@ class SampleList final : public ui::TouchList<SampleList> {
     // Replaces the rows by as many of these heights.
     void Fill(const std::vector<int>& heights);
 
+    using TouchList::RowRectangle;
+
     SIZE Measure(unsigned index, int clientWidth, int clientHeight, ULONG_PTR data);
     void DrawItem(const DRAWITEMSTRUCT& row);
     void EraseBackground(HDC dc, const RECT& area);

@@ -49,6 +49,15 @@ TEST_F(TouchListState, RowsThatFitExactlyDoNotScroll) {
     EXPECT_EQ(list.GetMaxTop(), 1u);
 }
 
+TEST_F(TouchListState, ARowBehindTheLastPixelHasNoPlace) {
+    Open(EqualHeights(20, 50));
+    RECT row;
+    ASSERT_TRUE(list.RowRectangle(5, &row));
+    EXPECT_EQ(row.top, 250);
+    EXPECT_EQ(row.bottom, height);
+    EXPECT_FALSE(list.RowRectangle(6, &row));
+}
+
 TEST_F(TouchListState, ARowThatDoesNotExistIsAnError) {
     Open({40});
     EXPECT_THROW(list.GetItemData(1), std::out_of_range);
