@@ -112,6 +112,14 @@ TEST_F(FrameViews, OpenOnTheStoredOne) {
     }
 }
 
+// A bar with a key that is a command shows from the start what the menu says of it.
+TEST_F(FrameViews, OpenWithTheirCommandsUpToDate) {
+    CleanSettings::SetNumber(L"view", 3);
+    Open();
+    EXPECT_TRUE(ItemState(ID_SHOW_SYSTEM_STATUS) & MF_CHECKED);
+    EXPECT_FALSE(ItemState(ID_SHOW_FILES) & MF_CHECKED);
+}
+
 TEST_F(FrameViews, OpenOnFilesWhenTheStoredOneIsNone) {
     for (const DWORD view : {4u, 7u, 0x80000000u, 0xFFFFFFFFu}) {
         CleanSettings::SetNumber(L"view", view);

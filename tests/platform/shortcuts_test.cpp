@@ -189,8 +189,8 @@ TEST(Shortcut, WithAnOverlongCommandFails) {
     const std::wstring path = folder.Path() + L"\\a.lnk";
     EXPECT_FALSE(CreateShortcut(path.c_str(), (L"\"\\" + std::wstring(300, L'x')).c_str()));
     EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_FILENAME_EXCED_RANGE));
-    // One character more than a path has.
-    const std::wstring tooLong = L"\"\\" + std::wstring(MAX_PATH - 1, L'x') + L'"';
+    // One character more than a path of a PC has, which begins with its drive.
+    const std::wstring tooLong = L"\"\\" + std::wstring(MAX_PATH - 3, L'x') + L'"';
     SetLastError(ERROR_SUCCESS);
     EXPECT_FALSE(CreateShortcut(path.c_str(), tooLong.c_str()));
     EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_FILENAME_EXCED_RANGE));

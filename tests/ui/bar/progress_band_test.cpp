@@ -1,5 +1,6 @@
 #include "ui/bar/progress_band.h"
 
+#include "tests/support/platform_hook.h"
 #include "tests/ui/bar/sample_bar.h"
 #include "ui/bar/command_bar.h"
 #include "ui/paint/clipped_text.h"
@@ -10,6 +11,13 @@
 using namespace test;
 
 namespace {
+
+// A screen whose lines are three pixels wide.
+constexpr int wideBorder = 3;
+decltype(GetSystemMetrics)* systemMetric = nullptr;
+int WINAPI TellWideBorder(int metric) {
+    return metric == SM_CYBORDER ? wideBorder : systemMetric(metric);
+}
 
 class ProgressBandLook : public testing::Test {
  protected:
@@ -47,12 +55,16 @@ class ProgressBandLook : public testing::Test {
 }  // namespace
 
 TEST_F(ProgressBandLook, ARuleStandsWhereItsKeyBegins) {
+    const PlatformHook<decltype(TellWideBorder)> metrics("GetSystemMetrics", TellWideBorder);
+    systemMetric = metrics.Original();
     const Picture picture = Draw(200);
     const RECT key = KeyOf(picture);
     const int middle = (key.top + key.bottom) / 2;
     EXPECT_EQ(picture.At(key.left - 1, middle), ui::barColor);
-    EXPECT_EQ(picture.At(key.left, middle), ui::barRuleColor);
-    EXPECT_EQ(picture.At(key.left + GetSystemMetrics(SM_CYBORDER), middle), ui::barColor);
+    for (int x = 0; x < wideBorder; ++x) {
+        EXPECT_EQ(picture.At(key.left + x, middle), ui::barRuleColor);
+    }
+    EXPECT_EQ(picture.At(key.left + wideBorder, middle), ui::barColor);
 }
 
 TEST_F(ProgressBandLook, ACountThatJustFitsKeepsItsLetters) {
