@@ -103,6 +103,19 @@ class OpenFile : public FilesFixture {
         EXPECT_TRUE(List().RowRectangle(RowOf(name), &row));
         return OnScreen(List().Handle(), (row.left + row.right) / 2, (row.top + row.bottom) / 2);
     }
+    // Two quick taps on a folder with a file in it open the folder and nothing else.
+    void ExpectFolderOpened(const std::function<void(POINT, const InputTaken&)>& tapTwice) {
+        const LongDoubleClick pairs;
+        const ExecutionHook hook("ShellExecuteExW", NoteExecution);
+        const std::wstring inner = folder.MakeFolder(L"inner");
+        folder.MakeFile(L"inner\\a.txt");
+        OpenFolder();
+        View().Focus();
+        tapTwice(PointOf(L"inner"), InputTaken());
+        EXPECT_EQ(View().Title(), inner);
+        EXPECT_EQ(Selected(), L"");
+        EXPECT_TRUE(asked.empty());
+    }
     void TapOn(const std::wstring& name) {
         const POINT point = PointOf(name);
         PumpWhileUser([&] {
@@ -285,36 +298,18 @@ TEST_F(OpenFile, ThatIsAShortcutWhoseCommandCannotBeReadIsForTheShell) {
 
 // The second press of a quick pair is meant for the row that the first one has opened.
 TEST_F(OpenFile, OfAFolderByTwoQuickTapsOpensNothingInIt) {
-    const LongDoubleClick pairs;
-    const ExecutionHook hook("ShellExecuteExW", NoteExecution);
-    const std::wstring inner = folder.MakeFolder(L"inner");
-    folder.MakeFile(L"inner\\a.txt");
-    OpenFolder();
-    View().Focus();
-    const POINT point = PointOf(L"inner");
-    const InputTaken input;
-    PumpWhileUser([&] { input.Play(Finger().Tap(point).Tap(point)); });
-    EXPECT_EQ(View().Title(), inner);
-    EXPECT_EQ(Selected(), L"");
-    EXPECT_TRUE(asked.empty());
+    ExpectFolderOpened([](POINT point, const InputTaken& input) {
+        PumpWhileUser([&] { input.Play(Finger().Tap(point).Tap(point)); });
+    });
 }
 
 // The pair has come as a whole before the program looks at its first press.
 TEST_F(OpenFile, OfAFolderByTwoQuickTapsThatWaitOpensNothingInIt) {
-    const LongDoubleClick pairs;
-    const ExecutionHook hook("ShellExecuteExW", NoteExecution);
-    const std::wstring inner = folder.MakeFolder(L"inner");
-    folder.MakeFile(L"inner\\a.txt");
-    OpenFolder();
-    View().Focus();
-    const POINT point = PointOf(L"inner");
-    PumpUntil([&] { return GetForegroundWindow() == frame.Handle(); });
-    EXPECT_TRUE(Finger().Tap(point).Tap(point).Play());
-    const InputTaken input;
-    PumpWhileUser([&] { input.Play(Finger()); });
-    EXPECT_EQ(View().Title(), inner);
-    EXPECT_EQ(Selected(), L"");
-    EXPECT_TRUE(asked.empty());
+    ExpectFolderOpened([this](POINT point, const InputTaken& input) {
+        EXPECT_TRUE(PumpUntil([&] { return GetForegroundWindow() == frame.Handle(); }));
+        EXPECT_TRUE(Finger().Tap(point).Tap(point).Play());
+        PumpWhileUser([&] { input.Play(Finger()); });
+    });
 }
 
 TEST_F(OpenFile, OfAFolderAndAHoldAtOnceSelectsInIt) {

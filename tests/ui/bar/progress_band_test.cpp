@@ -27,7 +27,12 @@ class ProgressBandLook : public testing::Test {
     Picture Draw(int width) {
         MoveWindow(owner.Handle(), 0, 0, width, 300, TRUE);
         EXPECT_TRUE(band.Show(owner.Handle(), L"Copying", done));
-        return Picture::OfWindow(band.Handle());
+        Picture picture;
+        EXPECT_TRUE(PumpUntil([&] {
+            picture = Picture::OfWindow(band.Handle());
+            return Has(picture, KeyOf(picture), ui::barTextColor);
+        }));
+        return picture;
     }
     static RECT KeyOf(const Picture& picture) {
         const RECT bar = {0, picture.Height() / 2, picture.Width(), picture.Height()};
