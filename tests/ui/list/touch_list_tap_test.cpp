@@ -430,7 +430,7 @@ TEST_F(GestureTracking, ALostCaptureIsNoGesture) {
 
 TEST_F(GestureTracking, AWaitThatTimesOutIsAHold) {
     OpenOwner();
-    GestureInfo info;
+    GestureInfo info = PressAtTheFinger();
     const PlatformHook wait("MsgWaitForMultipleObjectsEx", WaitTimesOut);
     EXPECT_EQ(TrackGesture(owner.Handle(), info, 60000), GestureHold);
     EXPECT_EQ(GetCapture(), nullptr);
@@ -438,17 +438,17 @@ TEST_F(GestureTracking, AWaitThatTimesOutIsAHold) {
 
 TEST_F(GestureTracking, AWaitThatTimesOutWithoutTheCaptureIsNoGesture) {
     OpenOwner();
-    GestureInfo info;
+    GestureInfo info = PressAtTheFinger();
     const PlatformHook wait("MsgWaitForMultipleObjectsEx", WaitLosesTheCapture);
     EXPECT_EQ(TrackGesture(owner.Handle(), info, 60000), GestureNone);
 }
 
 TEST_F(GestureTracking, AWaitThatFailsIsNoGesture) {
     OpenOwner();
-    GestureInfo info;
+    GestureInfo info = PressAtTheFinger();
     const PlatformHook wait("MsgWaitForMultipleObjectsEx", WaitFails);
     EXPECT_EQ(TrackGesture(owner.Handle(), info, 60000), GestureNone);
-    EXPECT_EQ(StartDrag(owner.Handle(), 5, 5), GestureIdle);
+    EXPECT_EQ(StartDrag(owner.Handle(), info.startX, info.startY), GestureIdle);
 }
 
 TEST_F(GestureTracking, APressIsFollowedForItsTimeAtTheMost) {
